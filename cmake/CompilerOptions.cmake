@@ -1,0 +1,49 @@
+# What every target of this project is compiled with: the language, the warnings, sanitizers if they are
+# asked for, and paths that do not tell where the project was built.
+
+include_guard(GLOBAL)
+
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fno-gnu-unique TESSEL_HAS_NO_GNU_UNIQUE)
+check_cxx_compiler_flag(-fno-semantic-interposition TESSEL_HAS_NO_SEMANTIC_INTERPOSITION)
+
+option(TESSEL_WARNINGS_AS_ERRORS "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
+set(TESSEL_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
+
+if(TESSEL_SANITIZE)
+  add_compile_options(-fsanitize=${TESSEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${TESSEL_SANITIZE})
+endif()
+
+# Repeated builds are short where the compiler cache is installed.
+find_program(TESSEL_CCACHE ccache)
+mark_as_advanced(TESSEL_CCACHE)
+if(TESSEL_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_C_COMPILER_LAUNCHER ${TESSEL_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TESSEL_CCACHE})
+endif()
+
+# Options of the target alone; nothing here reaches a user of the library.
+function(tessel_compile_options target)
+  file(RELATIVE_PATH source_from_build ${CMAKE_BINARY_DIR} ${PROJECT_SOURCE_DIR}/)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+    -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wno-format-nonliteral -Wextra-semi -Wundef
+    # As the paths are written here, and as a compiler cache may write them.
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${source_from_build}=)
+  if(TESSEL_SANITIZE)
+    # The checks that a sanitizer adds mislead the warnings of g++ that follow values through the code.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+  endif()
+  if(TESSEL_WARNINGS_AS_ERRORS)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  # A plug-in that touches a template of the library must not bind a unique symbol, which would
+  # keep it in the process for ever.
+  if(TESSEL_HAS_NO_GNU_UNIQUE)
+    target_compile_options(${target} PUBLIC
+      $<BUILD_INTERFACE:-fno-gnu-unique> $<INSTALL_INTERFACE:$<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>>)
+  endif()
+endfunction()

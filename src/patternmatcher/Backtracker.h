@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Walker.h"
+
+namespace tsl::Pattern
+{
+
+/// Tries one path after the other and notes in one bit per state and position where it has been, so that it
+/// walks no path twice. Fast, but needs memory in proportion to the text: for short texts.
+class Backtracker
+{
+public:
+    struct Memory
+    {
+        std::vector<Path> vPending;
+        std::vector<std::uint64_t> vVisited;
+    };
+
+    /// Whether the text behind iStart is short enough.
+    static bool Suits(Program const & oProgram, std::string_view sText, std::size_t iStart);
+
+    Backtracker(Program const & oProgram, std::string_view sText, Slots & vSlots, Memory & oMemory);
+
+    /// Searches from iStart on and leaves the positions in the slots. False if nothing matches.
+    bool Search(std::size_t iStart);
+
+private:
+    bool WalkToMatch(Path oPath);
+    bool Visit(Instruction const & oInstruction, Path const & oPath);
+
+    Program const & m_oProgram;
+    std::string_view m_sText;
+    std::vector<std::uint64_t> & m_vVisited;
+    std::size_t m_iStart = 0;
+    Slots & m_vSlots;
+    Walker m_oWalker;
+};
+
+} // namespace tsl::Pattern

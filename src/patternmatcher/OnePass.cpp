@@ -1,0 +1,278 @@
+#include "OnePass.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tsl::Pattern
+{
+
+/// Fills a table row by row. Each row follows all ways from one instruction to the next bytes.
+class OnePassMaker
+{
+public:
+    explicit OnePassMaker(Program const & oProgram) : m_oProgram(oProgram) {}
+
+    std::optional<OnePass> Make();
+
+private:
+    /// A way from the beginning of a row to an instruction, and what lies on it.
+    struct Way
+    {
+        std::uint32_t iPc;
+        OnePass::Effect oEffect;
+    };
+
+    struct Row
+    {
+        /// The instruction that it begins with.
+        std::uint32_t iPc;
+
+        /// Number of the effect on the way to a match, or 0.
+        std::uint16_t iMatch = 0;
+    };
+
+    void MakeColumns();
+    bool FillRow(std::size_t iRow);
+    bool Follow(Way oWay, std::size_t iRow);
+    bool AddMatch(Way const & oWay, std::size_t iRow);
+    bool AddActions(Way const & oWay, std::size_t iRow);
+    std::size_t FindRow(std::uint32_t iPc);
+    std::uint16_t AddEffect(OnePass::Effect const & oEffect);
+    void NoteMatches();
+
+    std::size_t GetWidth() const { return m_oTable.m_iEndColumn + 1; }
+    bool IsSure(std::uint16_t iEffect) const { return m_oTable.m_vEffects[iEffect].vAssertions.empty(); }
+
+    // Both keep the work and the table small; numbers of effects stay within 16 bits.
+    static constexpr std::size_t iMaxInstructions = 1'000;
+    static constexpr std::size_t iMaxActions = 16'384;
+
+    Program const & m_oProgram;
+    OnePass m_oTable;
+
+    /// The first row is the beginning of the text.
+    std::vector<Row> m_vRows{Row{0}};
+
+    // While a row is filled: the ways to go, that of the highest priority last, and where they have been.
+    std::vector<Way> m_vPending;
+    std::vector<bool> m_vSeen;
+};
+
+std::optional<OnePass> OnePass::Make(Program const & oProgram)
+{
+    return OnePassMaker(oProgram).Make();
+}
+
+std::optional<OnePass> OnePassMaker::Make()
+{
+    if (!m_oProgram.bAnchored || m_oProgram.vCode.size() > iMaxInstructions)
+        return std::nullopt;
+
+    m_oTable.m_iSlots = m_oProgram.iSlots;
+    MakeColumns();
+    for (std::size_t iRow = 0; iRow < m_vRows.size(); ++iRow)
+    {
+        if (m_oTable.m_vActions.size() + GetWidth() > iMaxActions || !FillRow(iRow))
+            return std::nullopt;
+    }
+    NoteMatches();
+    return std::move(m_oTable);
+}
+
+void OnePassMaker::MakeColumns()
+{
+    // A column ends where an instruction takes a byte and does not take the next one, or the reverse.
+    ByteSet oLast;
+    for (Instruction const & oInstruction : m_oProgram.vCode)
+    {
+        if (oInstruction.IsConsuming())
+        {
+            ByteSet const oBytes = m_oProgram.GetBytes(oInstruction);
+            oLast |= oBytes ^ (oBytes >> 1);
+        }
+    }
+    oLast.reset(oLast.size() - 1);
+
+    std::uint8_t iColumn = 0;
+    for (std::size_t i = 0; i < oLast.size(); ++i)
+    {
+        m_oTable.m_vColumns[i] = iColumn;
+        iColumn = static_cast<std::uint8_t>(iColumn + oLast[i]);
+    }
+    m_oTable.m_iEndColumn = m_oTable.m_vColumns.back() + std::size_t{1};
+}
+
+/// False, as all below, if the program is not one for a table.
+bool OnePassMaker::FillRow(std::size_t iRow)
+{
+    m_oTable.m_vActions.resize((iRow + 1) * GetWidth());
+    m_vSeen.assign(m_oProgram.vCode.size(), false);
+    m_vPending.push_back({m_vRows[iRow].iPc, {}});
+    while (!m_vPending.empty())
+    {
+        Way oWay = std::move(m_vPending.back());
+        m_vPending.pop_back();
+        if (!Follow(std::move(oWay), iRow))
+            return false;
+    }
+    return true;
+}
+
+/// Follows the way to the first byte or to its end; where it branches, the rest is left pending.
+bool OnePassMaker::Follow(Way oWay, std::size_t iRow)
+{
+    for (;;)
+    {
+        if (m_vSeen[oWay.iPc])
+            return false;
+        m_vSeen[oWay.iPc] = true;
+
+        Instruction const & oInstruction = m_oProgram.vCode[oWay.iPc];
+        switch (oInstruction.eOp)
+        {
+        case Op::eByte:
+        case Op::eSet:
+            return AddActions(oWay, iRow);
+        case Op::eMatch:
+            return AddMatch(oWay, iRow);
+        case Op::eJump:
+            oWay.iPc = oInstruction.iArg;
+            continue;
+        case Op::eSplitNext:
+            m_vPending.push_back({oInstruction.iArg, oWay.oEffect});
+            break;
+        case Op::eSplitJump:
+            m_vPending.push_back({oWay.iPc + 1, oWay.oEffect});
+            oWay.iPc = oInstruction.iArg;
+            continue;
+        case Op::eSave:
+            oWay.oEffect.vSlots.push_back(oInstruction.iArg);
+            break;
+        case Op::eAssert:
+            if (Assertion(oInstruction.iArg) != Assertion::eTextBegin)
+                oWay.oEffect.vAssertions.push_back(Assertion(oInstruction.iArg));
+            else if (iRow != 0)
+                return true;
+            break;
+        case Op::eLoopBegin:
+        case Op::eLoopCheck:
+            return false;
+        }
+        ++oWay.iPc;
+    }
+}
+
+bool OnePassMaker::AddMatch(Way const & oWay, std::size_t iRow)
+{
+    // A match that is sure outranks all that is pending. One with assertions leaves a choice.
+    if (!oWay.oEffect.vAssertions.empty() && !m_vPending.empty())
+        return false;
+    m_vPending.clear();
+    m_vRows[iRow].iMatch = AddEffect(oWay.oEffect);
+    return true;
+}
+
+bool OnePassMaker::AddActions(Way const & oWay, std::size_t iRow)
+{
+    // Not for an empty class: there are never more effects than actions and rows.
+    ByteSet const oBytes = m_oProgram.GetBytes(m_oProgram.vCode[oWay.iPc]);
+    if (oBytes.none())
+        return true;
+
+    OnePass::Action oAction;
+    oAction.iEffect = AddEffect(oWay.oEffect);
+    oAction.iRow = static_cast<std::uint32_t>(FindRow(oWay.iPc + 1) * GetWidth());
+    std::vector<bool> vDone(GetWidth());
+    for (std::size_t i = 0; i < oBytes.size(); ++i)
+    {
+        std::size_t const iColumn = m_oTable.m_vColumns[i];
+        if (!oBytes[i] || vDone[iColumn])
+            continue;
+        auto & oCell = m_oTable.m_vActions[iRow * GetWidth() + iColumn];
+        if (oCell.iEffect != OnePass::Action::iDead)
+            return false;
+        oCell = oAction;
+        vDone[iColumn] = true;
+    }
+    return true;
+}
+
+std::size_t OnePassMaker::FindRow(std::uint32_t iPc)
+{
+    auto const itRow =
+        std::find_if(m_vRows.begin(), m_vRows.end(), [iPc](Row const & oRow) { return oRow.iPc == iPc; });
+    std::size_t const iRow = static_cast<std::size_t>(itRow - m_vRows.begin());
+    if (itRow == m_vRows.end())
+        m_vRows.push_back({iPc});
+    return iRow;
+}
+
+std::uint16_t OnePassMaker::AddEffect(OnePass::Effect const & oEffect)
+{
+    if (oEffect.vAssertions.empty() && oEffect.vSlots.empty())
+        return 0;
+    m_oTable.m_vEffects.push_back(oEffect);
+    return static_cast<std::uint16_t>(m_oTable.m_vEffects.size() - 1);
+}
+
+/// Tells each action of the match in front of its byte, unless the next row is sure to have one, too.
+void OnePassMaker::NoteMatches()
+{
+    for (std::size_t i = 0; i < m_oTable.m_vActions.size(); ++i)
+    {
+        auto & oAction = m_oTable.m_vActions[i];
+        std::uint16_t const iNextMatch = m_vRows[oAction.iRow / GetWidth()].iMatch;
+        bool const bSureToFollow = oAction.iEffect != OnePass::Action::iDead && IsSure(oAction.iEffect)
+                                   && iNextMatch != 0 && IsSure(iNextMatch);
+        if (!bSureToFollow)
+            oAction.iMatch = m_vRows[i / GetWidth()].iMatch;
+
+        bool const bSameRow = oAction.iRow / GetWidth() == i / GetWidth();
+        if (bSameRow && oAction.iEffect == 0 && oAction.iMatch == 0)
+            oAction.iEffect = OnePass::Action::iStay;
+    }
+}
+
+static bool HoldAll(std::vector<Assertion> const & vAssertions, std::string_view sText, std::size_t iAt)
+{
+    return std::all_of(vAssertions.begin(), vAssertions.end(),
+        [&](Assertion eAssertion) { return Holds(eAssertion, sText, iAt); });
+}
+
+bool OnePass::Match(std::string_view sText, Slots & vSlots, Slots & vWork) const
+{
+    auto const fSave = [](Effect const & oEffect, std::size_t iAt, Slots & vTarget)
+    {
+        for (std::uint32_t const iSlot : oEffect.vSlots)
+            vTarget[iSlot] = iAt;
+    };
+
+    bool bFound = false;
+    vWork.assign(m_iSlots, iNowhere);
+    Action const * pRow = m_vActions.data();
+    for (std::size_t iAt = 0;; ++iAt)
+    {
+        auto const fGetColumn = [&] { return m_vColumns[static_cast<unsigned char>(sText[iAt])]; };
+        // While the row stays, no byte has to wait for the one before it to tell its row.
+        while (iAt < sText.size() && pRow[fGetColumn()].iEffect == Action::iStay)
+            ++iAt;
+
+        Action const & oAction = pRow[iAt < sText.size() ? fGetColumn() : m_iEndColumn];
+        if (oAction.iMatch != 0 && HoldAll(m_vEffects[oAction.iMatch].vAssertions, sText, iAt))
+        {
+            vSlots = vWork;
+            fSave(m_vEffects[oAction.iMatch], iAt, vSlots);
+            bFound = true;
+        }
+        if (oAction.iEffect != 0)
+        {
+            if (oAction.iEffect == Action::iDead
+                || !HoldAll(m_vEffects[oAction.iEffect].vAssertions, sText, iAt))
+                return bFound;
+            fSave(m_vEffects[oAction.iEffect], iAt, vWork);
+        }
+        pRow = m_vActions.data() + oAction.iRow;
+    }
+}
+
+} // namespace tsl::Pattern
