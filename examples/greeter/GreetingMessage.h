@@ -1,0 +1,30 @@
+#pragma once
+
+#include <tessel/Message.h>
+#include <tessel/ValueInt32.h>
+#include <tessel/ValueString.h>
+
+/// Somebody has been greeted: the how-manieth greeting it is, and its text.
+class GreetingMessage : public tsl::Message
+{
+public:
+    GreetingMessage() = default;
+    GreetingMessage(tsl::ValueInt32 const & iNumber, tsl::ValueString const & sText);
+
+    tsl::ClassDescription const & GetClassDesc() const override;
+    static tsl::ClassDescription const & GetStaticClassDesc();
+    static tsl::Root * CreateNew();
+
+    tsl::ValueInt32 const & GetNumber() const { return m_iNumber; }
+    tsl::ValueString const & GetText() const { return m_sText; }
+
+    /// "Number" and "Text"; this is what the log file shows.
+    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
+
+protected:
+    void DoCopy(tsl::Root const & oSource) override;
+
+private:
+    tsl::ValueInt32 m_iNumber;
+    tsl::ValueString m_sText;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <tessel/ValueAbstractValueCollection.h>
+
+#include <memory>
+#include <vector>
+
+/// Values of any classes in the order in which they were added. Null until something is done with it.
+class ValueVector : public tsl::ValueAbstractValueCollection
+{
+public:
+    ValueVector() = default;
+    ValueVector(ValueVector const & oSource);
+    ValueVector & operator=(ValueVector const & oSource);
+
+    tsl::ClassDescription const & GetClassDesc() const override;
+    static tsl::ClassDescription const & GetStaticClassDesc();
+    static tsl::Root * CreateNew();
+
+    bool IsNull() const override { return m_bNull; }
+    void SetNull() override;
+
+    unsigned int GetCount() const override { return static_cast<unsigned int>(m_vValues.size()); }
+
+    /// Leaves an empty vector, which is not a null one.
+    void RemoveAll() override;
+
+    void Add(tsl::Value const & oValue) override;
+
+    /// Takes the value over.
+    void Add(std::unique_ptr<tsl::Value> pValue);
+
+    bool Contains(tsl::Value const & oValue) const override;
+    AbstractConstIterator<tsl::Value> * GetConstIterator() const override;
+    void DoCopy(tsl::Root const & oSource) override;
+
+private:
+    std::vector<std::unique_ptr<tsl::Value>> m_vValues;
+    bool m_bNull = true;
+};

@@ -1,0 +1,127 @@
+#include <tessel/Application.h>
+
+#include <tessel/Assertion.h>
+#include <tessel/ResultMessage.h>
+
+namespace tsl
+{
+
+template class Singleton<Application>;
+
+ClassDescription const & ApplicationConfig::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ApplicationConfig::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<ApplicationConfig>(
+        &Configuration::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
+    return oDescription;
+}
+
+Root * ApplicationConfig::CreateNew()
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+Result ApplicationConfig::SetCmdLine(int iCount, char ** pArguments)
+{
+    return m_oCmdLineParser.SetCmdLine(iCount, pArguments);
+}
+
+bool ApplicationConfig::GetEnvironment(ValueString const &, ValueString &) const
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+void ApplicationConfig::GetEnvironmentNames(std::list<ValueString> &) const
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+Application::Application(ApplicationConfig * pConfig) : m_pConfig(pConfig)
+{
+    if (m_pConfig == nullptr)
+        XAssertionFailed("m_pConfig!=NULL", "Application::Application : pConfig darf nicht NULL sein!");
+}
+
+ClassDescription const & Application::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & Application::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<Application>(
+        &Singleton<Application>::GetStaticClassDesc(), ClassDescription::eAbstract, nullptr);
+    return oDescription;
+}
+
+Application::~Application() = default;
+
+Application & Application::Instance(Application * (*fCreator)())
+{
+    static Application & oRef = Singleton<Application>::Instance(fCreator);
+    return oRef;
+}
+
+int Application::Main(int iCount, char ** pArguments)
+{
+    Result oResult = m_pConfig->SetCmdLine(iCount, pArguments);
+    if (oResult.IsError())
+    {
+        ProcessError(oResult);
+        return oResult.GetErrorCode();
+    }
+
+    oResult = RunStep(&Application::PreRun);
+    if (oResult.IsOk())
+        oResult = RunStep(&Application::Run);
+    if (oResult.IsError())
+        ProcessError(oResult);
+
+    // The one Result for all steps: after two failures the second has the history of both.
+    oResult = RunStep(&Application::PostRun);
+    if (oResult.IsError())
+        ProcessError(oResult);
+    return oResult.GetErrorCode();
+}
+
+Result Application::DispatchMessage(Message const & oMessage)
+{
+    Result oResult;
+    m_oDispatcher.Process(oMessage, oResult);
+    return oResult;
+}
+
+void Application::ProcessError(Result const & oResult)
+{
+    // Nobody is left to hand the answer of the bus to.
+    static_cast<void>(DispatchMessage(ResultMessage(oResult)));
+}
+
+Result Application::PreRun()
+{
+    return m_oDispatcher.Open();
+}
+
+Result Application::PostRun()
+{
+    m_oDispatcher.Close();
+    return Result::Null();
+}
+
+Result Application::RunStep(Step fStep)
+{
+    try
+    {
+        return (this->*fStep)();
+    }
+    catch (Result & oThrown)
+    {
+        return oThrown;
+    }
+}
+
+} // namespace tsl

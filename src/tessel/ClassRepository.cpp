@@ -1,0 +1,141 @@
+#include <tessel/ClassRepository.h>
+
+#include <tessel/Assertion.h>
+#include <tessel/Exception.h>
+#include <tessel/Locks.h>
+#include <tessel/ScopedLock.h>
+
+#include <iostream>
+#include <string>
+#include <string_view>
+
+namespace tsl
+{
+
+ClassDescription::ClassDescription(char const * sClassName, unsigned int const & iClassId, char const * sFile,
+    bool bAbstract, Root * (*fFactory)(), ClassDescription const * pBase)
+    : m_iClassId(iClassId),
+      m_sClassName(sClassName),
+      m_sFile(sFile),
+      m_bAbstract(bAbstract),
+      m_pBase(pBase == this ? nullptr : pBase),
+      m_fFactory(fFactory)
+{
+    m_iClassId = ClassRepository::Instance().Register(*this);
+}
+
+ClassDescription::~ClassDescription()
+{
+    ClassRepository::Instance().Unregister(*this);
+}
+
+char const * ClassDescription::GetBaseClassName() const
+{
+    return m_pBase ? m_pBase->GetClassName() : "<keine>";
+}
+
+struct TSL_HIDDEN ClassRepository::Private
+{
+    std::map<unsigned int, ClassDescription const *> oClasses;
+
+    // Classes of one name stand in the order of their ids, since ids only grow.
+    std::multimap<std::string_view, ClassDescription const *> oNames;
+
+    mutable ReaderWriterMutex oLock;
+};
+
+ClassRepository::ClassRepository() : m(std::make_shared<Private>()) {}
+ClassRepository::ClassRepository(ClassRepository const & oSource) = default;
+ClassRepository & ClassRepository::operator=(ClassRepository const & oSource) = default;
+
+ClassRepository::~ClassRepository()
+{
+    if (m.use_count() > 1 || m->oClasses.empty())
+        return;
+
+    // The failure is reported as far as the bus still stands; thrown any further it would end the
+    // program in the middle of its clean-up.
+    try
+    {
+        XAssertionFailed("false", "Unknown");
+    }
+    catch (Exception const &)
+    {
+    }
+}
+
+ClassRepository & ClassRepository::Instance()
+{
+    static ClassRepository & oRepository = *RegisterStaticObject(new ClassRepository);
+    return oRepository;
+}
+
+unsigned int ClassRepository::Register(ClassDescription const & oDescription)
+{
+    WriteLock const oScope(m->oLock);
+    static unsigned int & iCounter = *RegisterStaticObject(new unsigned int(0));
+    ++iCounter;
+    m->oClasses.emplace(iCounter, &oDescription);
+    m->oNames.emplace(oDescription.GetClassName(), &oDescription);
+    return iCounter;
+}
+
+void ClassRepository::Unregister(ClassDescription const & oDescription)
+{
+    WriteLock const oScope(m->oLock);
+    if (m->oClasses.erase(oDescription.GetClassId()) == 0)
+        return;
+
+    auto [oName, oEnd] = m->oNames.equal_range(oDescription.GetClassName());
+    while (oName != oEnd && oName->second->GetClassId() != oDescription.GetClassId())
+        ++oName;
+    if (oName != oEnd)
+        m->oNames.erase(oName);
+}
+
+ClassDescription const * ClassRepository::GetClassDescription(unsigned int iClassId) const
+{
+    ReadLock const oScope(m->oLock);
+    auto const oEntry = m->oClasses.find(iClassId);
+    return oEntry == m->oClasses.end() ? nullptr : oEntry->second;
+}
+
+Root * ClassRepository::CreateNew(char const * sClassName)
+{
+    if (!sClassName)
+        return nullptr;
+
+    ClassDescription::FactoryFunction fFactory = nullptr;
+    {
+        ReadLock const oScope(m->oLock);
+        auto const oEntry = m->oNames.lower_bound(sClassName);
+        if (oEntry == m->oNames.end() || oEntry->first != sClassName)
+            return nullptr;
+        fFactory = oEntry->second->GetFactoryFunction();
+    }
+
+    if (!fFactory)
+        XAssertionFailed("fFactory", "ClassRepository::CreateNew : Klasse hat keine Factory-Funktion!");
+    return fFactory();
+}
+
+Root * ClassRepository::CreateNew(ClassDescription const *)
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+std::map<unsigned int, ClassDescription const *> const & ClassRepository::GetClassList() const
+{
+    return m->oClasses;
+}
+
+void ClassRepository::Dump() const
+{
+    // Not as a number: the stream may be set to another base.
+    ReadLock const oScope(m->oLock);
+    for (auto const & [iClassId, pDescription] : m->oClasses)
+        std::cout << "ClassId=" << std::to_string(iClassId) << ", Class=" << pDescription->GetClassName()
+                  << std::endl;
+}
+
+} // namespace tsl

@@ -1,0 +1,73 @@
+#include <tessel/FloatComparison.h>
+
+#include "FloatConstants.h"
+
+#include <cmath>
+
+namespace tsl
+{
+
+namespace
+{
+
+constexpr int DOUBLE_DIGITS = 14;
+constexpr int FLOAT_DIGITS = 5;
+
+/// The natural logarithm of 10 in each precision.
+template<class Number>
+Number g_fLogOfTen = 0;
+
+/// NaN is above nothing and within no tolerance.
+template<class Number>
+int CompareWithin(Number a, Number b, Number fTolerance)
+{
+    Number const fDifference = a - b;
+    if (fTolerance >= std::abs(fDifference))
+        return 0;
+    return fDifference > fTolerance ? 1 : -1;
+}
+
+/// One unit in a significant decimal digit of the number. Each step is rounded to the number's precision.
+template<class Number>
+Number GetUnit(Number fNumber, int iDigit)
+{
+    Number const fMagnitude = std::floor(std::log10(fNumber));
+    Number const fSteps = Number{1} - static_cast<Number>(iDigit);
+    return std::exp(fMagnitude * g_fLogOfTen<Number>) * std::exp(fSteps * g_fLogOfTen<Number>);
+}
+
+} // namespace
+
+void LoadFloatConstants()
+{
+    g_fLogOfTen<double> = std::log(10.0);
+    g_fLogOfTen<float> = static_cast<float>(g_fLogOfTen<double>);
+}
+
+int CompareAbsTo(double a, double b, double fTolerance)
+{
+    return CompareWithin(a, b, fTolerance);
+}
+int CompareAbsTo(float a, float b, float fTolerance)
+{
+    return CompareWithin(a, b, fTolerance);
+}
+
+int CompareRelTo(double a, double b, int iDigits)
+{
+    return CompareWithin(a, b, GetUnit(a, iDigits));
+}
+int CompareRelTo(double a, double b)
+{
+    return CompareRelTo(a, b, DOUBLE_DIGITS);
+}
+int CompareRelTo(float a, float b, int iDigits)
+{
+    return CompareWithin(a, b, GetUnit(a, iDigits));
+}
+int CompareRelTo(float a, float b)
+{
+    return CompareRelTo(a, b, FLOAT_DIGITS);
+}
+
+} // namespace tsl

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <tessel/IniFile.h>
+#include <tessel/SingletonTemplate.h>
+
+namespace tsl
+{
+
+/// Owner of the application's ini file, which is read once, while the library loads.
+///
+/// No file is normal and silent. A file with an error counts for nothing as a whole, and a line is
+/// appended to "error_opening_inifile.log", or written to the standard error stream if that fails.
+class GlobalApplicationIni : public Singleton<GlobalApplicationIni>
+{
+public:
+    ClassDescription const & GetClassDesc() const override;
+    ~GlobalApplicationIni() override;
+    static ClassDescription const & GetStaticClassDesc();
+
+    static GlobalApplicationIni & Instance();
+
+    /// Always open.
+    IniFile const & GetIniFile() const { return m_oIniFile; }
+
+private:
+    GlobalApplicationIni();
+
+    static GlobalApplicationIni * CreateSingletonInstance();
+
+    IniFile m_oIniFile;
+};
+
+extern template class Singleton<GlobalApplicationIni>;
+
+} // namespace tsl

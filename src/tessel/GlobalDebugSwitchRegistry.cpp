@@ -1,0 +1,147 @@
+#include "GlobalDebugSwitchRegistry.h"
+
+#include "BusSilence.h"
+
+#include <tessel/Exception.h>
+#include <tessel/IniFile.h>
+#include <tessel/Locks.h>
+#include <tessel/ScopedLock.h>
+#include <tessel/String.h>
+#include <tessel/Support.h>
+
+#include <algorithm>
+#include <atomic>
+#include <vector>
+
+namespace tsl
+{
+
+template class Singleton<GlobalDebugSwitchRegistry>;
+
+namespace
+{
+
+std::atomic<bool> g_bGone{false};
+
+/// The level of all log points of one identifier.
+struct Switch
+{
+    String sIdentifier;
+    int iLevel;
+};
+
+/// The number of a key; 0 if there is none or it is no number.
+int GetNumber(char const * sChapter, String const & sKey)
+{
+    int iNumber = 0;
+    static_cast<void>(Support::GetAppIni().GetInt32(sChapter, sKey, iNumber));
+    return iNumber;
+}
+
+} // namespace
+
+struct TSL_HIDDEN GlobalDebugSwitchRegistry::Private
+{
+    void DemandSwitches();
+    void ReadSwitches();
+
+    std::atomic<bool> bInitialised{false};
+    bool bEnabled = false;
+    std::vector<Switch> vSwitches;
+    ReaderWriterMutex oLock;
+};
+
+void GlobalDebugSwitchRegistry::Private::DemandSwitches()
+{
+    if (bInitialised.load(std::memory_order_acquire))
+        return;
+
+    WriteLock const oScope(oLock);
+    if (bInitialised.load(std::memory_order_relaxed))
+        return;
+
+    try
+    {
+        ReadSwitches();
+    }
+    catch (Exception const &)
+    {
+        // Without a configuration all switches are off; the bus has reported why there is none.
+    }
+    bInitialised.store(true, std::memory_order_release);
+}
+
+void GlobalDebugSwitchRegistry::Private::ReadSwitches()
+{
+    static constexpr char const * sChapter = "Debug/Switch";
+
+    if (GetNumber("Debug", "Enable") < 1)
+        return;
+
+    bEnabled = true;
+    std::vector<String> vKeys;
+    // No such chapter is the same as an empty one.
+    static_cast<void>(Support::GetAppIni().GetKeys(sChapter, vKeys));
+    for (String const & sKey : vKeys)
+        vSwitches.push_back({sKey, GetNumber(sChapter, sKey)});
+}
+
+ClassDescription const & GlobalDebugSwitchRegistry::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & GlobalDebugSwitchRegistry::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<GlobalDebugSwitchRegistry>(
+        &Singleton<GlobalDebugSwitchRegistry>::GetStaticClassDesc(), ClassDescription::eConcrete, nullptr);
+    return oDescription;
+}
+
+GlobalDebugSwitchRegistry & GlobalDebugSwitchRegistry::Instance()
+{
+    static GlobalDebugSwitchRegistry & oRef =
+        Singleton<GlobalDebugSwitchRegistry>::Instance(&CreateSingletonInstance);
+    return oRef;
+}
+
+bool GlobalDebugSwitchRegistry::IsGone()
+{
+    return g_bGone.load(std::memory_order_acquire);
+}
+
+GlobalDebugSwitchRegistry::GlobalDebugSwitchRegistry() : m(std::make_unique<Private>()) {}
+
+GlobalDebugSwitchRegistry::~GlobalDebugSwitchRegistry()
+{
+    g_bGone.store(true, std::memory_order_release);
+}
+
+int GlobalDebugSwitchRegistry::RegisterLogPoint(
+    int * pLevel, char const * sIdentifier, char const * sFile, int iLine)
+{
+    if (pLevel == nullptr)
+        XAssertionFailed("pLevel!=NULL",
+            String("Invalid registration. Identifier=") + sIdentifier + " in " + sFile + ", " + iLine);
+
+    m->DemandSwitches();
+
+    WriteLock const oScope(m->oLock);
+    *pLevel = 0;
+    if (!m->bEnabled)
+        return 0;
+
+    auto const oSwitch = std::find_if(m->vSwitches.begin(), m->vSwitches.end(),
+        [&](Switch const & oEntry) { return oEntry.sIdentifier == sIdentifier; });
+    if (oSwitch != m->vSwitches.end())
+        *pLevel = oSwitch->iLevel;
+    return *pLevel;
+}
+
+GlobalDebugSwitchRegistry * GlobalDebugSwitchRegistry::CreateSingletonInstance()
+{
+    BusSilence const oScope;
+    return new GlobalDebugSwitchRegistry;
+}
+
+} // namespace tsl

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <tessel/SingletonTemplate.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+/// Reads the debug switches from the application's ini file, once, and answers for each log point. Any
+/// thread may ask.
+class GlobalDebugSwitchRegistry : public Singleton<GlobalDebugSwitchRegistry>
+{
+public:
+    ClassDescription const & GetClassDesc() const override;
+    ~GlobalDebugSwitchRegistry() override;
+    static ClassDescription const & GetStaticClassDesc();
+
+    static GlobalDebugSwitchRegistry & Instance();
+
+    /// Whether the one object has been deleted, at the end of the library.
+    static bool IsGone();
+
+    /// What Support::RegisterLogPoint tells.
+    int RegisterLogPoint(int * pLevel, char const * sIdentifier, char const * sFile, int iLine);
+
+private:
+    GlobalDebugSwitchRegistry();
+
+    static GlobalDebugSwitchRegistry * CreateSingletonInstance();
+
+    struct Private;
+    std::unique_ptr<Private> m;
+};
+
+extern template class Singleton<GlobalDebugSwitchRegistry>;
+
+} // namespace tsl

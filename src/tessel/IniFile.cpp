@@ -1,0 +1,269 @@
+#include <tessel/IniFile.h>
+
+#include "IniLineReader.h"
+#include "IniName.h"
+#include "IniParser.h"
+
+#include <tessel/Assertion.h>
+#include <tessel/OS.h>
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <optional>
+
+namespace tsl
+{
+
+namespace
+{
+
+/// The format with the texts put in.
+template<class... Texts>
+String Print(char const * sFormat, Texts const &... sTexts)
+{
+    String sText;
+    sText.Format(sFormat, sTexts.c_str()...);
+    return sText;
+}
+
+Result MakeReadFailure(String const & sName, long long iLine, Result const & oCause)
+{
+    String sText;
+    sText.Format("Error while reading file '%s', line %lld.", sName.c_str(), iLine);
+    return MakeResult(ERR::eBadData, sText, oCause);
+}
+
+Result ReadChapters(IniLineReader & oReader, String const & sName, IniChapters & oChapters)
+{
+    IniParser oParser(oChapters);
+    std::string_view sLine;
+    long long iLine = 1;
+    for (; oReader.Read(sLine); ++iLine)
+        if (Result const oResult = oParser.Judge(sLine); oResult.IsError())
+            return MakeReadFailure(sName, iLine, oResult);
+
+    if (oReader.IsFailed())
+        return MakeReadFailure(sName, iLine,
+            MakeResult(ERR::eBadData, String("IO-Error occoured while reading file '") + sName + "'.",
+                Result::eCategoryIo));
+    return Result();
+}
+
+/// Succeeds if the text is what its number is written as.
+bool ParseInt32(std::string_view sText, int & iValue)
+{
+    int iNumber = 0;
+    if (std::from_chars(sText.data(), sText.data() + sText.size(), iNumber).ec != std::errc())
+        return false;
+    char aWritten[16];
+    auto const oEnd = std::to_chars(std::begin(aWritten), std::end(aWritten), iNumber);
+    if (std::string_view(aWritten, static_cast<std::size_t>(oEnd.ptr - aWritten)) != sText)
+        return false;
+
+    iValue = iNumber;
+    return true;
+}
+
+std::vector<String> Sort(std::vector<std::string_view> vNames)
+{
+    std::sort(vNames.begin(), vNames.end());
+
+    std::vector<String> vSorted;
+    vSorted.reserve(vNames.size());
+    for (std::string_view const sName : vNames)
+        vSorted.emplace_back(std::string(sName));
+    return vSorted;
+}
+
+} // namespace
+
+struct TSL_HIDDEN IniFile::Private
+{
+    void DemandOpen() const;
+    std::optional<std::string_view> Find(String const & sChapter, String const & sKey) const;
+    std::optional<std::string_view> FindExactly(String const & sChapter, String const & sKey) const;
+    Result Explain(String const & sChapter, String const & sKey) const;
+    Result MakeInvalidChapter(String const & sChapter, Result const & oCause) const;
+    Result MakeUnknownChapter(ChapterName const & sChapter) const;
+
+    IniChapters oChapters;
+    String sFileName;
+    bool bOpen = false;
+};
+
+IniFile::IniFile() : m(std::make_shared<Private>()) {}
+IniFile::IniFile(IniFile const & oSource) = default;
+IniFile & IniFile::operator=(IniFile const & oSource) = default;
+IniFile::~IniFile() = default;
+
+Result IniFile::Open(String const & sName)
+{
+    // The name may be the own one, which goes.
+    String const sFileName(sName);
+    Close();
+
+    IniLineReader oReader;
+    if (int const iError = oReader.Open(sFileName.c_str()))
+        return MakeResult(
+            ERR::eNotFound, String("Error while opening file '") + sFileName + "'.", OS::FormatError(iError));
+
+    Result oResult = ReadChapters(oReader, sFileName, m->oChapters);
+    m->sFileName = sFileName;
+    m->bOpen = true;
+    return oResult;
+}
+
+Result IniFile::OpenEmpty()
+{
+    Close();
+    m->bOpen = true;
+    return Result::Null();
+}
+
+void IniFile::Close()
+{
+    *m = Private();
+}
+
+bool IniFile::IsOpen() const
+{
+    return m->bOpen;
+}
+
+String const & IniFile::GetFileName() const
+{
+    return m->sFileName;
+}
+
+bool IniFile::GetString(String const & sChapter, String const & sKey, String & sValue) const
+{
+    auto const sFound = m->Find(sChapter, sKey);
+    if (sFound)
+        sValue = String(std::string(*sFound));
+    return sFound.has_value();
+}
+
+bool IniFile::GetString(String const & sChapter, String const & sKey, String & sValue, Result & oResult) const
+{
+    bool const bFound = GetString(sChapter, sKey, sValue);
+
+    // Cleared in either case, since a failure that is assigned to a failure adds to its history.
+    oResult.Clear();
+    if (!bFound)
+        oResult = m->Explain(sChapter, sKey);
+    return bFound;
+}
+
+bool IniFile::GetInt32(String const & sChapter, String const & sKey, int & iValue) const
+{
+    auto const sFound = m->Find(sChapter, sKey);
+    return sFound && ParseInt32(*sFound, iValue);
+}
+
+bool IniFile::GetInt32(String const & sChapter, String const & sKey, int & iValue, Result & oResult) const
+{
+    String sText;
+    if (!GetString(sChapter, sKey, sText, oResult))
+        return false;
+    if (ParseInt32(sText.s_str(), iValue))
+        return true;
+
+    oResult = MakeResult(ERR::eBadData,
+        Print("Error accessing IniFile '%s'. Key '%s' in chapter '%s' is no valid integer.", m->sFileName,
+            sKey, sChapter),
+        Result::eCategoryFault);
+    return false;
+}
+
+void IniFile::GetChapters(std::vector<String> & vNames) const
+{
+    m->DemandOpen();
+    std::vector<std::string_view> vFound;
+    for (auto const & [sName, oKeys] : m->oChapters)
+        vFound.push_back(sName);
+    vNames = Sort(vFound);
+}
+
+Result IniFile::GetKeys(String const & sChapter, std::vector<String> & vNames) const
+{
+    m->DemandOpen();
+
+    // The chapter may be one of the names, which go.
+    String const sAsked(sChapter);
+    vNames.clear();
+
+    ChapterName const sName(sAsked.s_str());
+    if (Result const oCause = sName.Validate(); oCause.IsError())
+        return m->MakeInvalidChapter(sAsked, oCause);
+    auto const oChapter = m->oChapters.find(sName.s_str());
+    if (oChapter == m->oChapters.end())
+        return m->MakeUnknownChapter(sName);
+
+    vNames = Sort(oChapter->second.GetNames());
+    return Result::Null();
+}
+
+void IniFile::Private::DemandOpen() const
+{
+    if (!bOpen)
+        XAssertionFailed("IsOpen()", "IniFile not open.");
+}
+
+std::optional<std::string_view> IniFile::Private::Find(String const & sChapter, String const & sKey) const
+{
+    DemandOpen();
+
+    // What is found as it is asked for needs no trimming and no check, the empty name apart.
+    if (!sKey.IsEmpty())
+        if (auto const sFound = FindExactly(sChapter, sKey))
+            return sFound;
+
+    ChapterName const sChapterName(sChapter.s_str());
+    KeyName const sKeyName(sKey.s_str());
+    if (sChapterName.Validate().IsError() || sKeyName.Validate().IsError())
+        return std::nullopt;
+    return FindExactly(sChapterName, sKeyName);
+}
+
+std::optional<std::string_view> IniFile::Private::FindExactly(
+    String const & sChapter, String const & sKey) const
+{
+    auto const oChapter = oChapters.find(sChapter.s_str());
+    if (oChapter == oChapters.end())
+        return std::nullopt;
+    return oChapter->second.FindValue(sKey.s_str());
+}
+
+/// Why Find finds nothing: the first of its checks that fails.
+Result IniFile::Private::Explain(String const & sChapter, String const & sKey) const
+{
+    ChapterName const sChapterName(sChapter.s_str());
+    KeyName const sKeyName(sKey.s_str());
+    if (Result const oCause = sChapterName.Validate(); oCause.IsError())
+        return MakeInvalidChapter(sChapter, oCause);
+    if (Result const oCause = sKeyName.Validate(); oCause.IsError())
+        return MakeResult(ERR::eBadData,
+            Print("Error accessing IniFile '%s'. KeyName '%s' not valid.", sFileName, sKey), oCause);
+    if (!oChapters.contains(sChapterName.s_str()))
+        return MakeUnknownChapter(sChapterName);
+    return MakeResult(ERR::eBadData,
+        Print("Error accessing IniFile '%s'. Key '%s' does not exist in chapter '%s'.", sFileName, sKeyName,
+            sChapterName),
+        Result::eCategoryFault);
+}
+
+Result IniFile::Private::MakeInvalidChapter(String const & sChapter, Result const & oCause) const
+{
+    return MakeResult(ERR::eBadData,
+        Print("Error accessing IniFile '%s'. ChapterName '%s' not valid.", sFileName, sChapter), oCause);
+}
+
+Result IniFile::Private::MakeUnknownChapter(ChapterName const & sChapter) const
+{
+    return MakeResult(ERR::eBadData,
+        Print("Error accessing IniFile '%s'. Chapter '%s' does not exist.", sFileName, sChapter),
+        Result::eCategoryFault);
+}
+
+} // namespace tsl

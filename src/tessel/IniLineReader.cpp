@@ -1,0 +1,56 @@
+#include "IniLineReader.h"
+
+#include <cstring>
+
+namespace tsl
+{
+
+static constexpr std::size_t BUFFER_SIZE = 65536;
+
+IniLineReader::IniLineReader() : m_aBuffer(std::make_unique<char[]>(BUFFER_SIZE)), m_sRest(m_aBuffer.get(), 0)
+{
+}
+
+IniLineReader::~IniLineReader()
+{
+    Platform::CloseFile(m_oFile);
+}
+
+int IniLineReader::Open(char const * sName)
+{
+    return Platform::OpenForRead(sName, m_oFile);
+}
+
+bool IniLineReader::Read(std::string_view & sLine)
+{
+    if (m_sRest.size() < LENGTH_MAX)
+        Fill();
+
+    std::string_view sPiece = m_sRest.substr(0, LENGTH_MAX);
+    std::size_t const iLineEnd = sPiece.find('\n');
+    if (iLineEnd != std::string_view::npos)
+        sPiece = sPiece.substr(0, iLineEnd + 1);
+    else if (m_bFailed && sPiece.size() < LENGTH_MAX)
+        return false; // of this line a part is missing
+
+    m_sRest.remove_prefix(sPiece.size());
+    sLine = sPiece.substr(0, sPiece.find('\0'));
+    return !sPiece.empty();
+}
+
+/// Gets enough for a whole line, unless the file ends.
+void IniLineReader::Fill()
+{
+    std::memmove(m_aBuffer.get(), m_sRest.data(), m_sRest.size());
+    std::size_t iCount = m_sRest.size();
+    while (iCount < LENGTH_MAX && !m_bEnd)
+    {
+        std::size_t iRead = 0;
+        m_bFailed = Platform::Read(m_oFile, m_aBuffer.get() + iCount, BUFFER_SIZE - iCount, iRead) != 0;
+        m_bEnd = m_bFailed || iRead == 0;
+        iCount += iRead;
+    }
+    m_sRest = std::string_view(m_aBuffer.get(), iCount);
+}
+
+} // namespace tsl

@@ -1,0 +1,75 @@
+#include "IniName.h"
+
+#include <tessel/Result.h>
+#include <tessel/StaticObjectRegistry.h>
+#include <tessel/StringFormator.h>
+#include <tessel/StringValidator.h>
+
+#include <algorithm>
+
+namespace tsl
+{
+
+namespace
+{
+
+/// What a name may consist of; no locale has a say in it. A table, since names are checked all the time.
+class NameBytes
+{
+public:
+    constexpr NameBytes()
+    {
+        for (char const c :
+            std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/_"))
+            m_aAllowed[static_cast<unsigned char>(c)] = true;
+    }
+
+    constexpr bool Has(char c) const { return m_aAllowed[static_cast<unsigned char>(c)]; }
+
+private:
+    bool m_aAllowed[256] = {};
+};
+
+constexpr NameBytes NAME_BYTES;
+
+class ValidatorName : public StringValidator
+{
+public:
+    Result Validate(String const & s) const override
+    {
+        if (s.IsEmpty())
+            return MakeResult(
+                ERR::eBadData, "The name must contain at least 1 character.", Result::eCategoryFault);
+        if (!std::all_of(s.s_str().begin(), s.s_str().end(), [](char c) { return NAME_BYTES.Has(c); }))
+            return MakeResult(
+                ERR::eBadData, "The name may only contain alphanumeric characters.", Result::eCategoryFault);
+        return Result();
+    }
+};
+
+class FormatorName : public StringFormator
+{
+public:
+    FormatorName() : StringFormator(eTrimLeft | eTrimRight) {}
+};
+
+} // namespace
+
+IniName::IniName(std::string_view sText) : String(std::string(sText))
+{
+    Formate();
+}
+
+StringValidator const & IniName::GetValidator() const
+{
+    static ValidatorName const & oValidator = *RegisterStaticObject(new ValidatorName);
+    return oValidator;
+}
+
+StringFormator const & IniName::GetFormator() const
+{
+    static FormatorName const & oFormator = *RegisterStaticObject(new FormatorName);
+    return oFormator;
+}
+
+} // namespace tsl

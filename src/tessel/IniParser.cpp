@@ -1,0 +1,93 @@
+#include "IniParser.h"
+
+#include "IniName.h"
+
+#include <utility>
+
+namespace tsl
+{
+
+static constexpr std::string_view CONTINUATION = "+=";
+
+static std::string_view Trim(std::string_view s)
+{
+    while (!s.empty() && String::IsSpace(s.front()))
+        s.remove_prefix(1);
+    while (!s.empty() && String::IsSpace(s.back()))
+        s.remove_suffix(1);
+    return s;
+}
+
+Result IniParser::Judge(std::string_view sLine)
+{
+    std::string_view const sTrimmed = Trim(sLine);
+    if (sTrimmed.empty() || sTrimmed.front() == ';')
+        return Result();
+    if (sTrimmed.front() == '[')
+        return JudgeChapter(sTrimmed);
+    if (!m_pChapter)
+        return MakeResult(ERR::eBadData, "Syntax error: Chaptername expected. ", Result::eCategoryFault);
+    if (!sTrimmed.starts_with(CONTINUATION) || sTrimmed == CONTINUATION)
+        return JudgeKey(sTrimmed);
+
+    ContinueValue(Trim(sTrimmed.substr(CONTINUATION.size())));
+    return Result();
+}
+
+Result IniParser::JudgeChapter(std::string_view sLine)
+{
+    IniKeyTable const * const pFormer = std::exchange(m_pChapter, nullptr);
+    m_bKey = false;
+
+    std::size_t const iClosing = sLine.find(']');
+    if (iClosing == std::string_view::npos)
+        return MakeResult(ERR::eBadData, "Syntax error: Token ']' expected.", Result::eCategoryFault);
+
+    ChapterName const sName(sLine.substr(1, iClosing - 1));
+    if (Result const oCause = sName.Validate(); oCause.IsError())
+        return MakeResult(ERR::eBadData, "Syntax error: Name of chapter invalid.", oCause);
+
+    auto const [oChapter, bNew] = m_oChapters.try_emplace(sName.s_str());
+    if (!bNew)
+        return MakeResult(ERR::eBadData, String("Syntax error: Chapter '") + sName + "' already exists.",
+            Result::eCategoryFault);
+
+    m_pChapter = &oChapter->second;
+    if (pFormer)
+        m_pChapter->ReserveLike(*pFormer); // the chapters of a file tend to be alike
+    return Result();
+}
+
+Result IniParser::JudgeKey(std::string_view sLine)
+{
+    std::size_t const iEqual = sLine.find('=');
+    if (iEqual == std::string_view::npos)
+        return MakeResult(ERR::eBadData, "Syntax error: Token '=' expected.", Result::eCategoryFault);
+
+    KeyName const sName(sLine.substr(0, iEqual));
+    if (Result const oCause = sName.Validate(); oCause.IsError())
+        return MakeResult(ERR::eBadData, "Syntax error: Name of key invalid.", oCause);
+    if (!m_pChapter->Add(sName.s_str(), Trim(sLine.substr(iEqual + 1))))
+        return MakeResult(ERR::eBadData,
+            String("Syntax error: Key '") + sName + "' already exists in this Chapter.",
+            Result::eCategoryFault);
+
+    m_bKey = true;
+    return Result();
+}
+
+void IniParser::ContinueValue(std::string_view sMore)
+{
+    if (m_bKey)
+    {
+        m_pChapter->ExtendValue(" ");
+        m_pChapter->ExtendValue(sMore);
+        return;
+    }
+
+    // The text goes under the empty name. It is listed, but cannot be asked for, so the text itself is not
+    // kept, and a second such line adds nothing.
+    static_cast<void>(m_pChapter->Add("", ""));
+}
+
+} // namespace tsl

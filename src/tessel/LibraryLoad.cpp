@@ -1,0 +1,77 @@
+#include "LibraryLoad.h"
+
+#include "FloatConstants.h"
+#include "GlobalApplicationIni.h"
+#include "GlobalDebugSwitchRegistry.h"
+#include "LogFileProcessor.h"
+
+#include <tessel/Exception.h>
+#include <tessel/GlobalMessageDispatcher.h>
+#include <tessel/InitDllTessel.h>
+#include <tessel/MessageProcessorFactory.h>
+#include <tessel/StaticObjectRegistry.h>
+#include <tessel/TaskFactory.h>
+#include <tessel/TimeZone.h>
+
+namespace tsl
+{
+
+namespace
+{
+
+constexpr char const * LOG_FILE_PROCESSOR = "LogFileProcessor";
+
+MessageProcessor * CreateLogFileProcessor()
+{
+    return new LogFileProcessor;
+}
+
+Task * CreateFineTask(TaskProcessor * pParent)
+{
+    return new FineTask(pParent);
+}
+
+/// Reads the configuration. If not even the program's name can be found out, that must not end the
+/// program before it begins: the bus asks for the configuration again and reports the failure.
+void ReadConfiguration()
+{
+    try
+    {
+        GlobalApplicationIni::Instance();
+    }
+    catch (Exception const &)
+    {
+    }
+}
+
+// The order of construction of everything else in the library follows from the steps below.
+LibraryLoad const g_oLibraryLoad;
+
+} // namespace
+
+LibraryLoad::LibraryLoad()
+{
+    // The log file's class has to be known before the bus is made, and the factory is the first to use
+    // the registry of static objects, which thus outlives all that follows.
+    MessageProcessorFactory::Instance().Register(LOG_FILE_PROCESSOR, &CreateLogFileProcessor);
+    static_cast<void>(TimeZone::Init()); // always true
+    StaticObjectRegistry::Instance();
+    ReadConfiguration();
+    GlobalDebugSwitchRegistry::Instance();
+    GlobalMessageDispatcher::Instance();
+    TaskFactory::Instance().Register(Task::TASK_FINE, &CreateFineTask);
+    LoadFloatConstants();
+}
+
+LibraryLoad::~LibraryLoad()
+{
+    TaskFactory::Instance().Unregister(Task::TASK_FINE);
+    MessageProcessorFactory::Instance().Unregister(LOG_FILE_PROCESSOR);
+}
+
+} // namespace tsl
+
+int InitDllTessel()
+{
+    return 1;
+}

@@ -1,0 +1,76 @@
+#include <tessel/Locks.h>
+
+#include <atomic>
+
+namespace tsl
+{
+
+namespace
+{
+
+/// Its address tells the thread.
+[[gnu::tls_model("initial-exec")]] thread_local char t_cSelf;
+
+} // namespace
+
+/// A lock that costs one atomic change to take and one to give up while nobody else wants it, which the
+/// recursive mutex of the standard library is far from.
+struct TSL_HIDDEN CriticalSectionMutex::Section
+{
+    enum State : int
+    {
+        eFree,
+        eHeld,
+        eWanted ///< held, and others may be waiting
+    };
+
+    std::atomic<int> eState{eFree};
+    std::atomic<char const *> pOwner{nullptr};
+
+    /// Entries of the owner beyond the first one.
+    unsigned int iMoreEntries = 0;
+
+    void WaitAndTake()
+    {
+        while (eState.exchange(eWanted, std::memory_order_acquire) != eFree)
+            eState.wait(eWanted, std::memory_order_relaxed);
+    }
+};
+
+CriticalSectionMutex::CriticalSectionMutex() : m_pSection(std::make_shared<Section>()) {}
+CriticalSectionMutex::~CriticalSectionMutex() = default;
+CriticalSectionMutex::CriticalSectionMutex(CriticalSectionMutex const & oSource) = default;
+CriticalSectionMutex & CriticalSectionMutex::operator=(CriticalSectionMutex const & oSource) = default;
+
+void CriticalSectionMutex::Lock()
+{
+    Section & oSection = *m_pSection;
+
+    // Only this thread itself can have entered this thread as the owner.
+    if (oSection.pOwner.load(std::memory_order_relaxed) == &t_cSelf)
+    {
+        ++oSection.iMoreEntries;
+        return;
+    }
+
+    int eState = Section::eFree;
+    if (!oSection.eState.compare_exchange_strong(eState, Section::eHeld, std::memory_order_acquire))
+        oSection.WaitAndTake();
+    oSection.pOwner.store(&t_cSelf, std::memory_order_relaxed);
+}
+
+void CriticalSectionMutex::Unlock()
+{
+    Section & oSection = *m_pSection;
+    if (oSection.iMoreEntries > 0)
+    {
+        --oSection.iMoreEntries;
+        return;
+    }
+
+    oSection.pOwner.store(nullptr, std::memory_order_relaxed);
+    if (oSection.eState.exchange(Section::eFree, std::memory_order_release) == Section::eWanted)
+        oSection.eState.notify_one();
+}
+
+} // namespace tsl

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <tessel/Export.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+/// The library's exclusive lock. The thread that holds it may take it again and gives it up once per
+/// entry; every other thread waits without limit. There is no time-out and no try.
+///
+/// Copies and assigned objects share one lock, so that classes with a mutex member can be copied.
+class TSL_EXPORT CriticalSectionMutex
+{
+public:
+    CriticalSectionMutex();
+    ~CriticalSectionMutex();
+    CriticalSectionMutex(CriticalSectionMutex const & oSource);
+    CriticalSectionMutex & operator=(CriticalSectionMutex const & oSource);
+
+    /// Waits until the lock is free or held by this thread, and takes it.
+    void Lock();
+    void LockRead() { Lock(); }
+    void LockWrite() { Lock(); }
+
+    /// Gives up one entry. The calling thread must hold the lock.
+    void Unlock();
+    void UnlockRead() { Unlock(); }
+    void UnlockWrite() { Unlock(); }
+
+private:
+    struct Section;
+
+    std::shared_ptr<Section> m_pSection;
+};
+
+/// The same exclusive lock under a name that states an intention: a reader excludes every other reader.
+/// Readers are not shared on purpose, since re-entry by the holding thread is needed.
+class TSL_EXPORT ReaderWriterMutex : public CriticalSectionMutex
+{
+};
+
+/// A lock that does nothing, for a template that takes a mutex where no locking is wanted.
+class TSL_EXPORT DummyMutex
+{
+public:
+    void LockRead() {}
+    void LockWrite() {}
+    void UnlockRead() {}
+    void UnlockWrite() {}
+};
+
+} // namespace tsl

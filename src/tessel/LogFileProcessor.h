@@ -1,0 +1,73 @@
+#pragma once
+
+#include <tessel/MessageProcessor.h>
+#include <tessel/ValueString.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+/// Which file the log is written to, and how. It cannot be copied through Root::Set.
+class LogFileProcessorConfig : public MessageProcessorConfig
+{
+public:
+    LogFileProcessorConfig() = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// Output plus append.
+    int GetOpenMode() const { return m_iOpenMode; }
+
+    /// "Logfile.txt", relative to the current directory.
+    ValueString const & GetFileName() const { return m_sFileName; }
+
+protected:
+    void DoCopy(Root const & oSource) override;
+
+private:
+    int m_iOpenMode = 10;
+    ValueString m_sFileName{"Logfile.txt"};
+};
+
+/// Appends each message as a line, or several for a Result with a history, to the log file. The text and
+/// its line end go to the system in one piece before Process returns, so that nothing is lost in a crash
+/// and lines are whole, also if several processes write to one file.
+///
+/// Any thread may use it. A write that fails is not reported, and later ones are not tried.
+class LogFileProcessor : public MessageProcessor
+{
+public:
+    LogFileProcessor();
+    LogFileProcessor(LogFileProcessor const &) = delete;
+    LogFileProcessor & operator=(LogFileProcessor const &) = delete;
+
+    ClassDescription const & GetClassDesc() const override;
+
+    /// Closes the file.
+    ~LogFileProcessor() override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    void Process(Message const & oMessage, Result & oResult) const override;
+    MessageProcessorConfig const & GetConfig() const override;
+
+    /// A processor cannot be reconfigured: always an assertion failure.
+    [[nodiscard]] Result SetConfig(MessageProcessorConfig const & oConfig) override;
+
+    /// Opens the file, which is made if it is absent. Code 1 if it cannot be opened; never waits, so a
+    /// pipe without a reader is such a failure. Success if it is open already.
+    [[nodiscard]] Result Open() override;
+    void Close() override;
+
+protected:
+    void DoCopy(Root const & oSource) override;
+
+private:
+    struct Private;
+    std::unique_ptr<Private> m;
+};
+
+} // namespace tsl

@@ -1,0 +1,84 @@
+#include <tessel/Message.h>
+
+#include "MessageElements.h"
+
+#include <tessel/Assertion.h>
+#include <tessel/ValueConverter.h>
+#include <tessel/ValueNull.h>
+#include <tessel/ValueString.h>
+
+namespace tsl
+{
+
+ClassDescription const & Message::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & Message::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription =
+        DescribeClass<Message>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
+    return oDescription;
+}
+
+Root * Message::CreateNew()
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+unsigned int const & Message::GetBaseType()
+{
+    return GetStaticClassDesc().GetClassId();
+}
+
+std::unique_ptr<AbstractNamedValueConstIterator<Value>> Message::GetConstIterator() const
+{
+    return std::make_unique<DummyMessageIterator>();
+}
+
+String & Message::AddAsString(String & s) const
+{
+    AppendElements(*this, s,
+        [&](Value const & oValue)
+        {
+            ValueString sValue("");
+            s << oValue.AddAsString(sValue).s_str();
+        });
+    return s;
+}
+
+void MessageConstIterator::Begin()
+{
+    m_iPosition = m_iSize >= 1 ? 0 : -1;
+}
+
+void MessageConstIterator::End()
+{
+    m_iPosition = -1;
+}
+
+void MessageConstIterator::Next()
+{
+    // At the end, which is -1, this steps to the first element.
+    m_iPosition = m_iPosition >= m_iSize - 1 ? -1 : m_iPosition + 1;
+}
+
+bool MessageConstIterator::IsEnd() const
+{
+    return m_iPosition == -1;
+}
+
+DummyMessageIterator::DummyMessageIterator() : MessageConstIterator(0) {}
+
+Value const & DummyMessageIterator::GetValue() const
+{
+    return ValueNull::Null();
+}
+
+char const * DummyMessageIterator::GetName() const
+{
+    return "";
+}
+
+} // namespace tsl

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <tessel/AbstractConstIterator.h>
+#include <tessel/Export.h>
+#include <tessel/Root.h>
+#include <tessel/String.h>
+#include <tessel/Value.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+/// Base of everything that travels over a bus, through a pipe or into the log: a small object that can be
+/// copied and tells what it holds.
+///
+/// The type of a message is the class id of its class, so it is known at run time only and valid within
+/// one run. Only classes that derive from Message directly may be dispatched.
+///
+/// A message is built by one thread and afterwards read by others through its const operations.
+class TSL_EXPORT Message : public Root
+{
+public:
+    Message(Message const &) = default;
+    Message & operator=(Message const &) = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    ~Message() override = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    unsigned int const & GetType() const { return GetClassDesc().GetClassId(); }
+
+    /// The type by which a processor receives every message.
+    static unsigned int const & GetBaseType();
+
+    /// A walk over the contents. The message must outlive it, and Begin has to be called first. At this
+    /// level there are none.
+    virtual std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const = 0;
+
+    /// Appends name='value' of each element, separated by "; ", and returns the text.
+    virtual String & AddAsString(String & s) const;
+
+protected:
+    Message() = default;
+};
+
+/// The walk that all iterators over messages share. A new iterator stands at the end, and so does one
+/// that Next has taken past the last element; a further Next begins again.
+class TSL_EXPORT MessageConstIterator : public AbstractNamedValueConstIterator<Value>
+{
+public:
+    void Begin() override;
+    void End() override;
+    void Next() override;
+    bool IsEnd() const override;
+
+protected:
+    explicit MessageConstIterator(int iSize) : m_iSize(iSize) {}
+
+    /// Index of the current element, -1 at the end.
+    int GetPosition() const { return m_iPosition; }
+
+private:
+    int m_iSize;
+    int m_iPosition = -1;
+};
+
+/// The walk over nothing.
+class TSL_EXPORT DummyMessageIterator : public MessageConstIterator
+{
+public:
+    DummyMessageIterator();
+
+    Value const & GetValue() const override;
+    char const * GetName() const override;
+};
+
+} // namespace tsl

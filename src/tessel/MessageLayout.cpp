@@ -1,0 +1,101 @@
+#include <tessel/MessageLayout.h>
+
+#include "MessageElements.h"
+#include "Platform.h"
+#include "ResultHistoryText.h"
+
+#include <tessel/DebugMessage.h>
+#include <tessel/ResultMessage.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+
+namespace tsl
+{
+
+namespace
+{
+
+/// The text of the second in which a thread has last asked for the time.
+struct Timestamp
+{
+    std::int64_t iTime = std::numeric_limits<std::int64_t>::min();
+    char sText[64] = "";
+};
+
+/// Not by way of TimeZone, which knows no zones but whole hours: the log follows the wall clock anywhere.
+void FormatTimestamp(Timestamp & oTimestamp)
+{
+    std::tm oLocal{};
+    // A time that has no local form shows as the zero elements; a line without time would be worse.
+    static_cast<void>(Platform::ToLocalTime(oTimestamp.iTime, oLocal));
+    std::snprintf(oTimestamp.sText, sizeof oTimestamp.sText, "%02d.%02d.%02d %02d:%02d:%02d ", oLocal.tm_mday,
+        oLocal.tm_mon + 1, oLocal.tm_year + 1900, oLocal.tm_hour, oLocal.tm_min, oLocal.tm_sec);
+}
+
+void AppendText(ValueString const & sSource, String & sText)
+{
+    if (!sSource.IsNull())
+        sText << sSource.s_str();
+}
+
+} // namespace
+
+void DefaultMessageLayout::FormatMessage(Message const & oMessage, String & sText) const
+{
+    if (auto const * const pResultMessage = dynamic_cast<ResultMessage const *>(&oMessage))
+        Format(*pResultMessage, sText);
+    else if (auto const * const pDebugMessage = dynamic_cast<DebugMessage const *>(&oMessage))
+        Format(*pDebugMessage, sText);
+    else
+        Format(oMessage, sText);
+}
+
+void DefaultMessageLayout::Format(DebugMessage const & oMessage, String & sText) const
+{
+    AddTimestamp(sText);
+    sText << oMessage.GetProcessId() << ' ' << static_cast<int>(oMessage.GetThreadId()) << " DEB ";
+    AppendText(oMessage.GetIdentifier(), sText);
+    sText << ' ';
+    AppendText(oMessage.GetText(), sText);
+}
+
+void DefaultMessageLayout::Format(ResultMessage const & oMessage, String & sText) const
+{
+    AddTimestamp(sText);
+    sText << "ERR ";
+    FormatValue(oMessage.GetResult(), sText);
+}
+
+void DefaultMessageLayout::Format(Message const & oMessage, String & sText) const
+{
+    AddTimestamp(sText);
+    AppendElements(oMessage, sText, [&](Value const & oValue) { FormatValue(oValue, sText); });
+}
+
+void DefaultMessageLayout::FormatValue(Value const & oValue, String & sText) const
+{
+    if (auto const * const pResult = dynamic_cast<Result const *>(&oValue))
+    {
+        AppendResultHistory(*pResult, sText, EHistoryText::eSingle);
+        return;
+    }
+
+    ValueString sValue("");
+    sText << oValue.AddAsString(sValue).s_str();
+}
+
+void DefaultMessageLayout::AddTimestamp(String & sText) const
+{
+    static thread_local Timestamp oLast;
+    std::int64_t const iNow = Platform::GetTime();
+    if (iNow != oLast.iTime) [[unlikely]]
+    {
+        oLast.iTime = iNow;
+        FormatTimestamp(oLast);
+    }
+    sText << oLast.sText;
+}
+
+} // namespace tsl

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <tessel/Configuration.h>
+#include <tessel/Export.h>
+#include <tessel/Result.h>
+#include <tessel/Root.h>
+
+#include <vector>
+
+namespace tsl
+{
+
+class Message;
+
+/// The configuration of a processor: the message types that it wants.
+class TSL_EXPORT MessageProcessorConfig : public Configuration
+{
+public:
+    MessageProcessorConfig(MessageProcessorConfig const & oSource) = default;
+    MessageProcessorConfig & operator=(MessageProcessorConfig const & oSource) = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    ~MessageProcessorConfig() override = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    virtual void SetMessageTypes(std::vector<unsigned int> const & vTypes);
+    std::vector<unsigned int> const & GetMessageTypes() const { return m_vTypes; }
+
+protected:
+    MessageProcessorConfig() = default;
+
+private:
+    std::vector<unsigned int> m_vTypes;
+};
+
+/// Anything that can take a message.
+///
+/// A bus calls Process on whatever thread dispatches, one call at a time per list of the bus; which other
+/// threads may use a processor is for its class to say.
+class TSL_EXPORT MessageProcessor : public Root
+{
+public:
+    MessageProcessor(MessageProcessor const &) = default;
+    MessageProcessor & operator=(MessageProcessor const &) = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    ~MessageProcessor() override = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// Takes a message. The result is shared by all processors that get it: each may read what the one
+    /// before left there, and leave something itself.
+    virtual void Process(Message const & oMessage, Result & oResult) const = 0;
+
+    virtual MessageProcessorConfig const & GetConfig() const = 0;
+    [[nodiscard]] virtual Result SetConfig(MessageProcessorConfig const & oConfig) = 0;
+    [[nodiscard]] virtual Result Open() = 0;
+    virtual void Close() = 0;
+
+    /// A bus that this processor is registered with goes away. Must not throw.
+    virtual void HandlerDestruction() const {}
+
+protected:
+    MessageProcessor() = default;
+};
+
+/// An interface without operations of its own.
+class TSL_EXPORT RequestChannel
+{
+public:
+    virtual ~RequestChannel() = default;
+
+protected:
+    RequestChannel() = default;
+    RequestChannel(RequestChannel const &) = default;
+    RequestChannel & operator=(RequestChannel const &) = default;
+};
+
+} // namespace tsl

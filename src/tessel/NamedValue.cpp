@@ -1,0 +1,132 @@
+#include <tessel/NamedValue.h>
+
+#include <tessel/Assertion.h>
+#include <tessel/NamedValueConverter.h>
+#include <tessel/ValueNull.h>
+
+#include <utility>
+
+namespace tsl
+{
+
+static std::unique_ptr<Value> CopyOf(Value const & oValue)
+{
+    return std::unique_ptr<Value>(static_cast<Value *>(oValue.GetCopy()));
+}
+
+NamedValue::NamedValue(ValueString const & sName, Value const & oValue)
+    : m_sName(sName), m_pValue(CopyOf(oValue))
+{
+}
+
+NamedValue::NamedValue(NamedValue const & oSource) : Value(oSource)
+{
+    NamedValue::DoCopy(oSource);
+}
+
+NamedValue & NamedValue::operator=(NamedValue const & oSource)
+{
+    Set(oSource);
+    return *this;
+}
+
+ClassDescription const & NamedValue::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & NamedValue::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription =
+        DescribeClass<NamedValue>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
+    return oDescription;
+}
+
+Root * NamedValue::CreateNew()
+{
+    return new NamedValue;
+}
+
+bool NamedValue::IsNull() const
+{
+    return !m_pValue || m_pValue->IsNull() || m_sName.IsNull();
+}
+
+void NamedValue::SetNull()
+{
+    m_sName.SetNull();
+    m_pValue.reset();
+}
+
+ValueConverter const & NamedValue::GetConverter() const
+{
+    static NamedValueConverter const & oConverter = *RegisterStaticObject(new NamedValueConverter);
+    return oConverter;
+}
+
+Value & NamedValue::GetValue()
+{
+    return const_cast<Value &>(static_cast<NamedValue const *>(this)->GetValue());
+}
+
+Value const & NamedValue::GetValue() const
+{
+    if (!m_pValue)
+        XAssertionFailed("m_pValue", "NamedValue::GetValue : Kein Wert vorhanden!");
+    return *m_pValue;
+}
+
+void NamedValue::SetValue(Value * pValue)
+{
+    if (pValue != m_pValue.get())
+        m_pValue.reset(pValue);
+}
+
+void NamedValue::SetValue(Value const & oValue)
+{
+    if (m_pValue && m_pValue->GetClassDesc() == oValue.GetClassDesc())
+    {
+        m_pValue->Set(oValue);
+        return;
+    }
+
+    // The copy is made before the held value goes, since the argument may be a part of that one.
+    bool const bContent = oValue.CompareTo(ValueNull::Null()) == eNotComparable;
+    m_pValue = bContent ? CopyOf(oValue) : nullptr;
+}
+
+bool NamedValue::operator>=(NamedValue const & oOther)
+{
+    eCompare const eResult = CompareTo(oOther);
+    return eResult == eGreater || eResult == eEqual;
+}
+
+bool NamedValue::operator<=(NamedValue const & oOther)
+{
+    eCompare const eResult = CompareTo(oOther);
+    return eResult == eLess || eResult == eEqual;
+}
+
+void NamedValue::DoCopy(Root const & oSource)
+{
+    NamedValue const & oOther = static_cast<NamedValue const &>(oSource);
+    if (oOther.IsNull())
+    {
+        SetNull();
+        return;
+    }
+
+    // The source may be a part of the held value and then ends with it.
+    ValueString sName(oOther.m_sName);
+    SetValue(*oOther.m_pValue);
+    m_sName = std::move(sName);
+}
+
+Value::eCompare NamedValue::DoCompareTo(Value const & oOther) const
+{
+    NamedValue const & oNamed = static_cast<NamedValue const &>(oOther);
+    eCompare const eNames = m_sName.CompareTo(oNamed.m_sName);
+    return eNames == eEqual ? GetValue().CompareTo(oNamed.GetValue()) : eNames;
+}
+
+} // namespace tsl

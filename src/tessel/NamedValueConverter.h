@@ -1,0 +1,42 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/ValueConverter.h>
+#include <tessel/ValueConverterLayoutCollection.h>
+
+namespace tsl
+{
+
+/// The layout of a NamedValue; the default format is "${name} ${value}". Name and value take the layouts
+/// that were added for their classes.
+class TSL_EXPORT NamedValueConverterLayout : public ValueConverterLayoutCollection
+{
+public:
+    NamedValueConverterLayout();
+    explicit NamedValueConverterLayout(ValueString const & sFormat);
+    NamedValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
+
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+};
+
+/// The text form of NamedValue, with the identifiers "name" and "value"; the others are not known.
+/// "value" without a value is an assertion failure, and so is reading a replacement.
+class TSL_EXPORT NamedValueConverter : public ValueConverter
+{
+public:
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    ValueConverterLayout const & GetDefaultLayout() const override;
+
+protected:
+    bool DoGetReplacement(Value const & oValue, ValueString const & sIdentifier, ValueString & sOut,
+        ValueConverterLayout const & oLayout) const override;
+    Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
+        ValueString const & sIdentifier) const override;
+};
+
+} // namespace tsl

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <string>
+
+/// What the library asks of the operating system: plain functions without state of their own, callable
+/// from any thread. One that can fail returns the system's error number, 0 for success.
+namespace tsl::Platform
+{
+
+/// Between the folders of a path.
+extern char const PATH_SEPARATOR;
+
+/// The name that a compiled type name stands for.
+std::string DecodeTypeName(char const * sTypeName);
+
+/// Formats as vsnprintf does, but as in the "C" locale, whatever the locale of the process is.
+int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat, std::va_list oArguments);
+
+/// Suspends the calling thread for so many milliseconds; not at all for 0 or less.
+void Sleep(int iDuration);
+
+/// The ids are asked for once, and again in a process that was forked off.
+int GetProcessId();
+unsigned long GetThreadId();
+
+/// The runtime library's number of the calling thread's last error, and the text of a number.
+int GetLastError();
+std::string GetErrorText(int iError);
+
+/// The full path of the running program.
+[[nodiscard]] int GetProgramPath(std::string & sPath);
+[[nodiscard]] int GetWorkingDirectory(std::string & sPath);
+
+/// Seconds since 1970-01-01 00:00:00 UTC.
+std::int64_t GetTime();
+
+/// Milliseconds of a clock that only goes forward, also while the process sleeps. Only differences count.
+std::int64_t GetSteadyTime();
+
+/// Loads the zone of the process and remembers how far its standard time is west of Greenwich.
+void LoadTimeZone();
+
+/// Seconds west of Greenwich, as remembered by LoadTimeZone.
+[[nodiscard]] int GetSecondsWest(long & iSeconds);
+
+/// Between a time and its elements, in the local zone or in Greenwich. From elements: overflows are
+/// normalised in place, and a result of -1 is a failure, as the runtime library has it.
+[[nodiscard]] int ToLocalTime(std::int64_t iTime, std::tm & oElements);
+[[nodiscard]] int ToGreenwichTime(std::int64_t iTime, std::tm & oElements);
+std::int64_t FromLocalTime(std::tm & oElements);
+std::int64_t FromGreenwichTime(std::tm & oElements);
+
+/// An open file. It is closed by CloseFile and not inherited by child processes.
+struct File
+{
+    std::intptr_t iHandle = -1;
+    bool bPipe = false; ///< somebody at the other end may go away
+
+    bool IsOpen() const { return iHandle != -1; }
+};
+
+/// Opens a file for writing at its end, made if it is absent. Never waits: a pipe without a reader fails.
+[[nodiscard]] int OpenForAppend(char const * sName, File & oFile);
+
+/// Appends all bytes, in one piece if the system takes them so.
+[[nodiscard]] int Append(File const & oFile, char const * pBytes, std::size_t iCount);
+
+/// Opens a regular file or a directory (which then fails to be read). Never waits: whatever else has the
+/// name cannot be opened.
+[[nodiscard]] int OpenForRead(char const * sName, File & oFile);
+
+/// Reads up to iCount bytes; iRead is 0 at the end of the file.
+[[nodiscard]] int Read(File const & oFile, char * pBytes, std::size_t iCount, std::size_t & iRead);
+
+/// Does nothing to a file that is not open.
+void CloseFile(File & oFile);
+
+/// Writes the text to the standard error stream.
+void WriteToStandardError(std::string const & sText);
+
+} // namespace tsl::Platform

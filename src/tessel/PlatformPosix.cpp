@@ -1,0 +1,321 @@
+#include "Platform.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include <atomic>
+
+#include <cxxabi.h>
+#include <fcntl.h>
+#include <locale.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace tsl::Platform
+{
+
+namespace
+{
+
+/// What a thread has asked for once. It is thrown away when the process has been forked.
+struct Identity
+{
+    unsigned int iGeneration = 0;
+    int iProcessId = 0;
+    unsigned long iThreadId = 0;
+};
+
+// Counts the forks between the first process and this one, from 1.
+std::atomic<unsigned int> g_iGeneration{0};
+
+// The runtime library's own number is overwritten by later conversions of daylight-saving zones.
+std::atomic<long> g_iSecondsWest{0};
+
+void CountFork()
+{
+    g_iGeneration.fetch_add(1, std::memory_order_relaxed);
+}
+
+/// The current generation; the first call arranges that it is counted.
+unsigned int GetGeneration()
+{
+    static bool const bWatched = []
+    {
+        CountFork();
+        return ::pthread_atfork(nullptr, nullptr, &CountFork) == 0;
+    }();
+    static_cast<void>(bWatched);
+    return g_iGeneration.load(std::memory_order_relaxed);
+}
+
+Identity const & GetIdentity()
+{
+    static thread_local Identity oIdentity;
+    unsigned int const iGeneration = GetGeneration();
+    if (oIdentity.iGeneration != iGeneration) [[unlikely]]
+        oIdentity = {iGeneration, ::getpid(), static_cast<unsigned long>(::syscall(SYS_gettid))};
+    return oIdentity;
+}
+
+/// Keeps the signal of a broken pipe from the calling thread while it writes, and takes it away if the
+/// writing has raised it.
+class BrokenPipeScope
+{
+public:
+    BrokenPipeScope()
+    {
+        ::sigemptyset(&m_oBrokenPipe);
+        ::sigaddset(&m_oBrokenPipe, SIGPIPE);
+        sigset_t oPending;
+        ::sigpending(&oPending);
+        m_bPending = ::sigismember(&oPending, SIGPIPE) == 1;
+        ::pthread_sigmask(SIG_BLOCK, &m_oBrokenPipe, &m_oFormer);
+    }
+
+    ~BrokenPipeScope()
+    {
+        timespec const oNoWait{};
+        if (!m_bPending)
+            while (::sigtimedwait(&m_oBrokenPipe, nullptr, &oNoWait) == -1 && errno == EINTR)
+            {
+            }
+        ::pthread_sigmask(SIG_SETMASK, &m_oFormer, nullptr);
+    }
+
+    BrokenPipeScope(BrokenPipeScope const &) = delete;
+    BrokenPipeScope & operator=(BrokenPipeScope const &) = delete;
+
+private:
+    sigset_t m_oBrokenPipe;
+    sigset_t m_oFormer;
+    bool m_bPending = false;
+};
+
+int WriteAll(int iHandle, char const * pBytes, std::size_t iCount)
+{
+    while (iCount > 0)
+    {
+        ssize_t const iWritten = ::write(iHandle, pBytes, iCount);
+        if (iWritten < 0 && errno == EINTR)
+            continue;
+        if (iWritten <= 0)
+            return iWritten < 0 ? errno : EIO;
+        pBytes += iWritten;
+        iCount -= static_cast<std::size_t>(iWritten);
+    }
+    return 0;
+}
+
+int GetHandle(File const & oFile)
+{
+    return static_cast<int>(oFile.iHandle);
+}
+
+} // namespace
+
+char const PATH_SEPARATOR = '/';
+
+std::string DecodeTypeName(char const * sTypeName)
+{
+    int iStatus = 0;
+    std::unique_ptr<char, void (*)(void *)> const sDecoded(
+        abi::__cxa_demangle(sTypeName, nullptr, nullptr, &iStatus), &std::free);
+    return sDecoded ? sDecoded.get() : sTypeName;
+}
+
+int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat, std::va_list oArguments)
+{
+    // The calling thread alone changes its locale; the process keeps the one that it has.
+    static locale_t const oPlain = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    locale_t const oFormer = ::uselocale(oPlain);
+    int const iLength = std::vsnprintf(pBuffer, iSize, sFormat, oArguments);
+    ::uselocale(oFormer);
+    return iLength;
+}
+
+void Sleep(int iDuration)
+{
+    if (iDuration <= 0)
+        return;
+
+    timespec oRest{iDuration / 1000, iDuration % 1000 * 1'000'000L};
+    while (::nanosleep(&oRest, &oRest) == -1 && errno == EINTR)
+    {
+    }
+}
+
+int GetProcessId()
+{
+    return GetIdentity().iProcessId;
+}
+unsigned long GetThreadId()
+{
+    return GetIdentity().iThreadId;
+}
+
+int GetLastError()
+{
+    return errno;
+}
+
+std::string GetErrorText(int iError)
+{
+    char aBuffer[256];
+    return ::strerror_r(iError, aBuffer, sizeof aBuffer);
+}
+
+int GetProgramPath(std::string & sPath)
+{
+    std::string sBuffer(256, '\0');
+    for (;;)
+    {
+        ssize_t const iLength = ::readlink("/proc/self/exe", sBuffer.data(), sBuffer.size());
+        if (iLength < 0)
+            return errno;
+        if (static_cast<std::size_t>(iLength) < sBuffer.size())
+        {
+            sBuffer.resize(static_cast<std::size_t>(iLength));
+            sPath = std::move(sBuffer);
+            return 0;
+        }
+        sBuffer.resize(sBuffer.size() * 2);
+    }
+}
+
+int GetWorkingDirectory(std::string & sPath)
+{
+    std::unique_ptr<char, void (*)(void *)> const sDirectory(::getcwd(nullptr, 0), &std::free);
+    if (!sDirectory)
+        return errno;
+    sPath = sDirectory.get();
+    return 0;
+}
+
+std::int64_t GetTime()
+{
+    return ::time(nullptr);
+}
+
+std::int64_t GetSteadyTime()
+{
+    // Not the monotonic clock: that one stands still while the machine is suspended.
+    timespec oNow{};
+    ::clock_gettime(CLOCK_BOOTTIME, &oNow);
+    return std::int64_t{oNow.tv_sec} * 1000 + oNow.tv_nsec / 1'000'000;
+}
+
+void LoadTimeZone()
+{
+    ::tzset();
+    g_iSecondsWest.store(::timezone, std::memory_order_relaxed);
+}
+
+int GetSecondsWest(long & iSeconds)
+{
+    iSeconds = g_iSecondsWest.load(std::memory_order_relaxed);
+    return 0;
+}
+
+int ToLocalTime(std::int64_t iTime, std::tm & oElements)
+{
+    time_t const iSystemTime = iTime;
+    return ::localtime_r(&iSystemTime, &oElements) ? 0 : errno;
+}
+
+int ToGreenwichTime(std::int64_t iTime, std::tm & oElements)
+{
+    time_t const iSystemTime = iTime;
+    return ::gmtime_r(&iSystemTime, &oElements) ? 0 : errno;
+}
+
+std::int64_t FromLocalTime(std::tm & oElements)
+{
+    return ::mktime(&oElements);
+}
+std::int64_t FromGreenwichTime(std::tm & oElements)
+{
+    return ::timegm(&oElements);
+}
+
+int OpenForAppend(char const * sName, File & oFile)
+{
+    // Without waiting for the reader of a pipe; once it is open, a slow reader is waited for.
+    int const iHandle =
+        ::open(sName, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666);
+    if (iHandle < 0)
+        return errno;
+
+    struct stat oStatus = {};
+    ::fstat(iHandle, &oStatus);
+    oFile = {iHandle, S_ISFIFO(oStatus.st_mode)};
+    if (!S_ISREG(oStatus.st_mode))
+        ::fcntl(iHandle, F_SETFL, ::fcntl(iHandle, F_GETFL) & ~O_NONBLOCK);
+    return 0;
+}
+
+int Append(File const & oFile, char const * pBytes, std::size_t iCount)
+{
+    if (!oFile.bPipe)
+        return WriteAll(GetHandle(oFile), pBytes, iCount);
+
+    BrokenPipeScope const oScope;
+    return WriteAll(GetHandle(oFile), pBytes, iCount);
+}
+
+int OpenForRead(char const * sName, File & oFile)
+{
+    // What kind of file it is can only be told without a race once it is open, and a pipe without a
+    // writer must not be waited for.
+    int const iHandle = ::open(sName, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (iHandle < 0)
+        return errno;
+
+    struct stat oStatus = {};
+    bool const bKnown = ::fstat(iHandle, &oStatus) == 0;
+    int const iError = bKnown ? EINVAL : errno;
+    if (!bKnown || !(S_ISREG(oStatus.st_mode) || S_ISDIR(oStatus.st_mode)))
+    {
+        ::close(iHandle);
+        return iError;
+    }
+    oFile = {iHandle, false};
+    return 0;
+}
+
+int Read(File const & oFile, char * pBytes, std::size_t iCount, std::size_t & iRead)
+{
+    for (;;)
+    {
+        ssize_t const iResult = ::read(GetHandle(oFile), pBytes, iCount);
+        if (iResult >= 0)
+        {
+            iRead = static_cast<std::size_t>(iResult);
+            return 0;
+        }
+        if (errno != EINTR)
+            return errno;
+    }
+}
+
+void CloseFile(File & oFile)
+{
+    if (oFile.IsOpen())
+        ::close(GetHandle(std::exchange(oFile, File())));
+}
+
+void WriteToStandardError(std::string const & sText)
+{
+    // Nobody is left to be told if this fails, not even by a signal.
+    BrokenPipeScope const oScope;
+    static_cast<void>(WriteAll(STDERR_FILENO, sText.data(), sText.size()));
+}
+
+} // namespace tsl::Platform

@@ -1,0 +1,180 @@
+#include "ReplacementFormat.h"
+
+#include "ArgumentList.h"
+#include "Platform.h"
+
+#include <tessel/Assertion.h>
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <limits>
+#include <string_view>
+
+namespace tsl::ReplacementFormat
+{
+
+namespace
+{
+
+// No wider than what a formatted text may be long.
+constexpr unsigned int WIDTH_MAX = String::FORMAT_LENGTH_MAX;
+
+/// Reads a user's format once from front to back and builds the one that printf may see.
+class Checker
+{
+public:
+    Checker(ValueString const & sFormat, std::string_view sConversions)
+        : m_sFormat(sFormat.c_str()), m_sConversions(sConversions)
+    {
+    }
+
+    std::string GetChecked()
+    {
+        while (m_iPosition < m_sFormat.size())
+        {
+            char const c = Take();
+            if (c == '%')
+                CheckConversion();
+        }
+        return m_sChecked;
+    }
+
+private:
+    void CheckConversion()
+    {
+        if (Peek() == '%')
+        {
+            Take();
+            return;
+        }
+
+        TakeAll("-+ #0");
+        CheckNumber();
+        if (Peek() == '.')
+        {
+            Take();
+            CheckNumber();
+        }
+        while (Peek() == 'h' || Peek() == 'l')
+            ++m_iPosition;
+
+        if (m_bConverted || m_iPosition == m_sFormat.size()
+            || m_sConversions.find(Peek()) == std::string_view::npos)
+            Fail();
+        m_bConverted = true;
+        Take();
+    }
+
+    void CheckNumber()
+    {
+        unsigned int iNumber = 0;
+        while (Peek() >= '0' && Peek() <= '9')
+        {
+            iNumber = iNumber * 10 + static_cast<unsigned int>(Take() - '0');
+            if (iNumber > WIDTH_MAX)
+                Fail();
+        }
+    }
+
+    void TakeAll(std::string_view sBytes)
+    {
+        while (m_iPosition < m_sFormat.size() && sBytes.find(Peek()) != std::string_view::npos)
+            Take();
+    }
+
+    char Peek() const { return m_iPosition < m_sFormat.size() ? m_sFormat[m_iPosition] : '\0'; }
+
+    char Take()
+    {
+        m_sChecked += m_sFormat[m_iPosition];
+        return m_sFormat[m_iPosition++];
+    }
+
+    [[noreturn]] void Fail() const
+    {
+        XAssertionFailed("false",
+            String("ValueConverter : Ungültiger Formatstring! String : \"") + std::string(m_sFormat) + '"');
+    }
+
+    std::string_view m_sFormat;
+    std::string_view m_sConversions;
+    std::string m_sChecked;
+    std::size_t m_iPosition = 0;
+    bool m_bConverted = false;
+};
+
+/// Formats with a format that only the run time knows, and that has been checked. Other locales have other
+/// decimal points, and which one the process has is no business of a layout.
+void AppendFormatted(ValueString & sOut, char const * sChecked, ...)
+{
+    va_list oArguments;
+    va_start(oArguments, sChecked);
+    ArgumentListScope const oScope(oArguments);
+
+    char aBuffer[String::FORMAT_LENGTH_MAX + 1];
+    int const i = Platform::FormatInPlainLocale(aBuffer, sizeof aBuffer, sChecked, oArguments);
+    if (i < 0 || i >= static_cast<int>(sizeof aBuffer))
+        XAssertionFailed("i >= 0",
+            String("Buffer overflow. Formatting argList with string as \"") + sChecked + "\" failed.");
+
+    sOut << aBuffer;
+}
+
+constexpr int DEFAULT_PRECISION = 6;
+constexpr std::size_t PRECISION_DIGITS_MAX = 2;
+
+/// The precision of a format that is nothing but "%f" or "%.2f" and so on; -1 for any other.
+int GetBarePrecision(std::string_view sFormat)
+{
+    if (sFormat == "%f")
+        return DEFAULT_PRECISION;
+    if (!sFormat.starts_with("%.") || !sFormat.ends_with('f'))
+        return -1;
+
+    std::string_view const sDigits = sFormat.substr(2, sFormat.size() - 3);
+    if (sDigits.empty() || sDigits.size() > PRECISION_DIGITS_MAX
+        || !std::all_of(sDigits.begin(), sDigits.end(), String::IsDigit))
+        return -1;
+
+    int iPrecision = 0;
+    std::from_chars(sDigits.data(), sDigits.data() + sDigits.size(), iPrecision);
+    return iPrecision;
+}
+
+/// What printf makes of a bare format, in a fraction of its time.
+void AppendBareFloat(ValueString & sOut, int iPrecision, double fNumber)
+{
+    // Sign, digits, point, and as many digits behind it as PRECISION_DIGITS_MAX allows.
+    char aText[std::numeric_limits<double>::max_exponent10 + 128];
+    auto const oEnd =
+        std::to_chars(std::begin(aText), std::end(aText), fNumber, std::chars_format::fixed, iPrecision);
+    sOut << std::string(aText, oEnd.ptr);
+}
+
+} // namespace
+
+void AppendInteger(ValueString & sOut, ValueString const & sFormat, int iNumber)
+{
+    // The default format needs neither check nor printf.
+    if (sFormat == "%d")
+        sOut << iNumber;
+    else
+        AppendFormatted(sOut, Checker(sFormat, "diuxXoc").GetChecked().c_str(), iNumber);
+}
+
+void AppendFloat(ValueString & sOut, ValueString const & sFormat, double fNumber)
+{
+    int const iPrecision = GetBarePrecision(sFormat.s_str());
+    if (iPrecision >= 0)
+        AppendBareFloat(sOut, iPrecision, fNumber);
+    else
+        AppendFormatted(sOut, Checker(sFormat, "fFeEgGaA").GetChecked().c_str(), fNumber);
+}
+
+void AppendText(ValueString & sOut, ValueString const & sFormat, char const * sText)
+{
+    AppendFormatted(sOut, Checker(sFormat, "s").GetChecked().c_str(), sText);
+}
+
+} // namespace tsl::ReplacementFormat

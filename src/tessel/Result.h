@@ -1,0 +1,160 @@
+#pragma once
+
+#include <tessel/AbstractConstIterator.h>
+#include <tessel/ErrorCodes.h>
+#include <tessel/Export.h>
+#include <tessel/Value.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+class String;
+class ValueString;
+
+/// How an operation ended: a success, which holds nothing at all, or a failure with code, text, category,
+/// source place, cause and a flat history of the failures that led to it.
+///
+/// Success and failure are told by the presence of the body and never by the code: a Result made with
+/// code 0 is a failure, and each Set... turns a success into one. A success allocates nothing. To the
+/// value family a success is a null value.
+///
+/// Copies are deep. An object is used by one thread at a time and may be handed to another.
+class TSL_EXPORT Result : public Value
+{
+public:
+    /// Any other number may be used as well.
+    enum Category : int
+    {
+        eCategoryDefault = 0,
+        eCategoryIo = 1,   ///< reading a file failed
+        eCategoryFault = 2 ///< broken rules and bad configuration
+    };
+
+    /// A success.
+    Result() noexcept = default;
+
+    /// A failure, whatever the code.
+    Result(int iErrorCode, char const * sText, Category eCategory);
+    Result(int iErrorCode, String const & sText, Category eCategory);
+    Result(int iErrorCode, ValueString const & sText, Category eCategory);
+
+    /// A failure of the previous one's category with that in its history, as by SetPrevious.
+    Result(int iErrorCode, char const * sText, Result const & oPrevious);
+    Result(int iErrorCode, String const & sText, Result const & oPrevious);
+    Result(int iErrorCode, ValueString const & sText, Result const & oPrevious);
+
+    Result(Result const & oSource) : Value(oSource)
+    {
+        if (oSource.m_pBody) [[unlikely]]
+            CopyFromResult(oSource);
+    }
+    Result(Result && oSource) noexcept : Value(oSource), m_pBody(oSource.m_pBody)
+    {
+        oSource.m_pBody = nullptr;
+    }
+
+    /// Assigning a failure to a failure with a history appends the other's history to the own one; the
+    /// rest is replaced. Without a history on the right there is none afterwards.
+    Result & operator=(Result const & oSource);
+    Result & operator=(Result && oSource);
+
+    ClassDescription const & GetClassDesc() const override;
+    ~Result() override
+    {
+        if (m_pBody) [[unlikely]]
+            FreeBody();
+    }
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    bool IsNull() const override { return IsOk(); }
+    void SetNull() override { Clear(); }
+    ValueConverter const & GetConverter() const override;
+
+    /// The shared success.
+    static Result const & Null();
+
+    virtual bool IsOk() const { return m_pBody == nullptr; }
+    virtual bool IsError() const { return m_pBody != nullptr; }
+
+    /// Makes a success of it.
+    virtual void Clear();
+
+    /// A walk over the six fields as they are now: "ErrCode", "Text", "Category", "SourceLine",
+    /// "SourceFile", "Cause". It keeps no reference to this object; Begin has to be called first.
+    virtual std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const;
+
+    /// What a success answers stands in brackets.
+    int GetErrorCode() const;             ///< [0]
+    Category GetCategory() const;         ///< [eCategoryDefault]
+    int GetSourceLine() const;            ///< [0]
+    char const * GetSourceFile() const;   ///< [""]; holds until the next change
+    ValueString const & GetText() const;  ///< [null]
+    ValueString const & GetCause() const; ///< [null] a second text
+
+    void SetText(ValueString const & sText);
+    void SetText(char const * sText);
+    void SetCause(ValueString const & sCause);
+    void SetCause(char const * sCause);
+
+    /// The place where the failure arose; the file name is copied.
+    void SetSource(char const * sFile, int iLine);
+
+    int GetHistorySize() const;
+
+    /// Entry 0 is the nearest failure. An index outside the history is an assertion failure. The entry
+    /// holds until the history changes, and has no history of its own.
+    Result const & GetHistory(int ix) const;
+
+    /// Replaces the history by the given failure and its history. A success as argument changes nothing;
+    /// a success as receiver becomes a copy of the argument.
+    void SetPrevious(Result const & oResult);
+
+    /// Puts the given failure and its history in front; what this object was becomes the next entry of
+    /// the history. A success as argument changes nothing; a success as receiver becomes a copy.
+    Result const & InsertFront(Result const & oResult);
+
+    Result GetWithoutHistory() const;
+
+    /// Two failures are equal if all fields and, entry by entry, the histories are.
+    bool operator==(Result const & oOther) const;
+    bool operator!=(Result const & oOther) const { return !(*this == oOther); }
+
+protected:
+    void DoCopy(Root const & oSource) override;
+    eCompare DoCompareTo(Value const & oOther) const override;
+
+    /// As the assignment.
+    void CopyFromResult(Result const & oSource);
+
+    /// Takes over all but the history; the own history stays.
+    void CopyFromResultWithoutHistory(Result const & oSource);
+
+private:
+    struct Body;
+
+    Body & DemandBody();
+    void FreeBody() noexcept;
+    void AddToHistory(Result const & oResult);
+
+    Body * m_pBody = nullptr;
+};
+
+/// Makes a failure that carries the place of the call: with category 0, with a previous failure, or with
+/// a category.
+TSL_EXPORT Result MakeResult(
+    int iErrorCode, char const * sText, char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
+TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, char const * sFile = __builtin_FILE(),
+    int iLine = __builtin_LINE());
+TSL_EXPORT Result MakeResult(int iErrorCode, char const * sText, Result const & oPrevious,
+    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
+TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, Result const & oPrevious,
+    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
+TSL_EXPORT Result MakeResult(int iErrorCode, char const * sText, Result::Category eCategory,
+    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
+TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, Result::Category eCategory,
+    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
+
+} // namespace tsl

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/ValueConverter.h>
+#include <tessel/ValueConverterLayout.h>
+
+namespace tsl
+{
+
+/// The layout of a Result; the default format is "Number=${No},Text=${Text},File=${File},Line=${Line}".
+class TSL_EXPORT ResultConverterLayout : public ValueConverterLayout
+{
+public:
+    ResultConverterLayout();
+
+    /// Another format. One that SetFormat refuses is an assertion failure.
+    explicit ResultConverterLayout(ValueString const & sFormat);
+
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+};
+
+/// The text form of Result, with the identifiers "No", "Text", "Line" and "File"; any other stands for
+/// the empty text. Category, cause and history do not show. Reading a replacement fails with code 3.
+class TSL_EXPORT ResultConverter : public ValueConverter
+{
+public:
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    ValueConverterLayout const & GetDefaultLayout() const override;
+
+protected:
+    bool DoGetReplacement(Value const & oValue, ValueString const & sIdentifier, ValueString & sOut,
+        ValueConverterLayout const & oLayout) const override;
+    Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
+        ValueString const & sIdentifier) const override;
+};
+
+} // namespace tsl

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/Message.h>
+#include <tessel/Result.h>
+
+namespace tsl
+{
+
+class ValueString;
+
+/// A Result that somebody wants reported.
+class TSL_EXPORT ResultMessage : public Message
+{
+public:
+    /// With a success.
+    ResultMessage() = default;
+    explicit ResultMessage(Result const & oResult);
+    ResultMessage(ResultMessage const & oSource) = default;
+    ResultMessage & operator=(ResultMessage const & oSource) = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    ~ResultMessage() override = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    void SetResult(Result const & oResult);
+    Result const & GetResult() const { return m_oResult; }
+
+    /// A copy; the caller deletes it.
+    ResultMessage * GetClone() const;
+
+    /// Appends the history from its far end on and then the Result itself, each on a line that begins with
+    /// "History" and its distance. The text of every line begins with those of the lines before it.
+    String & AddAsString(String & s) const override;
+
+protected:
+    /// "Result".
+    std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const override;
+
+    void DoCopy(Root const & oSource) override;
+
+private:
+    Result m_oResult;
+};
+
+/// The walk over a ResultMessage, which must outlive it. Access outside the element is an assertion
+/// failure.
+class TSL_EXPORT ResultMessageConstIterator : public MessageConstIterator
+{
+public:
+    explicit ResultMessageConstIterator(ResultMessage const & oMessage);
+
+    Value const & GetValue() const override;
+    char const * GetName() const override;
+
+private:
+    ResultMessage const & m_oMessage;
+};
+
+} // namespace tsl

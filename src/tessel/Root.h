@@ -1,0 +1,46 @@
+#pragma once
+
+#include <tessel/ClassRepository.h>
+#include <tessel/Export.h>
+
+namespace tsl
+{
+
+/// Common base of the library's objects: it gives them a run-time class and polymorphic copying.
+///
+/// A class that takes part in the class system has the following members, written alike everywhere:
+/// GetClassDesc, first among its virtual operations; the static GetStaticClassDesc, which makes the
+/// description on the first call with DescribeClass; the static CreateNew, which makes a default object
+/// or, in a class of which there are none, fails an assertion; and DoCopy.
+///
+/// An object is used by one thread at a time unless its class says otherwise.
+class TSL_EXPORT Root
+{
+public:
+    Root(Root const &) {}
+    Root & operator=(Root const &) { return *this; }
+
+    virtual ClassDescription const & GetClassDesc() const;
+    virtual ~Root() = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// Takes over the state of the source, which must be of this object's class or of one derived from
+    /// it; anything else is an assertion failure. The object itself as source changes nothing.
+    void Set(Root const & oSource);
+
+    /// A new object of the same dynamic class and state; the caller deletes it. A class that cannot be
+    /// made from its description is an assertion failure.
+    Root * GetCopy() const;
+
+protected:
+    Root() = default;
+
+    /// Set under a second name, for derived classes.
+    void Copy(Root const & oSource);
+
+    /// Copies the state of the source, which has been found to be of this class or derived from it.
+    virtual void DoCopy(Root const & oSource) = 0;
+};
+
+} // namespace tsl

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/Root.h>
+
+namespace tsl
+{
+
+class String;
+
+/// Puts a text into its normal form, as its flags say. Read-only once it is made, so any thread may use
+/// it.
+class TSL_EXPORT StringFormator : public Root
+{
+public:
+    /// Can be combined; they are applied in this order.
+    enum
+    {
+        eUpper = 1,
+        eLower = 2,
+        eTrimLeft = 4,
+        eTrimRight = 8
+    };
+
+    StringFormator(int iFlags = 0) : m_iFlags(iFlags) {}
+    StringFormator(StringFormator const & oSource) = default;
+    StringFormator & operator=(StringFormator const & oSource) = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    ~StringFormator() override = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// Makes the normal form of the source in the target; both may be the same text.
+    virtual void Format(String const & sSource, String & sTarget) const;
+
+protected:
+    void DoCopy(Root const & oSource) override;
+
+private:
+    int m_iFlags;
+};
+
+} // namespace tsl

@@ -1,0 +1,46 @@
+#include <tessel/StringValidator.h>
+
+#include <tessel/String.h>
+
+namespace tsl
+{
+
+static Result MakeLengthFailure(char const * sHead, unsigned int iLimit)
+{
+    String sText;
+    sText.Format("%s%d letters.", sHead, static_cast<int>(iLimit));
+    return Result(ERR::eOutOfRange, sText, Result::eCategoryDefault);
+}
+
+ClassDescription const & StringValidator::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & StringValidator::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription =
+        DescribeClass<StringValidator>(&Root::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
+    return oDescription;
+}
+
+Root * StringValidator::CreateNew()
+{
+    return new StringValidator;
+}
+
+Result StringValidator::Validate(String const & s) const
+{
+    if (s.GetLength() < m_iMinimum)
+        return MakeLengthFailure("String must contain at least ", m_iMinimum);
+    if (m_bMaximum && s.GetLength() > m_iMaximum)
+        return MakeLengthFailure("String must contain at most ", m_iMaximum);
+    return Result::Null();
+}
+
+void StringValidator::DoCopy(Root const & oSource)
+{
+    *this = static_cast<StringValidator const &>(oSource);
+}
+
+} // namespace tsl

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/Result.h>
+#include <tessel/Root.h>
+
+namespace tsl
+{
+
+class String;
+
+/// Says whether a text may stand, by its length in bytes. Read-only once it is made, so any thread may
+/// use it.
+class TSL_EXPORT StringValidator : public Root
+{
+public:
+    /// Accepts every text.
+    StringValidator() = default;
+    explicit StringValidator(unsigned int iMinimum) : m_iMinimum(iMinimum) {}
+    StringValidator(unsigned int iMinimum, unsigned int iMaximum)
+        : m_iMinimum(iMinimum), m_bMaximum(true), m_iMaximum(iMaximum)
+    {
+    }
+    StringValidator(StringValidator const & oSource) = default;
+    StringValidator & operator=(StringValidator const & oSource) = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    ~StringValidator() override = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// Code 4 for a text that is too short or too long.
+    [[nodiscard]] virtual Result Validate(String const & s) const;
+
+protected:
+    void DoCopy(Root const & oSource) override;
+
+private:
+    unsigned int m_iMinimum = 0;
+    bool m_bMaximum = false;
+    unsigned int m_iMaximum = 0;
+};
+
+} // namespace tsl

@@ -1,0 +1,319 @@
+#include <tessel/Task.h>
+
+#include "MessageElements.h"
+
+#include <tessel/Assertion.h>
+#include <tessel/LogPoint.h>
+#include <tessel/Message.h>
+#include <tessel/TaskContext.h>
+#include <tessel/TaskProcessor.h>
+
+namespace tsl
+{
+
+int & TaskStack::operator[](int iIndex)
+{
+    return const_cast<int &>(static_cast<TaskStack const &>(*this)[iIndex]);
+}
+
+int const & TaskStack::operator[](int iIndex) const
+{
+    auto const i = static_cast<std::size_t>(iIndex);
+    if (iIndex < 0 || i >= m_vIds.size())
+        XAssertionFailed("iIndex >= 0 && iIndex < GetSize()", String("TaskStack hat kein Element ") + iIndex);
+    return m_vIds[i];
+}
+
+Task::Private::Private(TaskProcessor * pTheParent, String const & sTheName)
+    : pParent(pTheParent), sName(sTheName)
+{
+}
+
+// The name stays in the source as well, for whom has a reference to it.
+Task::Private::Private(Private && oSource)
+    : pParent(oSource.pParent),
+      sName(oSource.sName),
+      pContext(oSource.pContext.load(std::memory_order_relaxed)),
+      pCurrentTask(std::move(oSource.pCurrentTask))
+{
+}
+
+/// Gives a task its context for the length of a step.
+class TSL_HIDDEN Task::StepScope
+{
+public:
+    StepScope(Task & oTask, TaskContext & oContext) : m_oTask(oTask)
+    {
+        if (!Enter(oTask.m->pContext, oContext))
+            FailTwice();
+    }
+    ~StepScope() { m_oTask.m->pContext.store(nullptr, std::memory_order_release); }
+    StepScope(StepScope const &) = delete;
+    StepScope & operator=(StepScope const &) = delete;
+
+    [[noreturn, gnu::cold, gnu::noinline]] static void FailTwice()
+    {
+        XAssertionFailed("p==NULL", "Context wird für die Task zum zweiten Mal Instanziiert. "
+                                    "Entweder durch 2. Thread oder durch Rekursion!");
+    }
+
+private:
+    /// Threads can only meet in the topmost processor, since all tasks below it are run by its step. So
+    /// there alone the test and the change are one.
+    bool Enter(std::atomic<TaskContext *> & pCurrent, TaskContext & oContext)
+    {
+        if (!m_oTask.m->pParent)
+        {
+            TaskContext * pNone = nullptr;
+            return pCurrent.compare_exchange_strong(pNone, &oContext, std::memory_order_acquire);
+        }
+        if (pCurrent.load(std::memory_order_relaxed))
+            return false;
+        pCurrent.store(&oContext, std::memory_order_relaxed);
+        return true;
+    }
+
+    Task & m_oTask;
+};
+
+Task::Task(String const & sName, TaskProcessor * pParent) : m_oOwn(pParent, sName), m(&m_oOwn)
+{
+    if (pParent == this)
+        XAssertionFailed("m->pParent != this", "Parent darf nicht this sein!");
+    if (sName.IsEmpty())
+        XAssertionFailed("!m->sName.IsEmpty()", "Name darf nicht leer sein");
+}
+
+Task::Task(Task const & oSource)
+    : m_oOwn(oSource.m->pParent, oSource.m->sName), m_pShared(oSource.Share()), m(m_pShared.get())
+{
+}
+
+Task & Task::operator=(Task const & oSource)
+{
+    if (IsInStep())
+        StepScope::FailTwice();
+
+    if (&oSource != this)
+    {
+        m_oOwn.pCurrentTask.reset();
+        m_pShared = oSource.Share();
+        m = m_pShared.get();
+    }
+    return *this;
+}
+
+Task::~Task() = default;
+
+int Task::Process(TaskContext & oContext)
+{
+    StepScope const oScope(*this, oContext);
+    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoProcess "; });
+    return DoProcess();
+}
+
+int Task::TaskEntry(TaskContext & oContext)
+{
+    StepScope const oScope(*this, oContext);
+    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoTaskEntry "; });
+    return DoTaskEntry();
+}
+
+void Task::TaskExit(TaskContext & oContext)
+{
+    StepScope const oScope(*this, oContext);
+    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoTaskExit "; });
+    DoTaskExit();
+}
+
+String const & Task::GetTaskName() const
+{
+    return m->sName;
+}
+
+char const * Task::GetTaskResultName(int iTaskResult)
+{
+    switch (iTaskResult)
+    {
+    case TR_REMAIN:
+        return "TR_REMAIN";
+    case TR_PROCEED:
+        return "TR_PROCEED";
+    case TR_RETURN:
+        return "TR_RETURN";
+    default:
+        return "USER_DEFINED";
+    }
+}
+
+int Task::DoTaskEntry()
+{
+    return TR_REMAIN;
+}
+
+void Task::DoTaskExit() {}
+
+void Task::Send(Message const & oMessage)
+{
+    TaskContext & oContext = GetContext();
+    Trace(
+        "Task", [&] { return String("Task '") + m->sName + "' sends message " + GetMessageText(oMessage); });
+    oContext.Send(oMessage);
+}
+
+Message * Task::Receive(int iTimeout)
+{
+    std::unique_ptr<Message> pMessage(GetContext().Receive(iTimeout));
+    if (pMessage)
+        Trace("Task",
+            [&] { return String("Task '") + m->sName + "' received message " + GetMessageText(*pMessage); });
+    return pMessage.release();
+}
+
+Message * Task::ReceiveFilter(MessageFilter const & oFilter, int iTimeout)
+{
+    return GetContext().ReceiveFilter(oFilter, iTimeout);
+}
+
+void Task::Wait(int iDuration, bool bAlertable)
+{
+    GetContext().Wait(iDuration, bAlertable);
+}
+
+void Task::ClearReveiveBuffer()
+{
+    TaskContext & oContext = GetContext();
+    Trace("Task", [&] { return String("Task '") + m->sName + "' ClearReveiveBuffer"; });
+    oContext.ClearReveiveBuffer();
+}
+
+void Task::ClearSendBuffer()
+{
+    TaskContext & oContext = GetContext();
+    Trace("Task", [&] { return String("Task '") + m->sName + "' ClearSendBuffer"; });
+    oContext.ClearSendBuffer();
+}
+
+void Task::SetTaskName(String const & sName)
+{
+    m->sName = sName;
+}
+
+TaskProcessor * Task::GetParent() const
+{
+    return m->pParent;
+}
+
+TaskContext & Task::GetContext() const
+{
+    TaskContext * const pContext = m->pContext.load(std::memory_order_relaxed);
+    if (!pContext)
+        XAssertionFailed("m->pContext!=NULL", "");
+    return *pContext;
+}
+
+void Task::SetVar(ValueString const & sName, int iValue)
+{
+    GetContext().SetVar(sName, iValue);
+}
+
+void Task::SetVar(ValueString const & sName, ValueString const & sValue)
+{
+    GetContext().SetVar(sName, sValue);
+}
+
+int Task::GetVar(ValueString const & sName, int iDefault) const
+{
+    return GetContext().GetVar(sName, iDefault);
+}
+
+ValueString Task::GetVar(ValueString const & sName, ValueString const & sDefault) const
+{
+    return GetContext().GetVar(sName, sDefault);
+}
+
+void Task::SetLocalVar(ValueString const & sName, int iValue)
+{
+    TaskContext & oContext = GetContext();
+    TaskStack oStack;
+    AcquireTaskStack(oStack);
+    oContext.SetLocalVar(oStack, sName, iValue);
+}
+
+void Task::SetLocalVar(ValueString const & sName, ValueString const & sValue)
+{
+    TaskContext & oContext = GetContext();
+    TaskStack oStack;
+    AcquireTaskStack(oStack);
+    oContext.SetLocalVar(oStack, sName, sValue);
+}
+
+int Task::GetLocalVar(ValueString const & sName, int iDefault) const
+{
+    TaskContext & oContext = GetContext();
+    TaskStack oStack;
+    AcquireTaskStack(oStack);
+    return oContext.GetLocalVar(oStack, sName, iDefault);
+}
+
+ValueString Task::GetLocalVar(ValueString const & sName, ValueString const & sDefault) const
+{
+    TaskContext & oContext = GetContext();
+    TaskStack oStack;
+    AcquireTaskStack(oStack);
+    return oContext.GetLocalVar(oStack, sName, sDefault);
+}
+
+bool Task::GetSimulationMode(int iMode) const
+{
+    return GetContext().GetSimulationMode(m->sName, iMode);
+}
+
+void Task::AcquireTaskStack(TaskStack & oStack) const
+{
+    for (Task const * pTask = this; pTask; pTask = pTask->m->pParent)
+        oStack.Push(pTask->GetTaskID());
+}
+
+std::shared_ptr<Task::Private> const & Task::Share() const
+{
+    if (!m_pShared)
+    {
+        m_pShared = std::make_shared<Private>(std::move(m_oOwn));
+        m = m_pShared.get();
+    }
+    return m_pShared;
+}
+
+/// Whether the record ends with this object.
+bool Task::IsLastOwner() const
+{
+    return !m_pShared || m_pShared.use_count() == 1;
+}
+
+bool Task::IsInStep() const
+{
+    return m->pContext.load(std::memory_order_relaxed) != nullptr;
+}
+
+FineTask::FineTask(TaskProcessor * pParent)
+    : Task("FineTask", pParent), m_pFilter(std::make_shared<MessageFilterNoMessage>())
+{
+}
+
+int FineTask::GetTaskID() const
+{
+    return TASK_FINE;
+}
+
+MessageFilter const & FineTask::GetDefinedInputFilter() const
+{
+    return *m_pFilter;
+}
+
+int FineTask::DoProcess()
+{
+    return TR_RETURN;
+}
+
+} // namespace tsl

@@ -1,0 +1,13 @@
+#include <tessel/TypeName.h>
+
+#include "Platform.h"
+
+namespace tsl
+{
+
+std::string GetTypeName(std::type_info const & oType)
+{
+    return "class " + Platform::DecodeTypeName(oType.name());
+}
+
+} // namespace tsl

@@ -1,0 +1,71 @@
+#include <tessel/ValueAbstractValueCollection.h>
+
+#include <tessel/Assertion.h>
+#include <tessel/ValueAbstractValueCollectionConverter.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+using Iterator = std::unique_ptr<AbstractConstIterator<Value>>;
+
+ClassDescription const & ValueAbstractValueCollection::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ValueAbstractValueCollection::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<ValueAbstractValueCollection>(
+        &Value::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
+    return oDescription;
+}
+
+Root * ValueAbstractValueCollection::CreateNew()
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+void ValueAbstractValueCollection::DoCopy(Root const & oSource)
+{
+    // This operation is public, so that nobody else has looked at the class of the source.
+    auto const pSource = dynamic_cast<ValueAbstractValueCollection const *>(&oSource);
+    if (!pSource)
+        XAssertionFailed("pSource", "ValueAbstractValueCollection::DoCopy : oSource ist keine Collection!");
+
+    RemoveAll();
+    Iterator const pElement(pSource->GetConstIterator());
+    for (pElement->Begin(); !pElement->IsEnd(); pElement->Next())
+        Add(pElement->GetValue());
+}
+
+ValueConverter const & ValueAbstractValueCollection::GetConverter() const
+{
+    static ValueAbstractValueCollectionConverter const & oConverter =
+        *RegisterStaticObject(new ValueAbstractValueCollectionConverter);
+    return oConverter;
+}
+
+Value::eCompare ValueAbstractValueCollection::DoCompareTo(Value const & oOther) const
+{
+    auto const pOther = dynamic_cast<ValueAbstractValueCollection const *>(&oOther);
+    if (!pOther)
+        return eNotComparable;
+    if (GetCount() != pOther->GetCount())
+        return GetCount() < pOther->GetCount() ? eLess : eGreater;
+    if (GetCount() == 0)
+        return eEqual;
+
+    Iterator const pOwnElement(GetConstIterator());
+    Iterator const pOtherElement(pOther->GetConstIterator());
+    eCompare eResult = eEqual;
+    for (pOwnElement->Begin(); eResult == eEqual && !pOwnElement->IsEnd(); pOwnElement->Next())
+    {
+        eResult = pOwnElement->GetValue().CompareTo(pOtherElement->GetValue());
+        pOtherElement->Next();
+    }
+    return eResult;
+}
+
+} // namespace tsl

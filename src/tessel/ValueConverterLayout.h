@@ -1,0 +1,67 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/Root.h>
+#include <tessel/ValueString.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+/// The data that shapes a value's text: a format with `${...}` replacements, the text that stands for
+/// null, and a prefix and a postfix around either.
+///
+/// The syntax of a format is not checked here; ValueConverter finds a bad one when it walks it. Any
+/// number of threads may convert with a layout as long as nobody changes it.
+class TSL_EXPORT ValueConverterLayout : public Root
+{
+public:
+    ClassDescription const & GetClassDesc() const override;
+    ~ValueConverterLayout() override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// Whether the layout takes these texts. The base takes all.
+    virtual bool VerifyFormat(ValueString const & sFormat, ValueString const & sNullFormat) const;
+
+    /// The layout for a value inside the value that this layout is for; the base returns itself.
+    virtual ValueConverterLayout const & GetSuitableLayout(Value const & oValue) const;
+
+    ValueString const & GetFormat() const;
+    ValueString const & GetNullFormat() const;
+    ValueString const & GetPrefix() const;
+    ValueString const & GetPostfix() const;
+
+    /// Take the texts if VerifyFormat does; otherwise the answer is false and nothing changes.
+    bool SetFormat(ValueString const & sFormat);
+    bool SetFormat(ValueString const & sFormat, ValueString const & sNullFormat);
+
+    void SetPrefix(ValueString const & sPrefix);
+    void SetPostfix(ValueString const & sPostfix);
+
+protected:
+    /// Without a format; a layout cannot convert until it has one. Null format "NULL", no prefix or
+    /// postfix.
+    ValueConverterLayout();
+
+    /// A format that VerifyFormat refuses is an assertion failure.
+    explicit ValueConverterLayout(ValueString const & sFormat);
+    ValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
+
+    /// Copies all texts.
+    ValueConverterLayout(ValueConverterLayout const & oSource);
+    ValueConverterLayout & operator=(ValueConverterLayout const & oSource);
+
+    void DoCopy(Root const & oSource) override;
+
+    /// Sets the format for the constructor of a derived class. A format that SetFormat refuses is an
+    /// assertion failure that names the class.
+    void DemandFormat(ValueString const & sFormat, char const * sClassName);
+
+private:
+    struct Private;
+    std::unique_ptr<Private> m;
+};
+
+} // namespace tsl

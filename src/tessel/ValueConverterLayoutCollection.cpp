@@ -1,0 +1,139 @@
+#include <tessel/ValueConverterLayoutCollection.h>
+
+#include <tessel/Assertion.h>
+#include <tessel/ValueConverter.h>
+
+#include <algorithm>
+#include <list>
+#include <utility>
+
+namespace tsl
+{
+
+struct TSL_HIDDEN ValueConverterLayoutCollection::Private
+{
+    ValueString sSeparator{","};
+    ValueString sCollPrefix{"("};
+    ValueString sCollPostfix{")"};
+
+    // The latest stands in front.
+    std::list<std::unique_ptr<ValueConverterLayout>> oLayouts;
+
+    auto FindLayout(ClassDescription const & oClass)
+    {
+        return std::find_if(oLayouts.begin(), oLayouts.end(),
+            [&](auto const & pLayout) { return pLayout->GetClassDesc() == oClass; });
+    }
+};
+
+ValueConverterLayoutCollection::ValueConverterLayoutCollection() : m(std::make_unique<Private>()) {}
+
+ValueConverterLayoutCollection::ValueConverterLayoutCollection(ValueString const & sFormat)
+    : ValueConverterLayoutCollection()
+{
+    static_cast<void>(SetFormat(sFormat));
+}
+
+ValueConverterLayoutCollection::ValueConverterLayoutCollection(
+    ValueString const & sFormat, ValueString const & sNullFormat)
+    : ValueConverterLayoutCollection()
+{
+    static_cast<void>(SetFormat(sFormat, sNullFormat));
+}
+
+ValueConverterLayoutCollection::ValueConverterLayoutCollection(ValueConverterLayoutCollection const & oSource)
+    : ValueConverterLayout(oSource), m(std::make_unique<Private>())
+{
+    CopyCollection(oSource);
+}
+
+ValueConverterLayoutCollection & ValueConverterLayoutCollection::operator=(
+    ValueConverterLayoutCollection const & oSource)
+{
+    Set(oSource);
+    return *this;
+}
+
+ClassDescription const & ValueConverterLayoutCollection::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ValueConverterLayoutCollection::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<ValueConverterLayoutCollection>(
+        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
+    return oDescription;
+}
+
+ValueConverterLayoutCollection::~ValueConverterLayoutCollection() = default;
+
+Root * ValueConverterLayoutCollection::CreateNew()
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+ValueConverterLayout const & ValueConverterLayoutCollection::GetSuitableLayout(Value const & oValue) const
+{
+    ValueConverterLayout const & oDefault = oValue.GetConverter().GetDefaultLayout();
+    auto const oLayout = m->FindLayout(oDefault.GetClassDesc());
+    return oLayout == m->oLayouts.end() ? oDefault : **oLayout;
+}
+
+ValueString const & ValueConverterLayoutCollection::GetSeparator() const
+{
+    return m->sSeparator;
+}
+void ValueConverterLayoutCollection::SetSeparator(ValueString const & sSeparator)
+{
+    m->sSeparator = sSeparator;
+}
+ValueString const & ValueConverterLayoutCollection::GetCollPrefix() const
+{
+    return m->sCollPrefix;
+}
+ValueString const & ValueConverterLayoutCollection::GetCollPostfix() const
+{
+    return m->sCollPostfix;
+}
+
+void ValueConverterLayoutCollection::SetCollPrePostfix(
+    ValueString const & sPrefix, ValueString const & sPostfix)
+{
+    // Either text may be the layout's own other one.
+    ValueString sNewPostfix(sPostfix);
+    m->sCollPrefix = sPrefix;
+    m->sCollPostfix = std::move(sNewPostfix);
+}
+
+void ValueConverterLayoutCollection::AddLayout(ValueConverterLayout * pLayout)
+{
+    if (!pLayout)
+        XAssertionFailed("pLayout", "ValueConverterLayoutCollection::AddLayout : Pointer ist NULL!");
+
+    auto const oFormer = m->FindLayout(pLayout->GetClassDesc());
+    if (oFormer != m->oLayouts.end())
+    {
+        if (oFormer->get() == pLayout)
+            return;
+        m->oLayouts.erase(oFormer);
+    }
+    m->oLayouts.emplace_front(pLayout);
+}
+
+void ValueConverterLayoutCollection::DoCopy(Root const & oSource)
+{
+    ValueConverterLayout::DoCopy(oSource);
+    CopyCollection(static_cast<ValueConverterLayoutCollection const &>(oSource));
+}
+
+void ValueConverterLayoutCollection::CopyCollection(ValueConverterLayoutCollection const & oSource)
+{
+    m->sSeparator = oSource.m->sSeparator;
+    m->sCollPrefix = oSource.m->sCollPrefix;
+    m->sCollPostfix = oSource.m->sCollPostfix;
+    for (auto const & pLayout : oSource.m->oLayouts)
+        AddLayout(static_cast<ValueConverterLayout *>(pLayout->GetCopy()));
+}
+
+} // namespace tsl

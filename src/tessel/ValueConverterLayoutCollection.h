@@ -1,0 +1,62 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/ValueConverterLayout.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+/// The layout of a value that holds other values: a separator, an opening and a closing text for a list,
+/// and a layout for each kind of inner value that is to look other than by default.
+///
+/// The layouts are found by their own class: a ValueIntegerConverterLayout serves every inner value whose
+/// default layout is one. The collection owns them, at most one per class.
+class TSL_EXPORT ValueConverterLayoutCollection : public ValueConverterLayout
+{
+public:
+    /// A copy with layouts of its own.
+    ValueConverterLayoutCollection(ValueConverterLayoutCollection const & oSource);
+
+    ClassDescription const & GetClassDesc() const override;
+    ~ValueConverterLayoutCollection() override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// The added layout of the class that the value's default layout has; else that default layout.
+    ValueConverterLayout const & GetSuitableLayout(Value const & oValue) const override;
+
+    /// The text between two elements, "," at first.
+    ValueString const & GetSeparator() const;
+    void SetSeparator(ValueString const & sSeparator);
+
+    /// The texts before the first and behind the last element, "(" and ")" at first.
+    ValueString const & GetCollPrefix() const;
+    ValueString const & GetCollPostfix() const;
+    void SetCollPrePostfix(ValueString const & sPrefix, ValueString const & sPostfix);
+
+    /// Takes the layout over. An earlier one of its class is deleted. Null is an assertion failure; a
+    /// layout that is in the collection already stays.
+    void AddLayout(ValueConverterLayout * pLayout);
+
+protected:
+    ValueConverterLayoutCollection();
+
+    /// Texts that VerifyFormat refuses are not taken, without a report.
+    explicit ValueConverterLayoutCollection(ValueString const & sFormat);
+    ValueConverterLayoutCollection(ValueString const & sFormat, ValueString const & sNullFormat);
+
+    ValueConverterLayoutCollection & operator=(ValueConverterLayoutCollection const & oSource);
+
+    /// Copies the texts and adds copies of the source's layouts; own layouts of other classes stay.
+    void DoCopy(Root const & oSource) override;
+
+private:
+    void CopyCollection(ValueConverterLayoutCollection const & oSource);
+
+    struct Private;
+    std::unique_ptr<Private> m;
+};
+
+} // namespace tsl

@@ -1,0 +1,108 @@
+#include <tessel/ValueDateTime.h>
+
+#include <tessel/Assertion.h>
+#include <tessel/ValueDateTimeConverter.h>
+
+namespace tsl
+{
+
+static void DemandMoment(bool bNull, char const * sInfo)
+{
+    if (bNull)
+        XAssertionFailed("!m_bNull", sInfo);
+}
+
+ValueDateTime::ValueDateTime(ValueDateTime const & oSource)
+    : Value(oSource), m_oDateTime(oSource.AsDateTime()), m_bNull(false)
+{
+}
+
+ValueDateTime & ValueDateTime::operator=(ValueDateTime const & oSource)
+{
+    if (&oSource != this)
+        *this = oSource.AsDateTime();
+    return *this;
+}
+
+ValueDateTime & ValueDateTime::operator=(DateTime const & oDateTime)
+{
+    m_oDateTime = oDateTime;
+    m_bNull = false;
+    return *this;
+}
+
+void ValueDateTime::SetElements(DateTimeElements const & oElements)
+{
+    m_bNull = false;
+    m_oDateTime.SetElements(oElements);
+}
+
+ClassDescription const & ValueDateTime::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ValueDateTime::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription =
+        DescribeClass<ValueDateTime>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
+    return oDescription;
+}
+
+Root * ValueDateTime::CreateNew()
+{
+    return new ValueDateTime;
+}
+
+ValueConverter const & ValueDateTime::GetConverter() const
+{
+    static ValueDateTimeConverter const & oConverter = *RegisterStaticObject(new ValueDateTimeConverter);
+    return oConverter;
+}
+
+ValueDateTime const & ValueDateTime::Null()
+{
+    static ValueDateTime const & oNull = *RegisterStaticObject(new ValueDateTime);
+    return oNull;
+}
+
+DateTime const & ValueDateTime::AsDateTime() const
+{
+    DemandMoment(m_bNull, "Value must not be NULL");
+    return m_oDateTime;
+}
+
+void ValueDateTime::Format(char const * sFormat, String & sOut, TimeZone::EZone eZone) const
+{
+    AsDateTime().Format(sFormat, sOut, eZone);
+}
+
+void ValueDateTime::Add(TimeSpan const & oSpan)
+{
+    DemandMoment(m_bNull, "Value must not be NULL");
+    m_oDateTime.Add(oSpan);
+}
+
+void ValueDateTime::Sub(TimeSpan const & oSpan)
+{
+    DemandMoment(m_bNull, "Value must not be NULL");
+    m_oDateTime.Sub(oSpan);
+}
+
+int ValueDateTime::Compare(DateTime const & oOther) const
+{
+    DemandMoment(m_bNull, "Invalid operation. ValueDateTime is NULL");
+    return m_oDateTime.Compare(oOther);
+}
+
+void ValueDateTime::DoCopy(Root const & oSource)
+{
+    *this = static_cast<ValueDateTime const &>(oSource);
+}
+
+Value::eCompare ValueDateTime::DoCompareTo(Value const & oOther) const
+{
+    return ToCompareResult(Compare(static_cast<ValueDateTime const &>(oOther)));
+}
+
+} // namespace tsl

@@ -1,0 +1,115 @@
+#include <tessel/ValueFloat32.h>
+
+#include <tessel/Assertion.h>
+#include <tessel/ValueFloatConverter.h>
+
+namespace tsl
+{
+
+static void DemandNumber(bool bNull)
+{
+    if (bNull)
+        XAssertionFailed("!m_bNull", "Value must not be NULL");
+}
+
+ValueFloat32 & ValueFloat32::operator=(float const & fValue)
+{
+    m_fValue = fValue;
+    m_bNull = false;
+    return *this;
+}
+
+ClassDescription const & ValueFloat32::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ValueFloat32::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription =
+        DescribeClass<ValueFloat32>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
+    return oDescription;
+}
+
+Root * ValueFloat32::CreateNew()
+{
+    return new ValueFloat32;
+}
+
+void ValueFloat32::SetNull()
+{
+    m_fValue = 0.0f;
+    m_bNull = true;
+}
+
+ValueConverter const & ValueFloat32::GetConverter() const
+{
+    static ValueFloatConverter const & oConverter = *RegisterStaticObject(new ValueFloatConverter);
+    return oConverter;
+}
+
+ValueFloat32 const & ValueFloat32::Null()
+{
+    static ValueFloat32 const & oNull = *RegisterStaticObject(new ValueFloat32);
+    return oNull;
+}
+
+float ValueFloat32::AsFloat32() const
+{
+    DemandNumber(m_bNull);
+    return m_fValue;
+}
+
+ValueFloat32 & ValueFloat32::operator+=(float const & fRight)
+{
+    m_fValue += fRight;
+    return *this;
+}
+
+ValueFloat32 & ValueFloat32::operator-=(float const & fRight)
+{
+    m_fValue -= fRight;
+    return *this;
+}
+
+ValueFloat32 & ValueFloat32::operator*=(float const & fRight)
+{
+    m_fValue *= fRight;
+    return *this;
+}
+
+ValueFloat32 & ValueFloat32::operator/=(float const & fRight)
+{
+    m_fValue /= fRight;
+    return *this;
+}
+
+int ValueFloat32::Compare(float const & fOther) const
+{
+    DemandNumber(m_bNull);
+
+    // In double precision, where a sum with the tolerance does not lose it.
+    double const fNumber = m_fValue;
+    double const fTolerance = TOLERANCE;
+    return fOther > fNumber + fTolerance ? -1 : fOther < fNumber - fTolerance ? 1 : 0;
+}
+
+void ValueFloat32::DoCopy(Root const & oSource)
+{
+    *this = static_cast<ValueFloat32 const &>(oSource);
+}
+
+Value::eCompare ValueFloat32::DoCompareTo(Value const & oOther) const
+{
+    float const fOther = static_cast<ValueFloat32 const &>(oOther).m_fValue;
+    return m_fValue > fOther ? eGreater : m_fValue < fOther ? eLess : eEqual;
+}
+
+ValueString & operator<<(ValueString & sLeft, ValueFloat32 const & f)
+{
+    if (f.IsNull())
+        XAssertionFailed("!f.IsNull()", "Invalid operation. Value is NULL");
+    return f.AddAsString(sLeft);
+}
+
+} // namespace tsl

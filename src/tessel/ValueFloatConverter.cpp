@@ -1,0 +1,283 @@
+#include <tessel/ValueFloatConverter.h>
+
+#include "ReplacementFormat.h"
+#include "ValueCast.h"
+
+#include <tessel/ValueFloat32.h>
+
+#include <patternmatcher/PatternMatcher.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <iterator>
+#include <limits>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace tsl
+{
+
+namespace
+{
+
+constexpr char const * NUMBER_PATTERN = R"(^[+-]?(\d*)(\.\d+|)((d|D|e|E)[+-]?(\d+)|))";
+
+/// The groups of the pattern.
+enum Group : unsigned int
+{
+    eGroupNumber = 0,
+    eGroupInteger = 1,
+    eGroupFraction = 2, ///< with its point
+    eGroupExponent = 3  ///< with its letter
+};
+
+constexpr double FLOAT_MAX = std::numeric_limits<float>::max();
+
+/// Memory for searches that belongs to the calling thread and stays for its next search.
+PatternMatcher::Matches & GetThreadMatches()
+{
+    // A plain pointer, since numbers may still be read after the thread's objects have been destroyed.
+    static thread_local PatternMatcher::Matches * pMatches = nullptr;
+    struct Keeper
+    {
+        ~Keeper() { delete std::exchange(pMatches, nullptr); }
+    };
+
+    if (!pMatches)
+    {
+        static thread_local Keeper oKeeper;
+        pMatches = new PatternMatcher::Matches;
+    }
+    return *pMatches;
+}
+
+/// A number without its sign, as the pattern has taken it apart.
+struct Number
+{
+    std::string_view sText;
+    std::string_view sInteger;
+    std::string_view sFraction; ///< with its point
+    std::string_view sExponent; ///< with its letter
+};
+
+/// The power of ten behind the letter, which may be too large for any number.
+std::int64_t GetExponent(std::string_view sExponent)
+{
+    constexpr std::int64_t iBeyondAnyText = std::int64_t{1} << 40;
+    if (sExponent.empty())
+        return 0;
+
+    bool const bNegative = sExponent[1] == '-';
+    std::string_view const sDigits = sExponent.substr(bNegative || sExponent[1] == '+' ? 2 : 1);
+    std::int64_t iExponent = iBeyondAnyText;
+    std::from_chars(sDigits.data(), sDigits.data() + sDigits.size(), iExponent);
+    iExponent = std::min(iExponent, iBeyondAnyText);
+    return bNegative ? -iExponent : iExponent;
+}
+
+/// Reads a number of any length and size, with any letter in front of the exponent. What is too large
+/// becomes infinite, what is too small becomes 0.
+double ReadUnusual(Number const & oNumber)
+{
+    // More significant digits cannot change the result, but for whether there is any behind them.
+    constexpr std::size_t iDigitsMax = 800;
+    constexpr std::int64_t iPowerMax = 400;
+
+    // The number becomes 0.ddd times a power of ten, with a first digit that is not zero.
+    char aText[iDigitsMax + 16] = {'0', '.'};
+    char * const pDigits = aText + 2;
+    std::size_t iDigits = 0;
+    std::int64_t iPower = GetExponent(oNumber.sExponent);
+    bool bFraction = false;
+    bool bMore = false;
+    for (std::string_view const sPart : {oNumber.sInteger, oNumber.sFraction})
+        for (char const c : sPart)
+        {
+            bFraction = bFraction || c == '.';
+            if (c == '.')
+                continue;
+            if (iDigits == 0 && c == '0')
+            {
+                iPower -= bFraction ? 1 : 0;
+                continue;
+            }
+
+            iPower += bFraction ? 0 : 1;
+            if (iDigits < iDigitsMax)
+                pDigits[iDigits++] = c;
+            else
+                bMore = bMore || c != '0';
+        }
+
+    if (iDigits == 0 || iPower < -iPowerMax)
+        return 0;
+    if (iPower > iPowerMax)
+        return std::numeric_limits<double>::infinity();
+
+    char * pEnd = pDigits + iDigits;
+    if (bMore)
+        *pEnd++ = '1';
+    *pEnd++ = 'e';
+    pEnd = std::to_chars(pEnd, std::end(aText), iPower).ptr;
+
+    double fNumber = 0;
+    bool const bOutOfRange = std::from_chars(aText, pEnd, fNumber).ec == std::errc::result_out_of_range;
+    if (!bOutOfRange)
+        return fNumber;
+    return iPower > 0 ? std::numeric_limits<double>::infinity() : 0;
+}
+
+double ReadUnsigned(Number const & oNumber)
+{
+    // Longer texts may have a power of ten that from_chars loses.
+    constexpr std::size_t iUsualLength = 64;
+    bool const bUsualLetter =
+        oNumber.sExponent.empty() || oNumber.sExponent.front() == 'e' || oNumber.sExponent.front() == 'E';
+    if (!bUsualLetter || oNumber.sText.size() > iUsualLength)
+        return ReadUnusual(oNumber);
+
+    double fNumber = 0;
+    char const * const pText = oNumber.sText.data();
+    auto const oEnd = std::from_chars(pText, pText + oNumber.sText.size(), fNumber);
+    return oEnd.ec == std::errc::result_out_of_range ? ReadUnusual(oNumber) : fNumber;
+}
+
+/// Reads what the pattern has matched in the text.
+double ReadNumber(std::string_view sText, PatternMatcher::Matches const & oMatches)
+{
+    std::string_view sNumber = oMatches.GetText(sText, eGroupNumber);
+    bool const bNegative = sNumber.front() == '-';
+    if (bNegative || sNumber.front() == '+')
+        sNumber.remove_prefix(1);
+
+    Number const oNumber{sNumber, oMatches.GetText(sText, eGroupInteger),
+        oMatches.GetText(sText, eGroupFraction), oMatches.GetText(sText, eGroupExponent)};
+
+    // A sign or an exponent alone is no number and counts as 0 without a sign.
+    if (oNumber.sInteger.empty() && oNumber.sFraction.empty())
+        return 0;
+    return bNegative ? -ReadUnsigned(oNumber) : ReadUnsigned(oNumber);
+}
+
+} // namespace
+
+ValueFloatConverterLayout::ValueFloatConverterLayout()
+{
+    UpdateFormat();
+}
+
+ValueFloatConverterLayout::ValueFloatConverterLayout(ValueString const & sFormat)
+{
+    DemandFormat(sFormat, "ValueFloatConverterLayout");
+}
+
+ClassDescription const & ValueFloatConverterLayout::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ValueFloatConverterLayout::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<ValueFloatConverterLayout>(
+        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
+    return oDescription;
+}
+
+Root * ValueFloatConverterLayout::CreateNew()
+{
+    return new ValueFloatConverterLayout;
+}
+
+void ValueFloatConverterLayout::SetDecimalPlaces(ValueInt32 const & iDecimalPlaces)
+{
+    m_iDecimalPlaces.Set(iDecimalPlaces);
+    UpdateFormat();
+}
+
+void ValueFloatConverterLayout::DoCopy(Root const & oSource)
+{
+    ValueConverterLayout::DoCopy(oSource);
+    m_iDecimalPlaces.Set(static_cast<ValueFloatConverterLayout const &>(oSource).m_iDecimalPlaces);
+}
+
+void ValueFloatConverterLayout::UpdateFormat()
+{
+    String sFormat("${%f}");
+    if (!m_iDecimalPlaces.IsNull())
+        sFormat.Format("${%%.%df}", m_iDecimalPlaces.AsInt32());
+
+    // A derived layout that refuses the format keeps the one that it has.
+    static_cast<void>(SetFormat(sFormat));
+}
+
+ValueFloatConverter::ValueFloatConverter() : m_pNumber(std::make_shared<PatternMatcher>(NUMBER_PATTERN)) {}
+
+ClassDescription const & ValueFloatConverter::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ValueFloatConverter::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<ValueFloatConverter>(
+        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
+    return oDescription;
+}
+
+Root * ValueFloatConverter::CreateNew()
+{
+    return new ValueFloatConverter;
+}
+
+ValueConverterLayout const & ValueFloatConverter::GetDefaultLayout() const
+{
+    static ValueFloatConverterLayout const & oLayout = *RegisterStaticObject(new ValueFloatConverterLayout);
+    return oLayout;
+}
+
+bool ValueFloatConverter::DoGetReplacement(Value const & oValue, ValueString const & sIdentifier,
+    ValueString & sOut, ValueConverterLayout const &) const
+{
+    if (sIdentifier.Find('f') < 0)
+        return false;
+
+    ReplacementFormat::AppendFloat(
+        sOut, sIdentifier, double{CastValue<ValueFloat32 const>(oValue).AsFloat32()});
+    return true;
+}
+
+Result ValueFloatConverter::DoConvertReplacement(
+    ValueString & sText, Value & oValue, ValueConverterLayout const &, ValueString const & sIdentifier) const
+{
+    if (sIdentifier.Find('f') < 0)
+        return MakeResult(ERR::eBadData, "sIdentifier unknown");
+
+    ValueFloat32 & oTarget = CastValue<ValueFloat32>(oValue);
+    std::string const & sAll = sText.s_str();
+    auto const iBlanks =
+        static_cast<std::size_t>(std::find_if_not(sAll.begin(), sAll.end(), String::IsSpace) - sAll.begin());
+    std::string_view const sTrimmed = std::string_view(sAll).substr(iBlanks);
+
+    // The pattern matches every text, but the match may be empty.
+    PatternMatcher::Matches & oMatches = GetThreadMatches();
+    m_pNumber->Match(sTrimmed, 0, oMatches);
+    std::size_t const iLength = oMatches.GetText(sTrimmed, eGroupNumber).size();
+    if (iLength == 0)
+        return MakeResult(
+            ERR::eBadData, String("Invalid syntax. Cannot convert '") + sAll + "' to ValueFloat.");
+
+    double const fNumber = ReadNumber(sTrimmed, oMatches);
+    if (fNumber > FLOAT_MAX)
+        return MakeResult(ERR::eOutOfRange, "Overflow. Smalest number for ValueFloat32 is FLOAT32_MAX.");
+    if (fNumber < -FLOAT_MAX)
+        return MakeResult(ERR::eOutOfRange, "Overflow. Biggest number for ValueFloat32 is FLOAT32_MIN.");
+
+    oTarget = static_cast<float>(fNumber);
+    sText.CutLeft(static_cast<unsigned int>(iLength + iBlanks));
+    sText.TrimLeft();
+    return Result::Null();
+}
+
+} // namespace tsl

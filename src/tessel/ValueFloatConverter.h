@@ -1,0 +1,82 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/ValueConverter.h>
+#include <tessel/ValueConverterLayout.h>
+#include <tessel/ValueInt32.h>
+
+#include <memory>
+
+namespace tsl
+{
+
+class PatternMatcher;
+
+/// The layout of a ValueFloat32; the default format is "${%f}". Its format can be made from a number of
+/// decimal places.
+class TSL_EXPORT ValueFloatConverterLayout : public ValueConverterLayout
+{
+public:
+    ValueFloatConverterLayout();
+
+    /// Another format, without a number of decimal places. One that SetFormat refuses is an assertion
+    /// failure.
+    explicit ValueFloatConverterLayout(ValueString const & sFormat);
+
+    ValueFloatConverterLayout(ValueFloatConverterLayout const & oSource) = default;
+    ValueFloatConverterLayout & operator=(ValueFloatConverterLayout const & oSource) = default;
+
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    /// Null if no number is set.
+    ValueInt32 const & GetDecimalPlaces() const { return m_iDecimalPlaces; }
+
+    /// Replaces the format by "${%.2f}" for 2 and so on, by "${%f}" for null. A number that printf cannot
+    /// use as a precision is found when the layout is used.
+    void SetDecimalPlaces(ValueInt32 const & iDecimalPlaces);
+
+protected:
+    void DoCopy(Root const & oSource) override;
+
+    /// Sets the format that the number of decimal places stands for.
+    void UpdateFormat();
+
+private:
+    ValueInt32 m_iDecimalPlaces;
+};
+
+/// Text and back for ValueFloat32. Numbers have a decimal point, whatever the locale of the process is.
+///
+/// Identifiers without an "f" are not known. Written is every other that is a printf format for a double:
+/// text, `%%`, and at most one conversion of `f F e E g G a A` with flags, width and precision of at most
+/// 3,998; length modifiers h and l are dropped. Any other is an assertion failure that names the format.
+///
+/// Read is, whatever the format says, a number at the front of the text: blanks, a sign, digits, a point
+/// with digits, and an exponent behind e, E, d or D. All parts may be missing but one, and what is left
+/// counts as 0 without digits, so that "-" reads as 0. Blanks behind the number are cut off, too. Code 2 if
+/// there is no number, code 4 for one that a float cannot hold; nothing changes then.
+class TSL_EXPORT ValueFloatConverter : public ValueConverter
+{
+public:
+    ValueFloatConverter();
+
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    ValueConverterLayout const & GetDefaultLayout() const override;
+
+protected:
+    bool DoGetReplacement(Value const & oValue, ValueString const & sIdentifier, ValueString & sOut,
+        ValueConverterLayout const & oLayout) const override;
+    Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
+        ValueString const & sIdentifier) const override;
+
+private:
+    // Shared by copies of the converter; any number of threads may search with it.
+    std::shared_ptr<PatternMatcher const> m_pNumber;
+};
+
+} // namespace tsl

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/ValueConverter.h>
+#include <tessel/ValueConverterLayout.h>
+
+namespace tsl
+{
+
+/// The layout of a ValueInt32; the default format is "${%d}".
+class TSL_EXPORT ValueIntegerConverterLayout : public ValueConverterLayout
+{
+public:
+    ValueIntegerConverterLayout();
+
+    /// Another format. One that SetFormat refuses is an assertion failure.
+    explicit ValueIntegerConverterLayout(ValueString const & sFormat);
+
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+};
+
+/// Text and back for ValueInt32.
+///
+/// Written is every identifier that is a printf format for an int: text, `%%`, and at most one conversion
+/// of `d i u x X o c` with flags, width and precision of at most 3,998; length modifiers h and l are
+/// dropped. Any other is an assertion failure that names the format.
+///
+/// Read is the identifier "%d" alone, from the whole of the remaining text: blanks, a sign, 1 to 10
+/// digits, blanks. Failures have code 2.
+class TSL_EXPORT ValueIntegerConverter : public ValueConverter
+{
+public:
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    ValueConverterLayout const & GetDefaultLayout() const override;
+
+protected:
+    bool DoGetReplacement(Value const & oValue, ValueString const & sIdentifier, ValueString & sOut,
+        ValueConverterLayout const & oLayout) const override;
+    Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
+        ValueString const & sIdentifier) const override;
+};
+
+} // namespace tsl

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/ValueConverter.h>
+#include <tessel/ValueConverterLayout.h>
+
+namespace tsl
+{
+
+/// The layout of a ValueNull: the empty format; what is written is the null format.
+class TSL_EXPORT ValueNullConverterLayout : public ValueConverterLayout
+{
+public:
+    ValueNullConverterLayout();
+
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+};
+
+/// The text form of ValueNull. It knows no identifier, and reading a replacement is an assertion failure.
+class TSL_EXPORT ValueNullConverter : public ValueConverter
+{
+public:
+    ClassDescription const & GetClassDesc() const override;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    ValueConverterLayout const & GetDefaultLayout() const override;
+
+protected:
+    bool DoGetReplacement(Value const & oValue, ValueString const & sIdentifier, ValueString & sOut,
+        ValueConverterLayout const & oLayout) const override;
+    Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
+        ValueString const & sIdentifier) const override;
+};
+
+} // namespace tsl

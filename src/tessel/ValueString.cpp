@@ -1,0 +1,155 @@
+#include <tessel/ValueString.h>
+
+#include "ArgumentList.h"
+
+#include <tessel/Assertion.h>
+#include <tessel/ValueStringConverter.h>
+
+#include <utility>
+
+namespace tsl
+{
+
+ClassDescription const & ValueString::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & ValueString::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription =
+        DescribeClass<ValueString>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
+    return oDescription;
+}
+
+Root * ValueString::CreateNew()
+{
+    return new ValueString;
+}
+
+// A text that was moved from must not be left non-null with an unspecified content.
+ValueString::ValueString(ValueString && sSource) noexcept
+    : m_bNull(std::exchange(sSource.m_bNull, true)), m_sText(std::move(sSource.m_sText))
+{
+    sSource.m_sText.Clear();
+}
+
+ValueString & ValueString::operator=(ValueString && sSource) noexcept
+{
+    if (&sSource != this)
+    {
+        m_bNull = std::exchange(sSource.m_bNull, true);
+        m_sText = std::move(sSource.m_sText);
+        sSource.m_sText.Clear();
+    }
+    return *this;
+}
+
+ValueString & ValueString::operator=(std::string const & sSource)
+{
+    m_sText = sSource;
+    m_bNull = false;
+    return *this;
+}
+
+ValueString & ValueString::operator=(char c)
+{
+    m_sText = c;
+    m_bNull = false;
+    return *this;
+}
+
+ValueString & ValueString::operator=(char const * sSource)
+{
+    m_sText = sSource;
+    m_bNull = false;
+    return *this;
+}
+
+void ValueString::SetNull()
+{
+    m_sText.Clear();
+    m_bNull = true;
+}
+
+void ValueString::Clear()
+{
+    m_sText.Clear();
+    m_bNull = false;
+}
+
+ValueConverter const & ValueString::GetConverter() const
+{
+    static ValueStringConverter const & oConverter = *RegisterStaticObject(new ValueStringConverter);
+    return oConverter;
+}
+
+ValueString const & ValueString::Null()
+{
+    static ValueString const & sNull = *RegisterStaticObject(new ValueString);
+    return sNull;
+}
+
+void ValueString::Insert(unsigned int pos, ValueString const & s)
+{
+    if (m_bNull || s.m_bNull)
+        FailNull("!m_bNull && !s.m_bNull");
+    m_sText.Insert(pos, s.m_sText);
+}
+
+int ValueString::Replace(char const * sWhat, char const * sWith, unsigned int pos)
+{
+    return Text().Replace(sWhat, sWith, pos);
+}
+
+int ValueString::Replace(ValueString const & sWhat, ValueString const & sWith, unsigned int pos)
+{
+    String & sText = Text();
+    String const & sWithText = sWith.Text();
+    return sText.Replace(sWhat.Text(), sWithText, pos);
+}
+
+int ValueString::Compare(ValueString const & s) const
+{
+    if (m_bNull || s.m_bNull)
+        FailNull("!m_bNull && !Source.m_bNull");
+    return m_sText.Compare(s.m_sText);
+}
+
+void ValueString::Format(char const * sFormat, ...)
+{
+    va_list oArguments;
+    va_start(oArguments, sFormat);
+    ArgumentListScope const oScope(oArguments);
+    FormatArgList(sFormat, oArguments);
+}
+
+void ValueString::FormatArgList(char const * sFormat, va_list oArguments)
+{
+    m_sText.FormatArgList(sFormat, oArguments);
+    m_bNull = false;
+}
+
+ValueString & ValueString::operator<<(ValueString const & s)
+{
+    if (s.m_bNull)
+        XAssertionFailed("!s.IsNull()", "Invalid operation. ValueString is NULL");
+    return AppendText(s.m_sText);
+}
+
+void ValueString::DoCopy(Root const & oSource)
+{
+    *this = static_cast<ValueString const &>(oSource);
+}
+
+Value::eCompare ValueString::DoCompareTo(Value const & oOther) const
+{
+    return ToCompareResult(m_sText.Compare(static_cast<ValueString const &>(oOther).m_sText));
+}
+
+void ValueString::FailNull(char const * sExpression)
+{
+    XAssertionFailed(sExpression, "Invalid operation. ValueString is NULL");
+}
+
+} // namespace tsl

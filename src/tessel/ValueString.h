@@ -1,0 +1,196 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/String.h>
+#include <tessel/Value.h>
+
+#include <compare>
+#include <string>
+
+namespace tsl
+{
+
+/// The nullable text, and the type of texts in the library's interfaces.
+///
+/// Null and empty are different. An operation that needs text fails the assertion "!m_bNull" with
+/// "Invalid operation. ValueString is NULL" on a null value, which then stays as it was; assigning and
+/// appending make a null value non-null. What the operations do is told at String.
+class TSL_EXPORT ValueString : public Value
+{
+public:
+    /// Null.
+    ValueString() = default;
+    ValueString(ValueString const & sSource) = default;
+    ValueString(ValueString && sSource) noexcept;
+    ValueString(char c, unsigned int n) : m_bNull(false), m_sText(c, n) {}
+    ValueString(char const * sSource) : m_bNull(false), m_sText(sSource) {}
+    ValueString(std::string const & sSource) : m_bNull(false), m_sText(sSource) {}
+    ValueString(String const & sSource) : m_bNull(false), m_sText(sSource) {}
+
+    ValueString & operator=(ValueString const & sSource) = default;
+    ValueString & operator=(ValueString && sSource) noexcept;
+    ValueString & operator=(std::string const & sSource);
+    ValueString & operator=(char c);
+    ValueString & operator=(char const * sSource);
+
+    ClassDescription const & GetClassDesc() const override;
+    ~ValueString() override = default;
+    static ClassDescription const & GetStaticClassDesc();
+    static Root * CreateNew();
+
+    bool IsNull() const override { return m_bNull; }
+
+    /// Empties the text and makes the value null.
+    void SetNull() override;
+
+    /// Empties the text and makes the value non-null.
+    void Clear();
+
+    ValueConverter const & GetConverter() const override;
+
+    /// The shared null text.
+    static ValueString const & Null();
+
+    void Reserve(unsigned int n) { m_sText.Reserve(n); }
+    unsigned int GetLength() const { return Text().GetLength(); }
+    bool IsEmpty() const { return Text().IsEmpty(); }
+    char operator[](unsigned int i) const { return Text()[i]; }
+    char GetAt(unsigned int i) const { return Text().GetAt(i); }
+    char const * c_str() const { return Text().c_str(); }
+    std::string const & s_str() const { return Text().s_str(); }
+    static bool IsSpace(char c) { return String::IsSpace(c); }
+
+    ValueString Mid(unsigned int pos) const { return Text().Mid(pos); }
+    ValueString Mid(unsigned int pos, unsigned int n) const { return Text().Mid(pos, n); }
+    ValueString Left(unsigned int n) const { return Text().Left(n); }
+    ValueString Right(unsigned int n) const { return Text().Right(n); }
+
+    void CutLeft(unsigned int n) { Text().CutLeft(n); }
+    void CutRight(unsigned int n) { Text().CutRight(n); }
+    void CutMid(unsigned int pos, unsigned int n) { Text().CutMid(pos, n); }
+
+    /// Leaves a null value null.
+    void Delete(unsigned int pos, unsigned int n) { m_sText.Delete(pos, n); }
+
+    /// Neither the receiver nor the argument may be null.
+    void Insert(unsigned int pos, ValueString const & s);
+
+    /// A null argument is not refused; it counts as the empty text.
+    int Find(ValueString const & s, unsigned int pos = 0) const { return Text().Find(s.m_sText, pos); }
+    int Find(char c, unsigned int pos = 0) const { return Text().Find(c, pos); }
+    int Find(char const * s, unsigned int pos = 0) const { return Text().Find(s, pos); }
+    int Find(String const & s, unsigned int pos = 0) const { return Text().Find(s, pos); }
+    int FindReverse(char c) const { return Text().FindReverse(c); }
+
+    /// No operand may be null.
+    int Replace(char const * sWhat, char const * sWith, unsigned int pos = 0);
+    int Replace(ValueString const & sWhat, ValueString const & sWith, unsigned int pos = 0);
+
+    void TrimLeft() { Text().TrimLeft(); }
+    void TrimRight() { Text().TrimRight(); }
+    void Trim() { Text().Trim(); }
+
+    /// Neither the receiver nor the argument may be null.
+    int Compare(ValueString const & s) const;
+    int Compare(std::string const & s) const { return Text().Compare(s); }
+    int Compare(char const * s) const { return Text().Compare(s); }
+    int Compare(char c) const { return Text().Compare(c); }
+
+    /// As String::Format; makes the value non-null.
+    [[gnu::format(printf, 2, 3)]] void Format(char const * sFormat, ...);
+    void FormatArgList(char const * sFormat, va_list oArguments);
+
+    /// Append and make the value non-null. A null ValueString on the right fails the assertion
+    /// "!s.IsNull()".
+    ValueString & operator<<(ValueString const & s);
+    ValueString & operator<<(std::string const & s) { return AppendText(s); }
+    ValueString & operator<<(char const * s) { return AppendText(s); }
+    ValueString & operator<<(char c) { return AppendText(c); }
+    ValueString & operator<<(int i) { return AppendText(i); }
+    ValueString & operator<<(float f) { return AppendText(f); }
+
+    template<class Right>
+    ValueString & operator+=(Right const & oRight)
+    {
+        return *this << oRight;
+    }
+
+protected:
+    void DoCopy(Root const & oSource) override;
+    eCompare DoCompareTo(Value const & oOther) const override;
+
+private:
+    /// The text of a value that must not be null.
+    String const & Text() const
+    {
+        if (m_bNull) [[unlikely]]
+            FailNull("!m_bNull");
+        return m_sText;
+    }
+    String & Text() { return const_cast<String &>(static_cast<ValueString const *>(this)->Text()); }
+
+    [[noreturn]] static void FailNull(char const * sExpression);
+
+    template<class Part>
+    ValueString & AppendText(Part const & oPart)
+    {
+        m_sText << oPart;
+        m_bNull = false;
+        return *this;
+    }
+
+    bool m_bNull = true;
+    String m_sText;
+};
+
+/// As Compare of the right operand, with what that demands. A text that is no ValueString may stand on the
+/// left as well.
+inline bool operator==(ValueString const & sLeft, ValueString const & sRight)
+{
+    return sLeft.Compare(sRight) == 0;
+}
+inline bool operator==(ValueString const & sLeft, std::string const & sRight)
+{
+    return sLeft.Compare(sRight) == 0;
+}
+inline bool operator==(ValueString const & sLeft, char const * sRight)
+{
+    return sLeft.Compare(sRight) == 0;
+}
+inline bool operator==(ValueString const & sLeft, char cRight)
+{
+    return sLeft.Compare(cRight) == 0;
+}
+inline std::strong_ordering operator<=>(ValueString const & sLeft, ValueString const & sRight)
+{
+    return sLeft.Compare(sRight) <=> 0;
+}
+inline std::strong_ordering operator<=>(ValueString const & sLeft, std::string const & sRight)
+{
+    return sLeft.Compare(sRight) <=> 0;
+}
+inline std::strong_ordering operator<=>(ValueString const & sLeft, char const * sRight)
+{
+    return sLeft.Compare(sRight) <=> 0;
+}
+inline std::strong_ordering operator<=>(ValueString const & sLeft, char cRight)
+{
+    return sLeft.Compare(cRight) <=> 0;
+}
+
+/// A right operand that a ValueString can append.
+template<class Right>
+concept AppendableToValueString = requires(ValueString & sLeft, Right const & oRight)
+{
+    sLeft << oRight;
+};
+
+/// The result is non-null even if the left operand is null.
+template<AppendableToValueString Right>
+ValueString operator+(ValueString sLeft, Right const & oRight)
+{
+    sLeft << oRight;
+    return sLeft;
+}
+
+} // namespace tsl

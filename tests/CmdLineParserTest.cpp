@@ -1,0 +1,147 @@
+#include <tessel/CmdLineParser.h>
+#include <tessel/ValueString.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using tsl::CmdLineParser;
+using tsl::String;
+
+using Texts = std::vector<std::string>;
+
+/// What was parsed: "name=value name=value | parameter parameter", each value as it is asked for.
+std::string Dump(CmdLineParser const & oParser)
+{
+    std::string sDump;
+    std::vector<String> vNames = {"former"};
+    oParser.GetOptions(vNames);
+    for (String const & sName : vNames)
+    {
+        String sValue;
+        EXPECT_TRUE(oParser.GetOption(sName.c_str(), sValue, CmdLineParser::eOptionAny)) << sName.c_str();
+        sDump += sName.s_str() + '=' + sValue.s_str() + ' ';
+    }
+
+    sDump += '|';
+    std::vector<String> vParameters = {"former"};
+    oParser.GetParameters(vParameters);
+    for (String const & sParameter : vParameters)
+        sDump += ' ' + sParameter.s_str();
+    return sDump;
+}
+
+tsl::Result Parse(CmdLineParser & oParser, Texts vArguments)
+{
+    std::vector<char *> vPointers;
+    for (std::string & sArgument : vArguments)
+        vPointers.push_back(sArgument.data());
+    return oParser.SetCmdLine(static_cast<int>(vPointers.size()), vPointers.data());
+}
+
+TEST(CommandLine, IsSortedByPlaceAlone)
+{
+    struct Row
+    {
+        Texts vArguments;
+        char const * sDump;
+    };
+    Row const aRows[] = {
+        {{"prog", "-a", "1", "--bb", "/c", "d"}, "a=1 bb= c=d | prog"},
+        {{"-a", "b", "c"}, "a=b | c"},
+        {{"p", "-a"}, "a= | p"},
+        {{"-n", "-5"}, "n= 5= |"},
+        {{"-a", "", "", "x"}, "a= |  x"},
+        {{"---x", "v", "-ab=c"}, "-x=v ab=c= |"},
+        {{"-a", "1", "-a", "2"}, "a=1 a=1 |"},
+        {{"/usr/bin/prog", "file"}, "usr/bin/prog=file |"},
+        {{}, "|"},
+    };
+    CmdLineParser oParser;
+    for (Row const & oRow : aRows)
+    {
+        EXPECT_TRUE(Parse(oParser, oRow.vArguments).IsOk()) << oRow.sDump;
+        EXPECT_EQ(Dump(oParser), oRow.sDump);
+    }
+}
+
+TEST(CommandLine, IsSplitIfItIsOneText)
+{
+    CmdLineParser oParser;
+    EXPECT_TRUE(oParser.SetCmdLine("  -a \"b c\"  d e\\ f \"/g\" ").IsOk());
+    EXPECT_EQ(Dump(oParser), "a=b c g= | d e f");
+    EXPECT_TRUE(oParser.SetCmdLine("").IsOk());
+    EXPECT_EQ(Dump(oParser), "|");
+}
+
+TEST(CommandLine, RefusesAnOptionWithoutNameAndKeepsWhatStandsInFront)
+{
+    for (char const * sOption : {"-", "--", "/"})
+    {
+        CmdLineParser oParser;
+        EXPECT_TRUE(Parse(oParser, {"earlier"}).IsOk());
+        EXPECT_EQ(Parse(oParser, {"p", "-a", "1", sOption, "q"}),
+            tsl::Result(1, "Syntaxfehler: Eine Option muss aus midestens einem Zeichen bestehen.",
+                tsl::Result::eCategoryDefault))
+            << sOption;
+        EXPECT_EQ(Dump(oParser), "a=1 | p") << sOption;
+    }
+}
+
+TEST(CommandLine, DefinesCountsAndEntriesThatNoProgramReceives)
+{
+    char aWord[] = "word";
+    char * aArguments[] = {aWord, nullptr, aWord};
+    CmdLineParser oParser;
+    EXPECT_TRUE(oParser.SetCmdLine(3, aArguments).IsOk());
+    EXPECT_EQ(Dump(oParser), "| word  word");
+    EXPECT_TRUE(oParser.SetCmdLine(-1, aArguments).IsOk());
+    EXPECT_EQ(Dump(oParser), "|");
+    EXPECT_TRUE(oParser.SetCmdLine(3, nullptr).IsOk());
+    EXPECT_EQ(Dump(oParser), "|");
+}
+
+TEST(CommandLine, FindsAnOptionByNameAndPrefix)
+{
+    struct Row
+    {
+        char const * sName;
+        CmdLineParser::OptionPrefix ePrefix;
+        char const * sValue; ///< null if there is no such option
+    };
+    Row const aRows[] = {
+        {"a", CmdLineParser::eOptionAny, "dash"},
+        {"a", CmdLineParser::eOptionDash, "dash"},
+        {"a", CmdLineParser::eOptionDoubleDash, "double"},
+        {"a", CmdLineParser::eOptionSlash, "slash"},
+        {"B", CmdLineParser::eOptionDash, ""},
+        {"B", CmdLineParser::eOptionSlash, nullptr},
+        {"b", CmdLineParser::eOptionAny, nullptr},
+        {"-a", CmdLineParser::eOptionAny, nullptr},
+        {nullptr, CmdLineParser::eOptionAny, nullptr},
+    };
+    CmdLineParser oParser;
+    EXPECT_TRUE(Parse(oParser, {"-a", "dash", "--a", "double", "/a", "slash", "-B"}).IsOk());
+    for (Row const & oRow : aRows)
+    {
+        std::string const sRow = (oRow.sName ? oRow.sName : "null") + std::to_string(oRow.ePrefix);
+        String sValue = "former";
+        EXPECT_EQ(oParser.GetOption(oRow.sName, sValue, oRow.ePrefix), oRow.sValue != nullptr) << sRow;
+        EXPECT_EQ(sValue.s_str(), oRow.sValue ? oRow.sValue : "") << sRow;
+    }
+}
+
+TEST(CommandLine, IsSharedByCopies)
+{
+    CmdLineParser oParser;
+    CmdLineParser const oCopy(oParser);
+    EXPECT_TRUE(Parse(oParser, {"word"}).IsOk());
+    oParser = CmdLineParser();
+    EXPECT_EQ(Dump(oCopy), "| word");
+}
+
+} // namespace

@@ -1,0 +1,198 @@
+#include "TestMessages.h"
+
+#include <tessel/Exception.h>
+#include <tessel/MessageProcessorFactory.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace tsl;
+using tsltest::TestProcessor;
+
+namespace
+{
+
+using Observer = MessageProcessorFactory::Observer;
+
+/// Notes what it is told, as "key:action".
+class NotingCallBack : public MessageProcessorFactoryCallBack
+{
+public:
+    void Invoke(MessageProcessorFactory::Args const & oArgs, bool & bResult) override
+    {
+        vNotes.push_back(oArgs.GetKey() + ":" + std::to_string(oArgs.GetAction()));
+        bResult = !bResult;
+        if (MessageProcessorFactory::Instance().IsAttached(this))
+            ++iSeenAttached;
+    }
+
+    std::vector<std::string> vNotes;
+    int iSeenAttached = 0;
+};
+
+MessageProcessor * CreateTestProcessor()
+{
+    return new TestProcessor;
+}
+
+MessageProcessor * CreateNothing()
+{
+    return nullptr;
+}
+
+/// The text of the failure that the call throws.
+template<class Call>
+std::string GetFailure(Call fCall)
+{
+    try
+    {
+        fCall();
+    }
+    catch (Exception const & oException)
+    {
+        return std::to_string(oException.GetResult().GetErrorCode()) + " " + oException.GetText();
+    }
+    return "none";
+}
+
+} // namespace
+
+TEST(FactoryEntries, TellTheirObserversOfEveryChange)
+{
+    MessageProcessorFactory & oFactory = MessageProcessorFactory::Instance();
+    NotingCallBack oCallBack;
+    bool bFlag = false;
+    EXPECT_TRUE(oFactory.Register("t", &CreateTestProcessor, bFlag));
+    EXPECT_FALSE(bFlag) << "two notifications, each of which has turned it";
+    EXPECT_FALSE(oFactory.Register("t", &CreateNothing, bFlag));
+    EXPECT_TRUE(bFlag);
+
+    std::unique_ptr<MessageProcessor> const pProcessor(oFactory.CreateProcessor("t"));
+    EXPECT_NE(dynamic_cast<TestProcessor *>(pProcessor.get()), nullptr) << "the first function stays";
+
+    oFactory.Unregister("t");
+    oFactory.Unregister("t");
+    EXPECT_FALSE(oFactory.IsRegistered("t"));
+    EXPECT_EQ(oFactory.CreateProcessor("t"), nullptr);
+    EXPECT_EQ(oCallBack.vNotes, (std::vector<std::string>{"t:1", "t:2", "t:1", "t:4", "t:8", "t:4", "t:8"}));
+    EXPECT_EQ(oCallBack.iSeenAttached, 7);
+}
+
+TEST(FactoryTables, FindWhatWasEnteredLastUnderAKey)
+{
+    using Function = int (*)();
+    Function const fOne = [] { return 1; };
+    Function const fTwo = [] { return 2; };
+    FactoryTable<int, Function> oTable;
+
+    // Keys that meet in the same place of the table, negative ones among them.
+    constexpr int iCount = 300;
+    auto const fKey = [](int i) { return (i - iCount / 2) * 16; };
+    for (int i = 0; i < iCount; ++i)
+        EXPECT_TRUE(oTable.Insert(fKey(i), fOne)) << i;
+    EXPECT_FALSE(oTable.Insert(fKey(7), fTwo));
+    for (int i = 0; i < iCount; i += 2)
+        oTable.Erase(fKey(i));
+    oTable.Erase(1);
+    FactoryTable<int, Function> oCopy(oTable);
+    for (int i = 0; i < iCount; i += 4)
+        EXPECT_TRUE(oTable.Insert(fKey(i), fTwo)) << i;
+    EXPECT_TRUE(oCopy.Insert(1, fTwo));
+
+    for (int i = 0; i < iCount; ++i)
+    {
+        EXPECT_EQ(oTable.Find(fKey(i)), i % 2 == 1 ? fOne : i % 4 == 0 ? fTwo : nullptr) << i;
+        EXPECT_EQ(oCopy.Find(fKey(i)), i % 2 == 1 ? fOne : nullptr) << i;
+    }
+    oTable = oCopy;
+    EXPECT_EQ(oTable.Find(fKey(0)), nullptr);
+    EXPECT_EQ(oTable.Find(1), fTwo);
+}
+
+TEST(FactoryTables, AreReadWhileTheyGrow)
+{
+    FactoryTable<std::string, MessageProcessor * (*)()> oTable;
+    EXPECT_TRUE(oTable.Insert("stays", &CreateTestProcessor));
+    std::atomic<bool> bDone{false};
+    auto oReader = std::async(std::launch::async,
+        [&]
+        {
+            int iMissed = 0;
+            while (!bDone)
+                iMissed += oTable.Find("stays") == &CreateTestProcessor && !oTable.Find("never") ? 0 : 1;
+            return iMissed;
+        });
+    for (int i = 0; i < 3'000; ++i)
+    {
+        EXPECT_TRUE(oTable.Insert(std::to_string(i), &CreateNothing));
+        oTable.Erase(std::to_string(i / 2));
+    }
+    bDone = true;
+    EXPECT_EQ(oReader.get(), 0);
+}
+
+TEST(FactoryEntries, KnowTheLogFileProcessor)
+{
+    std::unique_ptr<MessageProcessor> const pProcessor(
+        MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
+    ASSERT_NE(pProcessor, nullptr);
+    EXPECT_STREQ(pProcessor->GetClassDesc().GetClassName(), "class tsl::LogFileProcessor");
+    EXPECT_STREQ(pProcessor->GetConfig().GetClassDesc().GetClassName(), "class tsl::LogFileProcessorConfig");
+    EXPECT_THROW(delete pProcessor->GetCopy(), Exception);
+    EXPECT_THROW(static_cast<void>(pProcessor->SetConfig(pProcessor->GetConfig())), Exception);
+    EXPECT_THROW(delete pProcessor->GetConfig().GetCopy(), Exception);
+}
+
+TEST(FactoryMisuse, NamesFactoryKeyAndFunction)
+{
+    MessageProcessorFactory & oFactory = MessageProcessorFactory::Instance();
+    NotingCallBack oCallBack;
+    std::string const sFailure = GetFailure([&] { oFactory.Register("t", nullptr); });
+    EXPECT_EQ(sFailure.find("6 XAssertion. Expression \"pFunc\" failed. \nInfo: \"class "
+                            "tsl::MessageProcessorFactory::Register("),
+        0u)
+        << sFailure;
+    EXPECT_NE(sFailure.find(") : pFunc is NULL!"), std::string::npos) << sFailure;
+    EXPECT_TRUE(oCallBack.vNotes.empty());
+
+    EXPECT_EQ(GetFailure([&] { oFactory.DeleteProduct(nullptr); }),
+        "6 XAssertion. Expression \"pProduct\" failed. \nInfo: \"class "
+        "tsl::MessageProcessorFactory::DeleteInstance(class tsl::MessageProcessor) : pProduct is NULL!\"");
+    EXPECT_EQ(GetFailure([&] { oFactory.Attach(nullptr); }).substr(0, 3), "-1 ");
+    EXPECT_EQ(GetFailure([&] { oFactory.Detatch(nullptr); }).substr(0, 3), "-1 ");
+    EXPECT_FALSE(oFactory.IsAttached(nullptr));
+}
+
+TEST(FactoryCallBacks, MayRegisterAndDetachFromInside)
+{
+    class RegisteringCallBack : public NotingCallBack
+    {
+    public:
+        void Invoke(MessageProcessorFactory::Args const & oArgs, bool & bResult) override
+        {
+            NotingCallBack::Invoke(oArgs, bResult);
+            if (oArgs.GetAction() != MessageProcessorFactory::eAfterRegister)
+                return;
+            if (oArgs.GetKey() == "outer")
+                m_bRegistered = MessageProcessorFactory::Instance().Register("inner", &CreateTestProcessor);
+            else
+                MessageProcessorFactory::Instance().Detatch(this);
+        }
+
+    private:
+        bool m_bRegistered = false;
+    };
+
+    MessageProcessorFactory & oFactory = MessageProcessorFactory::Instance();
+    RegisteringCallBack oCallBack;
+    EXPECT_TRUE(oFactory.Register("outer", &CreateTestProcessor));
+    EXPECT_TRUE(oFactory.IsRegistered("inner"));
+    oFactory.Unregister("outer");
+    oFactory.Unregister("inner");
+    EXPECT_EQ(oCallBack.vNotes, (std::vector<std::string>{"outer:1", "outer:2", "inner:1", "inner:2"}));
+}

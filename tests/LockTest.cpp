@@ -1,0 +1,114 @@
+#include <tessel/Locks.h>
+#include <tessel/ScopedLock.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <stdexcept>
+#include <vector>
+
+using tsl::CriticalSectionMutex;
+using tsl::ReaderWriterMutex;
+
+namespace
+{
+
+/// Another thread that takes a lock and gives it up again.
+class Visitor
+{
+public:
+    template<class Mutex>
+    explicit Visitor(Mutex & oMutex)
+        : m_oVisit(std::async(std::launch::async, [&oMutex] { tsl::ReadLock<Mutex> const oScope(oMutex); }))
+    {
+    }
+
+    /// Whether the thread has to wait. An answer of true takes a moment, since it proves that nothing happens.
+    bool IsKeptOut() const
+    {
+        return m_oVisit.wait_for(std::chrono::milliseconds(30)) == std::future_status::timeout;
+    }
+
+    bool WasLetIn() const { return m_oVisit.wait_for(std::chrono::seconds(60)) == std::future_status::ready; }
+
+private:
+    std::future<void> m_oVisit;
+};
+
+TEST(ExclusiveLocks, KeepOutEveryReaderUntilTheLastEntryIsGivenUp)
+{
+    ReaderWriterMutex oMutex;
+    oMutex.LockRead();
+    oMutex.LockWrite();
+    oMutex.Lock();
+    Visitor const oVisitor(oMutex);
+    EXPECT_TRUE(oVisitor.IsKeptOut());
+    oMutex.Unlock();
+    oMutex.UnlockRead();
+    EXPECT_TRUE(oVisitor.IsKeptOut());
+    oMutex.UnlockWrite();
+    EXPECT_TRUE(oVisitor.WasLetIn());
+}
+
+TEST(ExclusiveLocks, AreSharedByWhatIsAssigned)
+{
+    CriticalSectionMutex oMutex;
+    CriticalSectionMutex oAssigned;
+    oAssigned = oMutex;
+    oMutex.LockRead();
+    Visitor const oVisitor(oAssigned);
+    EXPECT_TRUE(oVisitor.IsKeptOut());
+    oMutex.UnlockRead();
+    EXPECT_TRUE(oVisitor.WasLetIn());
+}
+
+TEST(ExclusiveLocks, AreGivenUpWhenAScopeIsLeftByAnException)
+{
+    ReaderWriterMutex oMutex;
+    auto const fFail = [&]
+    {
+        tsl::WriteLock<ReaderWriterMutex> const oWrite(oMutex);
+        tsl::ReadLock<ReaderWriterMutex> const oRead(oMutex);
+        throw std::runtime_error("out");
+    };
+    EXPECT_THROW(fFail(), std::runtime_error);
+    EXPECT_TRUE(Visitor(oMutex).WasLetIn());
+}
+
+TEST(ExclusiveLocks, LetEveryWaitingThreadInSometime)
+{
+    constexpr int iThreads = 4;
+    constexpr int iRounds = 20'000;
+    CriticalSectionMutex oMutex;
+    int iCount = 0;
+    std::vector<std::future<void>> vThreads;
+    for (int iThread = 0; iThread < iThreads; ++iThread)
+        vThreads.push_back(std::async(std::launch::async,
+            [&]
+            {
+                for (int i = 0; i < iRounds; ++i)
+                {
+                    tsl::WriteLock<CriticalSectionMutex> const oOuter(oMutex);
+                    ++iCount;
+                    tsl::ReadLock<CriticalSectionMutex> const oInner(oMutex);
+                    --iCount;
+                    ++iCount;
+                }
+            }));
+    for (std::future<void> & oThread : vThreads)
+        oThread.wait();
+    EXPECT_EQ(iCount, iThreads * iRounds);
+}
+
+TEST(DummyLocks, KeepNobodyOut)
+{
+    tsl::DummyMutex oMutex;
+    tsl::DummyMutex oOther;
+    oMutex.LockWrite();
+    EXPECT_TRUE(Visitor(oMutex).WasLetIn());
+    EXPECT_EQ(&(oOther = oMutex), &oOther);
+    oMutex.UnlockWrite();
+}
+
+} // namespace

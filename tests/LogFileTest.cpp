@@ -1,0 +1,300 @@
+#include "ProcessTest.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace tsltest;
+
+namespace
+{
+
+std::vector<std::string> GetLines(std::string const & sText)
+{
+    std::vector<std::string> vLines;
+    std::istringstream oText(sText);
+    for (std::string sLine; std::getline(oText, sLine);)
+        vLines.push_back(sLine);
+    return vLines;
+}
+
+/// Takes the text off the front, in which '9' stands for any digit; false if something else stands there.
+bool CutFront(std::string_view & sText, std::string_view sPattern)
+{
+    if (sText.size() < sPattern.size())
+        return false;
+    for (std::size_t i = 0; i < sPattern.size(); ++i)
+        if (sPattern[i] == '9' ? !std::isdigit(sText[i]) : sText[i] != sPattern[i])
+            return false;
+    sText.remove_prefix(sPattern.size());
+    return true;
+}
+
+/// Takes a number and a blank off the front.
+bool CutNumber(std::string_view & sText)
+{
+    std::size_t const iEnd = sText.find_first_not_of("0123456789");
+    if (iEnd == 0 || iEnd == std::string_view::npos || sText[iEnd] != ' ')
+        return false;
+    sText.remove_prefix(iEnd + 1);
+    return true;
+}
+
+/// The log with each timestamp as "T ", and process and thread id as "P ".
+std::string GetLog(TestProgram const & oProgram)
+{
+    std::string const sFile = oProgram.ReadFile("Logfile.txt");
+    std::string sLog;
+    for (std::string_view sRest = sFile; !sRest.empty();)
+    {
+        if (CutFront(sRest, "99.99.2999 99:99:99 "))
+        {
+            sLog += "T ";
+            std::string_view sIds = sRest;
+            if (CutNumber(sIds) && CutNumber(sIds) && sIds.starts_with("DEB"))
+            {
+                sLog += "P ";
+                sRest = sIds;
+            }
+        }
+        std::size_t const iLine = std::min(sRest.find('\n'), sRest.size() - 1) + 1;
+        sLog += sRest.substr(0, iLine);
+        sRest.remove_prefix(iLine);
+    }
+    return sLog;
+}
+
+std::string RunAndGetLog(std::vector<std::string> const & vArguments)
+{
+    TestProgram const oProgram("Reporter");
+    EXPECT_EQ(oProgram.Run(vArguments).iExitCode, 0);
+    return GetLog(oProgram);
+}
+
+} // namespace
+
+TEST(LogFile, ShowsEachKindOfMessage)
+{
+    auto const Line = [](std::string const & sNumber)
+    { return "Number=" + sNumber + ",Text=t,File=f.cpp,Line=1"; };
+    struct Row
+    {
+        char const * sCommand;
+        std::string sLog;
+    };
+    Row const aRows[] = {
+        {"debug:some text", "T P DEB Id some text\n"},
+        {"debug:two\nlines", "T P DEB Id two\nlines\n"},
+        {"success", "T ERR \nHistory 0: NULL\n"},
+        {"result:5", "T ERR \nHistory 0: " + Line("5") + "\n"},
+        {"result:5:6", "T ERR \nHistory 1: " + Line("5") + "'\nHistory 0: " + Line("6") + "\n"},
+        {"result:5:6:7:8", "T ERR \nHistory 3: " + Line("5") + "'; \nHistory 2: " + Line("6")
+                               + "'\nHistory 1: " + Line("7") + "'\nHistory 0: " + Line("8") + "\n"},
+        {"empty", "T \n"},
+        {"element", "T Result='\nHistory 1: Number=2,Text=b,File=,Line=0'\nHistory 0: "
+                    "Number=1,Text=a,File=,Line=0'\n"},
+    };
+    for (Row const & oRow : aRows)
+        EXPECT_EQ(RunAndGetLog({oRow.sCommand}), oRow.sLog) << oRow.sCommand;
+}
+
+TEST(LogFile, IsExtendedAndStaysWhereItWasOpened)
+{
+    TestProgram const oProgram("Reporter");
+    oProgram.WriteFile("Logfile.txt", "earlier\n");
+    oProgram.Run({"debug:a", "cd", "debug:b"});
+    oProgram.Run({"debug:c"});
+    EXPECT_EQ(GetLog(oProgram), "earlier\nT P DEB Id a\nT P DEB Id b\nT P DEB Id c\n");
+}
+
+TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
+{
+    TestProgram const oProgram("Reporter");
+    ProgramOutcome const oOutcome = oProgram.Run({"lines:250", "long:1000000"});
+    EXPECT_EQ(oOutcome.iExitCode, 0);
+    std::vector<std::string> const vLines = GetLines(GetLog(oProgram));
+    ASSERT_EQ(vLines.size(), 1001u);
+    for (std::size_t i = 0; i < 1000; ++i)
+        ASSERT_TRUE(vLines[i].starts_with("T P DEB Id x") && vLines[i].ends_with("x<end>")) << vLines[i];
+    EXPECT_EQ(vLines.back().size(), std::string("T P DEB Id ").size() + 1000000);
+}
+
+TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
+{
+    TestProgram const oDirectory("Reporter");
+    std::filesystem::create_directory(oDirectory.GetFolder() / "Logfile.txt");
+    EXPECT_EQ(oDirectory.Run({"debug:a", "result:1"}).iExitCode, 0);
+
+    TestProgram const oPipe("Reporter");
+    ASSERT_EQ(::mkfifo((oPipe.GetFolder() / "Logfile.txt").c_str(), 0600), 0);
+    EXPECT_EQ(oPipe.Run({"debug:a"}).iExitCode, 0) << "no reader, and no wait for one";
+
+    TestProgram const oFull("Reporter");
+    std::filesystem::create_symlink("/dev/full", oFull.GetFolder() / "Logfile.txt");
+    EXPECT_EQ(oFull.Run({"debug:a", "debug:b"}).iExitCode, 0);
+}
+
+TEST(LogFile, MayBeAPipeWithAReader)
+{
+    TestProgram const oProgram("Reporter");
+    std::string const sPipe = oProgram.GetFolder() / "Logfile.txt";
+    ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
+    int const iReader = ::open(sPipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(iReader, 0);
+    EXPECT_EQ(oProgram.Run({"debug:through the pipe"}).iExitCode, 0);
+    char aText[256] = "";
+    EXPECT_GT(::read(iReader, aText, sizeof aText - 1), 0);
+    ::close(iReader);
+    EXPECT_NE(std::string(aText).find(" DEB Id through the pipe\n"), std::string::npos) << aText;
+}
+
+namespace
+{
+
+/// The names of all zones of the system's database, without its two variants of the whole.
+std::vector<std::string> GetZones()
+{
+    std::filesystem::path const oRoot("/usr/share/zoneinfo");
+    std::vector<std::string> vZones;
+    for (auto const & oEntry : std::filesystem::recursive_directory_iterator(oRoot))
+    {
+        std::string const sZone = std::filesystem::relative(oEntry.path(), oRoot);
+        char sMark[5] = "";
+        if (oEntry.is_regular_file())
+            std::ifstream(oEntry.path(), std::ios::binary).read(sMark, 4);
+        if (sMark == std::string("TZif") && !sZone.starts_with("right/") && !sZone.starts_with("posix/"))
+            vZones.push_back(sZone);
+    }
+    return vZones;
+}
+
+/// What the C library makes of the time in the zone that TZ names at the moment, as the log writes it.
+std::string GetWallClock(time_t iTime)
+{
+    tm oLocal = {};
+    ::localtime_r(&iTime, &oLocal);
+    char sText[32];
+    ::strftime(sText, sizeof sText, "%d.%m.%Y %H:%M:%S ", &oLocal);
+    return sText;
+}
+
+} // namespace
+
+TEST(LogFile, FollowsTheWallClockInEveryZone)
+{
+    TestProgram oProgram("Reporter");
+    std::vector<std::string> const vZones = GetZones();
+    EXPECT_GT(vZones.size(), 300u) << "the zone database is there";
+    for (std::string const & sZone : vZones)
+    {
+        oProgram.SetEnvironment("TZ", sZone);
+        oProgram.WriteFile("Logfile.txt", "");
+        time_t const iBefore = ::time(nullptr);
+        ASSERT_EQ(oProgram.Run({"debug:a"}).iExitCode, 0) << sZone;
+        time_t const iAfter = ::time(nullptr);
+
+        ::setenv("TZ", sZone.c_str(), 1);
+        ::tzset();
+        std::string const sLog = oProgram.ReadFile("Logfile.txt");
+        bool bFound = false;
+        for (time_t iTime = iBefore; iTime <= iAfter; ++iTime)
+            bFound = bFound || sLog.starts_with(GetWallClock(iTime));
+        ::unsetenv("TZ");
+        ::tzset();
+        EXPECT_TRUE(bFound) << sZone << ": " << sLog;
+    }
+}
+
+TEST(Assertions, ReportOnceAndAreThrown)
+{
+    TestProgram const oProgram("Reporter");
+    std::string const sText = "XAssertion. Expression \"x>0\" failed. \nInfo: \"bad\"";
+    EXPECT_EQ(oProgram.Run({"assert"}).sOutput, "6 2 f.cpp 7 0 " + sText + "\n");
+    EXPECT_EQ(GetLog(oProgram), "T ERR \nHistory 0: Number=6,Text=" + sText + ",File=f.cpp,Line=7\n");
+}
+
+TEST(Assertions, DoNotRecurseWhileOneIsReported)
+{
+    TestProgram const oProgram("Reporter");
+    std::string const sText = "XAssertion. Expression \"x>0\" failed. \nInfo: \"bad\"";
+    EXPECT_EQ(oProgram.Run({"nested", "debug:after"}).sOutput, "6 2 f.cpp 7 0 " + sText + "\n1 calls\n");
+    EXPECT_TRUE(GetLog(oProgram).ends_with("T P DEB Id after\n")) << "no lock is left held";
+}
+
+TEST(LogPoints, AreSwitchedByTheIniFile)
+{
+    struct Row
+    {
+        char const * sIni;
+        char const * sLevels; ///< of the identifiers Task, Pipe and Off
+        char const * sLog;    ///< of log points of the three
+    };
+    Row const aRows[] = {
+        {"", "0 0\n0 0\n0 0\n", ""},
+        {"[Debug]\nEnable=1\n", "0 0\n0 0\n0 0\n", ""},
+        {"[Debug]\nEnable=0\n[Debug/Switch]\nTask=1\n", "0 0\n0 0\n0 0\n", ""},
+        {"[Debug]\nEnable=01\n[Debug/Switch]\nTask=1\n", "0 0\n0 0\n0 0\n", ""},
+        {"[Debug]\nEnable=x\n[Debug/Switch]\nTask=1\n", "0 0\n0 0\n0 0\n", ""},
+        {"[Debug]\nEnable=2\n[Debug/Switch]\nTask=2\nPipe=-1\nOff=yes\n", "2 2\n-1 -1\n0 0\n",
+            "T P DEB Task traced Task\n"},
+    };
+    for (Row const & oRow : aRows)
+    {
+        TestProgram const oProgram("Reporter");
+        oProgram.WriteFile("Reporter.ini", oRow.sIni);
+        ProgramOutcome const oOutcome = oProgram.Run(
+            {"level:Task", "level:Pipe", "level:Off", "trace:Task", "trace:Pipe", "trace:Off", "trace:Task"});
+        EXPECT_EQ(oOutcome.sOutput, oRow.sLevels) << oRow.sIni;
+        // One log point serves all the traces of the program: it keeps the level of its first passage.
+        std::string const sLog = oRow.sLog;
+        EXPECT_TRUE(GetLog(oProgram).starts_with(sLog)) << oRow.sIni;
+        EXPECT_EQ(GetLog(oProgram).empty(), sLog.empty()) << oRow.sIni;
+    }
+}
+
+TEST(ApplicationIni, IsReadBeforeTheFirstLineAndCountsAsAWhole)
+{
+    TestProgram const oProgram("Reporter");
+    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
+    EXPECT_FALSE(oProgram.HasFile("error_opening_inifile.log"));
+    EXPECT_TRUE(oProgram.HasFile("Logfile.txt"));
+
+    oProgram.WriteFile("Reporter.ini", "[A]\nx=1\n[B]\n");
+    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "2 chapters\n");
+
+    oProgram.WriteFile("Reporter.ini", "[A]\nx=1\nbad\n");
+    std::string const sLine = "Error opening inifile: Error while reading file 'Reporter.ini', line 3.\n";
+    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
+    EXPECT_EQ(oProgram.Run({}).sErrors, "");
+    EXPECT_EQ(oProgram.ReadFile("error_opening_inifile.log"), sLine + sLine);
+
+    std::filesystem::remove(oProgram.GetFolder() / "error_opening_inifile.log");
+    std::filesystem::create_directory(oProgram.GetFolder() / "error_opening_inifile.log");
+    EXPECT_EQ(oProgram.Run({}).sErrors, sLine);
+}
+
+TEST(ApplicationIni, NeverBlocksTheStart)
+{
+    TestProgram const oPipe("Reporter");
+    ASSERT_EQ(::mkfifo((oPipe.GetFolder() / "Reporter.ini").c_str(), 0600), 0);
+    EXPECT_EQ(oPipe.Run({"chapters"}).sOutput, "0 chapters\n");
+    EXPECT_FALSE(oPipe.HasFile("error_opening_inifile.log")) << "as if there were none";
+
+    TestProgram const oDirectory("Reporter");
+    std::filesystem::create_directory(oDirectory.GetFolder() / "Reporter.ini");
+    EXPECT_EQ(oDirectory.Run({"chapters"}).sOutput, "0 chapters\n");
+    EXPECT_TRUE(oDirectory.HasFile("error_opening_inifile.log"));
+}

@@ -1,0 +1,418 @@
+#include "TestMessages.h"
+
+#include <tessel/DebugMessage.h>
+#include <tessel/Exception.h>
+#include <tessel/MessageDispatcher.h>
+#include <tessel/ResultMessage.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+using namespace tsl;
+using namespace tsltest;
+
+namespace
+{
+
+unsigned int const g_iNumber = NumberMessage::GetStaticClassDesc().GetClassId();
+
+/// Opens what the tests look at.
+class OpenDispatcher : public MessageDispatcher
+{
+public:
+    std::vector<unsigned int> GetTypes(MessageProcessor const & oProcessor) const
+    {
+        std::vector<unsigned int> vTypes;
+        GetRegistrations(oProcessor, vTypes);
+        return vTypes;
+    }
+};
+
+void Register(MessageDispatcher & oDispatcher, MessageProcessor const & oProcessor, unsigned int iType)
+{
+    ASSERT_TRUE(oDispatcher.Register(oProcessor, {iType}).IsOk());
+}
+
+Result Dispatch(MessageDispatcher const & oDispatcher, Message const & oMessage = NumberMessage())
+{
+    Result oResult;
+    oDispatcher.Process(oMessage, oResult);
+    return oResult;
+}
+
+/// Processors of one list, in the order in which the list calls them.
+template<std::size_t iCount>
+class ProcessorRow
+{
+public:
+    explicit ProcessorRow(MessageDispatcher & oDispatcher) : m_oDispatcher(oDispatcher)
+    {
+        // An array: the addresses ascend with the index.
+        for (TestProcessor & oProcessor : m_aProcessors)
+            Register(oDispatcher, oProcessor, g_iNumber);
+    }
+
+    ~ProcessorRow()
+    {
+        for (TestProcessor & oProcessor : m_aProcessors)
+            m_oDispatcher.Unregister(oProcessor);
+    }
+
+    TestProcessor & operator[](std::size_t i) { return m_aProcessors[i]; }
+
+private:
+    MessageDispatcher & m_oDispatcher;
+    std::array<TestProcessor, iCount> m_aProcessors;
+};
+
+} // namespace
+
+TEST(DispatcherDelivery, GoesToTheExactTypeAndThenToTheBase)
+{
+    std::vector<int> vOrder;
+    TestProcessor const oBase([&](auto &, auto &) { vOrder.push_back(2); });
+    TestProcessor const oExact([&](auto &, auto &) { vOrder.push_back(1); });
+    TestProcessor const oOther;
+    MessageDispatcher oDispatcher;
+    Register(oDispatcher, oBase, Message::GetBaseType());
+    Register(oDispatcher, oExact, g_iNumber);
+    Register(oDispatcher, oOther, GetTypeOf(DebugMessage::GetStaticClassDesc()));
+
+    EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
+    EXPECT_EQ(vOrder, (std::vector{1, 2}));
+    EXPECT_EQ(oOther.GetCalls(), 0);
+}
+
+TEST(DispatcherDelivery, CallsAProcessorOncePerListAndOnceIfRegisteredTwice)
+{
+    TestProcessor const oProcessor;
+    OpenDispatcher oDispatcher;
+    Register(oDispatcher, oProcessor, g_iNumber);
+    Register(oDispatcher, oProcessor, g_iNumber);
+    Dispatch(oDispatcher);
+    EXPECT_EQ(oProcessor.GetCalls(), 1);
+
+    Register(oDispatcher, oProcessor, Message::GetBaseType());
+    Dispatch(oDispatcher);
+    EXPECT_EQ(oProcessor.GetCalls(), 3);
+    EXPECT_EQ(oDispatcher.GetTypes(oProcessor), (std::vector{Message::GetBaseType(), g_iNumber}));
+
+    oDispatcher.Unregister(oProcessor, {g_iNumber});
+    EXPECT_EQ(oDispatcher.GetTypes(oProcessor), std::vector{Message::GetBaseType()});
+    oDispatcher.Unregister(oProcessor);
+    Dispatch(oDispatcher);
+    EXPECT_EQ(oProcessor.GetCalls(), 3);
+}
+
+TEST(DispatcherDelivery, StopsAfterTheDirectBaseOfADeepMessageAndSaysSo)
+{
+    TestProcessor const oExact;
+    TestProcessor const oDirectBase;
+    TestProcessor const oTop;
+    MessageDispatcher oDispatcher;
+    Register(oDispatcher, oExact, GetTypeOf(DeepMessage::GetStaticClassDesc()));
+    Register(oDispatcher, oDirectBase, g_iNumber);
+    Register(oDispatcher, oTop, Message::GetBaseType());
+
+    Result oResult(9, "left by the caller", Result::eCategoryDefault);
+    oDispatcher.Process(DeepMessage(), oResult);
+    EXPECT_EQ(oExact.GetCalls(), 1);
+    EXPECT_EQ(oDirectBase.GetCalls(), 1);
+    EXPECT_EQ(oTop.GetCalls(), 0);
+    EXPECT_EQ(oResult.GetErrorCode(), 6);
+    EXPECT_EQ(oResult.GetCategory(), Result::eCategoryFault);
+    EXPECT_GE(oResult.GetText().Find("class tsltest::DeepMessage"), 0);
+    ASSERT_EQ(oResult.GetHistorySize(), 1);
+    EXPECT_EQ(oResult.GetHistory(0).GetErrorCode(), 9);
+}
+
+TEST(DispatcherRegistration, TakesTheTypesInFrontOfABadOne)
+{
+    unsigned int const aBad[] = {0, 4000000000u, Root::GetStaticClassDesc().GetClassId()};
+    for (unsigned int const iBad : aBad)
+    {
+        TestProcessor const oProcessor;
+        OpenDispatcher oDispatcher;
+        Result const oResult = oDispatcher.Register(oProcessor, {g_iNumber, iBad, Message::GetBaseType()});
+        EXPECT_EQ(oResult.GetErrorCode(), 2) << iBad;
+        EXPECT_EQ(oResult.GetCategory(), Result::eCategoryFault) << iBad;
+        EXPECT_TRUE(oResult.GetText() == "Ungültige ClassId!") << iBad;
+        EXPECT_EQ(oDispatcher.GetTypes(oProcessor), std::vector{g_iNumber}) << iBad;
+    }
+}
+
+TEST(DispatcherRegistration, MakesListsInAnyOrderOfTypes)
+{
+    // The larger type first: the smaller one then lies inside a table that has no list for it.
+    TestProcessor const oProcessor;
+    MessageDispatcher oDispatcher;
+    Register(oDispatcher, oProcessor, g_iNumber);
+    Register(oDispatcher, oProcessor, Message::GetBaseType());
+    Dispatch(oDispatcher);
+    EXPECT_EQ(oProcessor.GetCalls(), 2);
+
+    oDispatcher.Unregister(TestProcessor());
+    oDispatcher.Unregister(oProcessor, {0, 4000000000u});
+    Dispatch(oDispatcher);
+    EXPECT_EQ(oProcessor.GetCalls(), 4);
+}
+
+TEST(DispatcherFailures, PutsThrownResultsInFrontAndGoesOnWithTheNextList)
+{
+    TestProcessor const oThrowing(
+        [](auto &, auto &) { throw Exception(Result(5, "exact", Result::eCategoryDefault)); });
+    TestProcessor const oThrowingBase(
+        [](auto &, auto &) { throw Exception(Result(6, "base", Result::eCategoryDefault)); });
+    MessageDispatcher oDispatcher;
+    ProcessorRow<3> oRow(oDispatcher);
+    Register(oDispatcher, oThrowing, g_iNumber);
+    Register(oDispatcher, oThrowingBase, Message::GetBaseType());
+
+    Result const oResult = Dispatch(oDispatcher);
+    EXPECT_EQ(oResult.GetErrorCode(), 6);
+    ASSERT_EQ(oResult.GetHistorySize(), 1);
+    EXPECT_EQ(oResult.GetHistory(0).GetErrorCode(), 5);
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(oRow[i].GetCalls(), std::less<TestProcessor const *>()(&oRow[i], &oThrowing) ? 1 : 0) << i;
+}
+
+TEST(DispatcherFailures, LeaveNoLockHeldWhateverIsThrown)
+{
+    TestProcessor const oThrowing([](auto &, auto &) { throw std::runtime_error("foreign"); });
+    MessageDispatcher oDispatcher;
+    Register(oDispatcher, oThrowing, g_iNumber);
+    EXPECT_THROW(Dispatch(oDispatcher), std::runtime_error);
+
+    // Another thread could not come past a lock that was left behind.
+    std::thread(
+        [&]
+        {
+            oDispatcher.Unregister(oThrowing);
+            EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
+        })
+        .join();
+}
+
+TEST(DispatcherReentry, ServesWhatStandsBehindThePresentPlace)
+{
+    struct Row
+    {
+        char const * sName;
+        std::function<void(MessageDispatcher &, ProcessorRow<4> &)> fChange;
+        std::vector<int>
+            vCalls; ///< of the four processors, all but the first of them registered at the start
+    };
+    // The change happens inside the call of processor 1.
+    Row const aRows[] = {
+        {"nothing", [](auto &, auto &) {}, {0, 1, 1, 1}},
+        {"removes itself", [](auto & oBus, auto & oRow) { oBus.Unregister(oRow[1]); }, {0, 1, 1, 1}},
+        {"removes the next", [](auto & oBus, auto & oRow) { oBus.Unregister(oRow[2]); }, {0, 1, 0, 1}},
+        {"adds in front", [](auto & oBus, auto & oRow) { Register(oBus, oRow[0], g_iNumber); }, {0, 1, 1, 1}},
+        {"swaps the next two",
+            [](auto & oBus, auto & oRow)
+            {
+                oBus.Unregister(oRow[3]);
+                oBus.Unregister(oRow[2]);
+                Register(oBus, oRow[2], g_iNumber);
+            },
+            {0, 1, 1, 0}},
+    };
+    for (Row const & oCase : aRows)
+    {
+        MessageDispatcher oDispatcher;
+        ProcessorRow<4> oRow(oDispatcher);
+        oDispatcher.Unregister(oRow[0]);
+        oRow[1].SetWork([&](auto &, auto &) { oCase.fChange(oDispatcher, oRow); });
+
+        Dispatch(oDispatcher);
+        std::vector<int> vCalls;
+        for (std::size_t i = 0; i < 4; ++i)
+            vCalls.push_back(oRow[i].GetCalls());
+        EXPECT_EQ(vCalls, oCase.vCalls) << oCase.sName;
+    }
+}
+
+TEST(DispatcherReentry, DispatchesFromInsideADelivery)
+{
+    std::vector<int> vNumbers;
+    TestProcessor oProcessor;
+    MessageDispatcher oDispatcher;
+    oProcessor.SetWork(
+        [&](Message const & oMessage, Result &)
+        {
+            int const iNumber = static_cast<NumberMessage const &>(oMessage).iNumber;
+            if (iNumber > 0)
+                Dispatch(oDispatcher, NumberMessage(iNumber - 1));
+            vNumbers.push_back(iNumber);
+        });
+    Register(oDispatcher, oProcessor, g_iNumber);
+    Dispatch(oDispatcher, NumberMessage(3));
+    EXPECT_EQ(vNumbers, (std::vector{0, 1, 2, 3}));
+}
+
+TEST(DispatcherEnd, TellsEachProcessorOncePerList)
+{
+    TestProcessor const oTwice;
+    TestProcessor const oGone;
+    {
+        MessageDispatcher oDispatcher;
+        Register(oDispatcher, oTwice, g_iNumber);
+        Register(oDispatcher, oTwice, Message::GetBaseType());
+        Register(oDispatcher, oGone, g_iNumber);
+        oDispatcher.Unregister(oGone);
+    }
+    EXPECT_EQ(oTwice.GetDestructions(), 2);
+    EXPECT_EQ(oGone.GetDestructions(), 0);
+}
+
+TEST(DispatcherConfig, IsTakenFromItsOwnClassAlone)
+{
+    MessageDispatcher oDispatcher;
+    EXPECT_TRUE(oDispatcher.SetConfig(MessageDispatcherConfig()).IsOk());
+
+    class OtherConfig : public MessageDispatcherClientConfig
+    {
+    protected:
+        void DoCopy(Root const &) override {}
+    };
+    EXPECT_THROW(static_cast<void>(oDispatcher.SetConfig(OtherConfig())), Exception);
+    EXPECT_THROW(delete oDispatcher.GetCopy(), Exception);
+}
+
+namespace
+{
+
+class ClientConfig : public MessageDispatcherClientConfig
+{
+protected:
+    void DoCopy(Root const &) override {}
+};
+
+class Client : public MessageDispatcherClient
+{
+public:
+    Client(MessageDispatcher & oDispatcher, std::vector<unsigned int> const & vTypes)
+        : MessageDispatcherClient(oDispatcher)
+    {
+        m_oConfig.SetMessageTypes(vTypes);
+    }
+
+    void Process(Message const &, Result &) const override { ++iCalls; }
+    MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
+    Result SetConfig(MessageProcessorConfig const &) override { return Result(); }
+
+    mutable int iCalls = 0;
+
+protected:
+    void DoCopy(Root const &) override {}
+
+private:
+    ClientConfig m_oConfig;
+};
+
+} // namespace
+
+TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
+{
+    OpenDispatcher oDispatcher;
+    {
+        Client oClient(oDispatcher, {g_iNumber});
+        Dispatch(oDispatcher);
+        EXPECT_TRUE(oClient.Open().IsOk());
+        Dispatch(oDispatcher);
+        EXPECT_EQ(oClient.iCalls, 1);
+        oClient.Close();
+        oClient.Close();
+        Dispatch(oDispatcher);
+        EXPECT_EQ(oClient.iCalls, 1);
+        EXPECT_TRUE(oClient.Open().IsOk());
+    }
+    EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
+}
+
+TEST(DispatcherClient, LeavesTheTypesOfAFailedOpenWithTheBus)
+{
+    OpenDispatcher oDispatcher;
+    Client oClient(oDispatcher, {g_iNumber, 0});
+    EXPECT_EQ(oClient.Open().GetErrorCode(), 2);
+    oClient.Close();
+    EXPECT_EQ(oDispatcher.GetTypes(oClient), std::vector{g_iNumber});
+    oDispatcher.Unregister(oClient);
+}
+
+TEST(DispatcherThreads, RegisterUnregisterAndDispatchAtOnce)
+{
+    std::atomic<int> iCalls{0};
+    TestProcessor const oSteady([&](auto &, auto &) { ++iCalls; });
+    MessageDispatcher oDispatcher;
+    Register(oDispatcher, oSteady, Message::GetBaseType());
+
+    constexpr int iRounds = 500;
+    std::vector<std::thread> vThreads;
+    for (int iThread = 0; iThread < 4; ++iThread)
+        vThreads.emplace_back(
+            [&]
+            {
+                for (int i = 0; i < iRounds; ++i)
+                {
+                    TestProcessor const oPassing;
+                    EXPECT_TRUE(oDispatcher.Register(oPassing, {g_iNumber, Message::GetBaseType()}).IsOk());
+                    Dispatch(oDispatcher);
+                    oDispatcher.Unregister(oPassing);
+                }
+            });
+    for (std::thread & oThread : vThreads)
+        oThread.join();
+    EXPECT_EQ(iCalls, 4 * iRounds);
+}
+
+TEST(DispatcherThreads, ComeAndGoFromInsideADelivery)
+{
+    // Whoever holds a list must never be waited for by somebody who holds what it needs to register.
+    TestProcessor oTurning;
+    TestProcessor const oOther;
+    MessageDispatcher oDispatcher;
+    oTurning.SetWork(
+        [&](auto &, auto &)
+        {
+            oDispatcher.Unregister(oTurning);
+            EXPECT_TRUE(oDispatcher.Register(oTurning, {g_iNumber}).IsOk());
+        });
+    Register(oDispatcher, oTurning, g_iNumber);
+
+    constexpr int iRounds = 2000;
+    std::thread oComing(
+        [&]
+        {
+            for (int i = 0; i < iRounds; ++i)
+            {
+                EXPECT_TRUE(oDispatcher.Register(oOther, {g_iNumber, Message::GetBaseType()}).IsOk());
+                oDispatcher.Unregister(oOther);
+            }
+        });
+    for (int i = 0; i < iRounds; ++i)
+        Dispatch(oDispatcher);
+    oComing.join();
+    EXPECT_EQ(oTurning.GetCalls(), iRounds);
+}
+
+TEST(DispatcherCopies, AreOneBus)
+{
+    TestProcessor const oProcessor;
+    {
+        MessageDispatcher oDispatcher;
+        MessageDispatcher const oCopy(oDispatcher);
+        Register(oDispatcher, oProcessor, g_iNumber);
+        oDispatcher = MessageDispatcher();
+        Dispatch(oCopy);
+        EXPECT_EQ(oProcessor.GetCalls(), 1);
+        EXPECT_EQ(oProcessor.GetDestructions(), 0);
+    }
+    EXPECT_EQ(oProcessor.GetDestructions(), 1);
+}

@@ -1,0 +1,62 @@
+#include "ProcessTest.h"
+
+#include <tessel/OS.h>
+#include <tessel/String.h>
+#include <tessel/ValueString.h>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+
+using namespace tsl;
+using namespace tsltest;
+
+TEST(OSErrors, AreFailuresWhateverTheNumber)
+{
+    Result const oNone = OS::FormatError(0);
+    EXPECT_TRUE(oNone.IsError());
+    EXPECT_EQ(oNone.GetErrorCode(), 0);
+    EXPECT_EQ(oNone.GetCategory(), Result::eCategoryDefault);
+    EXPECT_STREQ(oNone.GetSourceFile(), "");
+
+    errno = ENOENT;
+    Result const oMissing = OS::GetLastError();
+    EXPECT_EQ(oMissing.GetErrorCode(), ENOENT);
+    EXPECT_TRUE(oMissing.GetText() == "No such file or directory");
+}
+
+TEST(OSPlaces, AreThoseOfTheProgram)
+{
+    String sName;
+    String sPath;
+    EXPECT_TRUE(OS::GetApplicationFileName(sName).IsOk());
+    EXPECT_TRUE(OS::GetApplicationFilePath(sPath).IsOk());
+    EXPECT_EQ(sName.s_str(), "tessel_tests");
+    EXPECT_TRUE(std::filesystem::exists((sPath + "/" + sName).s_str()));
+
+    String sDirectory;
+    EXPECT_TRUE(OS::GetWorkingDirectory(sDirectory).IsOk());
+    EXPECT_EQ(sDirectory.s_str(), std::filesystem::current_path().string());
+}
+
+TEST(ApplicationIni, IsNamedAfterTheProgramWithoutItsEnding)
+{
+    struct Row
+    {
+        char const * sProgram;
+        char const * sIni;
+    };
+    Row const aRows[] = {
+        {"tool", "tool.ini"}, {"tool.exe", "tool.ini"}, {"TOOL.EXE", "TOOL.EXE.ini"}, {"a.b", "a.b.ini"}};
+    for (Row const & oRow : aRows)
+    {
+        TestProgram const oPlace("Reporter");
+        std::filesystem::path const oCopy = oPlace.GetFolder() / oRow.sProgram;
+        std::filesystem::copy_file(std::string(TESSEL_TEST_PROGRAMS) + "/Reporter", oCopy);
+        TestProgram const oProgram(oCopy.string());
+        oProgram.WriteFile(oRow.sIni, "[A]\n[B]\n[C]\n");
+        EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "3 chapters\n") << oRow.sProgram;
+    }
+}

@@ -1,0 +1,168 @@
+#include "TestMessages.h"
+
+#include <tessel/Pipe.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+using namespace tsltest;
+using tsl::CloneByCopyConstructor;
+using tsl::CloneByGetCopy;
+using tsl::CriticalSectionMutex;
+using tsl::DefaultPipe;
+using tsl::Message;
+using tsl::PipeDebMessage;
+using tsl::String;
+
+namespace
+{
+
+/// The number of the next message, 0 if there is none.
+int Take(tsl::Pipe<Message> & oPipe)
+{
+    std::unique_ptr<Message> const pMessage(oPipe.Receive());
+    return pMessage ? dynamic_cast<NumberMessage &>(*pMessage).iNumber : 0;
+}
+
+/// An item that knows how many of its kind there are, and whose copying may fail.
+struct Item
+{
+    Item() { ++iCount; }
+    Item(Item const & oSource) : bFails(oSource.bFails), pPipe(oSource.pPipe)
+    {
+        if (bFails)
+            throw std::runtime_error("no copy");
+        ++iCount;
+    }
+    Item & operator=(Item const &) = delete;
+    ~Item()
+    {
+        --iCount;
+        if (pPipe)
+            bWasEmptyAtEnd = pPipe->IsEmpty();
+    }
+
+    bool bFails = false;
+    tsl::Pipe<Item> * pPipe = nullptr;
+
+    static inline int iCount = 0;
+    static inline bool bWasEmptyAtEnd = false;
+};
+
+using ItemPipe = DefaultPipe<Item, CriticalSectionMutex, CloneByCopyConstructor<Item>>;
+
+} // namespace
+
+TEST(Pipe, GivesOutCopiesOfTheSameClassInTheirOrder)
+{
+    PipeDebMessage oPipe("pipe");
+    EXPECT_TRUE(oPipe.IsEmpty());
+    NumberMessage oMessage(1);
+    oPipe.Send(oMessage);
+    oMessage.iNumber = 2;
+    oPipe.Send(oMessage);
+    oPipe.Send(DeepMessage());
+    EXPECT_EQ(oPipe.GetSize(), 3U);
+    EXPECT_EQ(Take(oPipe), 1);
+    EXPECT_EQ(Take(oPipe), 2);
+    EXPECT_FALSE(oPipe.IsEmpty());
+    std::unique_ptr<Message> const pDeep(oPipe.Receive());
+    EXPECT_NE(dynamic_cast<DeepMessage *>(pDeep.get()), nullptr);
+    EXPECT_TRUE(oPipe.IsEmpty());
+    EXPECT_EQ(oPipe.Receive(), nullptr);
+
+    DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>> oTexts;
+    oTexts.Send("line");
+    EXPECT_EQ(std::unique_ptr<String>(oTexts.Receive())->s_str(), "line");
+}
+
+TEST(Pipe, OwnsWhatNobodyHasTaken)
+{
+    {
+        ItemPipe oPipe;
+        Item oItem;
+        oPipe.Send(oItem);
+        oPipe.Send(oItem);
+        EXPECT_EQ(Item::iCount, 3);
+        oPipe.Clear();
+        EXPECT_EQ(Item::iCount, 1);
+        EXPECT_TRUE(oPipe.IsEmpty());
+        oPipe.Clear();
+        oPipe.Send(oItem);
+    }
+    EXPECT_EQ(Item::iCount, 0);
+}
+
+TEST(Pipe, QueuesNothingThatCannotBeCopied)
+{
+    ItemPipe oPipe;
+    Item oItem;
+    oItem.bFails = true;
+    EXPECT_THROW(oPipe.Send(oItem), std::runtime_error);
+    EXPECT_TRUE(oPipe.IsEmpty());
+    oItem.bFails = false;
+    oPipe.Send(oItem);
+    EXPECT_EQ(oPipe.GetSize(), 1U);
+}
+
+TEST(Pipe, MayBeUsedByAnItemThatItDeletes)
+{
+    ItemPipe oPipe;
+    {
+        Item oItem;
+        oItem.pPipe = &oPipe;
+        oPipe.Send(oItem);
+    }
+    Item::bWasEmptyAtEnd = false;
+    oPipe.Clear();
+    EXPECT_TRUE(Item::bWasEmptyAtEnd);
+}
+
+TEST(Pipe, LosesNothingBetweenThreads)
+{
+    constexpr int iThreads = 4;
+    constexpr int iCount = 5'000;
+    PipeDebMessage oPipe("pipe");
+    std::vector<std::thread> vSenders;
+    for (int iThread = 0; iThread < iThreads; ++iThread)
+        vSenders.emplace_back(
+            [&oPipe, iThread]
+            {
+                for (int i = 0; i < iCount; ++i)
+                    oPipe.Send(NumberMessage(1 + iThread + i * iThreads));
+            });
+
+    // Two readers, each of which must see the messages of one sender in their order.
+    std::atomic<int> iTaken{0};
+    std::atomic<bool> bOrdered{true};
+    auto const fRead = [&]
+    {
+        std::vector<int> vLast(iThreads, 0);
+        while (iTaken < iThreads * iCount)
+        {
+            int const iNumber = Take(oPipe);
+            if (iNumber == 0)
+            {
+                std::this_thread::yield();
+                continue;
+            }
+            int & iLast = vLast[static_cast<std::size_t>((iNumber - 1) % iThreads)];
+            if (iNumber <= iLast)
+                bOrdered = false;
+            iLast = iNumber;
+            ++iTaken;
+        }
+    };
+    std::thread oReader(fRead);
+    fRead();
+    oReader.join();
+    for (std::thread & oSender : vSenders)
+        oSender.join();
+    EXPECT_EQ(iTaken, iThreads * iCount);
+    EXPECT_TRUE(bOrdered);
+    EXPECT_TRUE(oPipe.IsEmpty());
+}

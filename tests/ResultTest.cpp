@@ -1,0 +1,239 @@
+#include "AssertionTest.h"
+#include "ProcessTest.h"
+
+#include <tessel/Result.h>
+
+#include <functional>
+
+using tsl::Result;
+using tsl::ValueString;
+
+namespace
+{
+
+Result MakeFailure(char const * sText)
+{
+    return Result(1, sText, Result::eCategoryDefault);
+}
+
+/// A failure with causes, all told by their texts: the nearest first.
+Result MakeChain(std::initializer_list<char const *> vTexts)
+{
+    Result oChain;
+    for (auto pText = std::rbegin(vTexts); pText != std::rend(vTexts); ++pText)
+        oChain.InsertFront(MakeFailure(*pText));
+    return oChain;
+}
+
+/// The texts of a failure and of its history, which must be flat.
+std::string GetTexts(Result const & oResult)
+{
+    std::string sTexts = oResult.IsOk() ? "ok" : oResult.GetText().s_str();
+    for (int i = 0; i < oResult.GetHistorySize(); ++i)
+        sTexts +=
+            (oResult.GetHistory(i).GetHistorySize() ? "+" : " ") + oResult.GetHistory(i).GetText().s_str();
+    return sTexts;
+}
+
+/// What a call throws.
+template<class Call>
+Result GetThrown(Call && fCall)
+{
+    try
+    {
+        fCall();
+    }
+    catch (tsl::Exception const & oException)
+    {
+        return oException.GetResult();
+    }
+    return MakeFailure("nothing thrown");
+}
+
+TEST(ResultState, IsToldByTheBodyAndNeverByTheCode)
+{
+    Result oResult;
+    EXPECT_TRUE(oResult.IsOk() && !oResult.IsError() && oResult.IsNull() && Result::Null().IsOk());
+    EXPECT_EQ(oResult.GetErrorCode() + oResult.GetCategory() + oResult.GetSourceLine(), 0);
+    EXPECT_STREQ(oResult.GetSourceFile(), "");
+    EXPECT_TRUE(oResult.GetText().IsNull() && oResult.GetCause().IsNull());
+    EXPECT_TRUE(Result(0, "", Result::eCategoryDefault).IsError());
+
+    std::function<void(Result &)> const aSetters[] = {[](Result & o) { o.SetText(ValueString()); },
+        [](Result & o) { o.SetSource("f", 3); }, [](Result & o) { o.SetCause("why"); }};
+    for (auto const & fSet : aSetters)
+    {
+        oResult.SetNull();
+        EXPECT_TRUE(oResult.IsOk());
+        fSet(oResult);
+        EXPECT_TRUE(oResult.IsError() && oResult.GetErrorCode() == 0 && oResult.GetText().IsNull());
+    }
+    EXPECT_EQ(oResult.GetCause(), "why");
+}
+
+TEST(ResultState, KeepsSourceFilesOfAnyLength)
+{
+    std::string const sLong(1000, 'l');
+    Result oResult;
+    oResult.SetSource(sLong.c_str(), 1);
+    EXPECT_EQ(Result(oResult).GetSourceFile(), sLong);
+    oResult.SetSource(oResult.GetSourceFile() + 1, 2);
+    EXPECT_EQ(oResult.GetSourceFile(), sLong.substr(1));
+    oResult.SetSource(oResult.GetSourceFile() + 990, 2);
+    EXPECT_STREQ(oResult.GetSourceFile(), "lllllllll");
+    oResult.SetSource(nullptr, 4);
+    EXPECT_STREQ(oResult.GetSourceFile(), "");
+}
+
+TEST(ResultHistory, IsReplacedBySetPrevious)
+{
+    Result oResult;
+    oResult.SetPrevious(MakeChain({"a", "b"}));
+    EXPECT_EQ(GetTexts(oResult), "a b") << "a success becomes a copy";
+    oResult.SetPrevious(Result());
+    EXPECT_EQ(GetTexts(oResult), "a b");
+    oResult.SetPrevious(MakeChain({"c", "d", "e"}));
+    EXPECT_EQ(GetTexts(oResult), "a c d e");
+    oResult.SetPrevious(oResult.GetHistory(1));
+    EXPECT_EQ(GetTexts(oResult), "a d");
+    oResult.SetPrevious(oResult);
+    EXPECT_EQ(GetTexts(oResult), "a a d");
+}
+
+TEST(ResultHistory, GrowsByInsertFront)
+{
+    Result oResult;
+    EXPECT_EQ(&oResult.InsertFront(MakeChain({"a", "b"})), &oResult);
+    EXPECT_EQ(GetTexts(oResult.InsertFront(Result())), "a b");
+    EXPECT_EQ(GetTexts(oResult.InsertFront(MakeFailure("c"))), "c a b");
+    // The assignment inside accumulates the histories when both have one.
+    EXPECT_EQ(GetTexts(oResult.InsertFront(MakeChain({"d", "e"}))), "d a b e c a b");
+
+    Result oSelf = MakeChain({"a", "b"});
+    EXPECT_EQ(GetTexts(oSelf.InsertFront(oSelf)), "a b a b");
+    Result oOwn = MakeChain({"a", "b", "c"});
+    EXPECT_EQ(GetTexts(oOwn.InsertFront(oOwn.GetHistory(1))), "c a b c");
+}
+
+TEST(ResultHistory, RefusesIndexesOutsideOfIt)
+{
+    Result const oChain = MakeChain({"a", "b"});
+    std::function<void()> const aCalls[] = {[&] { static_cast<void>(oChain.GetHistory(-1)); },
+        [&] { static_cast<void>(oChain.GetHistory(1)); }, [] { static_cast<void>(Result().GetHistory(0)); }};
+    for (auto const & fCall : aCalls)
+        EXPECT_TRUE(tsltest::Asserts("ix>=0 && ix<GetHistorySize()", "Index out of range.", fCall));
+}
+
+TEST(ResultCopying, AccumulatesHistoriesAndElseReplaces)
+{
+    Result const oChain = MakeChain({"a", "b"});
+    struct Row
+    {
+        Result oTarget;
+        Result oSource;
+        char const * sAfter;
+    };
+    for (Row const & oRow :
+        {Row{Result(), Result(), "ok"}, Row{oChain, Result(), "ok"}, Row{Result(), oChain, "a b"},
+            Row{oChain, MakeFailure("c"), "c"}, Row{oChain, MakeChain({"c", "d", "e"}), "c b d e"}})
+    {
+        Result oCopied = oRow.oTarget;
+        oCopied = oRow.oSource;
+        EXPECT_EQ(GetTexts(oCopied), oRow.sAfter);
+        Result oMoved = oRow.oTarget;
+        oMoved = Result(oRow.oSource);
+        EXPECT_EQ(GetTexts(oMoved), oRow.sAfter);
+    }
+
+    Result oResult = oChain;
+    Result & oSame = oResult;
+    oResult = oSame;
+    oResult = std::move(oSame);
+    EXPECT_EQ(GetTexts(oResult), "a b");
+    EXPECT_EQ(GetTexts(oResult.GetWithoutHistory()), "a");
+    EXPECT_TRUE(Result(std::move(oResult)).IsError() && oResult.IsOk());
+    oResult = oChain;
+    oResult = oResult.GetHistory(0);
+    EXPECT_EQ(GetTexts(oResult), "b");
+}
+
+TEST(ResultMaking, TakesCategoryAndHistoryFromThePreviousFailure)
+{
+    Result const oCause(7, "cause", Result::eCategoryFault);
+    Result const oResult = tsl::MakeResult(5, "b", oCause);
+    int const iLine = __LINE__ - 1;
+    EXPECT_EQ(oResult.GetSourceLine(), iLine);
+    EXPECT_STREQ(oResult.GetSourceFile(), "tests/ResultTest.cpp");
+    EXPECT_EQ(oResult.GetErrorCode(), 5);
+    EXPECT_EQ(oResult.GetCategory(), 2);
+    EXPECT_EQ(oResult.GetHistory(0), oCause);
+
+    Result const oAlone(5, tsl::String("b"), Result());
+    EXPECT_TRUE(oAlone.IsError() && oAlone.GetCategory() == 0 && oAlone.GetHistorySize() == 0);
+    EXPECT_EQ(tsl::MakeResult(5, "text", Result::eCategoryIo).GetCategory(), 1);
+    EXPECT_EQ(Result(5, "b", static_cast<Result::Category>(-7)).GetCategory(), -7);
+}
+
+TEST(ResultComparing, LooksAtAllFieldsAndTheHistory)
+{
+    Result oResult = MakeChain({"a", "b"});
+    oResult.SetSource("f", 3);
+    std::function<void(Result &)> const aChanges[] = {[](Result & o) { o.SetText("other"); },
+        [](Result & o) { o.SetText(ValueString()); }, [](Result & o) { o.SetCause(""); },
+        [](Result & o) { o.SetSource("other", 3); }, [](Result & o) { o.SetSource("f", 4); },
+        [](Result & o) { o.SetPrevious(MakeFailure("c")); }, [](Result & o) { o.Clear(); },
+        [](Result & o) { o = o.GetWithoutHistory(); }};
+    for (auto const & fChange : aChanges)
+    {
+        Result oOther = oResult;
+        fChange(oOther);
+        EXPECT_TRUE(oOther != oResult && oResult != oOther) << GetTexts(oOther);
+        EXPECT_EQ(oOther.CompareTo(oResult), tsl::Value::eNotComparable);
+    }
+    EXPECT_FALSE(Result(1, "a", Result::eCategoryIo) == Result(1, "a", Result::eCategoryFault));
+    EXPECT_FALSE(Result(1, "a", Result::eCategoryIo) == Result(2, "a", Result::eCategoryIo));
+
+    Result oNullCause = oResult;
+    oNullCause.SetCause(ValueString());
+    EXPECT_EQ(oNullCause, oResult);
+    EXPECT_EQ(oNullCause.CompareTo(oResult), tsl::Value::eEqual);
+    EXPECT_EQ(Result(), Result());
+}
+
+TEST(ResultCost, IsNoAllocationForASuccess)
+{
+    tsltest::ProgramOutcome const oOutcome = tsltest::TestProgram("ResultAllocations").Run();
+    EXPECT_EQ(oOutcome.sOutput, "success 0\nfailure 1\n") << oOutcome.sErrors;
+    EXPECT_EQ(oOutcome.iExitCode, 0);
+}
+
+TEST(Failures, HaveTextsForTheirCodes)
+{
+    char const * const aTexts[] = {"No error", "Access denied", "Bad data",
+        "Operation (in current state) not allowed", "Out of range", "Not found", "Internal programm error",
+        "Unknown error", "No more data available", "There is more data available", "Error from subsystem",
+        "Timeout occured", "Terminated", "Unknown error"};
+    for (int iCode = 0; char const * const sText : aTexts)
+        EXPECT_STREQ(tsl::ERR::GetErrorText(iCode++), sText);
+    EXPECT_STREQ(tsl::ERR::GetErrorText(-1), "Unknown error");
+}
+
+TEST(Failures, AreThrownAsExceptionsWithAResult)
+{
+    Result const oCause = MakeChain({"a", "b"});
+    Result oExpected(6, "XAssertion. Expression \"x>0\" failed. ", Result::eCategoryFault);
+    oExpected.SetSource("f", 7);
+    oExpected.SetPrevious(oCause);
+    EXPECT_EQ(GetThrown([&] { tsl::XAssertionFailed("x>0", oCause, "f", 7); }), oExpected);
+    EXPECT_TRUE(tsltest::Asserts("x>0", "bad", [] { tsl::XAssertionFailed("x>0", tsl::String("bad")); }));
+    EXPECT_EQ(GetThrown([&] { tsl::Exception::Throw(oCause); }), oCause);
+
+    tsl::Exception const oException(6, "x", "f", 7);
+    EXPECT_STREQ(oException.GetText(), "x");
+    EXPECT_EQ(oException.GetResult().GetSourceLine(), 7);
+    EXPECT_EQ(oException.GetResult().GetCategory(), 0);
+    EXPECT_STREQ(tsl::Exception(Result()).GetText(), "");
+    EXPECT_STREQ(tsl::Exception(Result(1, ValueString(), Result::eCategoryDefault)).GetText(), "");
+}
+
+} // namespace

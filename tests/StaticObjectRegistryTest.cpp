@@ -1,0 +1,150 @@
+#include "AssertionTest.h"
+#include "ProcessTest.h"
+
+#include <tessel/Root.h>
+#include <tessel/SingletonTemplate.h>
+#include <tessel/StaticObjectRegistry.h>
+
+#include <iostream>
+#include <sstream>
+
+using tsl::ClassDescription;
+using tsl::StaticObjectPtr;
+using tsl::StaticObjectRegistry;
+using tsltest::Asserts;
+
+namespace tsltest
+{
+
+/// An object that tells when it goes. Each test has a type of its own, by number.
+template<int I>
+struct Mortal
+{
+    explicit Mortal(int * pDeaths = nullptr) : m_pDeaths(pDeaths) {}
+    ~Mortal()
+    {
+        if (m_pDeaths)
+            ++*m_pDeaths;
+    }
+    Mortal(Mortal const &) = delete;
+    Mortal & operator=(Mortal const &) = delete;
+
+    int * m_pDeaths;
+};
+
+/// The one object of its class.
+class Monarch : public tsl::Singleton<Monarch>
+{
+public:
+    static Monarch * MakeNothing() { return nullptr; }
+    static Monarch * Make()
+    {
+        ++s_iMade;
+        return new Monarch;
+    }
+
+    static inline int s_iMade = 0;
+};
+
+} // namespace tsltest
+
+namespace
+{
+
+using tsltest::Monarch;
+using tsltest::Mortal;
+
+TEST(StaticObjects, AreRegisteredOnceAndNeverNull)
+{
+    auto * const pObject = tsl::RegisterStaticObject(new Mortal<1>);
+    std::string const sInfo =
+        "StaticObjectRegistry::RegisterStaticObject : Objekt bereits registriert! Obj: ";
+    EXPECT_TRUE(
+        Asserts("false", sInfo + "class tsltest::Mortal<1>", [&] { tsl::RegisterStaticObject(pObject); }));
+    EXPECT_TRUE(Asserts("false", sInfo + "unsigned int",
+        [&] { tsl::RegisterStaticObject(reinterpret_cast<unsigned int *>(pObject)); }));
+    auto * const pClass = const_cast<ClassDescription *>(&tsl::Root::GetStaticClassDesc());
+    EXPECT_TRUE(Asserts("false", sInfo + "class tsl::ClassDescription, description of class tsl::Root",
+        [&] { tsl::RegisterStaticObject(pClass); }));
+
+    Mortal<1> * const pNull = nullptr;
+    EXPECT_TRUE(Asserts(
+        "pObj", "RegisterStaticObject : Pointer ist NULL!", [&] { tsl::RegisterStaticObject(pNull); }));
+    EXPECT_TRUE(Asserts(
+        "pObj", "RegisterSingletonObject : Pointer ist NULL!", [&] { tsl::RegisterSingletonObject(pNull); }));
+    EXPECT_TRUE(Asserts("pObj", "StaticObjectPtr::StaticObjectPtr : Pointer ist NULL!",
+        [&] { static_cast<void>(StaticObjectPtr<Mortal<1>>(pNull)); }));
+}
+
+TEST(SingletonObjects, AreReplacedByTheNextEntryWhenTheirTypeIsKnown)
+{
+    // Descriptions are not told apart, so the first one of all counts as the match.
+    static_cast<void>(tsl::Root::GetStaticClassDesc());
+    auto * const pClass = new ClassDescription("class Unwanted", 0, "f", true, nullptr, nullptr);
+    unsigned int const iClassId = pClass->GetClassId();
+    tsl::RegisterStaticObject(new Mortal<7>);
+    tsl::RegisterSingletonObject(pClass);
+    EXPECT_EQ(tsl::ClassRepository::Instance().GetClassDescription(iClassId), nullptr);
+
+    int iDeaths = 0;
+    auto * const pFirst = new Mortal<2>(&iDeaths);
+    EXPECT_EQ(tsl::RegisterSingletonObject(pFirst), pFirst);
+    auto * const pNext = tsl::RegisterStaticObject(new Mortal<3>);
+    EXPECT_EQ(static_cast<void *>(tsl::RegisterSingletonObject(new Mortal<2>(&iDeaths))), pNext);
+    EXPECT_EQ(iDeaths, 1);
+
+    EXPECT_EQ(tsl::RegisterSingletonObject(new Mortal<4>)->m_pDeaths, nullptr);
+    EXPECT_TRUE(
+        Asserts("pNext", "StaticObjectRegistry::RegisterSingletonObject : Kein weiteres Objekt registriert!",
+            [&] { tsl::RegisterSingletonObject(new Mortal<4>(&iDeaths)); }));
+    EXPECT_EQ(iDeaths, 2);
+}
+
+TEST(SingletonObjects, AreMadeOnce)
+{
+    char const * const sType = "class tsltest::Monarch";
+    EXPECT_TRUE(Asserts("pCreatorFunc!=NULL", sType, [] { Monarch::Instance(nullptr); }));
+    EXPECT_TRUE(Asserts("pObj!=NULL", sType, [] { Monarch::Instance(&Monarch::MakeNothing); }));
+    Monarch const & oMonarch = Monarch::Instance(&Monarch::Make);
+    EXPECT_EQ(&Monarch::Instance(&Monarch::Make), &oMonarch);
+    EXPECT_EQ(&Monarch::Instance(nullptr), &oMonarch);
+    EXPECT_EQ(Monarch::s_iMade, 1);
+    EXPECT_STREQ(oMonarch.GetClassDesc().GetClassName(), "class tsl::Singleton<tsltest::Monarch>");
+    EXPECT_EQ(oMonarch.GetClassDesc().GetFactoryFunction(), nullptr);
+    EXPECT_FALSE(oMonarch.GetClassDesc().IsAbstract());
+}
+
+TEST(StaticObjects, AreListedInTheOrderOfTheirRegistration)
+{
+    static_cast<void>(tsl::Root::GetStaticClassDesc());
+    tsl::RegisterStaticObject(new Mortal<5>);
+    tsl::RegisterStaticObject(new Mortal<6>);
+
+    std::ostringstream oOutput;
+    std::streambuf * const pFormer = std::cout.rdbuf(oOutput.rdbuf());
+    StaticObjectRegistry::Instance().Dump();
+    std::cout.rdbuf(pFormer);
+
+    std::string const sList = oOutput.str();
+    EXPECT_TRUE(sList.starts_with("StaticObjectRegistry::Dump RegisteredObjectList : \nObject = ")) << sList;
+    EXPECT_TRUE(sList.ends_with("\nObject = class tsltest::Mortal<5>\nObject = class tsltest::Mortal<6>\n"
+                                "StaticObjectRegistry::Dump End\n"))
+        << sList;
+    std::size_t const iCounter = sList.find("\nObject = class tsl::ClassRepository\nObject = unsigned int\n");
+    std::size_t const iRoot =
+        sList.find("\nObject = class tsl::ClassDescription, description of class tsl::Root\n");
+    EXPECT_NE(iCounter, std::string::npos) << sList;
+    EXPECT_NE(iRoot, std::string::npos) << sList;
+    EXPECT_LT(iCounter, iRoot);
+}
+
+TEST(StaticObjects, GoInTheReverseOrderOfTheirRegistration)
+{
+    tsltest::ProgramOutcome const oOutcome = tsltest::TestProgram("StaticObjects").Run();
+    EXPECT_EQ(
+        oOutcome.sOutput, "main ends\nlast goes\n100 followers went, late class\nsecond goes\nfirst goes\n")
+        << oOutcome.sErrors;
+    EXPECT_EQ(oOutcome.iExitCode, 0);
+}
+
+} // namespace

@@ -1,0 +1,156 @@
+#include <tessel/Support.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using tsl::String;
+using tsl::Support;
+
+/// The inner splitting is for derived classes.
+class Splitter : public Support
+{
+public:
+    using Support::Split;
+};
+
+/// The parts as "first|second".
+std::string Join(std::vector<String> const & vParts)
+{
+    std::string sJoined;
+    for (String const & sPart : vParts)
+        sJoined += (&sPart == &vParts.front() ? "" : "|") + sPart.s_str();
+    return sJoined;
+}
+
+constexpr int ALL_FLAGS = 59;
+
+TEST(Splitting, FollowsItsFlags)
+{
+    struct Row
+    {
+        char const * sText;
+        char cSeparator;
+        int iFlags;
+        char cEscape;
+        char const * sParts;
+        unsigned int iCount;
+    };
+    Row const aRows[] = {
+        {"a,b,,c", ',', 0, '\\', "a|b||c", 4},
+        {"a,b,,c", ',', 8, '\\', "a|b|c", 3},
+        {",", ',', 0, '\\', "|", 2},
+        {",", ',', 8, '\\', "", 0},
+        {"a,", ',', 4, '\\', "a|", 2},
+        {" a , b ", ',', 0, '\\', " a | b ", 2},
+        {" a , b ", ',', 1, '\\', "a |b ", 2},
+        {" a , b ", ',', 2, '\\', " a| b", 2},
+        {" a , b ", ',', 3, '\\', "a|b", 2},
+        {" , ", ',', 3, '\\', "|", 2},
+        {" , ", ',', 3 | 8, '\\', "", 0},
+        {"a\\,b", ',', 0, '\\', "a\\,b", 1},
+        {"\\,b", ',', 0, '\\', "\\,b", 1},
+        {"a\\,b", ',', 32, '\\', "a,b", 1},
+        {"a\\,b\\,c,d", ',', 32, '\\', "a,b,c|d", 2},
+        {"\\a,b\\\\,c", ',', 32, '\\', "\\a|b,c", 2}, // a doubled escape escapes as well
+        {"a\\ , b", ',', 3 | 32, '\\', "a\\|b", 2},
+        {"a,,,b", ',', 32, ',', "a|,b", 2}, // the second and the third are escaped by those in front
+        {"\"a b\" c", ' ', 0, '\\', "\"a|b\"|c", 3},
+    };
+    for (Row const & oRow : aRows)
+    {
+        std::vector<String> vParts = {"former"};
+        EXPECT_EQ(Support::StringSplitter(oRow.sText, vParts, oRow.cSeparator, oRow.iFlags, oRow.cEscape),
+            oRow.iCount)
+            << oRow.sText;
+        EXPECT_EQ(Join(vParts), oRow.sParts) << oRow.sText;
+
+        // It appends to what there is.
+        vParts = {""};
+        int const iCount = Splitter::Split(oRow.sText, vParts, oRow.cSeparator, oRow.iFlags, oRow.cEscape);
+        EXPECT_EQ(iCount, static_cast<int>(oRow.iCount) + 1) << oRow.sText;
+        EXPECT_EQ(Join(vParts), (oRow.iCount > 0 ? "|" : "") + std::string(oRow.sParts)) << oRow.sText;
+    }
+}
+
+TEST(Splitting, ProtectsWhatStandsInQuotes)
+{
+    struct Row
+    {
+        char const * sText;
+        char const * sParts;
+        unsigned int iCount;
+        int iFlags = ALL_FLAGS;
+    };
+    Row const aRows[] = {
+        {"a b  c", "a|b|c", 3},
+        {"\"a b\" c", "a b|c", 2},
+        {"a \"b c\"", "a|b c", 2},
+        {"a\"b c\"d", "a|b c|d", 3},
+        {"a \"\" b", "a||b", 3},
+        {"\" a \"", " a ", 1},
+        {"\"a\"\"b\"", "a|b", 2},
+        {"\"a\" \"b\"", "a|b", 2},
+        {"\"a\"   \"b\"", "a|b", 2},
+        {"\"", "", 1},
+        {"\"\"", "", 1},
+        {"\"\"\"", "", 1},
+        {"\"a\"", "a", 1},
+        {"a \"", "a", 1},
+        {"a\"", "a|", 2},        // too short for an end
+        {"a \"b c", "a|b c", 2}, // not closed
+        {"\"a b", "a b", 1},
+        {"\"a\\\"b\" c", "a\"b|c", 2},
+        {"a\\\"b", "a\"b", 1},
+        {"\"a\\\"", "a\"", 1}, // the last quote is escaped and closes nothing
+        {"\"a\\ b\" c\\ d", "a\\ b|c d", 2},
+        {" ", "", 0},
+        {"a  \"b\"  c", "a||b||c", 5, Support::eSplitQuotes}, // of two blanks one is left
+        {"  \"b\"  ", "||b||", 5, Support::eSplitQuotes},
+        {" \"b\" ", "b", 1, Support::eSplitQuotes},
+    };
+    for (Row const & oRow : aRows)
+    {
+        std::vector<String> vParts = {"former"};
+        EXPECT_EQ(Support::StringSplitter(oRow.sText, vParts, ' ', oRow.iFlags, '\\'), oRow.iCount)
+            << oRow.sText;
+        EXPECT_EQ(Join(vParts), oRow.sParts) << oRow.sText;
+    }
+}
+
+TEST(Splitting, MakesNothingOfAnEmptyText)
+{
+    for (int iFlags = 0; iFlags < 64; ++iFlags)
+    {
+        std::vector<String> vParts = {"former"};
+        EXPECT_EQ(Splitter::Split("", vParts, ',', iFlags, '\\'), 0) << iFlags;
+        EXPECT_EQ(Join(vParts), "former") << iFlags;
+        EXPECT_EQ(Support::StringSplitter("", vParts, ',', iFlags, '\\'), 0U) << iFlags;
+        EXPECT_TRUE(vParts.empty()) << iFlags;
+    }
+}
+
+TEST(Splitting, TakesATextThatIsOneOfTheParts)
+{
+    std::vector<String> vParts = {"a text that is too long to lie within, b"};
+    EXPECT_EQ(Support::StringSplitter(vParts[0], vParts, ',', Support::eSplitTrimLeft, '\\'), 2U);
+    EXPECT_EQ(Join(vParts), "a text that is too long to lie within|b");
+    EXPECT_EQ(Splitter::Split(vParts[0], vParts, ' ', 0, '\\'), 11);
+    EXPECT_EQ(vParts.back(), "within");
+}
+
+TEST(Splitting, IsQuickWithManyEscapes)
+{
+    std::string sText;
+    for (int i = 0; i < 300'000; ++i)
+        sText += "a\\ ";
+    std::vector<String> vParts;
+    EXPECT_EQ(Support::StringSplitter(sText, vParts, ' ', ALL_FLAGS, '\\'), 1U);
+    EXPECT_EQ(vParts[0].GetLength(), 600'000U); // the last blank is trimmed, its escape stays
+}
+
+} // namespace

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <tessel/Message.h>
+#include <tessel/MessageDispatcher.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+
+namespace tsltest
+{
+
+/// A message class of the tests' own, directly below tsl::Message, with a number that tells copies from
+/// other objects.
+class NumberMessage : public tsl::Message
+{
+public:
+    explicit NumberMessage(int iNumber_ = 0) : iNumber(iNumber_) {}
+
+    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
+    static tsl::ClassDescription const & GetStaticClassDesc()
+    {
+        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<NumberMessage>(
+            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
+        return oDescription;
+    }
+    static tsl::Root * CreateNew() { return new NumberMessage; }
+
+    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
+    {
+        return tsl::Message::GetConstIterator();
+    }
+
+    int iNumber;
+
+protected:
+    void DoCopy(tsl::Root const & oSource) override
+    {
+        iNumber = static_cast<NumberMessage const &>(oSource).iNumber;
+    }
+};
+
+/// A message class that stands one level too deep for a bus.
+class DeepMessage : public NumberMessage
+{
+public:
+    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
+    static tsl::ClassDescription const & GetStaticClassDesc()
+    {
+        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<DeepMessage>(
+            &NumberMessage::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
+        return oDescription;
+    }
+    static tsl::Root * CreateNew() { return new DeepMessage; }
+};
+
+/// A processor that does what the test says.
+class TestProcessor : public tsl::MessageProcessor
+{
+public:
+    using Work = std::function<void(tsl::Message const &, tsl::Result &)>;
+
+    TestProcessor() = default;
+    explicit TestProcessor(Work fWork) : m_fWork(std::move(fWork)) {}
+
+    void SetWork(Work fWork) { m_fWork = std::move(fWork); }
+
+    /// How often it was called, and how often it was told of the end of a bus.
+    int GetCalls() const { return m_iCalls; }
+    int GetDestructions() const { return m_iDestructions; }
+
+    void Process(tsl::Message const & oMessage, tsl::Result & oResult) const override
+    {
+        ++m_iCalls;
+        if (m_fWork)
+            m_fWork(oMessage, oResult);
+    }
+
+    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
+    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
+    tsl::Result Open() override { return tsl::Result(); }
+    void Close() override {}
+    void HandlerDestruction() const override { ++m_iDestructions; }
+
+protected:
+    void DoCopy(tsl::Root const &) override {}
+
+private:
+    Work m_fWork;
+    tsl::MessageDispatcherConfig m_oConfig;
+    mutable std::atomic<int> m_iCalls{0};
+    mutable std::atomic<int> m_iDestructions{0};
+};
+
+inline unsigned int GetTypeOf(tsl::ClassDescription const & oClass)
+{
+    return oClass.GetClassId();
+}
+
+} // namespace tsltest

@@ -1,0 +1,456 @@
+#include <tessel/DateTime.h>
+#include <tessel/Duration.h>
+#include <tessel/Exception.h>
+#include <tessel/OS.h>
+#include <tessel/String.h>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <cstdlib>
+#include <ctime>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <utility>
+
+using tsl::DateTime;
+using tsl::DateTimeElements;
+using tsl::Time;
+using tsl::TimeSpan;
+using tsl::TimeZone;
+
+namespace
+{
+
+constexpr TimeZone::EZone GREENWICH = TimeZone::eGreenwich;
+constexpr TimeZone::EZone EUROPE = TimeZone::eEurope;
+
+// 2024-07-03 09:46:40 in Greenwich, 11:46:40 in Berlin.
+constexpr long long SUMMER = 1'720'000'000;
+
+/// Moves the process into a zone for as long as the object lives. The machine's own zone may be one that
+/// the library refuses.
+class LocalZone
+{
+public:
+    explicit LocalZone(char const * sZone = "Europe/Berlin")
+    {
+        if (char const * const sFormer = std::getenv("TZ"))
+            m_sFormer = sFormer;
+        ::setenv("TZ", sZone, 1);
+        TimeZone::Init();
+    }
+    ~LocalZone()
+    {
+        m_sFormer ? ::setenv("TZ", m_sFormer->c_str(), 1) : ::unsetenv("TZ");
+        TimeZone::Init();
+    }
+    LocalZone(LocalZone const &) = delete;
+    LocalZone & operator=(LocalZone const &) = delete;
+
+private:
+    std::optional<std::string> m_sFormer;
+};
+
+/// What a call throws; one with a success if it throws nothing.
+template<class Call>
+tsl::Exception Catch(Call const & fCall)
+{
+    try
+    {
+        fCall();
+    }
+    catch (tsl::Exception const & oException)
+    {
+        return oException;
+    }
+    return tsl::Exception(tsl::Result());
+}
+
+std::string MakeAssertion(std::string const & sExpression, std::string const & sInfo)
+{
+    return "XAssertion. Expression \"" + sExpression + "\" failed. \nInfo: \"" + sInfo + '"';
+}
+
+std::string Print(TimeSpan const & oSpan)
+{
+    std::ostringstream oText;
+    oText << oSpan.GetDays() << ' ' << oSpan.GetHours() << ' ' << oSpan.GetMinutes() << ' '
+          << oSpan.GetSeconds() << " = " << oSpan.GetAsSeconds();
+    return oText.str();
+}
+
+std::string Print(DateTimeElements const & oElements)
+{
+    std::ostringstream oText;
+    oText << oElements.m_iYear << '-' << oElements.m_iMonth << '-' << oElements.m_iDay << ' '
+          << oElements.m_iHour << ':' << oElements.m_iMinute << ':' << oElements.m_iSecond << " dls "
+          << oElements.m_iDLS << " zone " << oElements.m_eZone << " precision " << oElements.m_ePrecision;
+    return oText.str();
+}
+
+/// -1, 0 or 1 as the six operators have it; 9 if they do not agree.
+template<class T>
+int GetOrder(T const & oLeft, T const & oRight)
+{
+    bool const bLess = oLeft < oRight;
+    bool const bGreater = oLeft > oRight;
+    bool const bEqual = !bLess && !bGreater;
+    bool const bAgree = (oLeft == oRight) == bEqual && (oLeft != oRight) != bEqual
+                        && (oLeft <= oRight) != bGreater && (oLeft >= oRight) != bLess;
+    return bAgree ? bGreater - bLess : 9;
+}
+
+std::string Format(DateTime const & oMoment, char const * sFormat, TimeZone::EZone eZone = GREENWICH)
+{
+    tsl::String sText("former");
+    oMoment.Format(sFormat, sText, eZone);
+    return sText.s_str();
+}
+
+} // namespace
+
+TEST(TimeSpanParts, AreSpreadOverTheirRanges)
+{
+    EXPECT_EQ(Print(TimeSpan()), "0 0 0 0 = 0");
+    EXPECT_EQ(Print(90061), "1 1 1 1 = 90061");
+    EXPECT_EQ(Print({1, 25, 0, 60}), "2 1 1 0 = 176460");
+    EXPECT_EQ(Print({-1, 0, 0, -90}), "-1 0 -1 -30 = -86490");
+    // Seconds of another sign than the rest keep to themselves.
+    EXPECT_EQ(Print({0, 0, 1, -1}), "0 0 0 -1 = -1");
+    // -2^31 times the odd number 90061 ends where it began.
+    EXPECT_EQ(Print(INT_MAX), "24855 3 14 7 = 2147483647");
+    EXPECT_EQ(Print({INT_MIN, INT_MIN, INT_MIN, INT_MIN}), "-24855 -3 -14 -8 = -2147483648");
+}
+
+TEST(TimeSpanParts, FinerThanThePrecisionAreKeptButNotCounted)
+{
+    TimeSpan oSpan(1, 2, 3, 4);
+    int const aSeconds[] = {86400, 93600, 93780, 93784, 0};
+    for (int i = 0; i < 5; ++i)
+    {
+        oSpan.SetPrecision(static_cast<Time::Precision>(i));
+        EXPECT_EQ(Print(oSpan), "1 2 3 4 = " + std::to_string(aSeconds[i]));
+    }
+}
+
+TEST(DurationMeasuring, CountsMillisecondsFromStartToStop)
+{
+    tsl::Duration oWatch;
+    oWatch.Stop();
+    EXPECT_EQ(oWatch.GetDuration(), 0);
+
+    oWatch.Start();
+    tsl::OS::Sleep(30);
+    // Both readings of the clock are cut to whole milliseconds.
+    EXPECT_GE(oWatch.GetDuration(), 29);
+    oWatch.Stop();
+    long const iStopped = oWatch.GetDuration();
+
+    auto const oBegin = std::chrono::steady_clock::now();
+    tsl::Duration oCopy(oWatch);
+    oCopy.Start();
+    tsl::OS::Sleep(3);
+    long const iAnew = oCopy.GetDuration();
+    EXPECT_GT(iAnew, 0);
+    EXPECT_LE(std::chrono::milliseconds(iAnew - 1), std::chrono::steady_clock::now() - oBegin);
+    EXPECT_EQ(oWatch.GetDuration(), iStopped);
+}
+
+TEST(TimeZoneTexts, NameEveryZone)
+{
+    char const * const aTexts[] = {"", "NewZealand", "CarolineIslands", "MarianaIslands", "Japan", "China",
+        "Java", "Kazakh", "Pakistan", "CaspianSea", "Ukraine", "Nile", "Europe", "Greenwich", "Azores",
+        "Oscar", "Greenland", "Atlantic", "USEastern", "USCentral", "USMountain", "USPacific", "Yukon",
+        "Hawaii", "Bering", "Eniwetok", ""};
+    for (int i = -13; i <= 13; ++i)
+        EXPECT_STREQ(TimeZone::GetZoneAsText(static_cast<TimeZone::EZone>(i)), aTexts[i + 13]);
+}
+
+TEST(TimeZoneLocal, HasItsDaylightSavingAlsoWhereItIsGreenwich)
+{
+    struct Row
+    {
+        char const * sZone;
+        int iZone;
+        int iHour; // of SUMMER
+        int iDLS;
+        int iWinterHour; // of 2024-01-01 00:00:00 in Greenwich
+    };
+    // The standard time of Moscow has changed more than once; Auckland has its summer in January.
+    Row const aRows[] = {{"UTC", 0, 9, 0, 0}, {"Europe/London", 0, 10, 1, 0}, {"Europe/Berlin", -1, 11, 1, 1},
+        {"Europe/Moscow", -3, 12, 0, 3}, {"America/New_York", 5, 5, 1, 19},
+        {"Pacific/Auckland", -12, 21, 0, 13}};
+    for (Row const & oRow : aRows)
+    {
+        LocalZone const oZone(oRow.sZone);
+        TimeZone::EZone const eLocal = TimeZone::GetLocal();
+        EXPECT_EQ(eLocal, oRow.iZone) << oRow.sZone;
+        EXPECT_EQ(DateTime(1'704'067'200, Time::ePrecisionHour).GetHour(eLocal), oRow.iWinterHour)
+            << oRow.sZone;
+
+        DateTimeElements oElements = DateTime(SUMMER, Time::ePrecisionSecond).GetElements(eLocal);
+        EXPECT_EQ(oElements.m_iHour, oRow.iHour) << oRow.sZone;
+        EXPECT_EQ(oElements.m_iDLS, oRow.iDLS) << oRow.sZone;
+        oElements.SetDLS(Time::eDLSUnknown);
+        EXPECT_EQ(DateTime(oElements).GetAsTime_t(), SUMMER) << oRow.sZone;
+    }
+}
+
+TEST(TimeZoneLocal, TellsTheTwoHoursAtTheEndOfSummerApart)
+{
+    LocalZone const oZone;
+    DateTimeElements oElements(2024, 9, 27, 2, 0, 0, EUROPE);
+    oElements.SetDLS(Time::eDLSOn);
+    EXPECT_EQ(DateTime(oElements).GetAsTime_t(), 1'729'987'200);
+    oElements.SetDLS(Time::eDLSOff);
+    EXPECT_EQ(DateTime(oElements).GetAsTime_t(), 1'729'990'800);
+}
+
+TEST(TimeZoneMisuse, ZonesThatCannotBeServedAreAssertionFailures)
+{
+    std::string const sWhole = MakeAssertion("seconds%3600==0", "Internal");
+    std::string const sNear = MakeAssertion("hours >= eNewZealand && hours <= eEniwetok", "Internal");
+    std::pair<char const *, std::string> const aRows[] = {{"Asia/Kolkata", sWhole},
+        {"America/St_Johns", sWhole}, {"Pacific/Kiritimati", sNear}, {"WWW13", sNear}};
+    std::tm oTm{};
+    for (auto const & [sZone, sText] : aRows)
+    {
+        LocalZone const oZone(sZone);
+        EXPECT_EQ(Catch([&] { TimeZone::ConvertToZone(0, GREENWICH, oTm); }).GetText(), sText) << sZone;
+    }
+
+    LocalZone const oZone;
+    long long iTime = 0;
+    EXPECT_EQ(Catch([&] { TimeZone::ConvertToZone(0, TimeZone::eYukon, oTm); }).GetText(),
+        MakeAssertion("false", "Conversion to time zone Yukon is not implemented yet"));
+    EXPECT_EQ(Catch([&] { TimeZone::ConvertFromZone(oTm, TimeZone::eYukon, iTime); }).GetText(),
+        MakeAssertion("false", "Conversion from time zone Yukon + is not implemented yet"));
+}
+
+TEST(TimeZoneMisuse, TimesBeyondTheYearsOfAnIntCarryTheSystemsError)
+{
+    LocalZone const oZone;
+    for (TimeZone::EZone const eZone : {EUROPE, GREENWICH})
+    {
+        DateTime const oMoment(LLONG_MAX, Time::ePrecisionSecond);
+        tsl::Exception const oException = Catch([&] { oMoment.GetYear(eZone); });
+        EXPECT_STREQ(oException.GetText(), eZone == EUROPE ? "Time cannot be converted to local time"
+                                                           : "Time cannot be converted to gm time");
+        EXPECT_EQ(oException.GetResult().GetErrorCode(), 2);
+        ASSERT_EQ(oException.GetResult().GetHistorySize(), 1);
+        EXPECT_EQ(oException.GetResult().GetHistory(0).GetErrorCode(), EOVERFLOW);
+    }
+}
+
+TEST(TimeZoneMisuse, ElementsOfNoTimeLeaveTheMomentAsItWas)
+{
+    LocalZone const oZone;
+    // The last one is the runtime library's sign of a failure.
+    DateTimeElements const aElements[] = {{INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, GREENWICH},
+        {INT_MIN + 1900, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, EUROPE},
+        {1970, 0, 1, 0, 0, -1, GREENWICH}};
+    for (DateTimeElements const & oElements : aElements)
+    {
+        DateTime oMoment(SUMMER, Time::ePrecisionHour);
+        tsl::Exception const oException = Catch([&] { oMoment.SetElements(oElements); });
+        EXPECT_STREQ(oException.GetText(), "Time components cannot be converted to time");
+        EXPECT_EQ(oException.GetResult().GetErrorCode(), 2);
+        EXPECT_EQ(oMoment.GetAsTime_t(), SUMMER);
+        EXPECT_EQ(oMoment.GetPrecision(), Time::ePrecisionHour);
+    }
+}
+
+TEST(DateTimeElementsOrder, GoesByEachSidesOwnPrecision)
+{
+    DateTimeElements const oDay(2024, 1, 29, GREENWICH);
+    DateTimeElements const oTime(2024, 1, 29, 10, 20, 30, GREENWICH);
+    DateTimeElements oHour(oTime);
+    oHour.SetPrecision(Time::ePrecisionHour);
+
+    struct Row
+    {
+        DateTimeElements oLeft;
+        DateTimeElements oRight;
+        int iOrder;
+    };
+    Row const aRows[] = {
+        {{2023, 11, 1, GREENWICH}, oDay, -1},
+        {{2024, 2, 1, GREENWICH}, oDay, 1},
+        {{2024, 1, 28, 23, 0, 0, GREENWICH}, oDay, -1},
+        {{2024, 1, 29, 9, 59, 0, GREENWICH}, oTime, -1},
+        {{2024, 1, 29, 10, 21, 0, GREENWICH}, oTime, 1},
+        {{2024, 1, 29, 10, 20, 29, GREENWICH}, oTime, -1},
+        {{2024, 1, 29, 10, 20, 30, TimeZone::eJapan}, oTime, 0},
+        {{-1, 0, 1, GREENWICH}, oDay, 1}, // without a sign
+        {oDay, {2024, 1, 29, 0, 0, 0, GREENWICH}, 0},
+        {oDay, {2024, 1, 29, 0, 0, 1, GREENWICH}, -1},
+        {oHour, {2024, 1, 29, 10, 0, 0, GREENWICH}, 0},
+    };
+    for (Row const & oRow : aRows)
+    {
+        EXPECT_EQ(GetOrder(oRow.oLeft, oRow.oRight), oRow.iOrder) << Print(oRow.oLeft);
+        EXPECT_EQ(GetOrder(oRow.oRight, oRow.oLeft), -oRow.iOrder) << Print(oRow.oLeft);
+    }
+}
+
+TEST(DateTimeElementsMisuse, DaylightSavingThatIsNoneIsRefused)
+{
+    DateTimeElements oElements(2024, 1, 29, GREENWICH);
+    std::tm oTm{};
+    oTm.tm_isdst = 2;
+    std::string const sFailure =
+        MakeAssertion("dls==Time::eDLSOff || dls==Time::eDLSOn || dls==Time::eDLSUnknown", "Invalid enum");
+    EXPECT_EQ(Catch([&] { oElements.SetDLS(-2); }).GetText(), sFailure);
+    EXPECT_EQ(Catch([&] { oElements.FromTm(oTm, Time::ePrecisionSecond); }).GetText(), sFailure);
+    EXPECT_EQ(Print(oElements), "2024-1-29 0:0:0 dls -1 zone 0 precision 0");
+}
+
+TEST(DateTimeMoments, LieAroundTheCurrentTime)
+{
+    LocalZone const oZone;
+    // The time of day is kept, but not in the two that are computed.
+    long long const aUnits[] = {1, 1, 86400, 86400};
+    long long const aDistances[] = {0, 0, -86400, 86400};
+    for (int i = 0; i < 4; ++i)
+    {
+        long long const iBefore = std::time(nullptr);
+        DateTime const oMoment(static_cast<DateTime::EMoment>(i));
+        long long const iAfter = std::time(nullptr);
+        EXPECT_EQ(oMoment.GetPrecision(), i == 0 ? Time::ePrecisionSecond : Time::ePrecisionDay);
+        EXPECT_GE(oMoment.GetAsTime_t(), iBefore / aUnits[i] * aUnits[i] + aDistances[i]) << i;
+        EXPECT_LE(oMoment.GetAsTime_t(), iAfter / aUnits[i] * aUnits[i] + aDistances[i]) << i;
+    }
+    EXPECT_EQ(Catch([] { DateTime(static_cast<DateTime::EMoment>(4)); }).GetText(),
+        MakeAssertion("false", "Not implemented"));
+}
+
+TEST(DateTimeConversion, CutsOffWhatThePrecisionDoesNotCount)
+{
+    LocalZone const oZone;
+    char const * const aTexts[] = {"0:0:0 dls 1 zone -1 precision 0", "11:0:0 dls 1 zone -1 precision 1",
+        "11:46:0 dls 1 zone -1 precision 2", "11:46:40 dls 1 zone -1 precision 3"};
+    long long const aTimes[] = {1'719'957'600, 1'719'997'200, 1'719'999'960, SUMMER};
+    for (int i = 0; i < 4; ++i)
+    {
+        DateTime const oMoment(SUMMER, static_cast<Time::Precision>(i));
+        DateTimeElements oElements = oMoment.GetElements(EUROPE);
+        EXPECT_EQ(Print(oElements), std::string("2024-6-3 ") + aTexts[i]);
+        // Without a conversion where none is needed, which would fail for this zone.
+        DateTimeElements const oSingle(oMoment.GetYear(EUROPE), oMoment.GetMonth(EUROPE),
+            oMoment.GetDay(EUROPE), oMoment.GetHour(i < 1 ? TimeZone::eYukon : EUROPE),
+            oMoment.GetMinute(i < 2 ? TimeZone::eYukon : EUROPE),
+            oMoment.GetSecond(i < 3 ? TimeZone::eYukon : EUROPE), EUROPE);
+        EXPECT_EQ(oSingle, oElements);
+
+        oElements.m_iHour = 11;
+        oElements.m_iMinute = 46;
+        oElements.m_iSecond = 40;
+        EXPECT_EQ(DateTime(oElements).GetAsTime_t(), aTimes[i]);
+        EXPECT_EQ(DateTime(oElements).GetPrecision(), i);
+    }
+}
+
+TEST(DateTimeConversion, ReachesFromLongAgoToTheLastYear)
+{
+    LocalZone const oZone;
+    EXPECT_EQ(DateTime({2024, 1, 30, GREENWICH}), DateTime({2024, 2, 1, GREENWICH}));
+    EXPECT_EQ(DateTime({1601, 0, 1, GREENWICH}).GetAsTime_t(), -11'644'473'600);
+
+    // The year 2,147,485,547, which an int can only hold as its difference from 1900.
+    DateTimeElements const oElements(INT_MIN + 1899, 11, 31, 23, 59, 59, GREENWICH);
+    DateTime oLast(oElements);
+    EXPECT_EQ(oLast.GetElements(GREENWICH), oElements);
+    EXPECT_NE(Catch([&] { oLast.Add(1); }).GetText(), std::string());
+    EXPECT_EQ(oLast.GetAsTime_t(), 67'768'036'191'676'799);
+}
+
+TEST(DateTimeArithmetic, MovesByThePartsThatThePrecisionCounts)
+{
+    struct Row
+    {
+        int iPrecision;
+        TimeSpan oSpan;
+        long long iSum;
+        long long iDifference;
+    };
+    // 2024-07-03 is 1719964800, 9 hours are 32400 seconds, 46 minutes 2760.
+    Row const aRows[] = {
+        {2, 75, 1'720'000'020, 1'719'999'900}, {3, {2, 3, 4, 5}, 1'720'183'845, 1'719'816'155},
+        {2, {2, 3, 4, 5}, 1'720'183'800, 1'719'816'120}, {1, {2, 3, 4, 5}, 1'720'180'800, 1'719'813'600},
+        {0, {2, 3, 4, 5}, 1'720'137'600, 1'719'792'000},
+        {4, {2, 3, 4, 5}, 1'719'999'960, 1'719'999'960}, // not a precision
+    };
+    for (Row const & oRow : aRows)
+    {
+        LocalZone const oZone;
+        DateTime oSum(SUMMER, static_cast<Time::Precision>(oRow.iPrecision));
+        DateTime oDifference(oSum);
+        oSum.Add(oRow.oSpan);
+        oDifference.Sub(oRow.oSpan);
+        EXPECT_EQ(oSum.GetAsTime_t(), oRow.iSum) << oRow.iPrecision;
+        EXPECT_EQ(oDifference.GetAsTime_t(), oRow.iDifference) << oRow.iPrecision;
+    }
+
+    // Days keep their length also where summer time ends in between.
+    for (char const * const sZone : {"Europe/Berlin", "Europe/London"})
+    {
+        LocalZone const oZone(sZone);
+        DateTime oMoment(SUMMER, Time::ePrecisionSecond);
+        oMoment.Add(TimeSpan(120, 0, 0, 0));
+        EXPECT_EQ(oMoment.GetAsTime_t(), 1'730'368'000) << sZone;
+    }
+}
+
+TEST(DateTimeOrder, GoesByTheLeftSidesPrecision)
+{
+    LocalZone const oZone;
+    DateTime const oSecond(SUMMER, Time::ePrecisionSecond);
+    DateTime const oDay(SUMMER + 1, Time::ePrecisionDay);
+    EXPECT_EQ(GetOrder(oSecond, DateTime(-SUMMER, Time::ePrecisionSecond)), 1);
+    EXPECT_EQ(GetOrder(oDay, DateTime(SUMMER - 1, Time::ePrecisionDay)), 0);
+    EXPECT_EQ(GetOrder(oDay, DateTime(SUMMER + 86400, Time::ePrecisionDay)), -1);
+    // Midnight against 9:46:40, and the bare times the other way round.
+    EXPECT_EQ(GetOrder(oDay, oSecond), -1);
+    EXPECT_EQ(GetOrder(oSecond, oDay), -1);
+}
+
+TEST(DateTimeFormat, WritesUpTo127Bytes)
+{
+    LocalZone const oZone;
+    DateTime const oMoment(SUMMER, Time::ePrecisionSecond);
+    EXPECT_EQ(Format(oMoment, "%d.%m.%Y %H:%M:%S"), "03.07.2024 09:46:40");
+    EXPECT_EQ(Format(oMoment, "%H:%M %j %w %z %Z", EUROPE), "11:46 185 3 +0200 CEST");
+    EXPECT_EQ(Format(DateTime(SUMMER, Time::ePrecisionMinute), "%H:%M:%S"), "09:46:00");
+
+    EXPECT_EQ(Format(oMoment, std::string(127, 'x').c_str()), std::string(127, 'x'));
+    EXPECT_EQ(Format(oMoment, std::string(128, 'x').c_str()), "");
+    EXPECT_EQ(Format(oMoment, std::string(3999, 'x').c_str()), "");
+
+    // Odd directives: a bare one, and all pairs of bytes behind a percent sign.
+    EXPECT_EQ(Format(oMoment, "x%"), "x%");
+    for (int i = 0x0101; i <= 0xFFFF; ++i)
+    {
+        char const aFormat[] = {'-', '%', static_cast<char>(i & 0xFF), static_cast<char>(i >> 8), '\0'};
+        EXPECT_EQ(Format(oMoment, aFormat).front(), '-');
+    }
+}
+
+TEST(DateTimeFormat, ThrowsForTextsThatAreTooLongOrEmpty)
+{
+    LocalZone const oZone;
+    std::string const sLong(4000, 'x');
+    DateTime const oMoment(SUMMER, Time::ePrecisionSecond);
+    for (char const * const sFormat : {sLong.c_str(), "%1000000000d", "", static_cast<char const *>(nullptr)})
+    {
+        tsl::String sText("former");
+        tsl::Exception const oException = Catch([&] { oMoment.Format(sFormat, sText, GREENWICH); });
+        EXPECT_STREQ(oException.GetText(),
+            "Function strftime cannot format DateTime object. Formatted string exceeds size of 4000 chars!");
+        EXPECT_EQ(oException.GetResult().GetErrorCode(), 4);
+        EXPECT_EQ(sText, "former");
+    }
+}

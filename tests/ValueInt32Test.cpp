@@ -1,0 +1,163 @@
+#include "AssertionTest.h"
+
+#include <tessel/ValueConverter.h>
+#include <tessel/ValueInt32.h>
+
+#include <climits>
+#include <functional>
+
+using tsl::Value;
+using tsl::ValueInt32;
+
+namespace
+{
+
+enum Answer
+{
+    eAnswer = 42
+};
+
+/// The number that an operation makes of another one.
+template<class Change>
+int Changed(int iBefore, Change && fChange)
+{
+    ValueInt32 iNumber(iBefore);
+    fChange(iNumber);
+    return iNumber.AsInt32();
+}
+
+TEST(ValueInt32Arithmetic, WrapsAround)
+{
+    EXPECT_EQ(Changed(INT_MAX, [](ValueInt32 & i) { i += 1; }), INT_MIN);
+    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i -= ValueInt32(1); }), INT_MAX);
+    EXPECT_EQ(Changed(-46341, [](ValueInt32 & i) { i *= i; }), -2147479015);
+    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i /= -1; }), INT_MIN);
+    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i %= -1; }), 0);
+    EXPECT_EQ(Changed(-7, [](ValueInt32 & i) { i %= ValueInt32(4); }), -3);
+    EXPECT_EQ(Changed(12, [](ValueInt32 & i) { i &= 6; }), 4);
+    EXPECT_EQ(Changed(12, [](ValueInt32 & i) { i |= ValueInt32(3); }), 15);
+    EXPECT_EQ(Changed(12, [](ValueInt32 & i) { i ^= 6; }), 10);
+    EXPECT_EQ(Changed(INT_MAX, [](ValueInt32 & i) { ++i; }), INT_MIN);
+    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i--; }), INT_MAX);
+    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i = -i; }), INT_MIN);
+    EXPECT_EQ(Changed(5, [](ValueInt32 & i) { i = (i + 5 - ValueInt32(2)) * 7 / 3 % 10; }), 8);
+    EXPECT_EQ(Changed(4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i; }), 4);
+    EXPECT_EQ(Changed(1, [](ValueInt32 & i) { i = i + eAnswer - 2L; }), 41);
+}
+
+TEST(ValueInt32Arithmetic, TakesTheNullStateFromTheLeft)
+{
+    ValueInt32 const iNull;
+    EXPECT_TRUE((iNull + 5).IsNull());
+    EXPECT_EQ((iNull + 5).AsInt32(), 5);
+    EXPECT_FALSE((ValueInt32(5) + iNull).IsNull());
+    EXPECT_EQ(5 + iNull, 5);
+    EXPECT_FALSE((-iNull).IsNull());
+
+    ValueInt32 iNumber;
+    iNumber += 3;
+    EXPECT_TRUE((++iNumber).IsNull());
+    EXPECT_FALSE((iNumber++).IsNull());
+    EXPECT_EQ((iNumber--).AsInt32(), 5);
+    iNumber = 0;
+    EXPECT_FALSE(iNumber.IsNull());
+    iNumber = 7;
+    iNumber.SetNull();
+    EXPECT_EQ(iNumber.AsInt32(), 0);
+    iNumber = ValueInt32(5);
+    EXPECT_EQ(iNumber, 5);
+    iNumber = ValueInt32::Null();
+    EXPECT_TRUE(iNumber.IsNull());
+}
+
+TEST(ValueInt32Arithmetic, RefusesToDivideByZero)
+{
+    ValueInt32 iNumber(5);
+    std::function<void()> const aCalls[] = {[&] { iNumber /= 0; }, [&] { iNumber %= ValueInt32(); },
+        [&] { static_cast<void>(5 / ValueInt32(0)); }};
+    for (auto const & fCall : aCalls)
+        EXPECT_TRUE(
+            tsltest::Asserts("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero", fCall));
+    EXPECT_EQ(iNumber, 5);
+}
+
+/// A number of a class of its own that has no description.
+class Index : public ValueInt32
+{
+    using ValueInt32::ValueInt32;
+};
+
+TEST(ValueInt32Comparing, RefusesNullOnTheLeftAlone)
+{
+    ValueInt32 const iNull;
+    EXPECT_EQ(ValueInt32(-1).Compare(iNull), -1);
+    EXPECT_EQ(ValueInt32(INT_MAX).Compare(INT_MIN), 1);
+    EXPECT_TRUE(ValueInt32(0) == iNull && ValueInt32(1) > iNull && ValueInt32(42) == eAnswer);
+    EXPECT_TRUE(ValueInt32(1) != 2 && ValueInt32(1) < 2 && ValueInt32(1) <= 1L && ValueInt32(1) >= 1);
+    EXPECT_TRUE(Index(1) == Index(1) && Index(1) < Index(2) && Index(1) + Index(2) == 3);
+
+    std::function<void()> const aCalls[] = {[&] { static_cast<void>(iNull == 0); },
+        [&] { static_cast<void>(iNull != 0L); }, [&] { static_cast<void>(iNull < ValueInt32(1)); },
+        [&] { static_cast<void>(iNull >= eAnswer); }};
+    for (auto const & fCall : aCalls)
+        EXPECT_TRUE(tsltest::Asserts("!m_bNull", "Invalid operation. ValueInt32 is NULL", fCall));
+
+    EXPECT_EQ(ValueInt32(INT_MIN).CompareTo(ValueInt32(INT_MAX)), Value::eLess);
+    EXPECT_EQ(ValueInt32(INT_MAX).CompareTo(ValueInt32(INT_MIN)), Value::eGreater);
+    EXPECT_EQ(ValueInt32(3).CompareTo(ValueInt32(3)), Value::eEqual);
+    EXPECT_EQ(ValueInt32(0).CompareTo(iNull), Value::eNotComparable);
+}
+
+TEST(ValueInt32Text, IsReadFromDigitsAlone)
+{
+    char const * const sOnlyDigits = "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*";
+    char const * const sTooLong = "Overflow. Max 10 digits allowed for ValueInt32.";
+    struct Row
+    {
+        char const * sText;
+        int iNumber; ///< 77 if nothing is read
+        char const * sFailure = nullptr;
+    };
+    Row const aRows[] = {
+        {" \t42\n ", 42},
+        {"+42", 42},
+        {"-0000000042", -42},
+        {"2147483647", INT_MAX},
+        {"-2147483648", INT_MIN},
+        {"2147483648", 77, "Overflow. Biggest number for ValueInt32 is 2147483647."},
+        {"-2147483649", 77, "Overflow. Smalest number for ValueInt32 is -2147483648."},
+        {"+12345678901", 77, sTooLong},
+        {"00000000001", 77, sTooLong},
+        {"   ", 77, "At least one digit expected."},
+        {"-", 77, sOnlyDigits},
+        {"+-1", 77, sOnlyDigits},
+        {"12 3", 77, sOnlyDigits},
+        {"1234567890123x", 77, sOnlyDigits},
+    };
+    for (Row const & oRow : aRows)
+    {
+        ValueInt32 iNumber(77);
+        tsl::Result const oResult = iNumber.GetConverter().ConvertFromText(oRow.sText, iNumber);
+        EXPECT_EQ(iNumber.AsInt32(), oRow.iNumber) << oRow.sText;
+        EXPECT_EQ(oResult.GetErrorCode(), oRow.sFailure ? 2 : 0) << oRow.sText;
+        EXPECT_EQ(oResult.IsOk() ? "" : oResult.GetText().s_str(), oRow.sFailure ? oRow.sFailure : "");
+    }
+
+    ValueInt32 iNumber(5);
+    EXPECT_TRUE(iNumber.GetConverter().ConvertFromText("NULL", iNumber).IsOk());
+    EXPECT_TRUE(iNumber.IsNull());
+    EXPECT_TRUE(iNumber.GetConverter().ConvertFromText("0", iNumber).IsOk());
+    EXPECT_FALSE(iNumber.IsNull());
+}
+
+TEST(ValueInt32Text, IsWrittenInTheDefaultLayout)
+{
+    tsl::ValueString sText;
+    ValueInt32().AddAsString(sText);
+    EXPECT_EQ(ValueInt32(INT_MIN).AddAsString(sText) + ValueInt32(5), "NULL-21474836485");
+    EXPECT_TRUE(
+        tsltest::Asserts("!i.IsNull()", "Invalid operation. Value is NULL", [&] { sText += ValueInt32(); }));
+    EXPECT_EQ(sText, "NULL-2147483648");
+}
+
+} // namespace

@@ -1,0 +1,65 @@
+# Builds and runs the program of README.md in a fresh folder, as a project of its own:
+#
+#   cmake -DTESSEL_FROM=... -DTESSEL_SOURCE=... -DTESSEL_BUILD=... -DWORK=... -DOPTIONS=... -P check.cmake
+#
+# TESSEL_FROM is the way in which the project takes the library, TESSEL_BUILD the library's build tree, WORK the
+# folder, OPTIONS what the project is configured with.
+
+function(run)
+  execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# The program, started in its folder, prints the text.
+function(check_output expected)
+  execute_process(COMMAND ${ARGN}
+    WORKING_DIRECTORY ${WORK}/build
+    OUTPUT_VARIABLE output
+    COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT output STREQUAL expected)
+    message(FATAL_ERROR "${ARGN} printed '${output}'.")
+  endif()
+endfunction()
+
+# The piece of C++ in README.md.
+function(extract_program file)
+  file(READ ${TESSEL_SOURCE}/README.md text)
+  string(REGEX REPLACE "^.*\n```cpp\n" "" text "${text}")
+  string(FIND "${text}" "```" end)
+  string(SUBSTRING "${text}" 0 ${end} text)
+  file(WRITE ${file} "${text}")
+endfunction()
+
+# <tessel/Tessel.h> is there for all others, and the libraries' own headers are not.
+function(check_headers folder)
+  file(GLOB headers RELATIVE ${folder} ${folder}/patternmatcher/*)
+  if(NOT headers STREQUAL "patternmatcher/Export.h;patternmatcher/PatternMatcher.h")
+    message(FATAL_ERROR "Installed are ${headers}.")
+  endif()
+
+  file(GLOB headers RELATIVE ${folder} ${folder}/tessel/*.h)
+  list(REMOVE_ITEM headers tessel/Tessel.h)
+  file(STRINGS ${folder}/tessel/Tessel.h included REGEX "^#include <tessel/")
+  list(TRANSFORM included REPLACE "#include <(.*)>" "\\1")
+  if(NOT headers STREQUAL included)
+    message(FATAL_ERROR "Installed are ${headers}, but <tessel/Tessel.h> includes ${included}.")
+  endif()
+endfunction()
+
+file(REMOVE_RECURSE ${WORK})
+if(TESSEL_FROM MATCHES "find_package|pkg_config")
+  # Installed to one place and used at another: nothing in the package depends on where it was put first.
+  run(${CMAKE_COMMAND} --install ${TESSEL_BUILD} --prefix ${WORK}/first)
+  file(RENAME ${WORK}/first ${WORK}/prefix)
+  list(APPEND OPTIONS -DCMAKE_PREFIX_PATH=${WORK}/prefix)
+  check_headers(${WORK}/prefix/include)
+endif()
+
+extract_program(${WORK}/hello.cpp)
+run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${WORK}/build ${OPTIONS}
+  -DTESSEL_FROM=${TESSEL_FROM} -DTESSEL_SOURCE=${TESSEL_SOURCE} -DPROGRAM=${WORK}/hello.cpp)
+run(${CMAKE_COMMAND} --build ${WORK}/build)
+
+check_output("Hello Ann\nHello Bob\n" ./hello Ann Bob)
+if(NOT TESSEL_FROM STREQUAL "pkg_config")
+  check_output("42\n" ./digits)
+endif()

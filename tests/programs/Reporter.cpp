@@ -1,0 +1,222 @@
+// Reports on the global bus what the arguments say, in their order:
+//   debug:TEXT        a debug message with the identifier "Id"
+//   trace:ID          passes a log point that is called ID
+//   result:CODE       a Result with the text "t"; each further ":CODE" is the previous failure
+//   success           a success
+//   element           a message with a Result as its element
+//   empty             a message without elements
+//   long:COUNT        a debug message of that many bytes
+//   lines:COUNT       so many debug messages of four threads each
+//   assert            fails an assertion, and prints the exception
+//   nested            the same while a processor fails one for every message
+//   level:ID          prints the level that is registered for ID
+//   late              reports when the bus goes away
+//   chapters          prints the chapters of the ini file
+//   cd                enters a new folder, to show that the log file stays where it is
+
+#include <tessel/Tessel.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <iostream>
+#include <new>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+class ElementMessage : public tsl::Message
+{
+public:
+    explicit ElementMessage(bool bElement) : m_bElement(bElement) {}
+
+    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
+    {
+        if (m_bElement)
+            return std::make_unique<tsl::ResultMessageConstIterator>(m_oMessage);
+        return tsl::Message::GetConstIterator();
+    }
+
+    tsl::ClassDescription const & GetClassDesc() const override
+    {
+        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<ElementMessage>(
+            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, nullptr);
+        return oDescription;
+    }
+
+protected:
+    void DoCopy(tsl::Root const &) override {}
+
+private:
+    bool m_bElement;
+    tsl::ResultMessage m_oMessage{tsl::Result(1, "a", tsl::Result(2, "b", tsl::Result::eCategoryDefault))};
+};
+
+/// Fails an assertion for every message.
+class FailingProcessor : public tsl::MessageProcessor
+{
+public:
+    void Process(tsl::Message const &, tsl::Result &) const override
+    {
+        ++iCalls;
+        tsl::XAssertionFailed("inner", "Unknown");
+    }
+
+    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
+    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
+    tsl::Result Open() override { return tsl::Result(); }
+    void Close() override {}
+
+    mutable int iCalls = 0;
+
+protected:
+    void DoCopy(tsl::Root const &) override {}
+
+private:
+    tsl::MessageDispatcherConfig m_oConfig;
+};
+
+void Debug(tsl::String const & sText)
+{
+    tsl::Support::DispatchDebugMessage("Id", sText, "f.cpp", 1);
+}
+
+void ReportResult(std::string const & sCodes)
+{
+    std::size_t const iColon = sCodes.find(':');
+    tsl::Result oResult(std::stoi(sCodes), "t", tsl::Result::eCategoryDefault);
+    oResult.SetSource("f.cpp", 1);
+    if (iColon != std::string::npos)
+        for (std::string sRest = sCodes.substr(iColon + 1);; sRest = sRest.substr(sRest.find(':') + 1))
+        {
+            tsl::Result oNext(std::stoi(sRest), "t", tsl::Result::eCategoryDefault);
+            oNext.SetSource("f.cpp", 1);
+            tsl::Result const oFormer(oResult);
+            oResult = oNext;
+            oResult.SetPrevious(oFormer);
+            if (sRest.find(':') == std::string::npos)
+                break;
+        }
+    tsl::Support::DispatchMessage(oResult);
+}
+
+void ReportLines(int iCount)
+{
+    std::vector<std::thread> vThreads;
+    for (int iThread = 0; iThread < 4; ++iThread)
+        vThreads.emplace_back(
+            [&]
+            {
+                for (int i = 0; i < iCount; ++i)
+                    Debug(tsl::String('x', static_cast<unsigned int>(1 + i % 300)) + "<end>");
+            });
+    for (std::thread & oThread : vThreads)
+        oThread.join();
+}
+
+void FailAssertion()
+{
+    try
+    {
+        tsl::XAssertionFailed("x>0", "bad", "f.cpp", 7);
+    }
+    catch (tsl::Exception const & oException)
+    {
+        tsl::Result const & oResult = oException.GetResult();
+        std::cout << oResult.GetErrorCode() << ' ' << oResult.GetCategory() << ' ' << oResult.GetSourceFile()
+                  << ' ' << oResult.GetSourceLine() << ' ' << oResult.GetHistorySize() << ' '
+                  << oException.GetText() << std::endl;
+    }
+}
+
+void FailNested()
+{
+    FailingProcessor const oProcessor;
+    static_cast<void>(tsl::Support::GetAppDisp().Register(oProcessor, {tsl::Message::GetBaseType()}));
+    FailAssertion();
+    tsl::Support::GetAppDisp().Unregister(oProcessor);
+    std::cout << oProcessor.iCalls << " calls" << std::endl;
+}
+
+void PrintChapters()
+{
+    std::vector<tsl::String> vChapters;
+    tsl::Support::GetAppIni().GetChapters(vChapters);
+    std::cout << vChapters.size() << " chapters" << std::endl;
+}
+
+/// Reports once more when the bus goes away, which must neither harm nor come through.
+class LateReporter : public FailingProcessor
+{
+public:
+    void HandlerDestruction() const override
+    {
+        Debug("late");
+        int iLevel = 1;
+        tsl::Support::RegisterLogPoint(&iLevel, "Id", "f.cpp", 1);
+        tsl::Result const oFailure(1, "late", tsl::Result::eCategoryDefault);
+        if (tsl::Support::DispatchMessage(oFailure).IsOk())
+            std::cout << "late report" << std::endl;
+    }
+};
+
+/// Outlives the bus, since nothing ever destroys it.
+void RegisterLateReporter()
+{
+    alignas(LateReporter) static std::byte aMemory[sizeof(LateReporter)];
+    auto const * const pReporter = new (aMemory) LateReporter;
+    static_cast<void>(tsl::Support::GetAppDisp().Register(*pReporter, {ElementMessage(false).GetType()}));
+}
+
+void Do(std::string const & sCommand, std::string const & sArgument)
+{
+    if (sCommand == "debug")
+        Debug(sArgument);
+    else if (sCommand == "trace")
+        tsl::Trace(sArgument.c_str(), [&] { return tsl::String("traced ") + sArgument; });
+    else if (sCommand == "result")
+        ReportResult(sArgument);
+    else if (sCommand == "success")
+        tsl::Support::DispatchMessage(tsl::Result());
+    else if (sCommand == "element")
+        tsl::Support::DispatchMessage(ElementMessage(true));
+    else if (sCommand == "empty")
+        tsl::Support::DispatchMessage(ElementMessage(false));
+    else if (sCommand == "long")
+        Debug(tsl::String('y', static_cast<unsigned int>(std::stoul(sArgument))));
+    else if (sCommand == "lines")
+        ReportLines(std::stoi(sArgument));
+    else if (sCommand == "assert")
+        FailAssertion();
+    else if (sCommand == "nested")
+        FailNested();
+    else if (sCommand == "level")
+    {
+        int iLevel = -99;
+        std::cout << tsl::Support::RegisterLogPoint(&iLevel, sArgument.c_str(), "f.cpp", 1) << ' ' << iLevel
+                  << std::endl;
+    }
+    else if (sCommand == "late")
+        RegisterLateReporter();
+    else if (sCommand == "chapters")
+        PrintChapters();
+    else if (sCommand == "cd")
+    {
+        std::filesystem::create_directory("other");
+        std::filesystem::current_path("other");
+    }
+}
+
+} // namespace
+
+int main(int iCount, char ** pArguments)
+{
+    for (int i = 1; i < iCount; ++i)
+    {
+        std::string const sArgument = pArguments[i];
+        std::size_t const iColon = sArgument.find(':');
+        Do(sArgument.substr(0, iColon), iColon == std::string::npos ? "" : sArgument.substr(iColon + 1));
+    }
+}

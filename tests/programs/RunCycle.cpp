@@ -1,0 +1,115 @@
+// An application whose steps do what the arguments say, as STEP=OUTCOME: "ok", "fail:CODE", "throw:CODE" (a
+// Result) or "assert". Prints the steps that ran and what came on the application's own bus.
+
+#include <tessel/Tessel.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+namespace
+{
+
+class Config : public tsl::ConsoleApplicationConfig
+{
+};
+
+/// Prints the code, the text and the size of the history of each Result that it gets.
+class ResultPrinter : public tsl::MessageProcessor
+{
+public:
+    void Process(tsl::Message const & oMessage, tsl::Result &) const override
+    {
+        tsl::Result const & oResult = dynamic_cast<tsl::ResultMessage const &>(oMessage).GetResult();
+        std::cout << "message " << oResult.GetErrorCode() << " " << oResult.GetText().s_str() << " "
+                  << oResult.GetHistorySize() << "\n";
+    }
+
+    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
+    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
+    tsl::Result Open() override { return tsl::Result(); }
+    void Close() override {}
+
+protected:
+    void DoCopy(tsl::Root const &) override {}
+
+private:
+    tsl::MessageDispatcherConfig m_oConfig;
+};
+
+class RunCycle : public tsl::ConsoleApplication
+{
+public:
+    RunCycle() : ConsoleApplication(new Config)
+    {
+        if (GetDispatcher().Register(m_oPrinter, {tsl::Message::GetBaseType()}).IsError())
+            std::abort();
+    }
+
+    ~RunCycle() override
+    {
+        // The printer goes before the bus does.
+        GetDispatcher().Unregister(m_oPrinter);
+        std::cout << "gone" << std::endl;
+    }
+
+    static tsl::Application * Create() { return new RunCycle; }
+
+protected:
+    tsl::Result PreRun() override { return DoStep("PreRun", ConsoleApplication::PreRun()); }
+    tsl::Result Run() override { return DoStep("Run", tsl::Result()); }
+    tsl::Result PostRun() override { return DoStep("PostRun", ConsoleApplication::PostRun()); }
+
+private:
+    tsl::Result DoStep(std::string const & sStep, tsl::Result const & oBase)
+    {
+        std::cout << sStep << "\n";
+        std::string const sOutcome = GetOutcome(sStep);
+        std::string const sAction = sOutcome.substr(0, sOutcome.find(':'));
+        int const iCode = std::atoi(sOutcome.substr(sOutcome.find(':') + 1).c_str());
+        tsl::Result const oFailure(
+            iCode, tsl::String(sStep), tsl::Result(90 + iCode, "cause", tsl::Result::eCategoryDefault));
+        if (sAction == "fail")
+            return oFailure;
+        if (sAction == "throw")
+            throw oFailure;
+        if (sAction == "assert")
+            tsl::XAssertionFailed("false", "Unknown");
+        return oBase;
+    }
+
+    std::string GetOutcome(std::string const & sStep) const
+    {
+        std::vector<tsl::String> vParameters;
+        GetConfig().GetCmdLineParser().GetParameters(vParameters);
+        for (tsl::String const & sParameter : vParameters)
+            if (sParameter.s_str().starts_with(sStep + "="))
+                return sParameter.s_str().substr(sStep.size() + 1);
+        return "ok";
+    }
+
+    ResultPrinter m_oPrinter;
+};
+
+tsl::Application * CreateNothing()
+{
+    return nullptr;
+}
+
+} // namespace
+
+int main(int iCount, char ** pArguments)
+{
+    try
+    {
+        tsl::ConsoleApplication & oApplication = tsl::ConsoleApplication::Instance(&RunCycle::Create);
+        if (&tsl::Application::Instance(&CreateNothing) != &oApplication)
+            return 99;
+        return oApplication.Main(iCount, pArguments);
+    }
+    catch (tsl::Exception const & oException)
+    {
+        std::cout << "exception " << oException.GetResult().GetErrorCode() << "\n";
+        return 98;
+    }
+}

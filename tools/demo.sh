@@ -1,0 +1,32 @@
+#!/bin/sh
+# Builds the library and its examples, runs the greeter in an empty folder and shows what it left there.
+
+set -eu
+cd "$(dirname "$0")/.."
+root=$(pwd)
+
+tools/setup.sh
+cmake --preset release
+cmake --build --preset release --target examples
+
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cp examples/greeter/greeter.ini "$folder"
+cd "$folder"
+PATH=$root/build/release/bin:$PATH
+
+# Shows command $2 with its arguments and what it prints; its exit code has to be $1.
+show() {
+    expected=$1
+    shift
+    printf '\n$ %s\n' "$*"
+    code=0
+    "$@" || code=$?
+    [ "$code" -eq 0 ] || printf '(exit code %s)\n' "$code"
+    [ "$code" -eq "$expected" ]
+}
+
+show 0 cat greeter.ini
+show 0 greeter Ann Bob Carla
+show 2 greeter
+show 0 cat Logfile.txt
