@@ -1,0 +1,9 @@
+#pragma once
+
+namespace tslbench
+{
+
+/// What each receiver of a message does.
+void Receive(long iValue);
+
+} // namespace tslbench

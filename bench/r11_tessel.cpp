@@ -1,0 +1,50 @@
+// Start and end of a program that does nothing but is linked with the library. No ini file; the log file
+// is opened in the current directory as always.
+//
+// The child "start_tessel" lies beside this program, or in the folder that TESSEL_BENCH_PROGRAMS names.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+static std::string FindChild()
+{
+    if (char const * const sFolder = std::getenv("TESSEL_BENCH_PROGRAMS"))
+        return std::string(sFolder) + "/start_tessel";
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "start_tessel";
+}
+
+static bool RunOnce(std::string & sProgram)
+{
+    char * aArguments[] = {sProgram.data(), nullptr};
+    pid_t iChild = 0;
+    if (::posix_spawn(&iChild, sProgram.c_str(), nullptr, nullptr, aArguments, environ) != 0)
+        return false;
+
+    int iStatus = 0;
+    return ::waitpid(iChild, &iStatus, 0) == iChild && iStatus == 0;
+}
+
+static void StartProcess(benchmark::State & oState)
+{
+    std::string sProgram = FindChild();
+    for (auto _ : oState)
+    {
+        if (!RunOnce(sProgram))
+        {
+            oState.SkipWithError("start_tessel cannot be started or has failed");
+            break;
+        }
+    }
+    oState.SetItemsProcessed(oState.iterations());
+}
+BENCHMARK(StartProcess)
+    ->Name("R11.process start/tessel:linked, no ini file")
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <tessel/Message.h>
+
+namespace tslbench
+{
+
+/// A message of 96 bytes with three classes below it.
+class Record : public tsl::Message
+{
+public:
+    tsl::ClassDescription const & GetClassDesc() const override;
+    static tsl::ClassDescription const & GetStaticClassDesc();
+    static tsl::Root * CreateNew();
+
+    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
+
+protected:
+    void DoCopy(tsl::Root const & oSource) override;
+
+private:
+    long m_aValues[11] = {1, 2, 3};
+};
+
+class Record1 : public Record
+{
+public:
+    tsl::ClassDescription const & GetClassDesc() const override;
+    static tsl::ClassDescription const & GetStaticClassDesc();
+    static tsl::Root * CreateNew();
+};
+
+class Record2 : public Record1
+{
+public:
+    tsl::ClassDescription const & GetClassDesc() const override;
+    static tsl::ClassDescription const & GetStaticClassDesc();
+    static tsl::Root * CreateNew();
+};
+
+class Record3 : public Record2
+{
+public:
+    tsl::ClassDescription const & GetClassDesc() const override;
+    static tsl::ClassDescription const & GetStaticClassDesc();
+    static tsl::Root * CreateNew();
+};
+
+} // namespace tslbench
