@@ -1,0 +1,97 @@
+#include "Crossing.h"
+#include "SignalMessage.h"
+
+#include <tessel/Tessel.h>
+
+#include <iostream>
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+class TrafficLightConfig : public tsl::ConsoleApplicationConfig
+{
+};
+
+/// Drives a crossing by the words of the command line: a number is so many steps, any other word is told to
+/// the crossing. Prints what the crossing answers, with the number of the step.
+class TrafficLight : public tsl::ConsoleApplication
+{
+public:
+    TrafficLight() : ConsoleApplication(new TrafficLightConfig) {}
+
+    static tsl::Application * Create() { return new TrafficLight; }
+
+protected:
+    tsl::Result PreRun() override
+    {
+        RegisterCrossing();
+        return ConsoleApplication::PreRun();
+    }
+
+    tsl::Result Run() override
+    {
+        std::vector<tsl::String> vWords;
+        GetConfig().GetCmdLineParser().GetParameters(vWords);
+
+        tsl::TaskContext oCrossing(new Crossing);
+        SimulateOnePhase(oCrossing);
+        for (tsl::String const & sWord : vWords)
+            Obey(oCrossing, sWord);
+        return tsl::Result();
+    }
+
+private:
+    /// The phase that the option "quick" names lasts one step.
+    void SimulateOnePhase(tsl::TaskContext & oCrossing)
+    {
+        tsl::String sPhase;
+        if (!GetConfig().GetCmdLineParser().GetOption("quick", sPhase, tsl::CmdLineParser::eOptionAny))
+            return;
+
+        tsl::TaskContextMessage oMessage;
+        oMessage.SetActionId(tsl::TaskContextMessage::eActionSet);
+        oMessage.SetTaskName(sPhase);
+        oMessage.SetEnabled(true);
+        oCrossing.WriteMessage(oMessage);
+    }
+
+    void Obey(tsl::TaskContext & oCrossing, tsl::String const & sWord)
+    {
+        tsl::ValueInt32 iSteps;
+        if (iSteps.GetConverter().ConvertFromText(sWord, iSteps).IsOk())
+            MakeSteps(oCrossing, iSteps.AsInt32());
+        else
+            oCrossing.WriteMessage(SignalMessage(sWord));
+    }
+
+    void MakeSteps(tsl::TaskContext & oCrossing, int iCount)
+    {
+        for (int i = 0; i < iCount; ++i)
+        {
+            ++m_iStep;
+            oCrossing.Process();
+            PrintSignals(oCrossing);
+        }
+    }
+
+    void PrintSignals(tsl::TaskContext & oCrossing)
+    {
+        while (std::unique_ptr<tsl::Message> const pMessage{oCrossing.ReadMessage()})
+        {
+            if (auto const * const pSignal = dynamic_cast<SignalMessage const *>(pMessage.get()))
+                std::cout << m_iStep << ": " << pSignal->GetWord().s_str() << '\n';
+        }
+    }
+
+    int m_iStep = 0;
+};
+
+} // namespace
+
+int main(int iCount, char ** pArguments)
+{
+    // Without the program's own name, which is no word for the crossing.
+    return tsl::ConsoleApplication::Instance(&TrafficLight::Create).Main(iCount - 1, pArguments + 1);
+}
