@@ -196,3 +196,66 @@ TEST(FactoryCallBacks, MayRegisterAndDetachFromInside)
     oFactory.Unregister("inner");
     EXPECT_EQ(oCallBack.vNotes, (std::vector<std::string>{"outer:1", "outer:2", "inner:1", "inner:2"}));
 }
+
+namespace
+{
+
+/// A factory that a test may end.
+class OwnFactory : public Factory<int, ProductCreator<MessageProcessor, MessageProcessor * (*)()>,
+                       CriticalSectionMutex, bool>
+{
+public:
+    static OwnFactory & Instance(OwnFactory * (*)()) { return *pInstance; }
+
+    static inline std::unique_ptr<OwnFactory> pInstance;
+};
+
+/// Counts what it is told. Attaches itself to nothing.
+class CountingCallBack : public OwnFactory::Observer
+{
+public:
+    void Invoke(OwnFactory::Args const &, bool &) override { ++iCalls; }
+    void HandlerDestruction() const override { ++iEnds; }
+
+    int iCalls = 0;
+    mutable int iEnds = 0;
+};
+
+class AttachedCallBack : public SelfRegistrationFactoryCallBack<OwnFactory>
+{
+public:
+    void Invoke(OwnFactory::Args const &, bool &) override { ++iCalls; }
+
+    int iCalls = 0;
+};
+
+} // namespace
+
+TEST(FactoryCallBacks, AreToldOfTheEndOfTheirFactoryAndNotOfItsCopies)
+{
+    OwnFactory::pInstance = std::make_unique<OwnFactory>();
+    AttachedCallBack oOutliving;
+    CountingCallBack oOther;
+    {
+        AttachedCallBack oShort;
+        OwnFactory oAssigned;
+        oAssigned.Attach(&oOther);
+        {
+            OwnFactory oCopy(*OwnFactory::pInstance);
+            oAssigned = oCopy;
+            EXPECT_TRUE(oCopy.Register(1, &CreateTestProcessor));
+            EXPECT_TRUE(oAssigned.Register(1, &CreateTestProcessor));
+            EXPECT_EQ(oOutliving.iCalls, 4);
+            EXPECT_EQ(oOther.iCalls, 2);
+        }
+        OwnFactory(oAssigned).Detatch(&oOther);
+        EXPECT_EQ(oOther.iEnds, 0);
+        EXPECT_TRUE(oAssigned.IsAttached(&oOther));
+    }
+    EXPECT_EQ(oOther.iEnds, 1);
+
+    // The short one has detached itself, since the ends of the copies did not make it believe otherwise.
+    EXPECT_TRUE(OwnFactory::pInstance->Register(1, &CreateTestProcessor));
+    EXPECT_EQ(oOutliving.iCalls, 6);
+    OwnFactory::pInstance.reset(); // what is no more is not detached from
+}

@@ -92,6 +92,9 @@ private:
 ///
 /// Any thread may use it. The table's lock is held around a change of the table alone; creation functions
 /// and observers run outside of it, the observers under a lock of their own. An observer can veto nothing.
+///
+/// A copy has the same entries and calls the same observers, which ObserverNotify tells more of: the end of
+/// a copy is not told to them. No other thread may use either factory while one is copied or assigned.
 template<class Key, class Creator, class Mutex, class CallBackResult>
 class TSL_EXPORT Factory : public Singleton<Factory<Key, Creator, Mutex, CallBackResult>>, public FactoryBase
 {

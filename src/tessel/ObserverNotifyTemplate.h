@@ -22,6 +22,11 @@ namespace tsl
 /// on with the next observer by address, so one that was detached gets nothing more, and one that was
 /// attached is served if its address lies behind the present one.
 ///
+/// A copy calls the observers of its source as well, and so does an assigned notifier, beside those that
+/// are attached to it. They are lent: they know the source alone, so the copy does not tell them of its
+/// own end, and each must outlive the copy or be detached from it. Attach makes a lent observer one of the
+/// copy's own. Every notifier has a lock of its own.
+///
 /// @tparam Observer has `HandlerDestruction() const`, which is called when the notifier goes away and must
 /// not throw
 /// @tparam Mutex has LockRead, LockWrite, UnlockRead and UnlockWrite
@@ -33,13 +38,35 @@ public:
     using Invoker = void (*)(Observer & oObserver, Args const & oArgs, CallResult & oResult);
 
     explicit ObserverNotify(Invoker fInvoker) : m_fInvoker(fInvoker) {}
-    ObserverNotify(ObserverNotify const &) = default;
-    ObserverNotify & operator=(ObserverNotify const &) = default;
+    ObserverNotify(ObserverNotify const & oSource) : ObserverNotify(oSource.m_fInvoker)
+    {
+        Borrow(oSource.GetObservers());
+    }
+
+    ObserverNotify & operator=(ObserverNotify const & oSource)
+    {
+        if (&oSource == this)
+            return *this;
+
+        // The two locks are never held together, so that two threads may assign crosswise.
+        std::vector<Observer *> const vObservers = oSource.GetObservers();
+        WriteLock const oScope(m_oLock);
+        m_fInvoker = oSource.m_fInvoker;
+        std::erase_if(m_vEntries, [](Entry const & oEntry) { return oEntry.bLent; });
+        Borrow(vObservers);
+        ++m_iChange;
+        return *this;
+    }
 
     ~ObserverNotify()
     {
         WriteLock const oScope(m_oLock);
-        Walk([](Observer & oObserver) { oObserver.HandlerDestruction(); });
+        Walk(
+            [](Entry const & oEntry)
+            {
+                if (!oEntry.bLent)
+                    oEntry.pObserver->HandlerDestruction();
+            });
     }
 
     /// A null pointer throws an Exception of code -1 here and in Detatch.
@@ -48,11 +75,13 @@ public:
         DemandObserver(pObserver);
         WriteLock const oScope(m_oLock);
         auto const oPlace = FindPlace(pObserver);
-        if (oPlace == m_vObservers.end() || *oPlace != pObserver)
+        if (IsAt(oPlace, pObserver))
         {
-            m_vObservers.insert(oPlace, pObserver);
-            ++m_iChange;
+            oPlace->bLent = false;
+            return;
         }
+        m_vEntries.insert(oPlace, {pObserver});
+        ++m_iChange;
     }
 
     void Detatch(Observer * pObserver)
@@ -60,9 +89,9 @@ public:
         DemandObserver(pObserver);
         WriteLock const oScope(m_oLock);
         auto const oPlace = FindPlace(pObserver);
-        if (oPlace != m_vObservers.end() && *oPlace == pObserver)
+        if (IsAt(oPlace, pObserver))
         {
-            m_vObservers.erase(oPlace);
+            m_vEntries.erase(oPlace);
             ++m_iChange;
         }
     }
@@ -70,7 +99,7 @@ public:
     bool IsAttached(Observer const * pObserver) const
     {
         ReadLock const oScope(m_oLock);
-        return std::binary_search(m_vObservers.begin(), m_vObservers.end(), pObserver, std::less<>());
+        return IsAt(FindPlace(pObserver), pObserver);
     }
 
     /// Calls every observer with the same result object, so that each can read what the one before left.
@@ -78,10 +107,16 @@ public:
     void Notify(Args const & oArgs, CallResult & oResult) const
     {
         ReadLock const oScope(m_oLock);
-        Walk([&](Observer & oObserver) { m_fInvoker(oObserver, oArgs, oResult); });
+        Walk([&](Entry const & oEntry) { m_fInvoker(*oEntry.pObserver, oArgs, oResult); });
     }
 
 private:
+    struct Entry
+    {
+        Observer * pObserver;
+        bool bLent = false; ///< it was taken over from another notifier
+    };
+
     static void DemandObserver(Observer const * pObserver)
     {
         constexpr int iNullObserver = -1;
@@ -90,32 +125,59 @@ private:
                 __builtin_LINE());
     }
 
+    // Where the observer stands, or where it would.
     auto FindPlace(Observer const * pObserver)
     {
-        return std::lower_bound(m_vObservers.begin(), m_vObservers.end(), pObserver, std::less<>());
+        return std::ranges::lower_bound(m_vEntries, pObserver, std::less<>(), &Entry::pObserver);
+    }
+    auto FindPlace(Observer const * pObserver) const
+    {
+        return std::ranges::lower_bound(m_vEntries, pObserver, std::less<>(), &Entry::pObserver);
+    }
+
+    template<class Place>
+    bool IsAt(Place oPlace, Observer const * pObserver) const
+    {
+        return oPlace != m_vEntries.end() && oPlace->pObserver == pObserver;
+    }
+
+    std::vector<Observer *> GetObservers() const
+    {
+        ReadLock const oScope(m_oLock);
+        std::vector<Observer *> vObservers;
+        for (Entry const & oEntry : m_vEntries)
+            vObservers.push_back(oEntry.pObserver);
+        return vObservers;
+    }
+
+    void Borrow(std::vector<Observer *> const & vObservers)
+    {
+        for (Observer * const pObserver : vObservers)
+            if (auto const oPlace = FindPlace(pObserver); !IsAt(oPlace, pObserver))
+                m_vEntries.insert(oPlace, {pObserver, true});
     }
 
     template<class Call>
     void Walk(Call fCall) const
     {
         std::size_t i = 0;
-        while (i < m_vObservers.size())
+        while (i < m_vEntries.size())
         {
-            Observer * const pObserver = m_vObservers[i];
+            Entry const oEntry = m_vEntries[i];
             std::size_t const iChange = m_iChange;
-            fCall(*pObserver);
+            fCall(oEntry);
             ++i;
             if (m_iChange != iChange) [[unlikely]]
                 i = static_cast<std::size_t>(
-                    std::upper_bound(m_vObservers.begin(), m_vObservers.end(), pObserver, std::less<>())
-                    - m_vObservers.begin());
+                    std::ranges::upper_bound(m_vEntries, oEntry.pObserver, std::less<>(), &Entry::pObserver)
+                    - m_vEntries.begin());
         }
     }
 
     Invoker m_fInvoker;
 
     // In ascending order of the addresses, each once.
-    std::vector<Observer *> m_vObservers;
+    std::vector<Entry> m_vEntries;
 
     // Counts the changes of the set, so that a walk notices one.
     std::size_t m_iChange = 0;
