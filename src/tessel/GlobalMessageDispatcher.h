@@ -17,6 +17,11 @@ class MessageProcessor;
 /// application registers others. It stands before the program's first line. Any thread may use it.
 ///
 /// A log file that cannot be opened is not reported: the bus then works without it.
+///
+/// The bus is deleted at the library's end, when exit functions run or the library is unloaded; processors
+/// that are still registered are told by HandlerDestruction. From then on Support and log points drop what
+/// is reported and return success, IsAvailable answers false, and neither Instance nor a reference that was
+/// kept may be used any more.
 class TSL_EXPORT GlobalMessageDispatcher : public Singleton<GlobalMessageDispatcher>
 {
 public:
