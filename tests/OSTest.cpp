@@ -46,17 +46,18 @@ TEST(ApplicationIni, IsNamedAfterTheProgramWithoutItsEnding)
     struct Row
     {
         char const * sProgram;
-        char const * sIni;
+        std::string sName;
     };
-    Row const aRows[] = {
-        {"tool", "tool.ini"}, {"tool.exe", "tool.ini"}, {"TOOL.EXE", "TOOL.EXE.ini"}, {"a.b", "a.b.ini"}};
+    Row const aRows[] = {{"tool", "tool"}, {"tool.exe", "tool"}, {"TOOL.EXE", "TOOL.EXE"}, {"a.b", "a.b"},
+        {"a (deleted)", "a (deleted)"}};
     for (Row const & oRow : aRows)
     {
         TestProgram const oPlace("Reporter");
         std::filesystem::path const oCopy = oPlace.GetFolder() / oRow.sProgram;
         std::filesystem::copy_file(std::string(TESSEL_TEST_PROGRAMS) + "/Reporter", oCopy);
         TestProgram const oProgram(oCopy.string());
-        oProgram.WriteFile(oRow.sIni, "[A]\n[B]\n[C]\n");
+        oProgram.WriteFile(oRow.sName + ".ini", "[A]\n[B]\n[C]\n");
         EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "3 chapters\n") << oRow.sProgram;
+        EXPECT_EQ(oProgram.Run({"unlink"}).sOutput, oRow.sName + "\n") << "its file is gone";
     }
 }

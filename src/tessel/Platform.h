@@ -31,7 +31,7 @@ unsigned long GetThreadId();
 int GetLastError();
 std::string GetErrorText(int iError);
 
-/// The full path of the running program.
+/// The full path of the running program, as it was started if its file has been removed or replaced.
 [[nodiscard]] int GetProgramPath(std::string & sPath);
 [[nodiscard]] int GetWorkingDirectory(std::string & sPath);
 

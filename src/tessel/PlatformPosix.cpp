@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include <atomic>
@@ -24,6 +25,9 @@ namespace tsl::Platform
 
 namespace
 {
+
+constexpr char const * PROGRAM_LINK = "/proc/self/exe";
+constexpr std::string_view MARK_OF_DELETED = " (deleted)";
 
 /// What a thread has asked for once. It is thrown away when the process has been forked.
 struct Identity
@@ -98,6 +102,14 @@ private:
     sigset_t m_oFormer;
     bool m_bPending = false;
 };
+
+bool IsSameFile(char const * sLeft, char const * sRight)
+{
+    struct stat oLeft = {};
+    struct stat oRight = {};
+    return ::stat(sLeft, &oLeft) == 0 && ::stat(sRight, &oRight) == 0 && oLeft.st_dev == oRight.st_dev
+           && oLeft.st_ino == oRight.st_ino;
+}
 
 int WriteAll(int iHandle, char const * pBytes, std::size_t iCount)
 {
@@ -177,17 +189,22 @@ int GetProgramPath(std::string & sPath)
     std::string sBuffer(256, '\0');
     for (;;)
     {
-        ssize_t const iLength = ::readlink("/proc/self/exe", sBuffer.data(), sBuffer.size());
+        ssize_t const iLength = ::readlink(PROGRAM_LINK, sBuffer.data(), sBuffer.size());
         if (iLength < 0)
             return errno;
         if (static_cast<std::size_t>(iLength) < sBuffer.size())
         {
             sBuffer.resize(static_cast<std::size_t>(iLength));
-            sPath = std::move(sBuffer);
-            return 0;
+            break;
         }
         sBuffer.resize(sBuffer.size() * 2);
     }
+
+    // The system marks a file that is no longer there, but the mark may as well be a part of its name.
+    if (sBuffer.ends_with(MARK_OF_DELETED) && !IsSameFile(sBuffer.c_str(), PROGRAM_LINK))
+        sBuffer.resize(sBuffer.size() - MARK_OF_DELETED.size());
+    sPath = std::move(sBuffer);
+    return 0;
 }
 
 int GetWorkingDirectory(std::string & sPath)

@@ -12,6 +12,7 @@
 //   level:ID          prints the level that is registered for ID
 //   late              reports when the bus goes away
 //   chapters          prints the chapters of the ini file
+//   unlink            removes the program's file, and prints the program's name
 //   cd                enters a new folder, to show that the log file stays where it is
 
 #include <tessel/Tessel.h>
@@ -140,6 +141,14 @@ void FailNested()
     std::cout << oProcessor.iCalls << " calls" << std::endl;
 }
 
+void UnlinkProgram()
+{
+    std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"));
+    tsl::String sName;
+    static_cast<void>(tsl::OS::GetApplicationFileName(sName));
+    std::cout << sName.c_str() << std::endl;
+}
+
 void PrintChapters()
 {
     std::vector<tsl::String> vChapters;
@@ -202,6 +211,8 @@ void Do(std::string const & sCommand, std::string const & sArgument)
         RegisterLateReporter();
     else if (sCommand == "chapters")
         PrintChapters();
+    else if (sCommand == "unlink")
+        UnlinkProgram();
     else if (sCommand == "cd")
     {
         std::filesystem::create_directory("other");
