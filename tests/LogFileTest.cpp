@@ -145,6 +145,10 @@ TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
     TestProgram const oFull("Reporter");
     std::filesystem::create_symlink("/dev/full", oFull.GetFolder() / "Logfile.txt");
     EXPECT_EQ(oFull.Run({"debug:a", "debug:b"}).iExitCode, 0);
+
+    TestProgram const oLimited("Reporter");
+    EXPECT_EQ(oLimited.Run({"limit:4", "debug:a", "debug:b"}).iExitCode, 0) << "no signal ends it";
+    EXPECT_EQ(oLimited.ReadFile("Logfile.txt").size(), 4u);
 }
 
 TEST(LogFile, MayBeAPipeWithAReader)

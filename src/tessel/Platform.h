@@ -58,12 +58,13 @@ std::int64_t FromGreenwichTime(std::tm & oElements);
 struct File
 {
     std::intptr_t iHandle = -1;
-    bool bPipe = false; ///< somebody at the other end may go away
+    bool bSignals = false; ///< a write that fails may raise a signal as well
 
     bool IsOpen() const { return iHandle != -1; }
 };
 
 /// Opens a file for writing at its end, made if it is absent. Never waits: a pipe without a reader fails.
+/// No write to it ends the program by a signal, unless the process limits the size of files later on.
 [[nodiscard]] int OpenForAppend(char const * sName, File & oFile);
 
 /// Appends all bytes, in one piece if the system takes them so.

@@ -15,6 +15,7 @@
 #include <locale.h>
 #include <pthread.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <time.h>
@@ -69,39 +70,50 @@ Identity const & GetIdentity()
     return oIdentity;
 }
 
-/// Keeps the signal of a broken pipe from the calling thread while it writes, and takes it away if the
-/// writing has raised it.
-class BrokenPipeScope
+/// Keeps the signals of a failing write from the calling thread, that of a broken pipe and that of a file
+/// at its size limit, and takes away those that the writing has raised.
+class WriteSignalScope
 {
 public:
-    BrokenPipeScope()
+    WriteSignalScope()
     {
-        ::sigemptyset(&m_oBrokenPipe);
-        ::sigaddset(&m_oBrokenPipe, SIGPIPE);
         sigset_t oPending;
         ::sigpending(&oPending);
-        m_bPending = ::sigismember(&oPending, SIGPIPE) == 1;
-        ::pthread_sigmask(SIG_BLOCK, &m_oBrokenPipe, &m_oFormer);
+        sigset_t oBlocked;
+        ::sigemptyset(&oBlocked);
+        ::sigemptyset(&m_oRaised);
+        for (int const iSignal : {SIGPIPE, SIGXFSZ})
+        {
+            ::sigaddset(&oBlocked, iSignal);
+            if (::sigismember(&oPending, iSignal) != 1)
+                ::sigaddset(&m_oRaised, iSignal);
+        }
+        ::pthread_sigmask(SIG_BLOCK, &oBlocked, &m_oFormer);
     }
 
-    ~BrokenPipeScope()
+    ~WriteSignalScope()
     {
         timespec const oNoWait{};
-        if (!m_bPending)
-            while (::sigtimedwait(&m_oBrokenPipe, nullptr, &oNoWait) == -1 && errno == EINTR)
-            {
-            }
+        while (::sigtimedwait(&m_oRaised, nullptr, &oNoWait) != -1 || errno == EINTR)
+        {
+        }
         ::pthread_sigmask(SIG_SETMASK, &m_oFormer, nullptr);
     }
 
-    BrokenPipeScope(BrokenPipeScope const &) = delete;
-    BrokenPipeScope & operator=(BrokenPipeScope const &) = delete;
+    WriteSignalScope(WriteSignalScope const &) = delete;
+    WriteSignalScope & operator=(WriteSignalScope const &) = delete;
 
 private:
-    sigset_t m_oBrokenPipe;
     sigset_t m_oFormer;
-    bool m_bPending = false;
+    sigset_t m_oRaised; // those that were not pending before
 };
+
+/// Whether the process may write no more than so many bytes to one file.
+bool IsFileSizeLimited()
+{
+    rlimit oLimit{};
+    return ::getrlimit(RLIMIT_FSIZE, &oLimit) != 0 || oLimit.rlim_cur != RLIM_INFINITY;
+}
 
 bool IsSameFile(char const * sLeft, char const * sRight)
 {
@@ -272,7 +284,8 @@ int OpenForAppend(char const * sName, File & oFile)
 
     struct stat oStatus = {};
     ::fstat(iHandle, &oStatus);
-    oFile = {iHandle, S_ISFIFO(oStatus.st_mode)};
+    // Asked once, since to keep the signals off costs more than the writing itself.
+    oFile = {iHandle, S_ISFIFO(oStatus.st_mode) || IsFileSizeLimited()};
     if (!S_ISREG(oStatus.st_mode))
         ::fcntl(iHandle, F_SETFL, ::fcntl(iHandle, F_GETFL) & ~O_NONBLOCK);
     return 0;
@@ -280,10 +293,10 @@ int OpenForAppend(char const * sName, File & oFile)
 
 int Append(File const & oFile, char const * pBytes, std::size_t iCount)
 {
-    if (!oFile.bPipe)
+    if (!oFile.bSignals)
         return WriteAll(GetHandle(oFile), pBytes, iCount);
 
-    BrokenPipeScope const oScope;
+    WriteSignalScope const oScope;
     return WriteAll(GetHandle(oFile), pBytes, iCount);
 }
 
@@ -331,7 +344,7 @@ void CloseFile(File & oFile)
 void WriteToStandardError(std::string const & sText)
 {
     // Nobody is left to be told if this fails, not even by a signal.
-    BrokenPipeScope const oScope;
+    WriteSignalScope const oScope;
     static_cast<void>(WriteAll(STDERR_FILENO, sText.data(), sText.size()));
 }
 

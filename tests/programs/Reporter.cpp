@@ -13,6 +13,7 @@
 //   late              reports when the bus goes away
 //   chapters          prints the chapters of the ini file
 //   unlink            removes the program's file, and prints the program's name
+//   limit:COUNT       starts the program anew, which may write that many bytes to a file, for what follows
 //   cd                enters a new folder, to show that the log file stays where it is
 
 #include <tessel/Tessel.h>
@@ -24,6 +25,9 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace
 {
@@ -149,6 +153,16 @@ void UnlinkProgram()
     std::cout << sName.c_str() << std::endl;
 }
 
+/// Starts the program anew with the arguments behind this one.
+void StartLimited(std::string const & sCount, char ** pArguments)
+{
+    rlimit oLimit{};
+    ::getrlimit(RLIMIT_FSIZE, &oLimit);
+    oLimit.rlim_cur = std::stoul(sCount);
+    ::setrlimit(RLIMIT_FSIZE, &oLimit);
+    ::execv("/proc/self/exe", pArguments);
+}
+
 void PrintChapters()
 {
     std::vector<tsl::String> vChapters;
@@ -228,6 +242,8 @@ int main(int iCount, char ** pArguments)
     {
         std::string const sArgument = pArguments[i];
         std::size_t const iColon = sArgument.find(':');
+        if (sArgument.starts_with("limit:"))
+            StartLimited(sArgument.substr(iColon + 1), pArguments + i);
         Do(sArgument.substr(0, iColon), iColon == std::string::npos ? "" : sArgument.substr(iColon + 1));
     }
 }
