@@ -1,3 +1,4 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
 
 #include <tessel/ConsoleApplication.h>
@@ -63,7 +64,9 @@ protected:
 
 TEST(ApplicationMisuse, FailsAssertions)
 {
-    EXPECT_THROW(OpenApplication(nullptr), Exception);
+    EXPECT_TRUE(Asserts("m_pConfig!=NULL", "Application::Application : pConfig darf nicht NULL sein!",
+        [] { OpenApplication(nullptr); }));
+    EXPECT_EQ(TestProgram("RunCycle").Run({"plain"}).sOutput, "exception 6\n");
 
     OpenConfig const oConfig;
     ValueString sValue;

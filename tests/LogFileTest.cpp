@@ -1,4 +1,7 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
+
+#include <tessel/Support.h>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +14,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include <fcntl.h>
@@ -136,7 +140,9 @@ TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
 {
     TestProgram const oDirectory("Reporter");
     std::filesystem::create_directory(oDirectory.GetFolder() / "Logfile.txt");
-    EXPECT_EQ(oDirectory.Run({"debug:a", "result:1"}).iExitCode, 0);
+    ProgramOutcome const oOutcome = oDirectory.Run({"debug:a", "result:1", "open"});
+    EXPECT_EQ(oOutcome.iExitCode, 0);
+    EXPECT_EQ(oOutcome.sOutput, "1 Error while opening file\n");
 
     TestProgram const oPipe("Reporter");
     ASSERT_EQ(::mkfifo((oPipe.GetFolder() / "Logfile.txt").c_str(), 0600), 0);
@@ -149,6 +155,29 @@ TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
     TestProgram const oLimited("Reporter");
     EXPECT_EQ(oLimited.Run({"limit:4", "debug:a", "debug:b"}).iExitCode, 0) << "no signal ends it";
     EXPECT_EQ(oLimited.ReadFile("Logfile.txt").size(), 4u);
+}
+
+TEST(LogFile, IsServedAfterTheProcessorsOfTheTypeAndWhateverTheyDo)
+{
+    TestProgram const oProgram("Reporter");
+    EXPECT_EQ(oProgram.Run({"ahead"}).sOutput, "6\n");
+    std::string const sLog = GetLog(oProgram);
+    EXPECT_TRUE(sLog.starts_with("T P DEB Id first\nT ERR \n")) << sLog;
+    EXPECT_TRUE(sLog.ends_with("\nT P DEB Id second\n")) << sLog;
+}
+
+TEST(LogFile, IsNotInheritedByPrograms)
+{
+    int iFound = 0;
+    for (auto const & oEntry : std::filesystem::directory_iterator("/proc/self/fd"))
+    {
+        std::error_code oGone; // the folder's own descriptor is listed as well
+        if (!std::filesystem::read_symlink(oEntry.path(), oGone).string().ends_with("/Logfile.txt"))
+            continue;
+        ++iFound;
+        EXPECT_EQ(::fcntl(std::stoi(oEntry.path().filename().string()), F_GETFD), FD_CLOEXEC);
+    }
+    EXPECT_EQ(iFound, 1);
 }
 
 TEST(LogFile, MayBeAPipeWithAReader)
@@ -267,6 +296,12 @@ TEST(LogPoints, AreSwitchedByTheIniFile)
         EXPECT_TRUE(GetLog(oProgram).starts_with(sLog)) << oRow.sIni;
         EXPECT_EQ(GetLog(oProgram).empty(), sLog.empty()) << oRow.sIni;
     }
+}
+
+TEST(LogPoints, NeedAPlaceForTheirLevel)
+{
+    EXPECT_TRUE(Asserts("pLevel!=NULL", "Invalid registration. Identifier=Id in f.cpp, 7",
+        [] { tsl::Support::RegisterLogPoint(nullptr, "Id", "f.cpp", 7); }));
 }
 
 TEST(ApplicationIni, IsReadBeforeTheFirstLineAndCountsAsAWhole)

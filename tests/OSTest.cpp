@@ -39,6 +39,18 @@ TEST(OSPlaces, AreThoseOfTheProgram)
     String sDirectory;
     EXPECT_TRUE(OS::GetWorkingDirectory(sDirectory).IsOk());
     EXPECT_EQ(sDirectory.s_str(), std::filesystem::current_path().string());
+
+    // A folder that is gone has no path.
+    std::filesystem::path const oFormer = std::filesystem::current_path();
+    {
+        TestProgram const oPlace("Reporter");
+        std::filesystem::current_path(oPlace.GetFolder());
+    }
+    sDirectory = "former";
+    EXPECT_EQ(OS::GetWorkingDirectory(sDirectory),
+        Result(1, "Cannot identify working dir.", OS::FormatError(ENOENT)));
+    EXPECT_EQ(sDirectory.s_str(), "former");
+    std::filesystem::current_path(oFormer);
 }
 
 TEST(ApplicationIni, IsNamedAfterTheProgramWithoutItsEnding)

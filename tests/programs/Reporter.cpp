@@ -12,6 +12,8 @@
 //   level:ID          prints the level that is registered for ID
 //   late              reports when the bus goes away
 //   chapters          prints the chapters of the ini file
+//   ahead             reports and fails in a processor that is served before the log, and prints the code
+//   open              prints what the opening of a second log comes to
 //   unlink            removes the program's file, and prints the program's name
 //   limit:COUNT       starts the program anew, which may write that many bytes to a file, for what follows
 //   cd                enters a new folder, to show that the log file stays where it is
@@ -145,6 +147,38 @@ void FailNested()
     std::cout << oProcessor.iCalls << " calls" << std::endl;
 }
 
+/// Reports something of its own for the first message before it fails.
+class HastyProcessor : public FailingProcessor
+{
+public:
+    void Process(tsl::Message const & oMessage, tsl::Result & oResult) const override
+    {
+        if (iCalls > 0)
+            return;
+        ++iCalls;
+        Debug("first");
+        FailingProcessor::Process(oMessage, oResult);
+    }
+};
+
+void ReportHastily()
+{
+    HastyProcessor const oProcessor;
+    static_cast<void>(tsl::Support::GetAppDisp().Register(
+        oProcessor, {tsl::DebugMessage::GetStaticClassDesc().GetClassId()}));
+    tsl::Result const oResult = tsl::Support::DispatchDebugMessage("Id", "second", "f.cpp", 1);
+    tsl::Support::GetAppDisp().Unregister(oProcessor);
+    std::cout << oResult.GetErrorCode() << std::endl;
+}
+
+void OpenSecondLog()
+{
+    std::unique_ptr<tsl::MessageProcessor> const pLog(
+        tsl::MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
+    tsl::Result const oResult = pLog->Open();
+    std::cout << oResult.GetErrorCode() << ' ' << oResult.GetText().c_str() << std::endl;
+}
+
 void UnlinkProgram()
 {
     std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"));
@@ -225,6 +259,10 @@ void Do(std::string const & sCommand, std::string const & sArgument)
         RegisterLateReporter();
     else if (sCommand == "chapters")
         PrintChapters();
+    else if (sCommand == "ahead")
+        ReportHastily();
+    else if (sCommand == "open")
+        OpenSecondLog();
     else if (sCommand == "unlink")
         UnlinkProgram();
     else if (sCommand == "cd")

@@ -1,5 +1,6 @@
 // An application whose steps do what the arguments say, as STEP=OUTCOME: "ok", "fail:CODE", "throw:CODE" (a
-// Result) or "assert". Prints the steps that ran and what came on the application's own bus.
+// Result) or "assert". Prints the steps that ran and what came on the application's own bus. With "plain" as
+// the first argument the application is none of the console.
 
 #include <tessel/Tessel.h>
 
@@ -91,6 +92,17 @@ private:
     ResultPrinter m_oPrinter;
 };
 
+class PlainApplication : public tsl::Application
+{
+public:
+    PlainApplication() : Application(new Config) {}
+
+    static tsl::Application * Create() { return new PlainApplication; }
+
+protected:
+    tsl::Result Run() override { return tsl::Result(); }
+};
+
 tsl::Application * CreateNothing()
 {
     return nullptr;
@@ -102,14 +114,16 @@ int main(int iCount, char ** pArguments)
 {
     try
     {
-        tsl::ConsoleApplication & oApplication = tsl::ConsoleApplication::Instance(&RunCycle::Create);
+        bool const bPlain = iCount > 1 && std::string(pArguments[1]) == "plain";
+        tsl::ConsoleApplication & oApplication =
+            tsl::ConsoleApplication::Instance(bPlain ? &PlainApplication::Create : &RunCycle::Create);
         if (&tsl::Application::Instance(&CreateNothing) != &oApplication)
             return 99;
         return oApplication.Main(iCount, pArguments);
     }
     catch (tsl::Exception const & oException)
     {
-        std::cout << "exception " << oException.GetResult().GetErrorCode() << "\n";
+        std::cout << "exception " << oException.GetResult().GetErrorCode() << std::endl;
         return 98;
     }
 }
