@@ -43,7 +43,7 @@ public:
     static int RegisterLogPoint(int * pLevel, char const * sIdentifier, char const * sFile, int iLine);
 
     /// The application's ini file, read when the library was loaded; always open, and empty if there was
-    /// none or a bad one.
+    /// none or a bad one. It must not be used any more once the library has been unloaded.
     static IniFile const & GetAppIni();
 
     /// The name of that file: the program's name and ".ini", to be found in the current directory. Throws

@@ -13,7 +13,8 @@ namespace tsl
 /// and Greenwich. A machine whose standard time is not a whole number of hours away from Greenwich, or
 /// more than 12, has no local zone, and then nothing can be converted.
 ///
-/// The zone is the one that the process had when Init was last called; nothing else changes it. All
+/// The zone is the one that the process had when Init was last called. A program that changes its
+/// environment variable TZ calls Init again; what is converted before that may be in either zone. All
 /// operations but Init may be called from any thread.
 class TSL_EXPORT TimeZone
 {

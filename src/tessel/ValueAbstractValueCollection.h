@@ -19,8 +19,9 @@ public:
     static ClassDescription const & GetStaticClassDesc();
     static Root * CreateNew();
 
-    /// Replaces all elements by copies of the source's elements. A source that is no collection is an
-    /// assertion failure.
+    /// Replaces all elements by copies of the source's elements; the former elements go first, so the
+    /// source must not be one of them or a part of one. A source that is no collection is an assertion
+    /// failure.
     void DoCopy(Root const & oSource) override;
 
     ValueConverter const & GetConverter() const override;
