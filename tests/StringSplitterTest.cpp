@@ -1,15 +1,14 @@
-#include <tessel/Support.h>
+#include <tessel/Tessel.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+using namespace tsl;
+
 namespace
 {
-
-using tsl::String;
-using tsl::Support;
 
 /// The inner splitting is for derived classes.
 class Splitter : public Support
@@ -33,47 +32,31 @@ TEST(Splitting, FollowsItsFlags)
 {
     struct Row
     {
-        char const * sText;
-        char cSeparator;
+        std::string sText;
         int iFlags;
-        char cEscape;
-        char const * sParts;
+        std::string sParts;
         unsigned int iCount;
+        char cEscape = '\\';
     };
-    Row const aRows[] = {
-        {"a,b,,c", ',', 0, '\\', "a|b||c", 4},
-        {"a,b,,c", ',', 8, '\\', "a|b|c", 3},
-        {",", ',', 0, '\\', "|", 2},
-        {",", ',', 8, '\\', "", 0},
-        {"a,", ',', 4, '\\', "a|", 2},
-        {" a , b ", ',', 0, '\\', " a | b ", 2},
-        {" a , b ", ',', 1, '\\', "a |b ", 2},
-        {" a , b ", ',', 2, '\\', " a| b", 2},
-        {" a , b ", ',', 3, '\\', "a|b", 2},
-        {" , ", ',', 3, '\\', "|", 2},
-        {" , ", ',', 3 | 8, '\\', "", 0},
-        {"a\\,b", ',', 0, '\\', "a\\,b", 1},
-        {"\\,b", ',', 0, '\\', "\\,b", 1},
-        {"a\\,b", ',', 32, '\\', "a,b", 1},
-        {"a\\,b\\,c,d", ',', 32, '\\', "a,b,c|d", 2},
-        {"\\a,b\\\\,c", ',', 32, '\\', "\\a|b,c", 2}, // a doubled escape escapes as well
-        {"a\\ , b", ',', 3 | 32, '\\', "a\\|b", 2},
-        {"a,,,b", ',', 32, ',', "a|,b", 2}, // the second and the third are escaped by those in front
-        {"\"a b\" c", ' ', 0, '\\', "\"a|b\"|c", 3},
-    };
-    for (Row const & oRow : aRows)
+    Row const aRows[] = {{"a,b,,c", 0, "a|b||c", 4}, {"a,b,,c", 8, "a|b|c", 3}, {",", 0, "|", 2},
+        {",", 8, "", 0}, {"a,", 4, "a|", 2}, {" a , b ", 0, " a | b ", 2}, {" a , b ", 1, "a |b ", 2},
+        {" a , b ", 2, " a| b", 2}, {" , ", 3, "|", 2}, {" , ", 3 | 8, "", 0}, {"\\,b", 0, "\\,b", 1},
+        {"a\\,b\\,c,d", 32, "a,b,c|d", 2},
+        {"\\a,b\\\\,c", 32, "\\a|b,c", 2}, // a doubled escape escapes as well
+        {"a\\ , b", 3 | 32, "a\\|b", 2},
+        {"a,,,b", 32, "a|,b", 2, ','}, // the second and the third are escaped by those in front
+        {"\"a,b\",c", 0, "\"a|b\"|c", 3}};
+    for (auto const & [sText, iFlags, sParts, iCount, cEscape] : aRows)
     {
         std::vector<String> vParts = {"former"};
-        EXPECT_EQ(Support::StringSplitter(oRow.sText, vParts, oRow.cSeparator, oRow.iFlags, oRow.cEscape),
-            oRow.iCount)
-            << oRow.sText;
-        EXPECT_EQ(Join(vParts), oRow.sParts) << oRow.sText;
+        EXPECT_EQ(Support::StringSplitter(sText, vParts, ',', iFlags, cEscape), iCount) << sText;
+        EXPECT_EQ(Join(vParts), sParts) << sText;
 
         // It appends to what there is.
         vParts = {""};
-        int const iCount = Splitter::Split(oRow.sText, vParts, oRow.cSeparator, oRow.iFlags, oRow.cEscape);
-        EXPECT_EQ(iCount, static_cast<int>(oRow.iCount) + 1) << oRow.sText;
-        EXPECT_EQ(Join(vParts), (oRow.iCount > 0 ? "|" : "") + std::string(oRow.sParts)) << oRow.sText;
+        EXPECT_EQ(Splitter::Split(sText, vParts, ',', iFlags, cEscape), static_cast<int>(iCount) + 1)
+            << sText;
+        EXPECT_EQ(Join(vParts), (iCount > 0 ? "|" : "") + sParts) << sText;
     }
 }
 
@@ -81,44 +64,25 @@ TEST(Splitting, ProtectsWhatStandsInQuotes)
 {
     struct Row
     {
-        char const * sText;
-        char const * sParts;
+        std::string sText, sParts;
         unsigned int iCount;
         int iFlags = ALL_FLAGS;
     };
-    Row const aRows[] = {
-        {"a b  c", "a|b|c", 3},
-        {"\"a b\" c", "a b|c", 2},
-        {"a \"b c\"", "a|b c", 2},
-        {"a\"b c\"d", "a|b c|d", 3},
-        {"a \"\" b", "a||b", 3},
-        {"\" a \"", " a ", 1},
-        {"\"a\"\"b\"", "a|b", 2},
-        {"\"a\" \"b\"", "a|b", 2},
-        {"\"a\"   \"b\"", "a|b", 2},
-        {"\"", "", 1},
-        {"\"\"", "", 1},
-        {"\"\"\"", "", 1},
-        {"\"a\"", "a", 1},
-        {"a \"", "a", 1},
+    Row const aRows[] = {{"a b  c", "a|b|c", 3}, {"\"a b\" c", "a b|c", 2}, {"a \"b c\"", "a|b c", 2},
+        {"a\"b c\"d", "a|b c|d", 3}, {"a \"\" b", "a||b", 3}, {"\" a \"", " a ", 1}, {"\"a\"\"b\"", "a|b", 2},
+        {"\"a\"   \"b\"", "a|b", 2}, {"\"", "", 1}, {"\"\"\"", "", 1}, {"a \"", "a", 1},
         {"a\"", "a|", 2},        // too short for an end
         {"a \"b c", "a|b c", 2}, // not closed
-        {"\"a b", "a b", 1},
-        {"\"a\\\"b\" c", "a\"b|c", 2},
-        {"a\\\"b", "a\"b", 1},
+        {"\"a b", "a b", 1}, {"\"a\\\"b\" c", "a\"b|c", 2}, {"a\\\"b", "a\"b", 1},
         {"\"a\\\"", "a\"", 1}, // the last quote is escaped and closes nothing
-        {"\"a\\ b\" c\\ d", "a\\ b|c d", 2},
-        {" ", "", 0},
+        {"\"a\\ b\" c\\ d", "a\\ b|c d", 2}, {" ", "", 0},
         {"a  \"b\"  c", "a||b||c", 5, Support::eSplitQuotes}, // of two blanks one is left
-        {"  \"b\"  ", "||b||", 5, Support::eSplitQuotes},
-        {" \"b\" ", "b", 1, Support::eSplitQuotes},
-    };
-    for (Row const & oRow : aRows)
+        {"  \"b\"  ", "||b||", 5, Support::eSplitQuotes}};
+    for (auto const & [sText, sParts, iCount, iFlags] : aRows)
     {
         std::vector<String> vParts = {"former"};
-        EXPECT_EQ(Support::StringSplitter(oRow.sText, vParts, ' ', oRow.iFlags, '\\'), oRow.iCount)
-            << oRow.sText;
-        EXPECT_EQ(Join(vParts), oRow.sParts) << oRow.sText;
+        EXPECT_EQ(Support::StringSplitter(sText, vParts, ' ', iFlags, '\\'), iCount) << sText;
+        EXPECT_EQ(Join(vParts), sParts) << sText;
     }
 }
 

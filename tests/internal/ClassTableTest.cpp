@@ -13,131 +13,101 @@ using namespace tsl;
 namespace
 {
 
-/// What objects a class's description can make.
-enum EFactory
+/// Whether a class is abstract, and what its factory function makes.
+enum EKind
 {
-    eMakes, ///< objects of the class
-    eFails, ///< none: the function fails an assertion
-    eNone   ///< none: there is no function
+    eConcrete,   ///< objects of the class
+    eAbstract,   ///< nothing: the function of an abstract class fails an assertion
+    eSingleton,  ///< there is no function
+    eApplication ///< there is no function, and the class is abstract
 };
+
+template<class T>
+constexpr ClassDescription const & (*Of)() = &T::GetStaticClassDesc;
 
 struct Row
 {
     ClassDescription const & (*fDescription)();
-    std::string sName;
-    std::string sBase;
-    bool bAbstract;
-    EFactory eFactory;
+    std::string sName, sBase;
+    EKind eKind;
 };
 
 // Every class with a description, by registered base.
-Row const g_aRows[] = {
-    {&Root::GetStaticClassDesc, "Root", "", true, eFails},
-    {&Singleton<Application>::GetStaticClassDesc, "Singleton<tsl::Application>", "", false, eNone},
-    {&Singleton<GlobalApplicationIni>::GetStaticClassDesc, "Singleton<tsl::GlobalApplicationIni>", "", false,
-        eNone},
-    {&Singleton<GlobalDebugSwitchRegistry>::GetStaticClassDesc, "Singleton<tsl::GlobalDebugSwitchRegistry>",
-        "", false, eNone},
-    {&Singleton<GlobalMessageDispatcher>::GetStaticClassDesc, "Singleton<tsl::GlobalMessageDispatcher>", "",
-        false, eNone},
-    {&Singleton<MessageProcessorFactoryBase>::GetStaticClassDesc, "Singleton<tsl::", "", false, eNone},
-
-    {&Configuration::GetStaticClassDesc, "Configuration", "Root", true, eFails},
-    {&Message::GetStaticClassDesc, "Message", "Root", true, eFails},
-    {&MessageProcessor::GetStaticClassDesc, "MessageProcessor", "Root", true, eFails},
-    {&StringFormator::GetStaticClassDesc, "StringFormator", "Root", false, eMakes},
-    {&StringValidator::GetStaticClassDesc, "StringValidator", "Root", false, eMakes},
-    {&Value::GetStaticClassDesc, "Value", "Root", true, eFails},
-    {&ValueConverter::GetStaticClassDesc, "ValueConverter", "Root", true, eFails},
-    {&ValueConverterLayout::GetStaticClassDesc, "ValueConverterLayout", "Root", true, eFails},
-    {&ValueFormator::GetStaticClassDesc, "ValueFormator", "Root", true, eFails},
-    {&ValueValidator::GetStaticClassDesc, "ValueValidator", "Root", true, eFails},
-
-    {&ApplicationConfig::GetStaticClassDesc, "ApplicationConfig", "Configuration", true, eFails},
-    {&MessageProcessorConfig::GetStaticClassDesc, "MessageProcessorConfig", "Configuration", true, eFails},
-    {&ConsoleApplicationConfig::GetStaticClassDesc, "ConsoleApplicationConfig", "ApplicationConfig", true,
-        eFails},
-
-    {&Application::GetStaticClassDesc, "Application", "Singleton<tsl::Application>", true, eNone},
-    {&ConsoleApplication::GetStaticClassDesc, "ConsoleApplication", "Application", true, eNone},
-    {&GlobalApplicationIni::GetStaticClassDesc, "GlobalApplicationIni",
-        "Singleton<tsl::GlobalApplicationIni>", false, eNone},
-    {&GlobalDebugSwitchRegistry::GetStaticClassDesc, "GlobalDebugSwitchRegistry",
-        "Singleton<tsl::GlobalDebugSwitchRegistry>", false, eNone},
-    {&GlobalMessageDispatcher::GetStaticClassDesc, "GlobalMessageDispatcher",
-        "Singleton<tsl::GlobalMessageDispatcher>", false, eNone},
-
-    {&DebugMessage::GetStaticClassDesc, "DebugMessage", "Message", false, eMakes},
-    {&ResultMessage::GetStaticClassDesc, "ResultMessage", "Message", false, eMakes},
-
-    {&LogFileProcessor::GetStaticClassDesc, "LogFileProcessor", "MessageProcessor", false, eMakes},
-    {&MessageDispatcher::GetStaticClassDesc, "MessageDispatcher", "MessageProcessor", false, eMakes},
-    {&MessageDispatcherClient::GetStaticClassDesc, "MessageDispatcherClient", "MessageProcessor", true,
-        eFails},
-    {&MessageDispatcherClientConfig::GetStaticClassDesc, "MessageDispatcherClientConfig", "MessageProcessor",
-        true, eFails},
-    {&LogFileProcessorConfig::GetStaticClassDesc, "LogFileProcessorConfig", "MessageProcessorConfig", false,
-        eMakes},
-    {&MessageDispatcherConfig::GetStaticClassDesc, "MessageDispatcherConfig", "MessageProcessorConfig", false,
-        eMakes},
-
-    {&NamedValue::GetStaticClassDesc, "NamedValue", "Value", false, eMakes},
-    {&Result::GetStaticClassDesc, "Result", "Value", false, eMakes},
-    {&ValueAbstractValueCollection::GetStaticClassDesc, "ValueAbstractValueCollection", "Value", true,
-        eFails},
-    {&ValueDateTime::GetStaticClassDesc, "ValueDateTime", "Value", false, eMakes},
-    {&ValueFloat32::GetStaticClassDesc, "ValueFloat32", "Value", false, eMakes},
-    {&ValueInt32::GetStaticClassDesc, "ValueInt32", "Value", false, eMakes},
-    {&ValueNull::GetStaticClassDesc, "ValueNull", "Value", false, eMakes},
-    {&ValueString::GetStaticClassDesc, "ValueString", "Value", false, eMakes},
-
-    {&NamedValueConverter::GetStaticClassDesc, "NamedValueConverter", "ValueConverter", false, eMakes},
-    {&ResultConverter::GetStaticClassDesc, "ResultConverter", "ValueConverter", false, eMakes},
-    {&ValueAbstractValueCollectionConverter::GetStaticClassDesc, "ValueAbstractValueCollectionConverter",
-        "ValueConverter", false, eMakes},
-    {&ValueDateTimeConverter::GetStaticClassDesc, "ValueDateTimeConverter", "ValueConverter", false, eMakes},
-    {&ValueFloatConverter::GetStaticClassDesc, "ValueFloatConverter", "ValueConverter", false, eMakes},
-    {&ValueIntegerConverter::GetStaticClassDesc, "ValueIntegerConverter", "ValueConverter", false, eMakes},
-    {&ValueNullConverter::GetStaticClassDesc, "ValueNullConverter", "ValueConverter", false, eMakes},
-    {&ValueStringConverter::GetStaticClassDesc, "ValueStringConverter", "ValueConverter", false, eMakes},
-
-    {&ResultConverterLayout::GetStaticClassDesc, "ResultConverterLayout", "ValueConverterLayout", false,
-        eMakes},
-    {&ValueConverterLayoutCollection::GetStaticClassDesc, "ValueConverterLayoutCollection",
-        "ValueConverterLayout", true, eFails},
-    {&ValueDateTimeConverterLayout::GetStaticClassDesc, "ValueDateTimeConverterLayout",
-        "ValueConverterLayout", false, eMakes},
-    {&ValueFloatConverterLayout::GetStaticClassDesc, "ValueFloatConverterLayout", "ValueConverterLayout",
-        false, eMakes},
-    {&ValueIntegerConverterLayout::GetStaticClassDesc, "ValueIntegerConverterLayout", "ValueConverterLayout",
-        false, eMakes},
-    {&ValueNullConverterLayout::GetStaticClassDesc, "ValueNullConverterLayout", "ValueConverterLayout", false,
-        eMakes},
-    {&ValueStringConverterLayout::GetStaticClassDesc, "ValueStringConverterLayout", "ValueConverterLayout",
-        false, eMakes},
-
-    {&NamedValueConverterLayout::GetStaticClassDesc, "NamedValueConverterLayout",
-        "ValueConverterLayoutCollection", false, eMakes},
+Row const g_aRows[] = {{Of<Root>, "Root", "", eAbstract},
+    {Of<Singleton<Application>>, "Singleton<tsl::Application>", "", eSingleton},
+    {Of<Singleton<GlobalApplicationIni>>, "Singleton<tsl::GlobalApplicationIni>", "", eSingleton},
+    {Of<Singleton<GlobalDebugSwitchRegistry>>, "Singleton<tsl::GlobalDebugSwitchRegistry>", "", eSingleton},
+    {Of<Singleton<GlobalMessageDispatcher>>, "Singleton<tsl::GlobalMessageDispatcher>", "", eSingleton},
+    {Of<Singleton<MessageProcessorFactoryBase>>, "Singleton<tsl::", "", eSingleton},
+    {Of<Configuration>, "Configuration", "Root", eAbstract}, {Of<Message>, "Message", "Root", eAbstract},
+    {Of<MessageProcessor>, "MessageProcessor", "Root", eAbstract},
+    {Of<StringFormator>, "StringFormator", "Root", eConcrete},
+    {Of<StringValidator>, "StringValidator", "Root", eConcrete}, {Of<Value>, "Value", "Root", eAbstract},
+    {Of<ValueConverter>, "ValueConverter", "Root", eAbstract},
+    {Of<ValueConverterLayout>, "ValueConverterLayout", "Root", eAbstract},
+    {Of<ValueFormator>, "ValueFormator", "Root", eAbstract},
+    {Of<ValueValidator>, "ValueValidator", "Root", eAbstract},
+    {Of<ApplicationConfig>, "ApplicationConfig", "Configuration", eAbstract},
+    {Of<MessageProcessorConfig>, "MessageProcessorConfig", "Configuration", eAbstract},
+    {Of<ConsoleApplicationConfig>, "ConsoleApplicationConfig", "ApplicationConfig", eAbstract},
+    {Of<Application>, "Application", "Singleton<tsl::Application>", eApplication},
+    {Of<ConsoleApplication>, "ConsoleApplication", "Application", eApplication},
+    {Of<GlobalApplicationIni>, "GlobalApplicationIni", "Singleton<tsl::GlobalApplicationIni>", eSingleton},
+    {Of<GlobalDebugSwitchRegistry>, "GlobalDebugSwitchRegistry", "Singleton<tsl::GlobalDebugSwitchRegistry>",
+        eSingleton},
+    {Of<GlobalMessageDispatcher>, "GlobalMessageDispatcher", "Singleton<tsl::GlobalMessageDispatcher>",
+        eSingleton},
+    {Of<DebugMessage>, "DebugMessage", "Message", eConcrete},
+    {Of<ResultMessage>, "ResultMessage", "Message", eConcrete},
+    {Of<LogFileProcessor>, "LogFileProcessor", "MessageProcessor", eConcrete},
+    {Of<MessageDispatcher>, "MessageDispatcher", "MessageProcessor", eConcrete},
+    {Of<MessageDispatcherClient>, "MessageDispatcherClient", "MessageProcessor", eAbstract},
+    {Of<MessageDispatcherClientConfig>, "MessageDispatcherClientConfig", "MessageProcessor", eAbstract},
+    {Of<LogFileProcessorConfig>, "LogFileProcessorConfig", "MessageProcessorConfig", eConcrete},
+    {Of<MessageDispatcherConfig>, "MessageDispatcherConfig", "MessageProcessorConfig", eConcrete},
+    {Of<NamedValue>, "NamedValue", "Value", eConcrete}, {Of<Result>, "Result", "Value", eConcrete},
+    {Of<ValueAbstractValueCollection>, "ValueAbstractValueCollection", "Value", eAbstract},
+    {Of<ValueDateTime>, "ValueDateTime", "Value", eConcrete},
+    {Of<ValueFloat32>, "ValueFloat32", "Value", eConcrete},
+    {Of<ValueInt32>, "ValueInt32", "Value", eConcrete}, {Of<ValueNull>, "ValueNull", "Value", eConcrete},
+    {Of<ValueString>, "ValueString", "Value", eConcrete},
+    {Of<NamedValueConverter>, "NamedValueConverter", "ValueConverter", eConcrete},
+    {Of<ResultConverter>, "ResultConverter", "ValueConverter", eConcrete},
+    {Of<ValueAbstractValueCollectionConverter>, "ValueAbstractValueCollectionConverter", "ValueConverter",
+        eConcrete},
+    {Of<ValueDateTimeConverter>, "ValueDateTimeConverter", "ValueConverter", eConcrete},
+    {Of<ValueFloatConverter>, "ValueFloatConverter", "ValueConverter", eConcrete},
+    {Of<ValueIntegerConverter>, "ValueIntegerConverter", "ValueConverter", eConcrete},
+    {Of<ValueNullConverter>, "ValueNullConverter", "ValueConverter", eConcrete},
+    {Of<ValueStringConverter>, "ValueStringConverter", "ValueConverter", eConcrete},
+    {Of<ResultConverterLayout>, "ResultConverterLayout", "ValueConverterLayout", eConcrete},
+    {Of<ValueConverterLayoutCollection>, "ValueConverterLayoutCollection", "ValueConverterLayout", eAbstract},
+    {Of<ValueDateTimeConverterLayout>, "ValueDateTimeConverterLayout", "ValueConverterLayout", eConcrete},
+    {Of<ValueFloatConverterLayout>, "ValueFloatConverterLayout", "ValueConverterLayout", eConcrete},
+    {Of<ValueIntegerConverterLayout>, "ValueIntegerConverterLayout", "ValueConverterLayout", eConcrete},
+    {Of<ValueNullConverterLayout>, "ValueNullConverterLayout", "ValueConverterLayout", eConcrete},
+    {Of<ValueStringConverterLayout>, "ValueStringConverterLayout", "ValueConverterLayout", eConcrete},
+    {Of<NamedValueConverterLayout>, "NamedValueConverterLayout", "ValueConverterLayoutCollection", eConcrete},
     {&ValueAbstractValueCollectionConverterLayout::GetStaticClassDesc,
-        "ValueAbstractValueCollectionConverterLayout", "ValueConverterLayoutCollection", true, eFails},
-};
+        "ValueAbstractValueCollectionConverterLayout", "ValueConverterLayoutCollection", eAbstract}};
 
-EFactory GetFactory(ClassDescription const & oClass)
+EKind GetKind(ClassDescription const & oClass)
 {
     if (!oClass.GetFactoryFunction())
-        return eNone;
+        return oClass.IsAbstract() ? eApplication : eSingleton;
     try
     {
         std::unique_ptr<Root> const pObject(oClass.GetFactoryFunction()());
         std::unique_ptr<Root> const pSame(ClassRepository::Instance().CreateNew(oClass.GetClassName()));
-        EXPECT_TRUE(pObject->GetClassDesc() == oClass) << oClass.GetClassName();
-        EXPECT_TRUE(pSame && pSame->GetClassDesc() == oClass) << oClass.GetClassName();
-        return eMakes;
+        EXPECT_TRUE(pObject->GetClassDesc() == oClass && pSame && pSame->GetClassDesc() == oClass);
+        EXPECT_FALSE(oClass.IsAbstract());
+        return eConcrete;
     }
     catch (Exception const & oException)
     {
         EXPECT_STREQ(oException.GetText(), "XAssertion. Expression \"false\" failed. \nInfo: \"Unknown\"");
-        return eFails;
+        EXPECT_TRUE(oClass.IsAbstract());
+        return eAbstract;
     }
 }
 
@@ -145,16 +115,15 @@ EFactory GetFactory(ClassDescription const & oClass)
 
 TEST(ClassTable, HoldsForEveryClass)
 {
-    for (Row const & oRow : g_aRows)
+    for (auto const & [fDescription, sExpected, sBase, eKind] : g_aRows)
     {
-        ClassDescription const & oClass = oRow.fDescription();
+        ClassDescription const & oClass = fDescription();
         std::string const sName = oClass.GetClassName();
-        EXPECT_EQ(sName.find("class tsl::" + oRow.sName), 0u) << sName;
-        EXPECT_EQ(oClass.GetBaseClassName(), oRow.sBase.empty() ? "<keine>" : "class tsl::" + oRow.sBase)
-            << sName;
-        EXPECT_EQ(oClass.IsAbstract(), oRow.bAbstract) << sName;
-        EXPECT_EQ(GetFactory(oClass), oRow.eFactory) << sName;
-        EXPECT_EQ(ClassRepository::Instance().GetClassDescription(oClass.GetClassId()), &oClass) << sName;
-        EXPECT_EQ(std::string(oClass.GetFile()).find("src/tessel/"), 0u) << oClass.GetFile();
+        SCOPED_TRACE(sName);
+        EXPECT_TRUE(sName.starts_with("class tsl::" + sExpected)) << sExpected;
+        EXPECT_EQ(oClass.GetBaseClassName(), sBase.empty() ? "<keine>" : "class tsl::" + sBase);
+        EXPECT_EQ(GetKind(oClass), eKind);
+        EXPECT_EQ(ClassRepository::Instance().GetClassDescription(oClass.GetClassId()), &oClass);
+        EXPECT_TRUE(std::string(oClass.GetFile()).starts_with("src/tessel/")) << oClass.GetFile();
     }
 }
