@@ -1,7 +1,5 @@
 #include "ProcessTest.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -24,22 +22,12 @@ namespace tsltest
 namespace
 {
 
-[[noreturn]] void ThrowError(int iError, char const * pWhat)
-{
-    throw std::system_error(iError, std::generic_category(), pWhat);
-}
-
-int CheckNumber(long iNumber, char const * pWhat)
+/// Throws the error of a call that gave a negative number.
+int Check(long iNumber, char const * sWhat)
 {
     if (iNumber < 0)
-        ThrowError(errno, pWhat);
+        throw std::system_error(errno, std::generic_category(), sWhat);
     return static_cast<int>(iNumber);
-}
-
-void CheckError(int iError, char const * pWhat)
-{
-    if (iError != 0)
-        ThrowError(iError, pWhat);
 }
 
 class Descriptor
@@ -58,138 +46,83 @@ private:
 
 /// Takes one stream of a program. A file in memory, since a pipe would have to be emptied all the time
 /// and stays open for as long as the program's own children hold it.
-class StreamFile
+class StreamFile : public Descriptor
 {
 public:
-    StreamFile() : m_oFile(CheckNumber(::memfd_create("stream", MFD_CLOEXEC), "memfd_create")) {}
-
-    int GetDescriptor() const { return m_oFile.Get(); }
+    StreamFile() : Descriptor(Check(::memfd_create("stream", MFD_CLOEXEC), "memfd_create")) {}
 
     std::string Read() const
     {
-        auto const iSize = static_cast<std::size_t>(::lseek(m_oFile.Get(), 0, SEEK_END));
-        std::string sText(iSize, '\0');
-        sText.resize(
-            static_cast<std::size_t>(CheckNumber(::pread(m_oFile.Get(), sText.data(), iSize, 0), "pread")));
+        std::string sText(static_cast<std::size_t>(::lseek(Get(), 0, SEEK_END)), '\0');
+        sText.resize(static_cast<std::size_t>(Check(::pread(Get(), sText.data(), sText.size(), 0), "pread")));
         return sText;
     }
-
-private:
-    Descriptor m_oFile;
 };
 
-/// What happens between fork and exec.
-class SpawnPlan
+std::vector<char *> GetPointers(std::vector<std::string> & vTexts)
 {
-public:
-    SpawnPlan()
-    {
-        CheckError(::posix_spawn_file_actions_init(&m_oActions), "posix_spawn_file_actions_init");
-        CheckError(::posix_spawnattr_init(&m_oAttributes), "posix_spawnattr_init");
-        CheckError(
-            ::posix_spawnattr_setflags(&m_oAttributes, POSIX_SPAWN_SETPGROUP), "posix_spawnattr_setflags");
-    }
+    std::vector<char *> vPointers;
+    for (std::string & sText : vTexts)
+        vPointers.push_back(sText.data());
+    vPointers.push_back(nullptr);
+    return vPointers;
+}
 
-    ~SpawnPlan()
-    {
-        ::posix_spawnattr_destroy(&m_oAttributes);
-        ::posix_spawn_file_actions_destroy(&m_oActions);
-    }
+/// Starts a program in a folder and in a process group of its own.
+pid_t Start(std::filesystem::path const & oProgram, std::filesystem::path const & oFolder,
+    StreamFile const & oOutput, StreamFile const & oErrors, std::vector<std::string> vArguments,
+    std::vector<std::string> vEnvironment)
+{
+    posix_spawn_file_actions_t oActions;
+    ::posix_spawn_file_actions_init(&oActions);
+    ::posix_spawn_file_actions_addchdir_np(&oActions, oFolder.c_str());
+    ::posix_spawn_file_actions_addopen(&oActions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    ::posix_spawn_file_actions_adddup2(&oActions, oOutput.Get(), STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(&oActions, oErrors.Get(), STDERR_FILENO);
+    posix_spawnattr_t oAttributes;
+    ::posix_spawnattr_init(&oAttributes);
+    ::posix_spawnattr_setflags(&oAttributes, POSIX_SPAWN_SETPGROUP);
 
-    SpawnPlan(SpawnPlan const &) = delete;
-    SpawnPlan & operator=(SpawnPlan const &) = delete;
-
-    void ChangeFolder(std::filesystem::path const & oFolder)
-    {
-        CheckError(::posix_spawn_file_actions_addchdir_np(&m_oActions, oFolder.c_str()), "addchdir");
-    }
-
-    void SetStreams(StreamFile const & oOutput, StreamFile const & oErrors)
-    {
-        CheckError(::posix_spawn_file_actions_addopen(&m_oActions, STDIN_FILENO, "/dev/null", O_RDONLY, 0),
-            "addopen");
-        CheckError(::posix_spawn_file_actions_adddup2(&m_oActions, oOutput.GetDescriptor(), STDOUT_FILENO),
-            "adddup2");
-        CheckError(::posix_spawn_file_actions_adddup2(&m_oActions, oErrors.GetDescriptor(), STDERR_FILENO),
-            "adddup2");
-    }
-
-    pid_t Start(std::filesystem::path const & oProgram, std::vector<std::string> vArguments,
-        std::vector<std::string> vEnvironment) const
-    {
-        pid_t iProcess = 0;
-        int const iError = ::posix_spawn(&iProcess, oProgram.c_str(), &m_oActions, &m_oAttributes,
-            GetPointers(vArguments).data(), GetPointers(vEnvironment).data());
-        CheckError(iError, oProgram.c_str());
-        return iProcess;
-    }
-
-private:
-    static std::vector<char *> GetPointers(std::vector<std::string> & vTexts)
-    {
-        std::vector<char *> vPointers;
-        for (std::string & sText : vTexts)
-            vPointers.push_back(sText.data());
-        vPointers.push_back(nullptr);
-        return vPointers;
-    }
-
-    posix_spawn_file_actions_t m_oActions;
-    posix_spawnattr_t m_oAttributes;
-};
+    vArguments.insert(vArguments.begin(), oProgram.filename().string());
+    pid_t iProcess = 0;
+    errno = ::posix_spawn(&iProcess, oProgram.c_str(), &oActions, &oAttributes,
+        GetPointers(vArguments).data(), GetPointers(vEnvironment).data());
+    Check(-errno, oProgram.c_str());
+    ::posix_spawnattr_destroy(&oAttributes);
+    ::posix_spawn_file_actions_destroy(&oActions);
+    return iProcess;
+}
 
 /// False if the process still runs when the limit is over.
 bool WaitForEnd(pid_t iProcess, std::chrono::milliseconds iLimit)
 {
-    Descriptor const oHandle(CheckNumber(::syscall(SYS_pidfd_open, iProcess, 0), "pidfd_open"));
+    Descriptor const oHandle(Check(::syscall(SYS_pidfd_open, iProcess, 0), "pidfd_open"));
     auto const iDeadline = std::chrono::steady_clock::now() + iLimit;
-    for (;;)
+    pollfd oPoll = {oHandle.Get(), POLLIN, 0};
+    int iReady = 0;
+    do
     {
         auto const iRest =
             std::chrono::ceil<std::chrono::milliseconds>(iDeadline - std::chrono::steady_clock::now());
-        pollfd oPoll = {oHandle.Get(), POLLIN, 0};
-        int const iReady = ::poll(&oPoll, 1, static_cast<int>(std::max<std::int64_t>(iRest.count(), 0)));
-        if (iReady >= 0)
-            return iReady > 0;
-        if (errno != EINTR)
-            ThrowError(errno, "poll");
-    }
-}
-
-int Reap(pid_t iProcess)
-{
-    int iStatus = 0;
-    while (::waitpid(iProcess, &iStatus, 0) < 0)
-    {
-        if (errno != EINTR)
-            ThrowError(errno, "waitpid");
-    }
-    return iStatus;
+        iReady = ::poll(&oPoll, 1, static_cast<int>(std::max<std::int64_t>(iRest.count(), 0)));
+    } while (iReady < 0 && errno == EINTR);
+    return Check(iReady, "poll") > 0;
 }
 
 std::filesystem::path MakeFolder()
 {
     std::string sTemplate = (std::filesystem::temp_directory_path() / "tessel-test-XXXXXX").string();
-    if (::mkdtemp(sTemplate.data()) == nullptr)
-        ThrowError(errno, sTemplate.c_str());
+    Check(::mkdtemp(sTemplate.data()) ? 0 : -1, sTemplate.c_str());
     return sTemplate;
-}
-
-std::vector<std::string> GetEnvironment()
-{
-    std::vector<std::string> vVariables;
-    for (char ** ppVariable = environ; *ppVariable != nullptr; ++ppVariable)
-        vVariables.emplace_back(*ppVariable);
-    return vVariables;
 }
 
 } // namespace
 
 TestProgram::TestProgram(std::string const & sName)
-    : m_oProgram(std::filesystem::path(TESSEL_TEST_PROGRAMS) / sName),
-      m_oFolder(MakeFolder()),
-      m_vEnvironment(GetEnvironment())
+    : m_oProgram(std::filesystem::path(TESSEL_TEST_PROGRAMS) / sName), m_oFolder(MakeFolder())
 {
+    for (char ** ppVariable = environ; *ppVariable != nullptr; ++ppVariable)
+        m_vEnvironment.emplace_back(*ppVariable);
 }
 
 TestProgram::~TestProgram()
@@ -200,14 +133,8 @@ TestProgram::~TestProgram()
 
 void TestProgram::SetEnvironment(std::string const & sName, std::string const & sValue)
 {
-    RemoveEnvironment(sName);
+    std::erase_if(m_vEnvironment, [&](std::string const & s) { return s.starts_with(sName + '='); });
     m_vEnvironment.push_back(sName + '=' + sValue);
-}
-
-void TestProgram::RemoveEnvironment(std::string const & sName)
-{
-    std::erase_if(
-        m_vEnvironment, [&](std::string const & sVariable) { return sVariable.starts_with(sName + '='); });
 }
 
 ProgramOutcome TestProgram::Run(
@@ -215,23 +142,17 @@ ProgramOutcome TestProgram::Run(
 {
     StreamFile const oOutput;
     StreamFile const oErrors;
-    SpawnPlan oPlan;
-    oPlan.ChangeFolder(m_oFolder);
-    oPlan.SetStreams(oOutput, oErrors);
-
-    std::vector<std::string> vAll = {m_oProgram.filename().string()};
-    vAll.insert(vAll.end(), vArguments.begin(), vArguments.end());
+    pid_t const iProcess = Start(m_oProgram, m_oFolder, oOutput, oErrors, vArguments, m_vEnvironment);
     ProgramOutcome oOutcome;
-    pid_t const iProcess = oPlan.Start(m_oProgram, vAll, m_vEnvironment);
     oOutcome.bTimedOut = !WaitForEnd(iProcess, iLimit);
     if (oOutcome.bTimedOut)
         ::kill(-iProcess, SIGKILL);
 
-    int const iStatus = Reap(iProcess);
-    if (WIFEXITED(iStatus))
-        oOutcome.iExitCode = WEXITSTATUS(iStatus);
-    else
-        oOutcome.iSignal = WTERMSIG(iStatus);
+    int iStatus = 0;
+    while (::waitpid(iProcess, &iStatus, 0) < 0)
+        Check(errno == EINTR ? 0 : -1, "waitpid");
+    (WIFEXITED(iStatus) ? oOutcome.iExitCode : oOutcome.iSignal) =
+        WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : WTERMSIG(iStatus);
     oOutcome.sOutput = oOutput.Read();
     oOutcome.sErrors = oErrors.Read();
     return oOutcome;
@@ -242,8 +163,7 @@ void TestProgram::WriteFile(std::string const & sName, std::string_view sContent
     std::ofstream oFile(m_oFolder / sName, std::ios::binary | std::ios::trunc);
     oFile.write(sContent.data(), static_cast<std::streamsize>(sContent.size()));
     oFile.close();
-    if (!oFile)
-        ThrowError(EIO, sName.c_str());
+    Check(oFile ? 0 : -1, sName.c_str());
 }
 
 std::string TestProgram::ReadFile(std::string const & sName) const
@@ -258,35 +178,3 @@ bool TestProgram::HasFile(std::string const & sName) const
 }
 
 } // namespace tsltest
-
-namespace
-{
-
-TEST(TestPrograms, ShowHowTheyEndedAndWhatTheyLeft)
-{
-    tsltest::TestProgram oProgram("Probe");
-    oProgram.SetEnvironment("TESSEL_PROBE", "first");
-    oProgram.SetEnvironment("TESSEL_PROBE", "second");
-    oProgram.WriteFile("input", "content");
-
-    tsltest::ProgramOutcome const oOutcome = oProgram.Run({"report", "an argument", ""});
-    EXPECT_EQ(oOutcome.iExitCode, 3);
-    EXPECT_EQ(oOutcome.iSignal, 0);
-    EXPECT_EQ(oOutcome.sOutput, "second\nProbe\nreport\nan argument\n\n");
-    EXPECT_EQ(oOutcome.sErrors, "nothing on standard input\n");
-    EXPECT_EQ(oProgram.ReadFile("output"), "content");
-
-    oProgram.RemoveEnvironment("TESSEL_PROBE");
-    EXPECT_EQ(oProgram.Run({"report"}).sOutput, "\nProbe\nreport\n");
-}
-
-TEST(TestPrograms, AreKilledWhenTheirTimeIsOver)
-{
-    tsltest::TestProgram const oProgram("Probe");
-    tsltest::ProgramOutcome const oOutcome = oProgram.Run({"hang"}, std::chrono::milliseconds(200));
-    EXPECT_TRUE(oOutcome.bTimedOut);
-    EXPECT_EQ(oOutcome.iSignal, SIGKILL);
-    EXPECT_EQ(oOutcome.iExitCode, -1);
-}
-
-} // namespace

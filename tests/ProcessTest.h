@@ -34,9 +34,8 @@ public:
     TestProgram(TestProgram const &) = delete;
     TestProgram & operator=(TestProgram const &) = delete;
 
-    /// Changes a variable for the runs to come, which otherwise have the environment of the test.
+    /// Sets a variable for the runs to come, which otherwise have the environment of the test.
     void SetEnvironment(std::string const & sName, std::string const & sValue);
-    void RemoveEnvironment(std::string const & sName);
 
     /// Runs the program to its end, with nothing on its standard input, in a process group of its own. As
     /// argument 0 it sees its name without a folder, like a program that was found in the search path.

@@ -18,12 +18,17 @@
 //   limit:COUNT       starts the program anew, which may write that many bytes to a file, for what follows
 //   cd                enters a new folder, to show that the log file stays where it is
 
+#include "../TestMessages.h"
+
 #include <tessel/Tessel.h>
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <new>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -61,57 +66,30 @@ private:
     tsl::ResultMessage m_oMessage{tsl::Result(1, "a", tsl::Result(2, "b", tsl::Result::eCategoryDefault))};
 };
 
-/// Fails an assertion for every message.
-class FailingProcessor : public tsl::MessageProcessor
-{
-public:
-    void Process(tsl::Message const &, tsl::Result &) const override
-    {
-        ++iCalls;
-        tsl::XAssertionFailed("inner", "Unknown");
-    }
-
-    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
-    tsl::Result Open() override { return tsl::Result(); }
-    void Close() override {}
-
-    mutable int iCalls = 0;
-
-protected:
-    void DoCopy(tsl::Root const &) override {}
-
-private:
-    tsl::MessageDispatcherConfig m_oConfig;
-};
-
 void Debug(tsl::String const & sText)
 {
     tsl::Support::DispatchDebugMessage("Id", sText, "f.cpp", 1);
 }
 
+/// Each of the codes has those in front of it as its history.
 void ReportResult(std::string const & sCodes)
 {
-    std::size_t const iColon = sCodes.find(':');
-    tsl::Result oResult(std::stoi(sCodes), "t", tsl::Result::eCategoryDefault);
-    oResult.SetSource("f.cpp", 1);
-    if (iColon != std::string::npos)
-        for (std::string sRest = sCodes.substr(iColon + 1);; sRest = sRest.substr(sRest.find(':') + 1))
-        {
-            tsl::Result oNext(std::stoi(sRest), "t", tsl::Result::eCategoryDefault);
-            oNext.SetSource("f.cpp", 1);
-            tsl::Result const oFormer(oResult);
-            oResult = oNext;
-            oResult.SetPrevious(oFormer);
-            if (sRest.find(':') == std::string::npos)
-                break;
-        }
+    tsl::Result oResult;
+    std::istringstream oCodes(sCodes);
+    for (std::string sCode; std::getline(oCodes, sCode, ':');)
+    {
+        tsl::Result oNext(std::stoi(sCode), "t", tsl::Result::eCategoryDefault);
+        oNext.SetSource("f.cpp", 1);
+        oNext.SetPrevious(oResult);
+        oResult.Clear();
+        oResult = oNext;
+    }
     tsl::Support::DispatchMessage(oResult);
 }
 
 void ReportLines(int iCount)
 {
-    std::vector<std::thread> vThreads;
+    std::vector<std::jthread> vThreads;
     for (int iThread = 0; iThread < 4; ++iThread)
         vThreads.emplace_back(
             [&]
@@ -119,8 +97,6 @@ void ReportLines(int iCount)
                 for (int i = 0; i < iCount; ++i)
                     Debug(tsl::String('x', static_cast<unsigned int>(1 + i % 300)) + "<end>");
             });
-    for (std::thread & oThread : vThreads)
-        oThread.join();
 }
 
 void FailAssertion()
@@ -140,30 +116,26 @@ void FailAssertion()
 
 void FailNested()
 {
-    FailingProcessor const oProcessor;
+    tsltest::TestProcessor const oProcessor(
+        [](auto &, auto &) { tsl::XAssertionFailed("inner", "Unknown"); });
     static_cast<void>(tsl::Support::GetAppDisp().Register(oProcessor, {tsl::Message::GetBaseType()}));
     FailAssertion();
     tsl::Support::GetAppDisp().Unregister(oProcessor);
-    std::cout << oProcessor.iCalls << " calls" << std::endl;
+    std::cout << oProcessor.GetCalls() << " calls" << std::endl;
 }
-
-/// Reports something of its own for the first message before it fails.
-class HastyProcessor : public FailingProcessor
-{
-public:
-    void Process(tsl::Message const & oMessage, tsl::Result & oResult) const override
-    {
-        if (iCalls > 0)
-            return;
-        ++iCalls;
-        Debug("first");
-        FailingProcessor::Process(oMessage, oResult);
-    }
-};
 
 void ReportHastily()
 {
-    HastyProcessor const oProcessor;
+    // Reports something of its own for the first message before it fails.
+    tsltest::TestProcessor oProcessor;
+    oProcessor.SetWork(
+        [&](auto &, auto &)
+        {
+            if (oProcessor.GetCalls() > 1)
+                return;
+            Debug("first");
+            tsl::XAssertionFailed("inner", "Unknown");
+        });
     static_cast<void>(tsl::Support::GetAppDisp().Register(
         oProcessor, {tsl::DebugMessage::GetStaticClassDesc().GetClassId()}));
     tsl::Result const oResult = tsl::Support::DispatchDebugMessage("Id", "second", "f.cpp", 1);
@@ -197,6 +169,19 @@ void StartLimited(std::string const & sCount, char ** pArguments)
     ::execv("/proc/self/exe", pArguments);
 }
 
+void PrintLevel(std::string const & sId)
+{
+    int iLevel = -99;
+    std::cout << tsl::Support::RegisterLogPoint(&iLevel, sId.c_str(), "f.cpp", 1) << ' ' << iLevel
+              << std::endl;
+}
+
+void EnterNewFolder()
+{
+    std::filesystem::create_directory("other");
+    std::filesystem::current_path("other");
+}
+
 void PrintChapters()
 {
     std::vector<tsl::String> vChapters;
@@ -205,7 +190,7 @@ void PrintChapters()
 }
 
 /// Reports once more when the bus goes away, which must neither harm nor come through.
-class LateReporter : public FailingProcessor
+class LateReporter : public tsltest::TestProcessor
 {
 public:
     void HandlerDestruction() const override
@@ -227,50 +212,20 @@ void RegisterLateReporter()
     static_cast<void>(tsl::Support::GetAppDisp().Register(*pReporter, {ElementMessage(false).GetType()}));
 }
 
-void Do(std::string const & sCommand, std::string const & sArgument)
-{
-    if (sCommand == "debug")
-        Debug(sArgument);
-    else if (sCommand == "trace")
-        tsl::Trace(sArgument.c_str(), [&] { return tsl::String("traced ") + sArgument; });
-    else if (sCommand == "result")
-        ReportResult(sArgument);
-    else if (sCommand == "success")
-        tsl::Support::DispatchMessage(tsl::Result());
-    else if (sCommand == "element")
-        tsl::Support::DispatchMessage(ElementMessage(true));
-    else if (sCommand == "empty")
-        tsl::Support::DispatchMessage(ElementMessage(false));
-    else if (sCommand == "long")
-        Debug(tsl::String('y', static_cast<unsigned int>(std::stoul(sArgument))));
-    else if (sCommand == "lines")
-        ReportLines(std::stoi(sArgument));
-    else if (sCommand == "assert")
-        FailAssertion();
-    else if (sCommand == "nested")
-        FailNested();
-    else if (sCommand == "level")
-    {
-        int iLevel = -99;
-        std::cout << tsl::Support::RegisterLogPoint(&iLevel, sArgument.c_str(), "f.cpp", 1) << ' ' << iLevel
-                  << std::endl;
-    }
-    else if (sCommand == "late")
-        RegisterLateReporter();
-    else if (sCommand == "chapters")
-        PrintChapters();
-    else if (sCommand == "ahead")
-        ReportHastily();
-    else if (sCommand == "open")
-        OpenSecondLog();
-    else if (sCommand == "unlink")
-        UnlinkProgram();
-    else if (sCommand == "cd")
-    {
-        std::filesystem::create_directory("other");
-        std::filesystem::current_path("other");
-    }
-}
+using Command = std::function<void(std::string const &)>;
+
+std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) { Debug(sText); }},
+    {"trace", [](auto & sId) { tsl::Trace(sId.c_str(), [&] { return tsl::String("traced ") + sId; }); }},
+    {"result", &ReportResult}, {"success", [](auto &) { tsl::Support::DispatchMessage(tsl::Result()); }},
+    {"element", [](auto &) { tsl::Support::DispatchMessage(ElementMessage(true)); }},
+    {"empty", [](auto &) { tsl::Support::DispatchMessage(ElementMessage(false)); }},
+    {"long", [](auto & sCount) { Debug(tsl::String('y', static_cast<unsigned int>(std::stoul(sCount)))); }},
+    {"lines", [](auto & sCount) { ReportLines(std::stoi(sCount)); }},
+    {"assert", [](auto &) { FailAssertion(); }}, {"nested", [](auto &) { FailNested(); }},
+    {"level", &PrintLevel}, {"late", [](auto &) { RegisterLateReporter(); }},
+    {"ahead", [](auto &) { ReportHastily(); }}, {"open", [](auto &) { OpenSecondLog(); }},
+    {"unlink", [](auto &) { UnlinkProgram(); }}, {"chapters", [](auto &) { PrintChapters(); }},
+    {"cd", [](auto &) { EnterNewFolder(); }}};
 
 } // namespace
 
@@ -282,6 +237,7 @@ int main(int iCount, char ** pArguments)
         std::size_t const iColon = sArgument.find(':');
         if (sArgument.starts_with("limit:"))
             StartLimited(sArgument.substr(iColon + 1), pArguments + i);
-        Do(sArgument.substr(0, iColon), iColon == std::string::npos ? "" : sArgument.substr(iColon + 1));
+        g_oCommands.at(sArgument.substr(0, iColon))(
+            iColon == std::string::npos ? "" : sArgument.substr(iColon + 1));
     }
 }

@@ -2,6 +2,8 @@
 // Result) or "assert". Prints the steps that ran and what came on the application's own bus. With "plain" as
 // the first argument the application is none of the console.
 
+#include "../TestMessages.h"
+
 #include <tessel/Tessel.h>
 
 #include <cstdlib>
@@ -15,28 +17,13 @@ class Config : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Prints the code, the text and the size of the history of each Result that it gets.
-class ResultPrinter : public tsl::MessageProcessor
+/// Prints the code, the text and the size of the history of a Result.
+void Print(tsl::Message const & oMessage, tsl::Result &)
 {
-public:
-    void Process(tsl::Message const & oMessage, tsl::Result &) const override
-    {
-        tsl::Result const & oResult = dynamic_cast<tsl::ResultMessage const &>(oMessage).GetResult();
-        std::cout << "message " << oResult.GetErrorCode() << " " << oResult.GetText().s_str() << " "
-                  << oResult.GetHistorySize() << "\n";
-    }
-
-    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
-    tsl::Result Open() override { return tsl::Result(); }
-    void Close() override {}
-
-protected:
-    void DoCopy(tsl::Root const &) override {}
-
-private:
-    tsl::MessageDispatcherConfig m_oConfig;
-};
+    tsl::Result const & oResult = dynamic_cast<tsl::ResultMessage const &>(oMessage).GetResult();
+    std::cout << "message " << oResult.GetErrorCode() << " " << oResult.GetText().s_str() << " "
+              << oResult.GetHistorySize() << "\n";
+}
 
 class RunCycle : public tsl::ConsoleApplication
 {
@@ -89,7 +76,7 @@ private:
         return "ok";
     }
 
-    ResultPrinter m_oPrinter;
+    tsltest::TestProcessor m_oPrinter{&Print};
 };
 
 class PlainApplication : public tsl::Application
