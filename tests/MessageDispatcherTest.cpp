@@ -1,11 +1,5 @@
+#include "AssertionTest.h"
 #include "TestMessages.h"
-
-#include <tessel/DebugMessage.h>
-#include <tessel/Exception.h>
-#include <tessel/MessageDispatcher.h>
-#include <tessel/ResultMessage.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -46,6 +40,12 @@ Result Dispatch(MessageDispatcher const & oDispatcher, Message const & oMessage 
     return oResult;
 }
 
+class ClientConfig : public MessageDispatcherClientConfig
+{
+protected:
+    void DoCopy(Root const &) override {}
+};
+
 /// Processors of one list, in the order in which the list calls them.
 template<std::size_t iCount>
 class ProcessorRow
@@ -73,41 +73,32 @@ private:
 
 } // namespace
 
-TEST(DispatcherDelivery, GoesToTheExactTypeAndThenToTheBase)
+TEST(DispatcherDelivery, GoesToTheExactTypeAndThenToTheBaseOncePerList)
 {
-    std::vector<int> vOrder;
-    TestProcessor const oBase([&](auto &, auto &) { vOrder.push_back(2); });
-    TestProcessor const oExact([&](auto &, auto &) { vOrder.push_back(1); });
+    std::string sOrder;
+    TestProcessor const oBase([&](auto &, auto &) { sOrder += "base "; });
+    TestProcessor const oExact([&](auto &, auto &) { sOrder += "exact "; });
     TestProcessor const oOther;
-    MessageDispatcher oDispatcher;
-    Register(oDispatcher, oBase, Message::GetBaseType());
-    Register(oDispatcher, oExact, g_iNumber);
-    Register(oDispatcher, oOther, GetTypeOf(DebugMessage::GetStaticClassDesc()));
-
-    EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
-    EXPECT_EQ(vOrder, (std::vector{1, 2}));
-    EXPECT_EQ(oOther.GetCalls(), 0);
-}
-
-TEST(DispatcherDelivery, CallsAProcessorOncePerListAndOnceIfRegisteredTwice)
-{
-    TestProcessor const oProcessor;
     OpenDispatcher oDispatcher;
-    Register(oDispatcher, oProcessor, g_iNumber);
-    Register(oDispatcher, oProcessor, g_iNumber);
-    Dispatch(oDispatcher);
-    EXPECT_EQ(oProcessor.GetCalls(), 1);
+    // The larger type first: the smaller one then lies inside a table that has no list for it.
+    Register(oDispatcher, oExact, g_iNumber);
+    Register(oDispatcher, oExact, g_iNumber);
+    Register(oDispatcher, oBase, Message::GetBaseType());
+    Register(oDispatcher, oOther, GetTypeOf(DebugMessage::GetStaticClassDesc()));
+    EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
+    EXPECT_EQ(sOrder, "exact base ");
+    EXPECT_EQ(oOther.GetCalls(), 0);
 
-    Register(oDispatcher, oProcessor, Message::GetBaseType());
+    Register(oDispatcher, oBase, g_iNumber);
+    EXPECT_EQ(oDispatcher.GetTypes(oBase), (std::vector{Message::GetBaseType(), g_iNumber}));
+    oDispatcher.Unregister(TestProcessor());
+    oDispatcher.Unregister(oBase, {0, 4000000000u});
+    oDispatcher.Unregister(oExact);
+    sOrder.clear();
     Dispatch(oDispatcher);
-    EXPECT_EQ(oProcessor.GetCalls(), 3);
-    EXPECT_EQ(oDispatcher.GetTypes(oProcessor), (std::vector{Message::GetBaseType(), g_iNumber}));
-
-    oDispatcher.Unregister(oProcessor, {g_iNumber});
-    EXPECT_EQ(oDispatcher.GetTypes(oProcessor), std::vector{Message::GetBaseType()});
-    oDispatcher.Unregister(oProcessor);
-    Dispatch(oDispatcher);
-    EXPECT_EQ(oProcessor.GetCalls(), 3);
+    EXPECT_EQ(sOrder, "base base ");
+    oDispatcher.Unregister(oBase, {g_iNumber});
+    EXPECT_EQ(oDispatcher.GetTypes(oBase), std::vector{Message::GetBaseType()});
 }
 
 TEST(DispatcherDelivery, StopsAfterTheDirectBaseOfADeepMessageAndSaysSo)
@@ -134,69 +125,39 @@ TEST(DispatcherDelivery, StopsAfterTheDirectBaseOfADeepMessageAndSaysSo)
 
 TEST(DispatcherRegistration, TakesTheTypesInFrontOfABadOne)
 {
-    unsigned int const aBad[] = {0, 4000000000u, Root::GetStaticClassDesc().GetClassId()};
-    for (unsigned int const iBad : aBad)
+    for (unsigned int const iBad : {0u, 4000000000u, Root::GetStaticClassDesc().GetClassId()})
     {
         TestProcessor const oProcessor;
         OpenDispatcher oDispatcher;
         Result const oResult = oDispatcher.Register(oProcessor, {g_iNumber, iBad, Message::GetBaseType()});
         EXPECT_EQ(oResult.GetErrorCode(), 2) << iBad;
         EXPECT_EQ(oResult.GetCategory(), Result::eCategoryFault) << iBad;
-        EXPECT_TRUE(oResult.GetText() == "Ungültige ClassId!") << iBad;
+        EXPECT_EQ(oResult.GetText(), "Ungültige ClassId!") << iBad;
         EXPECT_EQ(oDispatcher.GetTypes(oProcessor), std::vector{g_iNumber}) << iBad;
     }
 }
 
-TEST(DispatcherRegistration, MakesListsInAnyOrderOfTypes)
+TEST(DispatcherFailures, PutThrownResultsInFrontAndGoOnWithTheNextList)
 {
-    // The larger type first: the smaller one then lies inside a table that has no list for it.
-    TestProcessor const oProcessor;
-    MessageDispatcher oDispatcher;
-    Register(oDispatcher, oProcessor, g_iNumber);
-    Register(oDispatcher, oProcessor, Message::GetBaseType());
-    Dispatch(oDispatcher);
-    EXPECT_EQ(oProcessor.GetCalls(), 2);
-
-    oDispatcher.Unregister(TestProcessor());
-    oDispatcher.Unregister(oProcessor, {0, 4000000000u});
-    Dispatch(oDispatcher);
-    EXPECT_EQ(oProcessor.GetCalls(), 4);
-}
-
-TEST(DispatcherFailures, PutsThrownResultsInFrontAndGoesOnWithTheNextList)
-{
-    TestProcessor const oThrowing(
-        [](auto &, auto &) { throw Exception(Result(5, "exact", Result::eCategoryDefault)); });
-    TestProcessor const oThrowingBase(
-        [](auto &, auto &) { throw Exception(Result(6, "base", Result::eCategoryDefault)); });
+    auto const fThrow = [](int iCode)
+    { return [=](auto &, auto &) { throw Exception(Result(iCode, "x", Result::eCategoryDefault)); }; };
+    TestProcessor const oThrowingBase(fThrow(6));
     MessageDispatcher oDispatcher;
     ProcessorRow<3> oRow(oDispatcher);
-    Register(oDispatcher, oThrowing, g_iNumber);
+    oRow[1].SetWork(fThrow(5));
     Register(oDispatcher, oThrowingBase, Message::GetBaseType());
 
     Result const oResult = Dispatch(oDispatcher);
     EXPECT_EQ(oResult.GetErrorCode(), 6);
     ASSERT_EQ(oResult.GetHistorySize(), 1);
     EXPECT_EQ(oResult.GetHistory(0).GetErrorCode(), 5);
-    for (std::size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(oRow[i].GetCalls(), std::less<TestProcessor const *>()(&oRow[i], &oThrowing) ? 1 : 0) << i;
-}
+    EXPECT_EQ(oRow[0].GetCalls(), 1);
+    EXPECT_EQ(oRow[2].GetCalls(), 0) << "the rest of the list";
 
-TEST(DispatcherFailures, LeaveNoLockHeldWhateverIsThrown)
-{
-    TestProcessor const oThrowing([](auto &, auto &) { throw std::runtime_error("foreign"); });
-    MessageDispatcher oDispatcher;
-    Register(oDispatcher, oThrowing, g_iNumber);
+    // Another thread could not come past a lock that was left behind, whatever was thrown.
+    oRow[0].SetWork([](auto &, auto &) { throw std::runtime_error("foreign"); });
     EXPECT_THROW(Dispatch(oDispatcher), std::runtime_error);
-
-    // Another thread could not come past a lock that was left behind.
-    std::thread(
-        [&]
-        {
-            oDispatcher.Unregister(oThrowing);
-            EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
-        })
-        .join();
+    std::jthread([&] { oDispatcher.Unregister(oThrowingBase); });
 }
 
 TEST(DispatcherReentry, ServesWhatStandsBehindThePresentPlace)
@@ -205,8 +166,7 @@ TEST(DispatcherReentry, ServesWhatStandsBehindThePresentPlace)
     {
         char const * sName;
         std::function<void(MessageDispatcher &, ProcessorRow<4> &)> fChange;
-        std::vector<int>
-            vCalls; ///< of the four processors, all but the first of them registered at the start
+        std::vector<int> vCalls; ///< of the four processors, the first of which is not registered
     };
     // The change happens inside the call of processor 1.
     Row const aRows[] = {
@@ -240,7 +200,7 @@ TEST(DispatcherReentry, ServesWhatStandsBehindThePresentPlace)
 
 TEST(DispatcherReentry, DispatchesFromInsideADelivery)
 {
-    std::vector<int> vNumbers;
+    std::string sNumbers;
     TestProcessor oProcessor;
     MessageDispatcher oDispatcher;
     oProcessor.SetWork(
@@ -249,23 +209,28 @@ TEST(DispatcherReentry, DispatchesFromInsideADelivery)
             int const iNumber = static_cast<NumberMessage const &>(oMessage).iNumber;
             if (iNumber > 0)
                 Dispatch(oDispatcher, NumberMessage(iNumber - 1));
-            vNumbers.push_back(iNumber);
+            sNumbers += std::to_string(iNumber);
         });
     Register(oDispatcher, oProcessor, g_iNumber);
     Dispatch(oDispatcher, NumberMessage(3));
-    EXPECT_EQ(vNumbers, (std::vector{0, 1, 2, 3}));
+    EXPECT_EQ(sNumbers, "0123");
 }
 
-TEST(DispatcherEnd, TellsEachProcessorOncePerList)
+TEST(DispatcherEnd, TellsEachProcessorOncePerListWhenTheLastCopyGoes)
 {
     TestProcessor const oTwice;
     TestProcessor const oGone;
     {
         MessageDispatcher oDispatcher;
+        MessageDispatcher const oCopy(oDispatcher);
         Register(oDispatcher, oTwice, g_iNumber);
         Register(oDispatcher, oTwice, Message::GetBaseType());
         Register(oDispatcher, oGone, g_iNumber);
         oDispatcher.Unregister(oGone);
+        oDispatcher = MessageDispatcher();
+        EXPECT_EQ(oTwice.GetDestructions(), 0);
+        Dispatch(oCopy);
+        EXPECT_EQ(oTwice.GetCalls(), 2);
     }
     EXPECT_EQ(oTwice.GetDestructions(), 2);
     EXPECT_EQ(oGone.GetDestructions(), 0);
@@ -275,24 +240,12 @@ TEST(DispatcherConfig, IsTakenFromItsOwnClassAlone)
 {
     MessageDispatcher oDispatcher;
     EXPECT_TRUE(oDispatcher.SetConfig(MessageDispatcherConfig()).IsOk());
-
-    class OtherConfig : public MessageDispatcherClientConfig
-    {
-    protected:
-        void DoCopy(Root const &) override {}
-    };
-    EXPECT_THROW(static_cast<void>(oDispatcher.SetConfig(OtherConfig())), Exception);
+    EXPECT_THROW(static_cast<void>(oDispatcher.SetConfig(ClientConfig())), Exception);
     EXPECT_THROW(delete oDispatcher.GetCopy(), Exception);
 }
 
 namespace
 {
-
-class ClientConfig : public MessageDispatcherClientConfig
-{
-protected:
-    void DoCopy(Root const &) override {}
-};
 
 class Client : public MessageDispatcherClient
 {
@@ -326,7 +279,6 @@ TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
         Dispatch(oDispatcher);
         EXPECT_TRUE(oClient.Open().IsOk());
         Dispatch(oDispatcher);
-        EXPECT_EQ(oClient.iCalls, 1);
         oClient.Close();
         oClient.Close();
         Dispatch(oDispatcher);
@@ -334,11 +286,8 @@ TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
         EXPECT_TRUE(oClient.Open().IsOk());
     }
     EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
-}
 
-TEST(DispatcherClient, LeavesTheTypesOfAFailedOpenWithTheBus)
-{
-    OpenDispatcher oDispatcher;
+    // The types of a failed open stay with the bus.
     Client oClient(oDispatcher, {g_iNumber, 0});
     EXPECT_EQ(oClient.Open().GetErrorCode(), 2);
     oClient.Close();
@@ -354,7 +303,7 @@ TEST(DispatcherThreads, RegisterUnregisterAndDispatchAtOnce)
     Register(oDispatcher, oSteady, Message::GetBaseType());
 
     constexpr int iRounds = 500;
-    std::vector<std::thread> vThreads;
+    std::vector<std::jthread> vThreads;
     for (int iThread = 0; iThread < 4; ++iThread)
         vThreads.emplace_back(
             [&]
@@ -367,8 +316,7 @@ TEST(DispatcherThreads, RegisterUnregisterAndDispatchAtOnce)
                     oDispatcher.Unregister(oPassing);
                 }
             });
-    for (std::thread & oThread : vThreads)
-        oThread.join();
+    vThreads.clear();
     EXPECT_EQ(iCalls, 4 * iRounds);
 }
 
@@ -400,19 +348,4 @@ TEST(DispatcherThreads, ComeAndGoFromInsideADelivery)
         Dispatch(oDispatcher);
     oComing.join();
     EXPECT_EQ(oTurning.GetCalls(), iRounds);
-}
-
-TEST(DispatcherCopies, AreOneBus)
-{
-    TestProcessor const oProcessor;
-    {
-        MessageDispatcher oDispatcher;
-        MessageDispatcher const oCopy(oDispatcher);
-        Register(oDispatcher, oProcessor, g_iNumber);
-        oDispatcher = MessageDispatcher();
-        Dispatch(oCopy);
-        EXPECT_EQ(oProcessor.GetCalls(), 1);
-        EXPECT_EQ(oProcessor.GetDestructions(), 0);
-    }
-    EXPECT_EQ(oProcessor.GetDestructions(), 1);
 }

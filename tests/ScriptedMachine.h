@@ -1,10 +1,6 @@
 #pragma once
 
-#include <tessel/Exception.h>
-#include <tessel/TaskContext.h>
-#include <tessel/TaskFactory.h>
-#include <tessel/TaskProcessor.h>
-#include <tessel/TaskTransition.h>
+#include <tessel/Tessel.h>
 
 #include <functional>
 #include <map>
@@ -14,6 +10,9 @@
 
 namespace tsltest
 {
+
+constexpr int FIRST_MACHINE_ID = 10;
+constexpr int TOPMOST_ID = 20;
 
 /// What drives scripted machines: their tables, the answers of their tasks, and what was called.
 ///
@@ -70,21 +69,39 @@ inline std::string GetResultName(int iResult)
                                               : std::to_string(iResult);
 }
 
+/// The calls of a step, and its result or what was thrown.
+template<class Call>
+std::string TellStep(Script & oScript, Call const & fStep)
+{
+    oScript.sCalls.clear();
+    std::string sResult;
+    try
+    {
+        sResult = GetResultName(fStep());
+    }
+    catch (tsl::Exception const & oException)
+    {
+        // Of an assertion, the part between the last two double quotes.
+        std::string const sText = oException.GetText();
+        auto const iBegin = sText.find("Info: \"");
+        sResult = "! " + (iBegin == sText.npos ? sText : sText.substr(iBegin + 7, sText.size() - iBegin - 8));
+    }
+    catch (std::exception const & oException)
+    {
+        sResult = std::string("! ") + oException.what();
+    }
+    return oScript.sCalls + (oScript.sCalls.empty() ? "= " : " = ") + sResult;
+}
+
 template<class Base>
 class Scripted : public Base
 {
 public:
-    Scripted(int iId, tsl::TaskProcessor * pParent)
-        : Base("Task " + std::to_string(iId), pParent), m_iId(iId), m_bTopmost(!pParent)
+    Scripted(int iId, tsl::TaskProcessor * pParent) : Base("Task " + std::to_string(iId), pParent), m_iId(iId)
     {
-        if (!m_bTopmost)
-            Script::pCurrent->Note("+" + std::to_string(iId));
+        NoteLife("+");
     }
-    ~Scripted() override
-    {
-        if (!m_bTopmost)
-            Script::pCurrent->Note("-" + std::to_string(m_iId));
-    }
+    ~Scripted() override { NoteLife("-"); }
 
     int GetTaskID() const override { return m_iId; }
 
@@ -93,8 +110,13 @@ protected:
     void DoTaskExit() override { Script::pCurrent->Call('x', m_iId); }
 
 private:
+    void NoteLife(char const * sSign) const
+    {
+        if (m_iId != TOPMOST_ID)
+            Script::pCurrent->Note(sSign + std::to_string(m_iId));
+    }
+
     int m_iId;
-    bool m_bTopmost;
 };
 
 class ScriptedTask : public Scripted<tsl::Task>
@@ -129,9 +151,6 @@ protected:
     }
 };
 
-constexpr int FIRST_MACHINE_ID = 10;
-constexpr int TOPMOST_ID = 20;
-
 template<int iId>
 tsl::Task * CreateScripted(tsl::TaskProcessor * pParent)
 {
@@ -143,14 +162,10 @@ tsl::Task * CreateScripted(tsl::TaskProcessor * pParent)
         return new ScriptedMachine(iId, pParent);
 }
 
-template<int... vIds>
+template<int iFirst, int... vIds>
 void RegisterScripted(std::integer_sequence<int, vIds...>)
 {
-    (tsl::TaskFactory::Instance().Register(vIds, &CreateScripted<vIds>), ...);
-    (tsl::TaskFactory::Instance().Register(vIds + FIRST_MACHINE_ID, &CreateScripted<vIds + FIRST_MACHINE_ID>),
-        ...);
-    for (int const iId : {9, 15, 16, 17, 18})
-        tsl::TaskFactory::Instance().Unregister(iId);
+    (tsl::TaskFactory::Instance().Register(iFirst + vIds, &CreateScripted<iFirst + vIds>), ...);
 }
 
 /// A topmost machine that runs by a script, and its context.
@@ -160,18 +175,15 @@ public:
     explicit ScriptedRun(Script & oScript)
     {
         Script::pCurrent = &oScript;
-        RegisterScripted(std::make_integer_sequence<int, 9>());
+        RegisterScripted<0>(std::make_integer_sequence<int, 9>());
+        RegisterScripted<FIRST_MACHINE_ID>(std::make_integer_sequence<int, 5>());
         m_pMachine = new ScriptedMachine(TOPMOST_ID, nullptr);
         m_pContext = std::make_unique<tsl::TaskContext>(m_pMachine);
     }
 
-    /// One step: its calls, and its result or what was thrown.
     std::string Step()
     {
-        Script::pCurrent->sCalls.clear();
-        std::string const sResult = GetStepResult();
-        std::string const & sCalls = Script::pCurrent->sCalls;
-        return sCalls + (sCalls.empty() ? "= " : " = ") + sResult;
+        return TellStep(*Script::pCurrent, [this] { return m_pMachine->Process(*m_pContext); });
     }
 
     /// The calls of the machine's end.
@@ -183,27 +195,6 @@ public:
     }
 
 private:
-    std::string GetStepResult()
-    {
-        try
-        {
-            return GetResultName(m_pMachine->Process(*m_pContext));
-        }
-        catch (tsl::Exception const & oException)
-        {
-            // Of an assertion, the part between the last two double quotes.
-            std::string const sText = oException.GetText();
-            auto const iBegin = sText.find("Info: \"");
-            return "! "
-                   + (iBegin == std::string::npos ? sText
-                                                  : sText.substr(iBegin + 7, sText.size() - iBegin - 8));
-        }
-        catch (std::exception const & oException)
-        {
-            return std::string("! ") + oException.what();
-        }
-    }
-
     tsl::TaskProcessor * m_pMachine = nullptr;
     std::unique_ptr<tsl::TaskContext> m_pContext;
 };

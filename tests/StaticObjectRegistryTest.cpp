@@ -1,17 +1,11 @@
 #include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <tessel/Root.h>
-#include <tessel/SingletonTemplate.h>
-#include <tessel/StaticObjectRegistry.h>
-
 #include <iostream>
 #include <sstream>
 
-using tsl::ClassDescription;
-using tsl::StaticObjectPtr;
-using tsl::StaticObjectRegistry;
-using tsltest::Asserts;
+using namespace tsl;
+using namespace tsltest;
 
 namespace tsltest
 {
@@ -33,7 +27,7 @@ struct Mortal
 };
 
 /// The one object of its class.
-class Monarch : public tsl::Singleton<Monarch>
+class Monarch : public Singleton<Monarch>
 {
 public:
     static Monarch * MakeNothing() { return nullptr; }
@@ -51,27 +45,23 @@ public:
 namespace
 {
 
-using tsltest::Monarch;
-using tsltest::Mortal;
-
 TEST(StaticObjects, AreRegisteredOnceAndNeverNull)
 {
-    auto * const pObject = tsl::RegisterStaticObject(new Mortal<1>);
+    auto * const pObject = RegisterStaticObject(new Mortal<1>);
     std::string const sInfo =
         "StaticObjectRegistry::RegisterStaticObject : Objekt bereits registriert! Obj: ";
-    EXPECT_TRUE(
-        Asserts("false", sInfo + "class tsltest::Mortal<1>", [&] { tsl::RegisterStaticObject(pObject); }));
+    EXPECT_TRUE(Asserts("false", sInfo + "class tsltest::Mortal<1>", [&] { RegisterStaticObject(pObject); }));
     EXPECT_TRUE(Asserts("false", sInfo + "unsigned int",
-        [&] { tsl::RegisterStaticObject(reinterpret_cast<unsigned int *>(pObject)); }));
-    auto * const pClass = const_cast<ClassDescription *>(&tsl::Root::GetStaticClassDesc());
+        [&] { RegisterStaticObject(reinterpret_cast<unsigned int *>(pObject)); }));
+    auto * const pClass = const_cast<ClassDescription *>(&Root::GetStaticClassDesc());
     EXPECT_TRUE(Asserts("false", sInfo + "class tsl::ClassDescription, description of class tsl::Root",
-        [&] { tsl::RegisterStaticObject(pClass); }));
+        [&] { RegisterStaticObject(pClass); }));
 
     Mortal<1> * const pNull = nullptr;
+    EXPECT_TRUE(
+        Asserts("pObj", "RegisterStaticObject : Pointer ist NULL!", [&] { RegisterStaticObject(pNull); }));
     EXPECT_TRUE(Asserts(
-        "pObj", "RegisterStaticObject : Pointer ist NULL!", [&] { tsl::RegisterStaticObject(pNull); }));
-    EXPECT_TRUE(Asserts(
-        "pObj", "RegisterSingletonObject : Pointer ist NULL!", [&] { tsl::RegisterSingletonObject(pNull); }));
+        "pObj", "RegisterSingletonObject : Pointer ist NULL!", [&] { RegisterSingletonObject(pNull); }));
     EXPECT_TRUE(Asserts("pObj", "StaticObjectPtr::StaticObjectPtr : Pointer ist NULL!",
         [&] { static_cast<void>(StaticObjectPtr<Mortal<1>>(pNull)); }));
 }
@@ -79,24 +69,24 @@ TEST(StaticObjects, AreRegisteredOnceAndNeverNull)
 TEST(SingletonObjects, AreReplacedByTheNextEntryWhenTheirTypeIsKnown)
 {
     // Descriptions are not told apart, so the first one of all counts as the match.
-    static_cast<void>(tsl::Root::GetStaticClassDesc());
+    static_cast<void>(Root::GetStaticClassDesc());
     auto * const pClass = new ClassDescription("class Unwanted", 0, "f", true, nullptr, nullptr);
     unsigned int const iClassId = pClass->GetClassId();
-    tsl::RegisterStaticObject(new Mortal<7>);
-    tsl::RegisterSingletonObject(pClass);
-    EXPECT_EQ(tsl::ClassRepository::Instance().GetClassDescription(iClassId), nullptr);
+    RegisterStaticObject(new Mortal<7>);
+    RegisterSingletonObject(pClass);
+    EXPECT_EQ(ClassRepository::Instance().GetClassDescription(iClassId), nullptr);
 
     int iDeaths = 0;
     auto * const pFirst = new Mortal<2>(&iDeaths);
-    EXPECT_EQ(tsl::RegisterSingletonObject(pFirst), pFirst);
-    auto * const pNext = tsl::RegisterStaticObject(new Mortal<3>);
-    EXPECT_EQ(static_cast<void *>(tsl::RegisterSingletonObject(new Mortal<2>(&iDeaths))), pNext);
+    EXPECT_EQ(RegisterSingletonObject(pFirst), pFirst);
+    auto * const pNext = RegisterStaticObject(new Mortal<3>);
+    EXPECT_EQ(static_cast<void *>(RegisterSingletonObject(new Mortal<2>(&iDeaths))), pNext);
     EXPECT_EQ(iDeaths, 1);
 
-    EXPECT_EQ(tsl::RegisterSingletonObject(new Mortal<4>)->m_pDeaths, nullptr);
+    EXPECT_EQ(RegisterSingletonObject(new Mortal<4>)->m_pDeaths, nullptr);
     EXPECT_TRUE(
         Asserts("pNext", "StaticObjectRegistry::RegisterSingletonObject : Kein weiteres Objekt registriert!",
-            [&] { tsl::RegisterSingletonObject(new Mortal<4>(&iDeaths)); }));
+            [&] { RegisterSingletonObject(new Mortal<4>(&iDeaths)); }));
     EXPECT_EQ(iDeaths, 2);
 }
 
@@ -116,9 +106,9 @@ TEST(SingletonObjects, AreMadeOnce)
 
 TEST(StaticObjects, AreListedInTheOrderOfTheirRegistration)
 {
-    static_cast<void>(tsl::Root::GetStaticClassDesc());
-    tsl::RegisterStaticObject(new Mortal<5>);
-    tsl::RegisterStaticObject(new Mortal<6>);
+    static_cast<void>(Root::GetStaticClassDesc());
+    RegisterStaticObject(new Mortal<5>);
+    RegisterStaticObject(new Mortal<6>);
 
     std::ostringstream oOutput;
     std::streambuf * const pFormer = std::cout.rdbuf(oOutput.rdbuf());
@@ -130,21 +120,14 @@ TEST(StaticObjects, AreListedInTheOrderOfTheirRegistration)
     EXPECT_TRUE(sList.ends_with("\nObject = class tsltest::Mortal<5>\nObject = class tsltest::Mortal<6>\n"
                                 "StaticObjectRegistry::Dump End\n"))
         << sList;
-    std::size_t const iCounter = sList.find("\nObject = class tsl::ClassRepository\nObject = unsigned int\n");
-    std::size_t const iRoot =
-        sList.find("\nObject = class tsl::ClassDescription, description of class tsl::Root\n");
-    EXPECT_NE(iCounter, std::string::npos) << sList;
-    EXPECT_NE(iRoot, std::string::npos) << sList;
-    EXPECT_LT(iCounter, iRoot);
+    EXPECT_LT(sList.find("\nObject = class tsl::ClassRepository\nObject = unsigned int\n"),
+        sList.find("\nObject = class tsl::ClassDescription, description of class tsl::Root\n"));
 }
 
 TEST(StaticObjects, GoInTheReverseOrderOfTheirRegistration)
 {
-    tsltest::ProgramOutcome const oOutcome = tsltest::TestProgram("StaticObjects").Run();
-    EXPECT_EQ(
-        oOutcome.sOutput, "main ends\nlast goes\n100 followers went, late class\nsecond goes\nfirst goes\n")
-        << oOutcome.sErrors;
-    EXPECT_EQ(oOutcome.iExitCode, 0);
+    EXPECT_EQ(TestProgram("StaticObjects").Run().sOutput,
+        "main ends\nlast goes\n100 followers went, late class\nsecond goes\nfirst goes\n");
 }
 
 } // namespace

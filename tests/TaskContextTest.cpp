@@ -3,22 +3,13 @@
 #include "TestMachine.h"
 #include "TestMessages.h"
 
-#include <tessel/TaskContextMessage.h>
-
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 
+using namespace tsl;
 using namespace tsltest;
-using tsl::Message;
-using tsl::String;
-using tsl::Task;
-using tsl::TaskContext;
-using tsl::TaskContextMessage;
-using tsl::TaskStack;
-using tsl::ValueString;
 
 namespace
 {
@@ -30,7 +21,7 @@ struct IdleContext : OpenContext
 };
 
 /// Takes even numbers.
-class EvenFilter : public tsl::MessageFilter
+class EvenFilter : public MessageFilter
 {
 public:
     bool Match(Message const & oMessage) const override
@@ -84,40 +75,29 @@ TEST(TaskContextReceive, WaitsInSlicesUntilAMessageComes)
         std::string sWaits;
         int iLeft; ///< of the time-out
     };
-    Row const vRows[] = {
-        {250, iNever, "100 100 50 ", 0},
-        {200, iNever, "100 100 ", 0},
-        {100, iNever, "100 ", 0},
-        {101, iNever, "100 1 ", 0},
-        {40, iNever, "40 ", 0},
-        {0, iNever, "", 0},
-        {250, 1, "100 100 ", 50},
-        {40, 0, "40 ", 0},
-        {iMax, 0, "100 ", iMax - 100},
-        {-1, 2, "100 100 100 ", -1},
-        {iMin, 0, "100 ", iMin},
-    };
-    for (Row const & oRow : vRows)
+    Row const vRows[] = {{250, iNever, "100 100 50 ", 0}, {200, iNever, "100 100 ", 0},
+        {101, iNever, "100 1 ", 0}, {40, iNever, "40 ", 0}, {0, iNever, "", 0}, {250, 1, "100 100 ", 50},
+        {40, 0, "40 ", 0}, {iMax, 0, "100 ", iMax - 100}, {-1, 2, "100 100 100 ", -1},
+        {iMin, 0, "100 ", iMin}};
+    for (auto const & [iGiven, iArrival, sWaits, iLeft] : vRows)
     {
-        SCOPED_TRACE(testing::Message() << oRow.iTimeout << ", arrival " << oRow.iArrival);
+        SCOPED_TRACE(testing::Message() << iGiven << ", arrival " << iArrival);
         IdleContext oContext;
-        oContext.fOnWait = [&](int iWait)
+        oContext.fOnWait = [&, iAwaited = iArrival](int iWait)
         {
-            if (iWait == oRow.iArrival)
+            if (iWait == iAwaited)
                 oContext.WriteMessage(NumberMessage(5));
         };
-        int iTimeout = oRow.iTimeout;
-        EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), oRow.iArrival == iNever ? 0 : 5);
-        EXPECT_EQ(oContext.sWaits, oRow.sWaits);
-        EXPECT_EQ(iTimeout, oRow.iLeft);
+        int iTimeout = iGiven;
+        EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), iArrival == iNever ? 0 : 5);
+        EXPECT_EQ(oContext.sWaits, sWaits);
+        EXPECT_EQ(iTimeout, iLeft);
 
         // What is there already comes without a wait.
         oContext.WriteMessage(NumberMessage(6));
-        oContext.sWaits.clear();
-        iTimeout = oRow.iTimeout;
         EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), 6);
-        EXPECT_EQ(oContext.sWaits, "");
-        EXPECT_EQ(iTimeout, oRow.iTimeout);
+        EXPECT_EQ(oContext.sWaits, sWaits);
+        EXPECT_EQ(iTimeout, iLeft);
     }
 }
 
@@ -126,23 +106,15 @@ TEST(TaskContextReceive, DiscardsWhatTheFilterDoesNotTake)
     struct Row
     {
         int iTimeout;
-        std::vector<int> vQueued;
-        std::vector<int> vArriving; ///< one with each wait, 0 for none
-        int iReceived;              ///< 0 for none
+        std::vector<int> vQueued, vArriving; ///< one arrives with each wait, 0 for none
+        int iReceived;                       ///< 0 for none
         std::string sWaits;
         int iNext; ///< what stays in the queue
     };
-    Row const vRows[] = {
-        {0, {}, {}, 0, "", 0},
-        {0, {2, 4}, {}, 2, "", 4},
-        {0, {1, 2}, {}, 0, "", 2},
-        {150, {1, 3, 4, 6}, {}, 4, "", 6},
-        {150, {1}, {3, 2}, 2, "100 50 ", 0},
-        {150, {1}, {3, 0}, 0, "100 50 ", 0},
-        {100, {}, {3, 2}, 0, "100 ", 0},
-        {-1, {1}, {0, 3, 0, 2}, 2, "100 100 100 100 ", 0},
-        {-5, {}, {0, 3, 2}, 2, "100 100 100 ", 0},
-    };
+    Row const vRows[] = {{0, {}, {}, 0, "", 0}, {0, {2, 4}, {}, 2, "", 4}, {0, {1, 2}, {}, 0, "", 2},
+        {150, {1, 3, 4, 6}, {}, 4, "", 6}, {150, {1}, {3, 2}, 2, "100 50 ", 0},
+        {150, {1}, {3, 0}, 0, "100 50 ", 0}, {100, {}, {3, 2}, 0, "100 ", 0},
+        {-1, {1}, {0, 3, 0, 2}, 2, "100 100 100 100 ", 0}, {-5, {}, {0, 3, 2}, 2, "100 100 100 ", 0}};
     for (Row const & oRow : vRows)
     {
         SCOPED_TRACE(testing::Message() << oRow.iTimeout << ", waits " << oRow.sWaits);
@@ -190,8 +162,8 @@ TEST(TaskContextQueues, AreMadeByTheContextAlone)
 {
     struct OwnQueues : IdleContext
     {
-        tsl::Pipe<Message> * CreateInputQueue() const override { throw std::logic_error("called"); }
-        tsl::Pipe<Message> * CreateOutputQueue() const override { throw std::logic_error("called"); }
+        Pipe<Message> * CreateInputQueue() const override { throw std::logic_error("called"); }
+        Pipe<Message> * CreateOutputQueue() const override { throw std::logic_error("called"); }
     };
     EXPECT_NO_THROW(OwnQueues());
 }
@@ -211,25 +183,15 @@ TEST(TaskVariables, AreKeptByNameAndKind)
     EXPECT_EQ(oContext.GetVar("", 0), 3);
     oContext.SetVar("x", ValueString::Null());
     EXPECT_TRUE(oContext.GetVar("x", "none").IsNull());
-}
 
-TEST(TaskVariables, RefuseANullName)
-{
     ValueString const & sNull = ValueString::Null();
-    std::string const sInfo = "Invalid operation. ValueString is NULL";
-    IdleContext oContext;
-    for (int i = 0; i < 2; ++i)
-    {
-        SCOPED_TRACE(i);
-        std::string const sExpression = "!m_bNull && !Source.m_bNull";
-        EXPECT_TRUE(Asserts(sExpression, sInfo, [&] { oContext.SetVar(sNull, 1); }));
-        EXPECT_TRUE(Asserts(sExpression, sInfo, [&] { oContext.SetVar(sNull, "t"); }));
-        EXPECT_TRUE(Asserts(sExpression, sInfo, [&] { oContext.GetVar(sNull, 1); }));
-        EXPECT_TRUE(Asserts(sExpression, sInfo, [&] { oContext.GetVar(sNull, "t"); }));
-        EXPECT_TRUE(Asserts("!s.IsNull()", sInfo, [&] { oContext.SetLocalVar(TaskStack(), sNull, 1); }));
-        oContext.SetVar("x", 1);
-    }
-    EXPECT_EQ(oContext.GetVar("x", 0), 1);
+    std::function<void()> const vCalls[] = {[&] { oContext.SetVar(sNull, 1); },
+        [&] { oContext.SetVar(sNull, "t"); }, [&] { oContext.GetVar(sNull, 1); },
+        [&] { oContext.GetVar(sNull, "t"); }, [&] { oContext.SetLocalVar(TaskStack(), sNull, 1); }};
+    for (auto const & fCall : vCalls)
+        EXPECT_TRUE(Asserts(&fCall == std::end(vCalls) - 1 ? "!s.IsNull()" : "!m_bNull && !Source.m_bNull",
+            "Invalid operation. ValueString is NULL", fCall))
+            << &fCall - vCalls;
 }
 
 TEST(TaskVariables, OfAPlaceAreFoundThereAlone)
@@ -248,43 +210,34 @@ TEST(TaskVariables, OfAPlaceAreFoundThereAlone)
     oOther[0] = 8;
     oContext.SetLocalVar(oStack, "x", 1);
     oContext.SetLocalVar(oStack, "x", "text");
-    EXPECT_EQ(oContext.GetLocalVar(oStack, "x", 0), 1);
-    EXPECT_EQ(oContext.GetLocalVar(oStack, "x", "none"), "text");
-    EXPECT_EQ(oContext.GetLocalVar(oOther, "x", 0), 0);
-    EXPECT_EQ(oContext.GetLocalVar(oOther, "x", "none"), "none");
+    EXPECT_TRUE(oContext.GetLocalVar(oStack, "x", 0) == 1 && oContext.GetLocalVar(oStack, "x", "") == "text");
+    EXPECT_TRUE(oContext.GetLocalVar(oOther, "x", 0) == 0 && oContext.GetLocalVar(oOther, "x", "") == "");
     EXPECT_EQ(oContext.GetVar("12.3.7.x", 0), 0) << "global ones are others";
 }
 
 TEST(TaskVariables, AskForNoMemoryOnceTheyAreThere)
 {
-    ProgramOutcome const oOutcome = TestProgram("VariableAllocations").Run();
-    EXPECT_EQ(oOutcome.sOutput, "0\n");
-    EXPECT_EQ(oOutcome.iExitCode, 0);
+    EXPECT_EQ(TestProgram("Allocations").Run({"variables"}).sOutput, "0\n");
 }
 
 TEST(TaskVariables, OutliveTheTask)
 {
     // In one step from the first task to the second one and back to a new object of the first one.
+    std::string sLocal;
     OpenContext oContext(new OneTaskMachine(
-        [](OpenTask & oTask)
+        [&](OpenTask & oTask)
         {
             oTask.SetVar("count", oTask.GetVar("count", 0) + 1);
             oTask.SetVar("text", oTask.GetVar("text", "") + "g");
             oTask.SetLocalVar("count", oTask.GetLocalVar("count", 10) + 1);
             oTask.SetLocalVar("text", oTask.GetLocalVar("text", "") + "l");
+            sLocal += std::to_string(oTask.GetLocalVar("count", 0)) + oTask.GetLocalVar("text", "").s_str();
             return oTask.GetVar("count", 0) == 3 ? +Task::TR_REMAIN : 0;
         }));
     oContext.Process();
     EXPECT_EQ(oContext.GetVar("count", 0), 3);
     EXPECT_EQ(oContext.GetVar("text", ""), "ggg");
-    TaskStack oStack;
-    oStack.Push(OneTaskMachine::TASK_ID);
-    oStack.Push(100);
-    EXPECT_EQ(oContext.GetLocalVar(oStack, "count", 0), 12);
-    EXPECT_EQ(oContext.GetLocalVar(oStack, "text", ""), "ll");
-    oStack[0] = OneTaskMachine::OTHER_TASK_ID;
-    EXPECT_EQ(oContext.GetLocalVar(oStack, "count", 0), 11);
-    EXPECT_EQ(oContext.GetLocalVar(oStack, "text", ""), "l");
+    EXPECT_EQ(sLocal, "11l11l12ll");
 }
 
 TEST(TaskContextCopies, ShareTheMachineAndAllElse)
@@ -374,76 +327,63 @@ TEST(Simulation, GoesByThePresentName)
 
 TEST(ContextMessage, IsCopiedAndWalkedWhole)
 {
-    TaskContextMessage const oMessage = MakeContextMessage(4, "name", true, 5);
-    std::unique_ptr<TaskContextMessage> const pClone(oMessage.GetClone());
+    std::unique_ptr<TaskContextMessage> const pClone(MakeContextMessage(4, "name", true, 5).GetClone());
     String sText;
     EXPECT_EQ(pClone->AddAsString(sText), "ActionId='4'; TaskName='name'; Mode='5'; Enabled='1'");
-    TaskContextMessage const oEmpty;
-    sText.Clear();
-    EXPECT_EQ(oEmpty.AddAsString(sText), "ActionId='0'; TaskName=''; Mode='0'; Enabled='0'");
-
-    tsl::TaskContextMessageConstIterator const oEnd(oMessage);
+    TaskContextMessageConstIterator const oEnd(*pClone);
+    std::string const sInfo = "(): Zugriff auf ungültiges Element.";
     EXPECT_TRUE(
-        Asserts("false", "TaskContextMessageConstIterator::GetValue(): Zugriff auf ungültiges Element.",
-            [&] { oEnd.GetValue(); }));
+        Asserts("false", "TaskContextMessageConstIterator::GetValue" + sInfo, [&] { oEnd.GetValue(); }));
     EXPECT_TRUE(
-        Asserts("false", "TaskContextMessageConstIterator::GetName(): Zugriff auf ungültiges Element.",
-            [&] { oEnd.GetName(); }));
+        Asserts("false", "TaskContextMessageConstIterator::GetName" + sInfo, [&] { oEnd.GetName(); }));
 }
 
 TEST(TaskTrace, TellsEveryStepAndMessageIfItIsSwitchedOn)
 {
     struct Row
     {
-        std::string sIni;
-        std::string sOutput;
+        std::string sSwitch, sOutput; ///< each line without its identifier
     };
-    Row const vRows[] = {
-        {"", ""},
-        {"[Debug]\nEnable=1\n[Debug/Switch]\nTask=1\n", "Task: Task 'Machine' starts DoProcess \n"
-                                                        "Task: Task 'Talker' starts DoTaskEntry \n"
-                                                        "Task: Task 'Talker' starts DoProcess \n"
-                                                        "Task: Task 'Talker' received message note 1\n"
-                                                        "Task: Task 'Talker' sends message note 9\n"
-                                                        "Task: Task 'Talker' ClearSendBuffer\n"
-                                                        "Task: Task 'Talker' ClearReveiveBuffer\n"
-                                                        "Task: Task 'Talker' starts DoTaskExit \n"},
-        {"[Debug]\nEnable=1\n[Debug/Switch]\nTaskContext=1\n",
-            "TaskContext: Receive\n"
-            "TaskContext: ReceiveFilter. Wait 0 ms for specified message.\n"
-            "TaskContext: Receive\n"
-            "TaskContext: ReceiveFilter. Discard message note 2\n"
-            "TaskContext: ReceiveFilter. Timeout.\n"
-            "TaskContext: ReceiveFilter. Wait -1(INFINITE) for specified message.\n"
-            "TaskContext: Receive\n"
-            "TaskContext: ReceiveFilter. Received message note 3\n"
-            "TaskContext: Receive\n"
-            "TaskContext: ReceiveFilter. Wait 0 ms for specified message.\n"
-            "TaskContext: Receive\n"
-            "TaskContext: ReceiveFilter. Timeout.\n"
-            "TaskContext: Simulation enabled for task Talker to mode 3\n"
-            "TaskContext: Simulation disabled for task Talker\n"},
-        {"[Debug]\nEnable=1\n[Debug/Switch]\nPipe=1\n", "Pipe: GUI->TASK Send note 1; New size=1\n"
-                                                        "Pipe: GUI->TASK Send note 2; New size=2\n"
-                                                        "Pipe: GUI->TASK Send note 3; New size=3\n"
-                                                        "Pipe: GUI->TASK Received note 1; New size=2\n"
-                                                        "Pipe: GUI->TASK Received note 2; New size=1\n"
-                                                        "Pipe: GUI->TASK Received note 3; New size=0\n"
-                                                        "Pipe: GUI->TASK Received nothing.\n"
-                                                        "Pipe: GUI->TASK Received nothing.\n"
-                                                        "Pipe: TASK->GUI Send note 9; New size=1\n"
-                                                        "Pipe: TASK->GUI Clear\n"
-                                                        "Pipe: GUI->TASK Clear\n"
-                                                        "Pipe: TASK->GUI Received nothing.\n"
-                                                        "Pipe: GUI->TASK Clear\n"
-                                                        "Pipe: TASK->GUI Clear\n"},
-    };
-    for (Row const & oRow : vRows)
+    Row const vRows[] = {{"Off", ""},
+        {"Task", "Task 'machine' starts DoProcess \n"
+                 "Task 'task' starts DoTaskEntry \n"
+                 "Task 'task' starts DoProcess \n"
+                 "Task 'task' received message note 1\n"
+                 "Task 'task' sends message note 9\n"
+                 "Task 'task' ClearSendBuffer\n"
+                 "Task 'task' ClearReveiveBuffer\n"
+                 "Task 'task' starts DoTaskExit \n"},
+        {"TaskContext", "Receive\n"
+                        "ReceiveFilter. Wait 0 ms for specified message.\nReceive\n"
+                        "ReceiveFilter. Discard message note 2\n"
+                        "ReceiveFilter. Timeout.\n"
+                        "ReceiveFilter. Wait -1(INFINITE) for specified message.\nReceive\n"
+                        "ReceiveFilter. Received message note 3\n"
+                        "ReceiveFilter. Wait 0 ms for specified message.\nReceive\n"
+                        "ReceiveFilter. Timeout.\n"
+                        "Simulation enabled for task task to mode 3\n"
+                        "Simulation disabled for task task\n"},
+        {"Pipe", "GUI->TASK Send note 1; New size=1\n"
+                 "GUI->TASK Send note 2; New size=2\n"
+                 "GUI->TASK Send note 3; New size=3\n"
+                 "GUI->TASK Received note 1; New size=2\n"
+                 "GUI->TASK Received note 2; New size=1\n"
+                 "GUI->TASK Received note 3; New size=0\n"
+                 "GUI->TASK Received nothing.\n"
+                 "TASK->GUI Send note 9; New size=1\n"
+                 "TASK->GUI Clear\n"
+                 "GUI->TASK Clear\n"
+                 "TASK->GUI Received nothing.\n"
+                 "GUI->TASK Clear\n"
+                 "TASK->GUI Clear\n"}};
+    for (auto const & [sSwitch, sOutput] : vRows)
     {
         TestProgram const oProgram("TaskTrace");
-        oProgram.WriteFile("TaskTrace.ini", oRow.sIni);
-        ProgramOutcome const oOutcome = oProgram.Run();
-        EXPECT_EQ(oOutcome.iExitCode, 0);
-        EXPECT_EQ(oOutcome.sOutput, oRow.sOutput) << oRow.sIni;
+        oProgram.WriteFile("TaskTrace.ini", "[Debug]\nEnable=1\n[Debug/Switch]\n" + sSwitch + "=1\n");
+        std::string sExpected;
+        std::istringstream oLines(sOutput);
+        for (std::string sLine; std::getline(oLines, sLine);)
+            sExpected += sSwitch + ": " + sLine + "\n";
+        EXPECT_EQ(oProgram.Run().sOutput, sExpected);
     }
 }

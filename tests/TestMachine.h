@@ -1,9 +1,6 @@
 #pragma once
 
-#include <tessel/TaskContext.h>
-#include <tessel/TaskFactory.h>
-#include <tessel/TaskProcessor.h>
-#include <tessel/TaskTransition.h>
+#include <tessel/Tessel.h>
 
 #include <functional>
 #include <string>
@@ -60,8 +57,8 @@ public:
     static constexpr int TASK_ID = 101;
     static constexpr int OTHER_TASK_ID = 102;
 
-    explicit OneTaskMachine(OpenTask::Work fWork, int iId = 100)
-        : TaskProcessor("machine", nullptr), m_iId(iId), m_fWork(std::move(fWork))
+    explicit OneTaskMachine(OpenTask::Work fWork, int iId = 100, tsl::TaskProcessor * pParent = nullptr)
+        : TaskProcessor("machine", pParent), m_iId(iId), m_fWork(std::move(fWork))
     {
         tsl::TaskFactory::Instance().Register(TASK_ID, &Create<TASK_ID>);
         tsl::TaskFactory::Instance().Register(OTHER_TASK_ID, &Create<OTHER_TASK_ID>);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <tessel/Message.h>
-#include <tessel/MessageDispatcher.h>
+#include <tessel/Tessel.h>
 
 #include <atomic>
 #include <functional>
@@ -30,6 +29,8 @@ public:
     {
         return tsl::Message::GetConstIterator();
     }
+
+    tsl::String & AddAsString(tsl::String & s) const override { return s << "note " << iNumber; }
 
     int iNumber;
 

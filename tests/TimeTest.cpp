@@ -1,10 +1,4 @@
-#include <tessel/DateTime.h>
-#include <tessel/Duration.h>
-#include <tessel/Exception.h>
-#include <tessel/OS.h>
-#include <tessel/String.h>
-
-#include <gtest/gtest.h>
+#include "AssertionTest.h"
 
 #include <cerrno>
 #include <chrono>
@@ -12,15 +6,11 @@
 #include <cstdlib>
 #include <ctime>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 
-using tsl::DateTime;
-using tsl::DateTimeElements;
-using tsl::Time;
-using tsl::TimeSpan;
-using tsl::TimeZone;
+using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
@@ -55,108 +45,83 @@ private:
     std::optional<std::string> m_sFormer;
 };
 
-/// What a call throws; one with a success if it throws nothing.
-template<class Call>
-tsl::Exception Catch(Call const & fCall)
+std::string Join(std::initializer_list<int> vNumbers)
 {
-    try
-    {
-        fCall();
-    }
-    catch (tsl::Exception const & oException)
-    {
-        return oException;
-    }
-    return tsl::Exception(tsl::Result());
+    std::string sText;
+    for (int const iNumber : vNumbers)
+        sText += (sText.empty() ? "" : " ") + std::to_string(iNumber);
+    return sText;
 }
 
-std::string MakeAssertion(std::string const & sExpression, std::string const & sInfo)
+/// Days, hours, minutes, seconds and the whole in seconds.
+std::string Print(TimeSpan const & o)
 {
-    return "XAssertion. Expression \"" + sExpression + "\" failed. \nInfo: \"" + sInfo + '"';
+    return Join({o.GetDays(), o.GetHours(), o.GetMinutes(), o.GetSeconds(), o.GetAsSeconds()});
 }
 
-std::string Print(TimeSpan const & oSpan)
+/// Year to second, daylight saving, zone and precision.
+std::string Print(DateTimeElements const & o)
 {
-    std::ostringstream oText;
-    oText << oSpan.GetDays() << ' ' << oSpan.GetHours() << ' ' << oSpan.GetMinutes() << ' '
-          << oSpan.GetSeconds() << " = " << oSpan.GetAsSeconds();
-    return oText.str();
-}
-
-std::string Print(DateTimeElements const & oElements)
-{
-    std::ostringstream oText;
-    oText << oElements.m_iYear << '-' << oElements.m_iMonth << '-' << oElements.m_iDay << ' '
-          << oElements.m_iHour << ':' << oElements.m_iMinute << ':' << oElements.m_iSecond << " dls "
-          << oElements.m_iDLS << " zone " << oElements.m_eZone << " precision " << oElements.m_ePrecision;
-    return oText.str();
+    return Join({o.m_iYear, o.m_iMonth, o.m_iDay, o.m_iHour, o.m_iMinute, o.m_iSecond, o.m_iDLS, o.m_eZone,
+        o.m_ePrecision});
 }
 
 /// -1, 0 or 1 as the six operators have it; 9 if they do not agree.
 template<class T>
 int GetOrder(T const & oLeft, T const & oRight)
 {
-    bool const bLess = oLeft < oRight;
-    bool const bGreater = oLeft > oRight;
-    bool const bEqual = !bLess && !bGreater;
-    bool const bAgree = (oLeft == oRight) == bEqual && (oLeft != oRight) != bEqual
-                        && (oLeft <= oRight) != bGreater && (oLeft >= oRight) != bLess;
-    return bAgree ? bGreater - bLess : 9;
+    int const iOrder = (oLeft > oRight) - (oLeft < oRight);
+    bool const bAgree = (oLeft == oRight) == (iOrder == 0) && (oLeft != oRight) == (iOrder != 0)
+                        && (oLeft <= oRight) == (iOrder <= 0) && (oLeft >= oRight) == (iOrder >= 0);
+    return bAgree ? iOrder : 9;
 }
 
 std::string Format(DateTime const & oMoment, char const * sFormat, TimeZone::EZone eZone = GREENWICH)
 {
-    tsl::String sText("former");
+    String sText("former");
     oMoment.Format(sFormat, sText, eZone);
     return sText.s_str();
 }
 
 } // namespace
 
-TEST(TimeSpanParts, AreSpreadOverTheirRanges)
+TEST(TimeSpanParts, AreSpreadOverTheirRangesAndCountedToThePrecision)
 {
-    EXPECT_EQ(Print(TimeSpan()), "0 0 0 0 = 0");
-    EXPECT_EQ(Print(90061), "1 1 1 1 = 90061");
-    EXPECT_EQ(Print({1, 25, 0, 60}), "2 1 1 0 = 176460");
-    EXPECT_EQ(Print({-1, 0, 0, -90}), "-1 0 -1 -30 = -86490");
-    // Seconds of another sign than the rest keep to themselves.
-    EXPECT_EQ(Print({0, 0, 1, -1}), "0 0 0 -1 = -1");
-    // -2^31 times the odd number 90061 ends where it began.
-    EXPECT_EQ(Print(INT_MAX), "24855 3 14 7 = 2147483647");
-    EXPECT_EQ(Print({INT_MIN, INT_MIN, INT_MIN, INT_MIN}), "-24855 -3 -14 -8 = -2147483648");
-}
+    std::pair<TimeSpan, char const *> const aRows[] = {{{}, "0 0 0 0 0"}, {90061, "1 1 1 1 90061"},
+        {{1, 25, 0, 60}, "2 1 1 0 176460"}, {{-1, 0, 0, -90}, "-1 0 -1 -30 -86490"},
+        // Seconds of another sign than the rest keep to themselves.
+        {{0, 0, 1, -1}, "0 0 0 -1 -1"},
+        // -2^31 times the odd number 90061 ends where it began.
+        {INT_MAX, "24855 3 14 7 2147483647"},
+        {{INT_MIN, INT_MIN, INT_MIN, INT_MIN}, "-24855 -3 -14 -8 -2147483648"}};
+    for (auto const & [oSpan, sParts] : aRows)
+        EXPECT_EQ(Print(oSpan), sParts);
 
-TEST(TimeSpanParts, FinerThanThePrecisionAreKeptButNotCounted)
-{
     TimeSpan oSpan(1, 2, 3, 4);
-    int const aSeconds[] = {86400, 93600, 93780, 93784, 0};
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; int const iSeconds : {86400, 93600, 93780, 93784, 0})
     {
-        oSpan.SetPrecision(static_cast<Time::Precision>(i));
-        EXPECT_EQ(Print(oSpan), "1 2 3 4 = " + std::to_string(aSeconds[i]));
+        oSpan.SetPrecision(static_cast<Time::Precision>(i++));
+        EXPECT_EQ(Print(oSpan), "1 2 3 4 " + std::to_string(iSeconds));
     }
 }
 
 TEST(DurationMeasuring, CountsMillisecondsFromStartToStop)
 {
-    tsl::Duration oWatch;
+    Duration oWatch;
     oWatch.Stop();
     EXPECT_EQ(oWatch.GetDuration(), 0);
 
     oWatch.Start();
-    tsl::OS::Sleep(30);
+    OS::Sleep(30);
     // Both readings of the clock are cut to whole milliseconds.
     EXPECT_GE(oWatch.GetDuration(), 29);
     oWatch.Stop();
     long const iStopped = oWatch.GetDuration();
 
+    Duration oCopy(oWatch);
     auto const oBegin = std::chrono::steady_clock::now();
-    tsl::Duration oCopy(oWatch);
     oCopy.Start();
-    tsl::OS::Sleep(3);
-    long const iAnew = oCopy.GetDuration();
-    EXPECT_GT(iAnew, 0);
-    EXPECT_LE(std::chrono::milliseconds(iAnew - 1), std::chrono::steady_clock::now() - oBegin);
+    EXPECT_LE(std::chrono::milliseconds(oCopy.GetDuration() - 1), std::chrono::steady_clock::now() - oBegin);
     EXPECT_EQ(oWatch.GetDuration(), iStopped);
 }
 
@@ -176,32 +141,28 @@ TEST(TimeZoneLocal, HasItsDaylightSavingAlsoWhereItIsGreenwich)
     {
         char const * sZone;
         int iZone;
-        int iHour; // of SUMMER
-        int iDLS;
+        int iHour, iDLS; // of SUMMER
         int iWinterHour; // of 2024-01-01 00:00:00 in Greenwich
     };
     // The standard time of Moscow has changed more than once; Auckland has its summer in January.
     Row const aRows[] = {{"UTC", 0, 9, 0, 0}, {"Europe/London", 0, 10, 1, 0}, {"Europe/Berlin", -1, 11, 1, 1},
         {"Europe/Moscow", -3, 12, 0, 3}, {"America/New_York", 5, 5, 1, 19},
         {"Pacific/Auckland", -12, 21, 0, 13}};
-    for (Row const & oRow : aRows)
+    for (auto const & [sZone, iZone, iHour, iDLS, iWinterHour] : aRows)
     {
-        LocalZone const oZone(oRow.sZone);
+        SCOPED_TRACE(sZone);
+        LocalZone const oZone(sZone);
         TimeZone::EZone const eLocal = TimeZone::GetLocal();
-        EXPECT_EQ(eLocal, oRow.iZone) << oRow.sZone;
-        EXPECT_EQ(DateTime(1'704'067'200, Time::ePrecisionHour).GetHour(eLocal), oRow.iWinterHour)
-            << oRow.sZone;
-
+        EXPECT_EQ(eLocal, iZone);
+        EXPECT_EQ(DateTime(1'704'067'200, Time::ePrecisionHour).GetHour(eLocal), iWinterHour);
         DateTimeElements oElements = DateTime(SUMMER, Time::ePrecisionSecond).GetElements(eLocal);
-        EXPECT_EQ(oElements.m_iHour, oRow.iHour) << oRow.sZone;
-        EXPECT_EQ(oElements.m_iDLS, oRow.iDLS) << oRow.sZone;
+        EXPECT_EQ(oElements.m_iHour, iHour);
+        EXPECT_EQ(oElements.m_iDLS, iDLS);
         oElements.SetDLS(Time::eDLSUnknown);
-        EXPECT_EQ(DateTime(oElements).GetAsTime_t(), SUMMER) << oRow.sZone;
+        EXPECT_EQ(DateTime(oElements).GetAsTime_t(), SUMMER);
     }
-}
 
-TEST(TimeZoneLocal, TellsTheTwoHoursAtTheEndOfSummerApart)
-{
+    // The two hours at the end of summer.
     LocalZone const oZone;
     DateTimeElements oElements(2024, 9, 27, 2, 0, 0, EUROPE);
     oElements.SetDLS(Time::eDLSOn);
@@ -212,23 +173,24 @@ TEST(TimeZoneLocal, TellsTheTwoHoursAtTheEndOfSummerApart)
 
 TEST(TimeZoneMisuse, ZonesThatCannotBeServedAreAssertionFailures)
 {
-    std::string const sWhole = MakeAssertion("seconds%3600==0", "Internal");
-    std::string const sNear = MakeAssertion("hours >= eNewZealand && hours <= eEniwetok", "Internal");
+    std::string const sWhole = "seconds%3600==0";
+    std::string const sNear = "hours >= eNewZealand && hours <= eEniwetok";
     std::pair<char const *, std::string> const aRows[] = {{"Asia/Kolkata", sWhole},
         {"America/St_Johns", sWhole}, {"Pacific/Kiritimati", sNear}, {"WWW13", sNear}};
     std::tm oTm{};
-    for (auto const & [sZone, sText] : aRows)
+    for (auto const & [sZone, sExpression] : aRows)
     {
         LocalZone const oZone(sZone);
-        EXPECT_EQ(Catch([&] { TimeZone::ConvertToZone(0, GREENWICH, oTm); }).GetText(), sText) << sZone;
+        EXPECT_TRUE(Asserts(sExpression, "Internal", [&] { TimeZone::ConvertToZone(0, GREENWICH, oTm); }))
+            << sZone;
     }
 
     LocalZone const oZone;
     long long iTime = 0;
-    EXPECT_EQ(Catch([&] { TimeZone::ConvertToZone(0, TimeZone::eYukon, oTm); }).GetText(),
-        MakeAssertion("false", "Conversion to time zone Yukon is not implemented yet"));
-    EXPECT_EQ(Catch([&] { TimeZone::ConvertFromZone(oTm, TimeZone::eYukon, iTime); }).GetText(),
-        MakeAssertion("false", "Conversion from time zone Yukon + is not implemented yet"));
+    EXPECT_TRUE(Asserts("false", "Conversion to time zone Yukon is not implemented yet",
+        [&] { TimeZone::ConvertToZone(0, TimeZone::eYukon, oTm); }));
+    EXPECT_TRUE(Asserts("false", "Conversion from time zone Yukon + is not implemented yet",
+        [&] { TimeZone::ConvertFromZone(oTm, TimeZone::eYukon, iTime); }));
 }
 
 TEST(TimeZoneMisuse, TimesBeyondTheYearsOfAnIntCarryTheSystemsError)
@@ -237,7 +199,7 @@ TEST(TimeZoneMisuse, TimesBeyondTheYearsOfAnIntCarryTheSystemsError)
     for (TimeZone::EZone const eZone : {EUROPE, GREENWICH})
     {
         DateTime const oMoment(LLONG_MAX, Time::ePrecisionSecond);
-        tsl::Exception const oException = Catch([&] { oMoment.GetYear(eZone); });
+        Exception const oException = Catch([&] { oMoment.GetYear(eZone); });
         EXPECT_STREQ(oException.GetText(), eZone == EUROPE ? "Time cannot be converted to local time"
                                                            : "Time cannot be converted to gm time");
         EXPECT_EQ(oException.GetResult().GetErrorCode(), 2);
@@ -256,7 +218,7 @@ TEST(TimeZoneMisuse, ElementsOfNoTimeLeaveTheMomentAsItWas)
     for (DateTimeElements const & oElements : aElements)
     {
         DateTime oMoment(SUMMER, Time::ePrecisionHour);
-        tsl::Exception const oException = Catch([&] { oMoment.SetElements(oElements); });
+        Exception const oException = Catch([&] { oMoment.SetElements(oElements); });
         EXPECT_STREQ(oException.GetText(), "Time components cannot be converted to time");
         EXPECT_EQ(oException.GetResult().GetErrorCode(), 2);
         EXPECT_EQ(oMoment.GetAsTime_t(), SUMMER);
@@ -273,27 +235,20 @@ TEST(DateTimeElementsOrder, GoesByEachSidesOwnPrecision)
 
     struct Row
     {
-        DateTimeElements oLeft;
-        DateTimeElements oRight;
+        DateTimeElements oLeft, oRight;
         int iOrder;
     };
-    Row const aRows[] = {
-        {{2023, 11, 1, GREENWICH}, oDay, -1},
-        {{2024, 2, 1, GREENWICH}, oDay, 1},
-        {{2024, 1, 28, 23, 0, 0, GREENWICH}, oDay, -1},
-        {{2024, 1, 29, 9, 59, 0, GREENWICH}, oTime, -1},
-        {{2024, 1, 29, 10, 21, 0, GREENWICH}, oTime, 1},
-        {{2024, 1, 29, 10, 20, 29, GREENWICH}, oTime, -1},
+    Row const aRows[] = {{{2023, 11, 1, GREENWICH}, oDay, -1}, {{2024, 2, 1, GREENWICH}, oDay, 1},
+        {{2024, 1, 28, 23, 0, 0, GREENWICH}, oDay, -1}, {{2024, 1, 29, 9, 59, 0, GREENWICH}, oTime, -1},
+        {{2024, 1, 29, 10, 21, 0, GREENWICH}, oTime, 1}, {{2024, 1, 29, 10, 20, 29, GREENWICH}, oTime, -1},
         {{2024, 1, 29, 10, 20, 30, TimeZone::eJapan}, oTime, 0},
         {{-1, 0, 1, GREENWICH}, oDay, 1}, // without a sign
-        {oDay, {2024, 1, 29, 0, 0, 0, GREENWICH}, 0},
-        {oDay, {2024, 1, 29, 0, 0, 1, GREENWICH}, -1},
-        {oHour, {2024, 1, 29, 10, 0, 0, GREENWICH}, 0},
-    };
-    for (Row const & oRow : aRows)
+        {oDay, {2024, 1, 29, 0, 0, 0, GREENWICH}, 0}, {oDay, {2024, 1, 29, 0, 0, 1, GREENWICH}, -1},
+        {oHour, {2024, 1, 29, 10, 0, 0, GREENWICH}, 0}};
+    for (auto const & [oLeft, oRight, iOrder] : aRows)
     {
-        EXPECT_EQ(GetOrder(oRow.oLeft, oRow.oRight), oRow.iOrder) << Print(oRow.oLeft);
-        EXPECT_EQ(GetOrder(oRow.oRight, oRow.oLeft), -oRow.iOrder) << Print(oRow.oLeft);
+        EXPECT_EQ(GetOrder(oLeft, oRight), iOrder) << Print(oLeft);
+        EXPECT_EQ(GetOrder(oRight, oLeft), -iOrder) << Print(oLeft);
     }
 }
 
@@ -302,11 +257,10 @@ TEST(DateTimeElementsMisuse, DaylightSavingThatIsNoneIsRefused)
     DateTimeElements oElements(2024, 1, 29, GREENWICH);
     std::tm oTm{};
     oTm.tm_isdst = 2;
-    std::string const sFailure =
-        MakeAssertion("dls==Time::eDLSOff || dls==Time::eDLSOn || dls==Time::eDLSUnknown", "Invalid enum");
-    EXPECT_EQ(Catch([&] { oElements.SetDLS(-2); }).GetText(), sFailure);
-    EXPECT_EQ(Catch([&] { oElements.FromTm(oTm, Time::ePrecisionSecond); }).GetText(), sFailure);
-    EXPECT_EQ(Print(oElements), "2024-1-29 0:0:0 dls -1 zone 0 precision 0");
+    std::string const sExpression = "dls==Time::eDLSOff || dls==Time::eDLSOn || dls==Time::eDLSUnknown";
+    EXPECT_TRUE(Asserts(sExpression, "Invalid enum", [&] { oElements.SetDLS(-2); }));
+    EXPECT_TRUE(Asserts(sExpression, "Invalid enum", [&] { oElements.FromTm(oTm, Time::ePrecisionSecond); }));
+    EXPECT_EQ(Print(oElements), "2024 1 29 0 0 0 -1 0 0");
 }
 
 TEST(DateTimeMoments, LieAroundTheCurrentTime)
@@ -324,21 +278,19 @@ TEST(DateTimeMoments, LieAroundTheCurrentTime)
         EXPECT_GE(oMoment.GetAsTime_t(), iBefore / aUnits[i] * aUnits[i] + aDistances[i]) << i;
         EXPECT_LE(oMoment.GetAsTime_t(), iAfter / aUnits[i] * aUnits[i] + aDistances[i]) << i;
     }
-    EXPECT_EQ(Catch([] { DateTime(static_cast<DateTime::EMoment>(4)); }).GetText(),
-        MakeAssertion("false", "Not implemented"));
+    EXPECT_TRUE(Asserts("false", "Not implemented", [] { DateTime(static_cast<DateTime::EMoment>(4)); }));
 }
 
 TEST(DateTimeConversion, CutsOffWhatThePrecisionDoesNotCount)
 {
     LocalZone const oZone;
-    char const * const aTexts[] = {"0:0:0 dls 1 zone -1 precision 0", "11:0:0 dls 1 zone -1 precision 1",
-        "11:46:0 dls 1 zone -1 precision 2", "11:46:40 dls 1 zone -1 precision 3"};
+    char const * const aTexts[] = {"0 0 0 1 -1 0", "11 0 0 1 -1 1", "11 46 0 1 -1 2", "11 46 40 1 -1 3"};
     long long const aTimes[] = {1'719'957'600, 1'719'997'200, 1'719'999'960, SUMMER};
     for (int i = 0; i < 4; ++i)
     {
         DateTime const oMoment(SUMMER, static_cast<Time::Precision>(i));
         DateTimeElements oElements = oMoment.GetElements(EUROPE);
-        EXPECT_EQ(Print(oElements), std::string("2024-6-3 ") + aTexts[i]);
+        EXPECT_EQ(Print(oElements), std::string("2024 6 3 ") + aTexts[i]);
         // Without a conversion where none is needed, which would fail for this zone.
         DateTimeElements const oSingle(oMoment.GetYear(EUROPE), oMoment.GetMonth(EUROPE),
             oMoment.GetDay(EUROPE), oMoment.GetHour(i < 1 ? TimeZone::eYukon : EUROPE),
@@ -370,12 +322,12 @@ TEST(DateTimeConversion, ReachesFromLongAgoToTheLastYear)
 
 TEST(DateTimeArithmetic, MovesByThePartsThatThePrecisionCounts)
 {
+    LocalZone const oBerlin;
     struct Row
     {
         int iPrecision;
         TimeSpan oSpan;
-        long long iSum;
-        long long iDifference;
+        long long iSum, iDifference;
     };
     // 2024-07-03 is 1719964800, 9 hours are 32400 seconds, 46 minutes 2760.
     Row const aRows[] = {
@@ -384,25 +336,20 @@ TEST(DateTimeArithmetic, MovesByThePartsThatThePrecisionCounts)
         {0, {2, 3, 4, 5}, 1'720'137'600, 1'719'792'000},
         {4, {2, 3, 4, 5}, 1'719'999'960, 1'719'999'960}, // not a precision
     };
-    for (Row const & oRow : aRows)
+    for (auto const & [iPrecision, oSpan, iSum, iDifference] : aRows)
     {
-        LocalZone const oZone;
-        DateTime oSum(SUMMER, static_cast<Time::Precision>(oRow.iPrecision));
+        DateTime oSum(SUMMER, static_cast<Time::Precision>(iPrecision));
         DateTime oDifference(oSum);
-        oSum.Add(oRow.oSpan);
-        oDifference.Sub(oRow.oSpan);
-        EXPECT_EQ(oSum.GetAsTime_t(), oRow.iSum) << oRow.iPrecision;
-        EXPECT_EQ(oDifference.GetAsTime_t(), oRow.iDifference) << oRow.iPrecision;
+        oSum.Add(oSpan);
+        oDifference.Sub(oSpan);
+        EXPECT_EQ(oSum.GetAsTime_t(), iSum) << iPrecision;
+        EXPECT_EQ(oDifference.GetAsTime_t(), iDifference) << iPrecision;
     }
 
     // Days keep their length also where summer time ends in between.
-    for (char const * const sZone : {"Europe/Berlin", "Europe/London"})
-    {
-        LocalZone const oZone(sZone);
-        DateTime oMoment(SUMMER, Time::ePrecisionSecond);
-        oMoment.Add(TimeSpan(120, 0, 0, 0));
-        EXPECT_EQ(oMoment.GetAsTime_t(), 1'730'368'000) << sZone;
-    }
+    DateTime oMoment(SUMMER, Time::ePrecisionSecond);
+    oMoment.Add(TimeSpan(120, 0, 0, 0));
+    EXPECT_EQ(oMoment.GetAsTime_t(), 1'730'368'000);
 }
 
 TEST(DateTimeOrder, GoesByTheLeftSidesPrecision)
@@ -446,8 +393,8 @@ TEST(DateTimeFormat, ThrowsForTextsThatAreTooLongOrEmpty)
     DateTime const oMoment(SUMMER, Time::ePrecisionSecond);
     for (char const * const sFormat : {sLong.c_str(), "%1000000000d", "", static_cast<char const *>(nullptr)})
     {
-        tsl::String sText("former");
-        tsl::Exception const oException = Catch([&] { oMoment.Format(sFormat, sText, GREENWICH); });
+        String sText("former");
+        Exception const oException = Catch([&] { oMoment.Format(sFormat, sText, GREENWICH); });
         EXPECT_STREQ(oException.GetText(),
             "Function strftime cannot format DateTime object. Formatted string exceeds size of 4000 chars!");
         EXPECT_EQ(oException.GetResult().GetErrorCode(), 4);

@@ -1,28 +1,15 @@
 #include "AssertionTest.h"
 
-#include <tessel/NamedValue.h>
-#include <tessel/NamedValueConverter.h>
-#include <tessel/ValueAbstractValueCollection.h>
-#include <tessel/ValueAbstractValueCollectionConverter.h>
-#include <tessel/ValueInt32.h>
-#include <tessel/ValueIntegerConverter.h>
-#include <tessel/ValueNull.h>
-#include <tessel/ValueStringConverter.h>
-
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <vector>
+
+using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
 
-using tsl::Value;
-using tsl::ValueAbstractValueCollection;
-using tsl::ValueInt32;
-using tsl::ValueString;
-using tsltest::Asserts;
-using CollectionLayout = tsl::ValueAbstractValueCollectionConverterLayout;
+using CollectionLayout = ValueAbstractValueCollectionConverterLayout;
 
 int g_iIterators = 0;
 
@@ -43,15 +30,14 @@ public:
         return *this;
     }
 
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    static tsl::ClassDescription const & GetStaticClassDesc()
+    ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
+    static ClassDescription const & GetStaticClassDesc()
     {
-        static tsl::ClassDescription const & oDescription =
-            tsl::DescribeClass<Values>(&ValueAbstractValueCollection::GetStaticClassDesc(),
-                tsl::ClassDescription::eConcrete, &CreateNew);
+        static ClassDescription const & oDescription = DescribeClass<Values>(
+            &ValueAbstractValueCollection::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
         return oDescription;
     }
-    static tsl::Root * CreateNew() { return new Values; }
+    static Root * CreateNew() { return new Values; }
 
     bool IsNull() const override { return m_bNull; }
     void SetNull() override
@@ -68,10 +54,7 @@ public:
     }
     bool Contains(Value const &) const override { return false; }
 
-    tsl::ClassDescription const * GetElementClass(unsigned int ix) const
-    {
-        return &m_vValues[ix]->GetClassDesc();
-    }
+    ClassDescription const * GetElementClass(unsigned int ix) const { return &m_vValues[ix]->GetClassDesc(); }
 
     AbstractConstIterator<Value> * GetConstIterator() const override { return new Iterator(m_vValues); }
 
@@ -98,38 +81,23 @@ private:
     Storage m_vValues;
 };
 
-std::string GetText(Value const & oValue, tsl::ValueConverterLayout const & oLayout)
-{
-    ValueString sText("");
-    oValue.GetConverter().ConvertToText(oValue, sText, oLayout);
-    return sText.s_str();
-}
-
-std::string GetText(Value const & oValue)
-{
-    return GetText(oValue, oValue.GetConverter().GetDefaultLayout());
-}
-
 TEST(ValueCollectionText, ListsTheElementsInTheirLayouts)
 {
-    EXPECT_EQ(GetText(Values({1, 2, 3})), "(1,2,3)");
-    EXPECT_EQ(GetText(Values({7})), "(7)");
     EXPECT_EQ(GetText(Values()), "()");
-
     Values oMixed({1});
     oMixed.Add(ValueString("${dump}"));
     oMixed.Add(ValueInt32());
     oMixed.Add(Values({2, 3}));
-    oMixed.Add(tsl::NamedValue("n", ValueInt32(4)));
+    oMixed.Add(NamedValue("n", ValueInt32(4)));
     EXPECT_EQ(GetText(oMixed), "(1,${dump},NULL,(2,3),n 4)");
 
     // Inner collections and named values have lists of layouts of their own.
     CollectionLayout oLayout("${dump}!", "none");
     oLayout.SetCollPrePostfix("[", "]");
     oLayout.SetSeparator(" | ");
-    oLayout.AddLayout(new tsl::ValueIntegerConverterLayout("${%02d}"));
-    auto const pNamedLayout = new tsl::NamedValueConverterLayout("${name}=${value}");
-    pNamedLayout->AddLayout(new tsl::ValueIntegerConverterLayout("${%x}h"));
+    oLayout.AddLayout(new ValueIntegerConverterLayout("${%02d}"));
+    auto const pNamedLayout = new NamedValueConverterLayout("${name}=${value}");
+    pNamedLayout->AddLayout(new ValueIntegerConverterLayout("${%x}h"));
     oLayout.AddLayout(pNamedLayout);
     auto const pInnerLayout = new CollectionLayout;
     pInnerLayout->SetSeparator(";");
@@ -143,10 +111,10 @@ TEST(ValueCollectionText, ListsTheElementsInTheirLayouts)
 TEST(ValueCollectionText, KnowsDumpAloneAndOnlyWithACollectionLayout)
 {
     EXPECT_EQ(GetText(Values({1}), CollectionLayout("${Dump} ${null}")), "${Dump} false");
-    EXPECT_EQ(GetText(Values({1}), tsl::ValueIntegerConverterLayout("${dump}")), "${dump}");
+    EXPECT_EQ(GetText(Values({1}), ValueIntegerConverterLayout("${dump}")), "${dump}");
 
     // A named value's layout is a collection layout, too; a number is no collection.
-    EXPECT_EQ(GetText(Values({1}), tsl::NamedValueConverterLayout("${dump}")), "(1)");
+    EXPECT_EQ(GetText(Values({1}), NamedValueConverterLayout("${dump}")), "(1)");
     ValueString sText("");
     Values().GetConverter().ConvertToText(ValueInt32(1), sText);
     EXPECT_EQ(sText, "${dump}");
@@ -154,22 +122,19 @@ TEST(ValueCollectionText, KnowsDumpAloneAndOnlyWithACollectionLayout)
 
 TEST(ValueCollectionText, LeavesNoIteratorBehindWhenAnElementFails)
 {
+    Values oValues({1, 2});
     CollectionLayout oLayout;
-    oLayout.AddLayout(new tsl::ValueIntegerConverterLayout("${%n}"));
+    oLayout.AddLayout(new ValueIntegerConverterLayout("${%n}"));
     EXPECT_TRUE(Asserts("false", "ValueConverter : Ungültiger Formatstring! String : \"%n\"",
-        [&] {
-            GetText(Values({1, 2}), oLayout);
-        }));
+        [&] { GetText(oValues, oLayout); }));
     EXPECT_EQ(g_iIterators, 0);
-}
+    oLayout.AddLayout(new ValueIntegerConverterLayout("${%03d}"));
+    EXPECT_EQ(GetText(oValues, CollectionLayout(oLayout)), "(001,002)");
 
-TEST(ValueCollectionText, CannotBeReadButForNull)
-{
-    Values oValues({1});
-    tsl::ValueConverter const & oConverter = oValues.GetConverter();
+    ValueConverter const & oConverter = oValues.GetConverter();
     EXPECT_TRUE(Asserts(
         "0", "not implemented", [&] { static_cast<void>(oConverter.ConvertFromText("(1)", oValues)); }));
-    EXPECT_EQ(oValues.GetCount(), 1u);
+    EXPECT_EQ(oValues.GetCount(), 2u);
     EXPECT_TRUE(oConverter.ConvertFromText("NULL", oValues).IsOk());
     EXPECT_TRUE(oValues.IsNull());
 }
@@ -185,11 +150,6 @@ TEST(ValueCollectionCopying, ReplacesAllElementsByCopies)
     EXPECT_EQ(oTarget.GetElementClass(2), &ValueString::GetStaticClassDesc());
 
     oTarget = *&oTarget;
-    EXPECT_EQ(GetText(oTarget), "(1,2,x)");
-
-    std::unique_ptr<tsl::Root> const pCopy(oTarget.GetCopy());
-    EXPECT_EQ(GetText(static_cast<Value &>(*pCopy)), "(1,2,x)");
-
     EXPECT_TRUE(Asserts("pSource", "ValueAbstractValueCollection::DoCopy : oSource ist keine Collection!",
         [&] { oTarget.DoCopy(ValueInt32(1)); }));
     EXPECT_EQ(GetText(oTarget), "(1,2,x)");
@@ -200,43 +160,22 @@ TEST(ValueCollectionComparing, CountsFirstAndThenLooksForTheFirstDifference)
 {
     struct Row
     {
-        Values oLeft;
-        Values oRight;
+        Values oLeft, oRight;
         Value::eCompare eExpected;
     };
     Values oText;
     oText.Add(ValueString("1"));
     Values oNull;
     oNull.Add(ValueInt32());
-    Row const aRows[] = {
-        {Values(), Values(), Value::eEqual},
-        {Values({9}), Values({1, 1}), Value::eLess},
-        {Values({1, 1}), Values({9}), Value::eGreater},
-        {Values({1, 2, 3}), Values({1, 2, 3}), Value::eEqual},
+    Row const aRows[] = {{Values(), Values(), Value::eEqual}, {Values({9}), Values({1, 1}), Value::eLess},
+        {Values({1, 1}), Values({9}), Value::eGreater}, {Values({1, 2, 3}), Values({1, 2, 3}), Value::eEqual},
         {Values({1, 2, 9}), Values({1, 3, 0}), Value::eLess},
-        {Values({1, 3, 0}), Values({1, 2, 9}), Value::eGreater},
-        {Values({1}), oText, Value::eNotComparable},
-        {oNull, oNull, Value::eEqual},
-        {oNull, Values({1}), Value::eNotComparable},
-    };
-    for (Row const & oRow : aRows)
-        EXPECT_EQ(oRow.oLeft.CompareTo(oRow.oRight), oRow.eExpected)
-            << GetText(oRow.oLeft) << " and " << GetText(oRow.oRight);
-
+        {Values({1, 3, 0}), Values({1, 2, 9}), Value::eGreater}, {Values({1}), oText, Value::eNotComparable},
+        {oNull, oNull, Value::eEqual}, {oNull, Values({1}), Value::eNotComparable}};
+    for (auto const & [oLeft, oRight, eExpected] : aRows)
+        EXPECT_EQ(oLeft.CompareTo(oRight), eExpected) << GetText(oLeft) << " and " << GetText(oRight);
     EXPECT_EQ(Values().DoCompareTo(ValueInt32(1)), Value::eNotComparable);
     EXPECT_EQ(g_iIterators, 0);
-}
-
-TEST(ValueCollectionClasses, AreAbstractUpToTheConverter)
-{
-    EXPECT_TRUE(ValueAbstractValueCollection::GetStaticClassDesc().IsAbstract());
-    EXPECT_TRUE(CollectionLayout::GetStaticClassDesc().IsAbstract());
-    EXPECT_TRUE(Asserts("false", "Unknown", [] { ValueAbstractValueCollection::CreateNew(); }));
-    EXPECT_TRUE(Asserts("false", "Unknown", [] { CollectionLayout().GetCopy(); }));
-
-    CollectionLayout oLayout("${dump}");
-    oLayout.AddLayout(new tsl::ValueIntegerConverterLayout("${%03d}"));
-    EXPECT_EQ(GetText(Values({1}), CollectionLayout(oLayout)), "(001)");
 }
 
 } // namespace

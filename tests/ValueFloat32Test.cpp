@@ -1,9 +1,5 @@
 #include "AssertionTest.h"
 
-#include <tessel/ValueFloat32.h>
-#include <tessel/ValueFloatConverter.h>
-#include <tessel/ValueInt32.h>
-
 #include <unistd.h>
 
 #include <array>
@@ -22,15 +18,11 @@
 #include <utility>
 #include <vector>
 
+using namespace tsl;
+using namespace tsltest;
+
 namespace
 {
-
-using tsl::Value;
-using tsl::ValueFloat32;
-using tsl::ValueFloatConverterLayout;
-using tsl::ValueInt32;
-using tsl::ValueString;
-using tsltest::Asserts;
 
 constexpr float INF = std::numeric_limits<float>::infinity();
 constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
@@ -38,22 +30,13 @@ constexpr float FLOAT_MAX = std::numeric_limits<float>::max();
 constexpr float FLOAT_MIN = std::numeric_limits<float>::min();
 constexpr float FLOAT_DENORM = std::numeric_limits<float>::denorm_min();
 
-constexpr char const * NULL_INFO = "Value must not be NULL";
-
-std::string Write(ValueFloat32 const & oNumber, tsl::ValueConverterLayout const & oLayout)
-{
-    ValueString sText("");
-    oNumber.GetConverter().ConvertToText(oNumber, sText, oLayout);
-    return sText.s_str();
-}
-
 std::string Write(ValueFloat32 const & oNumber, std::string const & sIdentifier)
 {
-    return Write(oNumber, ValueFloatConverterLayout("${" + sIdentifier + "}"));
+    return GetText(oNumber, ValueFloatConverterLayout("${" + sIdentifier + "}"));
 }
 
 /// The converter with its part of reading, so that a test sees what it leaves.
-class Reader : public tsl::ValueFloatConverter
+class Reader : public ValueFloatConverter
 {
 public:
     using ValueFloatConverter::DoConvertReplacement;
@@ -71,7 +54,7 @@ struct Read
 
     ValueFloat32 oNumber = 77.0f;
     ValueString sRest;
-    tsl::Result oResult;
+    Result oResult;
 };
 
 /// Gives the process a decimal comma. The file is what the system's locale compiler makes of a locale with
@@ -81,23 +64,11 @@ class CommaLocale
 public:
     CommaLocale()
     {
-        struct NumericFile
-        {
-            std::uint32_t iMagic = 0x20031115 ^ 1;
-            std::uint32_t iElements = 6;
-            std::uint32_t aOffsets[6] = {32, 34, 35, 36, 40, 44};
-            char aDecimalPoint[2] = {',', '\0'};
-            char aThousandsSeparator[1] = {'\0'};
-            char aGrouping[1] = {'\0'};
-            std::uint32_t iWideDecimalPoint = ',';
-            std::uint32_t iWideThousandsSeparator = 0;
-            char aCodeSet[8] = "UTF-8";
-        };
-
+        std::uint32_t const aContent[] = {0x20031115 ^ 1, 6, 32, 34, 35, 36, 40, 44, ',', ',', 0};
         std::filesystem::create_directories(m_oFolder / "comma");
         std::ofstream oFile(m_oFolder / "comma" / "LC_NUMERIC", std::ios::binary);
-        NumericFile const oContent;
-        oFile.write(reinterpret_cast<char const *>(&oContent), sizeof oContent);
+        oFile.write(reinterpret_cast<char const *>(aContent), sizeof aContent);
+        oFile.write("UTF-8", 6);
         oFile.close();
         ::setenv("LOCPATH", m_oFolder.c_str(), 1);
         std::setlocale(LC_NUMERIC, "comma");
@@ -129,39 +100,31 @@ TEST(ValueFloat32Arithmetic, ChangesTheNumberAndKeepsTheNullState)
 {
     struct Row
     {
-        char const * sWhat;
         std::function<void(ValueFloat32 &)> fCall;
-        float fBefore;
-        float fAfter;
+        float fBefore, fAfter;
     };
-    Row const aRows[] = {
-        {"plus", [](ValueFloat32 & f) { f += 0.5f; }, 1.0f, 1.5f},
-        {"minus", [](ValueFloat32 & f) { f -= ValueFloat32(0.5f); }, 1.0f, 0.5f},
-        {"minus itself", [](ValueFloat32 & f) { f -= std::as_const(f); }, 1.5f, 0.0f},
-        {"times", [](ValueFloat32 & f) { f *= 4.0f; }, 1.5f, 6.0f},
-        {"times too much", [](ValueFloat32 & f) { f *= 2.0f; }, FLOAT_MAX, INF},
-        {"divided", [](ValueFloat32 & f) { f /= ValueFloat32(4.0f); }, 6.0f, 1.5f},
-        {"divided by null", [](ValueFloat32 & f) { f /= ValueFloat32(); }, -6.0f, -INF},
-        {"prefix plus", [](ValueFloat32 & f) { ++f; }, 1.5f, 2.5f},
-        {"prefix minus", [](ValueFloat32 & f) { --f; }, 0.5f, -0.5f},
-        {"negative", [](ValueFloat32 & f) { f = -f; }, 1.5f, -1.5f},
-        {"positive", [](ValueFloat32 & f) { f = +f; }, -1.5f, -1.5f},
-        {"sum", [](ValueFloat32 & f) { f = f + 2.0f - ValueFloat32(0.5f); }, 1.0f, 2.5f},
-        {"product", [](ValueFloat32 & f) { f = f * 3.0f / ValueFloat32(2.0f); }, 1.0f, 1.5f},
-        {"a plain number on the left", [](ValueFloat32 & f) { f = 3.0f - f; }, 1.0f, 2.0f},
-    };
-    for (Row const & oRow : aRows)
+    Row const aRows[] = {{[](ValueFloat32 & f) { f += 0.5f; }, 1.0f, 1.5f},
+        {[](ValueFloat32 & f) { f -= ValueFloat32(0.5f); }, 1.0f, 0.5f},
+        {[](ValueFloat32 & f) { f -= std::as_const(f); }, 1.5f, 0.0f},
+        {[](ValueFloat32 & f) { f *= 2.0f; }, FLOAT_MAX, INF},
+        {[](ValueFloat32 & f) { f /= ValueFloat32(4.0f); }, 6.0f, 1.5f},
+        {[](ValueFloat32 & f) { f /= ValueFloat32(); }, -6.0f, -INF},
+        {[](ValueFloat32 & f) { ++f; }, 1.5f, 2.5f}, {[](ValueFloat32 & f) { --f; }, 0.5f, -0.5f},
+        {[](ValueFloat32 & f) { f = -f + +f - f; }, 1.5f, -1.5f},
+        {[](ValueFloat32 & f) { f = f + 2.0f - ValueFloat32(0.5f); }, 1.0f, 2.5f},
+        {[](ValueFloat32 & f) { f = f * 3.0f / ValueFloat32(2.0f); }, 1.0f, 1.5f},
+        {[](ValueFloat32 & f) { f = 3.0f - f; }, 1.0f, 2.0f}};
+    for (int i = 0; auto const & [fCall, fBefore, fAfter] : aRows)
     {
-        ValueFloat32 oNumber(oRow.fBefore);
-        oRow.fCall(oNumber);
-        EXPECT_EQ(oNumber.AsFloat32(), oRow.fAfter) << oRow.sWhat;
+        ValueFloat32 oNumber(fBefore);
+        fCall(oNumber);
+        EXPECT_EQ(oNumber.AsFloat32(), fAfter) << "row " << i++;
     }
 
     ValueFloat32 oNull;
     oNull += 3.0f;
     ++oNull;
-    EXPECT_TRUE(oNull.IsNull());
-    EXPECT_TRUE((+oNull).IsNull());
+    EXPECT_TRUE(oNull.IsNull() && (+oNull).IsNull());
     EXPECT_EQ((-oNull).AsFloat32(), -4.0f);
 
     // The stored number comes to light, and not what it was before the value became null.
@@ -170,31 +133,21 @@ TEST(ValueFloat32Arithmetic, ChangesTheNumberAndKeepsTheNullState)
     EXPECT_EQ(ValueFloat32(0.0f).Compare(oNull), 0);
     oNull = 0.5f;
     EXPECT_FALSE(oNull.IsNull());
-    oNull = ValueFloat32::Null();
-    EXPECT_TRUE(oNull.IsNull());
 }
 
 TEST(ValueFloat32Null, IsRefusedWhereANumberIsNeeded)
 {
     ValueFloat32 const oNull;
     ValueFloat32 const oOne(1.0f);
-    std::function<void()> const aCalls[] = {
-        [&] { static_cast<void>(oNull.AsFloat32()); },
-        [&] { static_cast<void>(oNull + oOne); },
-        [&] { static_cast<void>(oOne - oNull); },
-        [&] { static_cast<void>(oNull * 1.0f); },
-        [&] { static_cast<void>(oOne / oNull); },
-        [&] { static_cast<void>(oNull == 0.0f); },
-        [&] { static_cast<void>(oNull < oOne); },
-        [&] { Write(oNull, ValueFloatConverterLayout("${%f}")); },
-    };
-    for (std::size_t i = 0; i + 1 < std::size(aCalls); ++i)
-        EXPECT_TRUE(Asserts("!m_bNull", NULL_INFO, aCalls[i])) << i;
-    EXPECT_NO_THROW(aCalls[std::size(aCalls) - 1]());
-
     ValueFloatConverterLayout oLayout;
     ASSERT_TRUE(oLayout.SetFormat("${%f}", "${%f}"));
-    EXPECT_TRUE(Asserts("!m_bNull", NULL_INFO, [&] { Write(oNull, oLayout); }));
+    std::function<void()> const aCalls[] = {[&] { static_cast<void>(oNull.AsFloat32()); },
+        [&] { static_cast<void>(oNull + oOne); }, [&] { static_cast<void>(oOne - oNull); },
+        [&] { static_cast<void>(oNull * 1.0f); }, [&] { static_cast<void>(oOne / oNull); },
+        [&] { static_cast<void>(oNull == 0.0f); }, [&] { static_cast<void>(oNull < oOne); },
+        [&] { GetText(oNull, oLayout); }};
+    for (auto const & fCall : aCalls)
+        EXPECT_TRUE(Asserts("!m_bNull", "Value must not be NULL", fCall)) << &fCall - aCalls;
 }
 
 TEST(ValueFloat32Comparing, KnowsAToleranceThatCompareToDoesNot)
@@ -204,29 +157,19 @@ TEST(ValueFloat32Comparing, KnowsAToleranceThatCompareToDoesNot)
 
     struct Row
     {
-        float fLeft;
-        float fRight;
+        float fLeft, fRight;
         int iCompare;
         Value::eCompare eCompareTo;
     };
-    Row const aRows[] = {
-        {0.25f, 0.25f, 0, Value::eEqual},
-        {0.25f, 0.25f + 0x1p-25f, 0, Value::eLess},
-        {0.25f + 0x1p-25f, 0.25f, 0, Value::eGreater},
-        {0.25f, 0.25f + fTolerance, 0, Value::eLess},
+    Row const aRows[] = {{0.25f, 0.25f, 0, Value::eEqual}, {0.25f, 0.25f + 0x1p-25f, 0, Value::eLess},
+        {0.25f + 0x1p-25f, 0.25f, 0, Value::eGreater}, {0.25f, 0.25f + fTolerance, 0, Value::eLess},
         {0.25f, 0.25f - fTolerance, 0, Value::eGreater},
         {0.25f, 0.25f + fTolerance + 0x1p-25f, -1, Value::eLess},
-        {0.25f, 0.25f - fTolerance - 0x1p-26f, 1, Value::eGreater},
-        {0.0f, -0.0f, 0, Value::eEqual},
-        {1e-8f, -1e-8f, 0, Value::eGreater},
-        {16777216.0f, 16777218.0f, -1, Value::eLess},
-        {-FLOAT_MAX, FLOAT_MAX, -1, Value::eLess},
-        {INF, INF, 0, Value::eEqual},
-        {-INF, INF, -1, Value::eLess},
-        {INF, FLOAT_MAX, 1, Value::eGreater},
-        {NOT_A_NUMBER, 1.0f, 0, Value::eEqual},
-        {1.0f, NOT_A_NUMBER, 0, Value::eEqual},
-    };
+        {0.25f, 0.25f - fTolerance - 0x1p-26f, 1, Value::eGreater}, {0.0f, -0.0f, 0, Value::eEqual},
+        {1e-8f, -1e-8f, 0, Value::eGreater}, {16777216.0f, 16777218.0f, -1, Value::eLess},
+        {-FLOAT_MAX, FLOAT_MAX, -1, Value::eLess}, {INF, INF, 0, Value::eEqual},
+        {-INF, INF, -1, Value::eLess}, {INF, FLOAT_MAX, 1, Value::eGreater},
+        {NOT_A_NUMBER, 1.0f, 0, Value::eEqual}, {1.0f, NOT_A_NUMBER, 0, Value::eEqual}};
     for (Row const & oRow : aRows)
     {
         SCOPED_TRACE(Print("%a", oRow.fLeft) + " and " + Print("%a", oRow.fRight));
@@ -249,46 +192,22 @@ TEST(ValueFloat32Writing, FollowsTheFormat)
     struct Row
     {
         float fNumber;
-        char const * sIdentifier;
-        char const * sExpected;
+        std::string sIdentifier, sExpected;
     };
-    Row const aRows[] = {
-        {1.5f, "%f", "1.500000"},
-        {-1.5f, "%.0f", "-2"},
-        {2.5f, "%.0f", "2"},
-        {0.125f, "%.2f", "0.12"},
-        {-0.0f, "%f", "-0.000000"},
-        {-0.001f, "%.2f", "-0.00"},
-        {0.1f, "%.20f", "0.10000000149011611938"},
+    Row const aRows[] = {{-1.5f, "%.0f", "-2"}, {2.5f, "%.0f", "2"}, {-0.0f, "%f", "-0.000000"},
+        {-0.001f, "%.2f", "-0.00"}, {0.1f, "%.20f", "0.10000000149011611938"},
         {FLOAT_MAX, "%.1f", "340282346638528859811704183484516925440.0"},
-        {FLOAT_DENORM, "%.50f", "0.00000000000000000000000000000000000000000000140130"},
-        {INF, "%.3f", "inf"},
-        {-INF, "%f", "-inf"},
-        {NOT_A_NUMBER, "%f", "nan"},
-        {-NOT_A_NUMBER, "%.2f", "-nan"},
-        {INF, "%08.3f", "     inf"},
-        {1.5f, "%8.3f|", "   1.500|"},
-        {1.5f, "%-8.3f|", "1.500   |"},
-        {1.5f, "%+08.3f", "+001.500"},
-        {1.5f, "% f", " 1.500000"},
-        {2.0f, "%#.0f", "2."},
-        {1.5f, "%.f", "2"},
-        {1.5f, "%lf", "1.500000"},
-        {1.5f, "about %.1f %%", "about 1.5 %"},
-        {1.5f, "half", "half"},
-        {1.5f, "%e is of size e", "1.500000e+00 is of size e"},
-        {1.5f, "%F of", "1.500000 of"},
-        {1.5f, "%a for", "0x1.8p+0 for"},
-        {1.5f, "%e", "${%e}"},
-        {1.5f, "%F", "${%F}"},
-        {1.5f, "%.3g", "${%.3g}"},
-    };
-    for (Row const & oRow : aRows)
-        EXPECT_EQ(Write(oRow.fNumber, oRow.sIdentifier), oRow.sExpected) << oRow.sIdentifier;
-
-    EXPECT_EQ(Write(1.5f, std::string("%.1f\0%n", 7)), "1.5");
-    EXPECT_EQ(Write(1.5f, "%3998.1f").size(), 3998u);
-    EXPECT_EQ(Write(1.5f, "%.3990f").size(), 3992u);
+        {FLOAT_DENORM, "%.50f", "0.00000000000000000000000000000000000000000000140130"}, {INF, "%.3f", "inf"},
+        {-INF, "%f", "-inf"}, {-NOT_A_NUMBER, "%.2f", "-nan"}, {INF, "%08.3f", "     inf"},
+        {1.5f, "%-8.3f|", "1.500   |"}, {1.5f, "%+08.3f", "+001.500"}, {1.5f, "% f", " 1.500000"},
+        {2.0f, "%#.0f", "2."}, {1.5f, "%.f", "2"}, {1.5f, "%lf", "1.500000"},
+        {1.5f, "about %.1f %%", "about 1.5 %"}, {1.5f, "half", "half"},
+        {1.5f, "%e is of size e", "1.500000e+00 is of size e"}, {1.5f, "%F of", "1.500000 of"},
+        {1.5f, "%a for", "0x1.8p+0 for"}, {1.5f, "%e", "${%e}"}, {1.5f, "%.3g", "${%.3g}"},
+        {1.5f, std::string("%.1f\0%n", 7), "1.5"}, {1.5f, "%3998.0f", std::string(3997, ' ') + '2'},
+        {1.5f, "%.3990f", "1.5" + std::string(3989, '0')}};
+    for (auto const & [fNumber, sIdentifier, sExpected] : aRows)
+        EXPECT_EQ(Write(fNumber, sIdentifier), sExpected) << sIdentifier;
 }
 
 TEST(ValueFloat32Writing, GivesWhatPrintfGives)
@@ -307,48 +226,23 @@ TEST(ValueFloat32Writing, GivesWhatPrintfGives)
 
 TEST(ValueFloat32Writing, RefusesAFormatThatDoesNotSuitAFloat)
 {
-    char const * const aIdentifiers[] = {
-        "%nf",
-        "%*f",
-        "%.*f",
-        "%f%f",
-        "%d f",
-        "%s of",
-        "%1$f",
-        "%'f",
-        "%Lf",
-        "%jf",
-        "%zf",
-        "%.-1f",
-        "%3999f",
-        "%.3999f",
-        "%99999999999999999999f",
-        "%.99999999999999999999f",
-        "f%",
-        "%.f%",
-        "% 5.3 f",
-    };
+    char const * const aIdentifiers[] = {"%nf", "%*f", "%.*f", "%f%f", "%d f", "%s of", "%1$f", "%'f", "%Lf",
+        "%zf", "%.-1f", "%3999f", "%.3999f", "%.99999999999999999999f", "f%", "%.f%", "% 5.3 f"};
     for (char const * const sIdentifier : aIdentifiers)
         EXPECT_TRUE(Asserts("false",
             "ValueConverter : Ungültiger Formatstring! String : \"" + std::string(sIdentifier) + '"',
             [&] { Write(1.5f, sIdentifier); }));
 
-    EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%3998.3f!\" failed.",
-        [] { Write(1.5f, "%3998.3f!"); }));
-    EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%.3998f\" failed.",
-        [] { Write(1.5f, "%.3998f"); }));
-}
+    for (std::string const sIdentifier : {"%3998.3f!", "%.3998f"})
+        EXPECT_TRUE(Asserts("i >= 0",
+            "Buffer overflow. Formatting argList with string as \"" + sIdentifier + "\" failed.",
+            [&] { Write(1.5f, sIdentifier); }));
 
-TEST(ValueFloat32Writing, ExtendsTexts)
-{
-    ValueString sText;
+    ValueString sText("x");
     sText << ValueFloat32(1.5f);
-    sText += ValueFloat32(-2.0f);
-    EXPECT_EQ(sText, "1.500000-2.000000");
-    EXPECT_EQ(ValueString("x") + ValueFloat32(0.25f), "x0.250000");
     EXPECT_TRUE(
         Asserts("!f.IsNull()", "Invalid operation. Value is NULL", [&] { sText += ValueFloat32::Null(); }));
-    EXPECT_EQ(sText, "1.500000-2.000000");
+    EXPECT_EQ(sText + ValueFloat32(-2.0f), "x1.500000-2.000000");
 }
 
 TEST(ValueFloatLayout, MakesItsFormatOfDecimalPlaces)
@@ -356,26 +250,20 @@ TEST(ValueFloatLayout, MakesItsFormatOfDecimalPlaces)
     ValueFloatConverterLayout oLayout("about ${%e of}");
     EXPECT_TRUE(oLayout.GetDecimalPlaces().IsNull());
     oLayout.SetDecimalPlaces(2);
-    EXPECT_EQ(oLayout.GetFormat(), "${%.2f}");
-
     ValueFloatConverterLayout const oCopy(oLayout);
     ValueFloatConverterLayout oTarget;
     oTarget.Set(oLayout);
+    EXPECT_TRUE(oCopy.GetDecimalPlaces() == 2 && oTarget.GetDecimalPlaces() == 2);
     oLayout.SetDecimalPlaces(ValueInt32());
-    EXPECT_EQ(oLayout.GetFormat(), "${%f}");
     EXPECT_TRUE(oLayout.GetDecimalPlaces().IsNull());
-    EXPECT_EQ(oCopy.GetDecimalPlaces().AsInt32(), 2);
-    EXPECT_EQ(oTarget.GetDecimalPlaces().AsInt32(), 2);
-    EXPECT_EQ(Write(1.0f, oTarget), "1.00");
-    oTarget = oLayout;
-    EXPECT_EQ(Write(1.0f, oTarget), "1.000000");
+    EXPECT_EQ(GetText(ValueFloat32(1.0f), oTarget) + GetText(ValueFloat32(1.0f), oLayout), "1.001.000000");
 
     for (int const iPlaces : {-1, 3999, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
     {
         oLayout.SetDecimalPlaces(iPlaces);
         EXPECT_TRUE(Asserts("false",
             "ValueConverter : Ungültiger Formatstring! String : \"%." + std::to_string(iPlaces) + "f\"",
-            [&] { Write(1.0f, oLayout); }));
+            [&] { GetText(ValueFloat32(1.0f), oLayout); }));
     }
 }
 
@@ -385,61 +273,21 @@ TEST(ValueFloat32Reading, TakesANumberAndLeavesTheRest)
     {
         std::string sText;
         float fExpected;
-        std::string sRest;
+        std::string sRest = "";
     };
-    Row const aRows[] = {
-        {"1.5", 1.5f, ""},
-        {"  1.5  x", 1.5f, "x"},
-        {"\t\n 1.5\t\n", 1.5f, ""},
-        {".5", 0.5f, ""},
-        {"-.5e1x", -5.0f, "x"},
-        {"5.", 5.0f, "."},
-        {"5.e1", 5.0f, ".e1"},
-        {"1e", 1.0f, "e"},
-        {"1e+", 1.0f, "e+"},
-        {"1d3", 1000.0f, ""},
-        {"1D3", 1000.0f, ""},
-        {"-1.25d-1", -0.125f, ""},
-        {"1E+3,", 1000.0f, ","},
-        {"1,5", 1.0f, ",5"},
-        {"0x10", 0.0f, "x10"},
-        {"1.5.5", 1.5f, ".5"},
-        {"-", 0.0f, ""},
-        {"+", 0.0f, ""},
-        {"+-1", 0.0f, "-1"},
-        {"e5", 0.0f, ""},
-        {"-d5", 0.0f, ""},
-        {"-0", -0.0f, ""},
-        {"-0d9", -0.0f, ""},
-        {"007", 7.0f, ""},
-        {"0.1", 0.1f, ""},
-        {std::string("1.5\0"
-                     "2",
-             5),
-            1.5f,
-            std::string("\0"
-                        "2",
-                2)},
-        {"3.4028234663852886e38", FLOAT_MAX, ""},
-        {"-3.4028234663852886d38", -FLOAT_MAX, ""},
-        {"340282346638528859811704183484516925440", FLOAT_MAX, ""},
-        {"1.17549435e-38", FLOAT_MIN, ""},
-        {"1.4e-45", FLOAT_DENORM, ""},
-        {"0.7e-45", 0.0f, ""},
-        {"0.8e-45", FLOAT_DENORM, ""},
-        {"-1e-46", -0.0f, ""},
-        {"1e-400", 0.0f, ""},
-        {"-1e-400", -0.0f, ""},
-        {"1e-99999999999999999999", 0.0f, ""},
-        {"0e99999999999999999999", 0.0f, ""},
-        {"0.000e400", 0.0f, ""},
-        {"1e0000000000000000000000000000000000000000000000000000000000000000000002", 100.0f, ""},
-        {"16777217", 16777216.0f, ""},
-        {"16777217.0000001", 16777218.0f, ""},
-
+    Row const aRows[] = {{"  1.5  x", 1.5f, "x"}, {"\t\n 1.5\t\n", 1.5f}, {".5", 0.5f},
+        {"-.5e1x", -5.0f, "x"}, {"5.", 5.0f, "."}, {"5.e1", 5.0f, ".e1"}, {"1e+", 1.0f, "e+"},
+        {"1D3", 1000.0f}, {"-1.25d-1", -0.125f}, {"1E+3,", 1000.0f, ","}, {"1,5", 1.0f, ",5"},
+        {"0x10", 0.0f, "x10"}, {"1.5.5", 1.5f, ".5"}, {"-", 0.0f}, {"+-1", 0.0f, "-1"}, {"e5", 0.0f},
+        {"-d5", 0.0f}, {"-0", -0.0f}, {"-0d9", -0.0f}, {"007", 7.0f}, {"0.1", 0.1f},
+        {std::string("1\0002", 3), 1.0f, std::string("\0002", 2)}, {"3.4028234663852886e38", FLOAT_MAX},
+        {"-3.4028234663852886d38", -FLOAT_MAX}, {"340282346638528859811704183484516925440", FLOAT_MAX},
+        {"1.17549435e-38", FLOAT_MIN}, {"0.7e-45", 0.0f}, {"0.8e-45", FLOAT_DENORM}, {"-1e-46", -0.0f},
+        {"1e-400", 0.0f}, {"-1e-400", -0.0f}, {"1e-99999999999999999999", 0.0f},
+        {"0e99999999999999999999", 0.0f}, {"0.000e400", 0.0f},
+        {"1e0000000000000000000000000000000000000000000000000000000000000000000002", 100.0f},
         // Read as a double first, so that the last digit has no say any more.
-        {"16777217.000000000000000000000000001", 16777216.0f, ""},
-    };
+        {"16777217.0000001", 16777218.0f}, {"16777217.000000000000000000000000001", 16777216.0f}};
     for (Row const & oRow : aRows)
     {
         SCOPED_TRACE(oRow.sText);
@@ -454,31 +302,16 @@ TEST(ValueFloat32Reading, TakesANumberAndLeavesTheRest)
 TEST(ValueFloat32Reading, TakesTextsOfAnyLength)
 {
     std::string const sZeros(10'000'000, '0');
-    struct Row
+    std::string const sBlanks(10'000'000, ' ');
+    // The large number that a negative exponent makes small and the like are read in full.
+    for (std::string const & sText : {sZeros + "1.5", "1.5" + sZeros, "15" + sZeros + "e-10000001",
+             "0." + sZeros + "15D10000001", "15e-" + sZeros + '1', sBlanks + "1.5" + sBlanks})
     {
-        char const * sWhat;
-        std::string sText;
-        float fExpected;
-    };
-    Row const aRows[] = {
-        {"zeros in front", sZeros + "1.5", 1.5f},
-        {"zeros behind the point", "1.5" + sZeros, 1.5f},
-        {"a large number made small", "15" + sZeros + "e-10000001", 1.5f},
-        {"a small number made large", "-0." + sZeros + "15D10000001", -1.5f},
-        {"nothing but zeros", sZeros + '.' + sZeros + "e999999999", 0.0f},
-        {"halfway between two doubles and a little more", "9007199254740993." + sZeros + "1e-15",
-            9.00719925474099300f},
-        {"zeros in the exponent", "15e-" + sZeros + '1', 1.5f},
-        {"blanks around", std::string(10'000'000, ' ') + "1.5" + std::string(10'000'000, ' '), 1.5f},
-    };
-    for (Row const & oRow : aRows)
-    {
-        Read const oRead(oRow.sText);
-        EXPECT_TRUE(oRead.oResult.IsOk()) << oRow.sWhat;
-        EXPECT_EQ(oRead.oNumber.AsFloat32(), oRow.fExpected) << oRow.sWhat;
-        EXPECT_TRUE(oRead.sRest.IsEmpty()) << oRow.sWhat;
+        Read const oRead(sText);
+        EXPECT_TRUE(oRead.oResult.IsOk() && oRead.sRest.IsEmpty()) << sText.substr(0, 20);
+        EXPECT_EQ(oRead.oNumber.AsFloat32(), 1.5f) << sText.substr(0, 20);
     }
-
+    EXPECT_EQ(Read(sZeros + '.' + sZeros + "e999999999").oNumber.AsFloat32(), 0.0f);
     EXPECT_EQ(Read("1" + sZeros).oResult.GetErrorCode(), 4);
     EXPECT_EQ(Read("1.5" + std::string(10'000'000, 'x')).sRest.GetLength(), 10'000'000u);
     EXPECT_EQ(Read(std::string(10'000'000, 'x')).oResult.GetErrorCode(), 2);
@@ -504,29 +337,20 @@ TEST(ValueFloat32Reading, RoundsAsTheRuntimeLibraryDoes)
 
 TEST(ValueFloat32Reading, FailsWithoutAChange)
 {
-    char const * const sTooSmall = "Overflow. Biggest number for ValueFloat32 is FLOAT32_MIN.";
-    char const * const sTooBig = "Overflow. Smalest number for ValueFloat32 is FLOAT32_MAX.";
+    std::string const sTooSmall = "Overflow. Biggest number for ValueFloat32 is FLOAT32_MIN.";
+    std::string const sTooBig = "Overflow. Smalest number for ValueFloat32 is FLOAT32_MAX.";
     struct Row
     {
-        char const * sText;
-        int iErrorCode;
-        std::string sError;
+        std::string sText, sError;
+        int iErrorCode = 4;
     };
-    Row const aRows[] = {
-        {"abc", 2, "Invalid syntax. Cannot convert 'abc' to ValueFloat."},
-        {"", 2, "Invalid syntax. Cannot convert '' to ValueFloat."},
-        {" x1", 2, "Invalid syntax. Cannot convert ' x1' to ValueFloat."},
-        {".", 2, "Invalid syntax. Cannot convert '.' to ValueFloat."},
-        {"inf", 2, "Invalid syntax. Cannot convert 'inf' to ValueFloat."},
-        {"nan", 2, "Invalid syntax. Cannot convert 'nan' to ValueFloat."},
-        {"1e39", 4, sTooBig},
-        {"-1e39", 4, sTooSmall},
-        {"3.4028235e38", 4, sTooBig},
-        {"-3.402823466385289e38", 4, sTooSmall},
-        {"1e400", 4, sTooBig},
-        {"-1d400", 4, sTooSmall},
-        {"1e99999999999999999999", 4, sTooBig},
-    };
+    Row const aRows[] = {{"", "Invalid syntax. Cannot convert '' to ValueFloat.", 2},
+        {" x1", "Invalid syntax. Cannot convert ' x1' to ValueFloat.", 2},
+        {".", "Invalid syntax. Cannot convert '.' to ValueFloat.", 2},
+        {"inf", "Invalid syntax. Cannot convert 'inf' to ValueFloat.", 2},
+        {"nan", "Invalid syntax. Cannot convert 'nan' to ValueFloat.", 2}, {"3.4028235e38", sTooBig},
+        {"-3.402823466385289e38", sTooSmall}, {"1e400", sTooBig}, {"-1d400", sTooSmall},
+        {"1e99999999999999999999", sTooBig}};
     for (Row const & oRow : aRows)
     {
         SCOPED_TRACE(oRow.sText);
@@ -546,11 +370,10 @@ TEST(ValueFloat32Reading, LeavesThePostfixToTheLayout)
     ValueFloatConverterLayout oLayout("${%.1f}");
     oLayout.SetPostfix("kg");
     ValueFloat32 oNumber;
-    tsl::ValueConverter const & oConverter = oNumber.GetConverter();
+    ValueConverter const & oConverter = oNumber.GetConverter();
     EXPECT_TRUE(oConverter.ConvertFromText(" 1.5 kg", oNumber, oLayout).IsOk());
     EXPECT_EQ(oNumber.AsFloat32(), 1.5f);
     EXPECT_EQ(oConverter.ConvertFromText("2.5kgkg", oNumber, oLayout).GetErrorCode(), 2);
-    EXPECT_EQ(oConverter.ConvertFromText("2.5", oNumber, oLayout).GetErrorCode(), 2);
     EXPECT_TRUE(oConverter.ConvertFromText("NULL", oNumber, oLayout).IsOk());
     EXPECT_TRUE(oNumber.IsNull());
 

@@ -1,13 +1,10 @@
 #include "AssertionTest.h"
 
-#include <tessel/ValueConverter.h>
-#include <tessel/ValueInt32.h>
-
 #include <climits>
 #include <functional>
 
-using tsl::Value;
-using tsl::ValueInt32;
+using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
@@ -17,32 +14,31 @@ enum Answer
     eAnswer = 42
 };
 
-/// The number that an operation makes of another one.
-template<class Change>
-int Changed(int iBefore, Change && fChange)
-{
-    ValueInt32 iNumber(iBefore);
-    fChange(iNumber);
-    return iNumber.AsInt32();
-}
-
 TEST(ValueInt32Arithmetic, WrapsAround)
 {
-    EXPECT_EQ(Changed(INT_MAX, [](ValueInt32 & i) { i += 1; }), INT_MIN);
-    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i -= ValueInt32(1); }), INT_MAX);
-    EXPECT_EQ(Changed(-46341, [](ValueInt32 & i) { i *= i; }), -2147479015);
-    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i /= -1; }), INT_MIN);
-    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i %= -1; }), 0);
-    EXPECT_EQ(Changed(-7, [](ValueInt32 & i) { i %= ValueInt32(4); }), -3);
-    EXPECT_EQ(Changed(12, [](ValueInt32 & i) { i &= 6; }), 4);
-    EXPECT_EQ(Changed(12, [](ValueInt32 & i) { i |= ValueInt32(3); }), 15);
-    EXPECT_EQ(Changed(12, [](ValueInt32 & i) { i ^= 6; }), 10);
-    EXPECT_EQ(Changed(INT_MAX, [](ValueInt32 & i) { ++i; }), INT_MIN);
-    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i--; }), INT_MAX);
-    EXPECT_EQ(Changed(INT_MIN, [](ValueInt32 & i) { i = -i; }), INT_MIN);
-    EXPECT_EQ(Changed(5, [](ValueInt32 & i) { i = (i + 5 - ValueInt32(2)) * 7 / 3 % 10; }), 8);
-    EXPECT_EQ(Changed(4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i; }), 4);
-    EXPECT_EQ(Changed(1, [](ValueInt32 & i) { i = i + eAnswer - 2L; }), 41);
+    struct Row
+    {
+        int iBefore;
+        void (*fChange)(ValueInt32 &);
+        int iAfter;
+    };
+    Row const aRows[] = {{INT_MAX, [](ValueInt32 & i) { i += 1; }, INT_MIN},
+        {INT_MIN, [](ValueInt32 & i) { i -= ValueInt32(1); }, INT_MAX},
+        {-46341, [](ValueInt32 & i) { i *= i; }, -2147479015},
+        {INT_MIN, [](ValueInt32 & i) { i /= -1; }, INT_MIN}, {INT_MIN, [](ValueInt32 & i) { i %= -1; }, 0},
+        {-7, [](ValueInt32 & i) { i %= ValueInt32(4); }, -3}, {12, [](ValueInt32 & i) { i &= 6; }, 4},
+        {12, [](ValueInt32 & i) { i |= ValueInt32(3); }, 15}, {12, [](ValueInt32 & i) { i ^= 6; }, 10},
+        {INT_MAX, [](ValueInt32 & i) { ++i; }, INT_MIN}, {INT_MIN, [](ValueInt32 & i) { i--; }, INT_MAX},
+        {INT_MIN, [](ValueInt32 & i) { i = -i; }, INT_MIN},
+        {5, [](ValueInt32 & i) { i = (i + 5 - ValueInt32(2)) * 7 / 3 % 10; }, 8},
+        {4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i; }, 4},
+        {1, [](ValueInt32 & i) { i = i + eAnswer - 2L; }, 41}};
+    for (int iRow = 0; auto const & [iBefore, fChange, iAfter] : aRows)
+    {
+        ValueInt32 iNumber(iBefore);
+        fChange(iNumber);
+        EXPECT_EQ(iNumber.AsInt32(), iAfter) << "row " << iRow++;
+    }
 }
 
 TEST(ValueInt32Arithmetic, TakesTheNullStateFromTheLeft)
@@ -76,8 +72,7 @@ TEST(ValueInt32Arithmetic, RefusesToDivideByZero)
     std::function<void()> const aCalls[] = {[&] { iNumber /= 0; }, [&] { iNumber %= ValueInt32(); },
         [&] { static_cast<void>(5 / ValueInt32(0)); }};
     for (auto const & fCall : aCalls)
-        EXPECT_TRUE(
-            tsltest::Asserts("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero", fCall));
+        EXPECT_TRUE(Asserts("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero", fCall));
     EXPECT_EQ(iNumber, 5);
 }
 
@@ -100,7 +95,7 @@ TEST(ValueInt32Comparing, RefusesNullOnTheLeftAlone)
         [&] { static_cast<void>(iNull != 0L); }, [&] { static_cast<void>(iNull < ValueInt32(1)); },
         [&] { static_cast<void>(iNull >= eAnswer); }};
     for (auto const & fCall : aCalls)
-        EXPECT_TRUE(tsltest::Asserts("!m_bNull", "Invalid operation. ValueInt32 is NULL", fCall));
+        EXPECT_TRUE(Asserts("!m_bNull", "Invalid operation. ValueInt32 is NULL", fCall));
 
     EXPECT_EQ(ValueInt32(INT_MIN).CompareTo(ValueInt32(INT_MAX)), Value::eLess);
     EXPECT_EQ(ValueInt32(INT_MAX).CompareTo(ValueInt32(INT_MIN)), Value::eGreater);
@@ -116,31 +111,22 @@ TEST(ValueInt32Text, IsReadFromDigitsAlone)
     {
         char const * sText;
         int iNumber; ///< 77 if nothing is read
-        char const * sFailure = nullptr;
+        char const * sFailure = "";
     };
-    Row const aRows[] = {
-        {" \t42\n ", 42},
-        {"+42", 42},
-        {"-0000000042", -42},
-        {"2147483647", INT_MAX},
+    Row const aRows[] = {{" \t42\n ", 42}, {"+42", 42}, {"-0000000042", -42}, {"2147483647", INT_MAX},
         {"-2147483648", INT_MIN},
         {"2147483648", 77, "Overflow. Biggest number for ValueInt32 is 2147483647."},
         {"-2147483649", 77, "Overflow. Smalest number for ValueInt32 is -2147483648."},
-        {"+12345678901", 77, sTooLong},
-        {"00000000001", 77, sTooLong},
-        {"   ", 77, "At least one digit expected."},
-        {"-", 77, sOnlyDigits},
-        {"+-1", 77, sOnlyDigits},
-        {"12 3", 77, sOnlyDigits},
-        {"1234567890123x", 77, sOnlyDigits},
-    };
-    for (Row const & oRow : aRows)
+        {"+12345678901", 77, sTooLong}, {"00000000001", 77, sTooLong},
+        {"   ", 77, "At least one digit expected."}, {"-", 77, sOnlyDigits}, {"+-1", 77, sOnlyDigits},
+        {"12 3", 77, sOnlyDigits}, {"1234567890123x", 77, sOnlyDigits}};
+    for (auto const & [sText, iExpected, sFailure] : aRows)
     {
         ValueInt32 iNumber(77);
-        tsl::Result const oResult = iNumber.GetConverter().ConvertFromText(oRow.sText, iNumber);
-        EXPECT_EQ(iNumber.AsInt32(), oRow.iNumber) << oRow.sText;
-        EXPECT_EQ(oResult.GetErrorCode(), oRow.sFailure ? 2 : 0) << oRow.sText;
-        EXPECT_EQ(oResult.IsOk() ? "" : oResult.GetText().s_str(), oRow.sFailure ? oRow.sFailure : "");
+        Result const oResult = iNumber.GetConverter().ConvertFromText(sText, iNumber);
+        EXPECT_EQ(iNumber.AsInt32(), iExpected) << sText;
+        EXPECT_EQ(oResult.GetErrorCode(), *sFailure ? 2 : 0) << sText;
+        EXPECT_STREQ(oResult.IsOk() ? "" : oResult.GetText().c_str(), sFailure);
     }
 
     ValueInt32 iNumber(5);
@@ -152,11 +138,10 @@ TEST(ValueInt32Text, IsReadFromDigitsAlone)
 
 TEST(ValueInt32Text, IsWrittenInTheDefaultLayout)
 {
-    tsl::ValueString sText;
+    ValueString sText;
     ValueInt32().AddAsString(sText);
     EXPECT_EQ(ValueInt32(INT_MIN).AddAsString(sText) + ValueInt32(5), "NULL-21474836485");
-    EXPECT_TRUE(
-        tsltest::Asserts("!i.IsNull()", "Invalid operation. Value is NULL", [&] { sText += ValueInt32(); }));
+    EXPECT_TRUE(Asserts("!i.IsNull()", "Invalid operation. Value is NULL", [&] { sText += ValueInt32(); }));
     EXPECT_EQ(sText, "NULL-2147483648");
 }
 

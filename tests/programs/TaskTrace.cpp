@@ -1,6 +1,9 @@
 // Drives a machine of one task through all that is traced, and prints the debug messages as
 // "identifier: text". Which of them there are is up to the ini file.
 
+#include "../TestMachine.h"
+#include "../TestMessages.h"
+
 #include <tessel/Tessel.h>
 
 #include <iostream>
@@ -8,123 +11,52 @@
 namespace
 {
 
-class Printer : public tsl::MessageProcessor
+void Print(tsl::Message const & oMessage, tsl::Result &)
 {
-public:
-    void Process(tsl::Message const & oMessage, tsl::Result &) const override
-    {
-        auto const & oDebug = dynamic_cast<tsl::DebugMessage const &>(oMessage);
-        std::cout << oDebug.GetIdentifier().s_str() << ": " << oDebug.GetText().s_str() << '\n';
-    }
+    auto const & oDebug = dynamic_cast<tsl::DebugMessage const &>(oMessage);
+    std::cout << oDebug.GetIdentifier().s_str() << ": " << oDebug.GetText().s_str() << '\n';
+}
 
-    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
-    tsl::Result Open() override { return tsl::Result(); }
-    void Close() override {}
-
-protected:
-    void DoCopy(tsl::Root const &) override {}
-
-private:
-    tsl::MessageDispatcherConfig m_oConfig;
-};
-
-/// A message that shows as a number.
-class Note : public tsl::Message
+int Talk(tsltest::OpenTask & oTask)
 {
-public:
-    explicit Note(int iNumber = 0) : m_iNumber(iNumber) {}
+    tsl::MessageFilterNoMessage const oNothing;
+    tsl::MessageFilterAllMessages const oAll;
+    delete oTask.Receive(0);
+    delete oTask.ReceiveFilter(oNothing, 0);
+    delete oTask.ReceiveFilter(oAll, -1);
+    delete oTask.ReceiveFilter(oAll, 0);
+    oTask.Send(tsltest::NumberMessage(9));
+    oTask.ClearSendBuffer();
+    oTask.ClearReveiveBuffer();
+    return tsl::Task::TR_RETURN;
+}
 
-    static tsl::ClassDescription const & GetStaticClassDesc()
-    {
-        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<Note>(
-            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-        return oDescription;
-    }
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    static tsl::Root * CreateNew() { return new Note; }
-
-    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
-    {
-        return tsl::Message::GetConstIterator();
-    }
-    tsl::String & AddAsString(tsl::String & s) const override { return s << "note " << m_iNumber; }
-
-protected:
-    void DoCopy(tsl::Root const & oSource) override { *this = static_cast<Note const &>(oSource); }
-
-private:
-    int m_iNumber;
-};
-
-class Talker : public tsl::Task
+void RunMachine()
 {
-public:
-    explicit Talker(tsl::TaskProcessor * pParent) : Task("Talker", pParent) {}
+    tsl::TaskContext oContext(new tsltest::OneTaskMachine(&Talk));
+    for (int i = 1; i <= 3; ++i)
+        oContext.WriteMessage(tsltest::NumberMessage(i));
+    oContext.Process();
+    delete oContext.ReadMessage();
 
-    int GetTaskID() const override { return 1; }
-    tsl::MessageFilter const & GetDefinedInputFilter() const override { return m_oNothing; }
-
-protected:
-    int DoProcess() override
+    tsl::TaskContextMessage oMessage;
+    oMessage.SetTaskName("task");
+    oMessage.SetMode(3);
+    for (bool const bEnabled : {true, false})
     {
-        delete Receive(0);
-        delete ReceiveFilter(m_oNothing, 0);
-        delete ReceiveFilter(m_oAll, -1);
-        Receive(0);
-        delete ReceiveFilter(m_oAll, 0);
-        Send(Note(9));
-        ClearSendBuffer();
-        ClearReveiveBuffer();
-        return TR_RETURN;
+        oMessage.SetEnabled(bEnabled);
+        oContext.WriteMessage(oMessage);
     }
-
-private:
-    tsl::MessageFilterNoMessage m_oNothing;
-    tsl::MessageFilterAllMessages m_oAll;
-};
-
-class Machine : public tsl::TaskProcessor
-{
-public:
-    Machine() : TaskProcessor("Machine", nullptr)
-    {
-        bool const bOk = m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, 1).IsOk();
-        tsl::TaskFactory::Instance().Register(
-            bOk ? 1 : 0, [](tsl::TaskProcessor * pParent) -> tsl::Task * { return new Talker(pParent); });
-    }
-
-    int GetTaskID() const override { return 0; }
-    tsl::TaskTransitionList const & GetTaskTransitionList() const override { return m_oTransitions; }
-
-private:
-    tsl::TaskTransitionList m_oTransitions;
-};
+}
 
 } // namespace
 
 int main()
 {
-    Printer const oPrinter;
+    tsltest::TestProcessor const oPrinter(&Print);
     tsl::Result const oResult =
         tsl::Support::GetAppDisp().Register(oPrinter, {tsl::DebugMessage::GetStaticClassDesc().GetClassId()});
-    {
-        tsl::TaskContext oContext(new Machine);
-        for (int i = 1; i <= 3; ++i)
-            oContext.WriteMessage(Note(i));
-        oContext.Process();
-        delete oContext.ReadMessage();
-
-        tsl::TaskContextMessage oMessage;
-        oMessage.SetTaskName("Talker");
-        oContext.WriteMessage(oMessage);
-        oMessage.SetMode(3);
-        for (bool const bEnabled : {true, false})
-        {
-            oMessage.SetEnabled(bEnabled);
-            oContext.WriteMessage(oMessage);
-        }
-    }
+    RunMachine();
     tsl::Support::GetAppDisp().Unregister(oPrinter);
     return oResult.GetErrorCode();
 }
