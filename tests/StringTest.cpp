@@ -153,6 +153,8 @@ TEST(StringAppending, WritesNumbersAsPrintfDoes)
 
     String const sLeft("a");
     EXPECT_EQ(sLeft + std::string("b") + 'c' + 1 + 2u + sLeft, "abc12a");
+    EXPECT_EQ("b" + sLeft, "ba");
+    EXPECT_EQ(std::string("<") + aAddress, std::string("<").append(aAddress)); // none of ours
     EXPECT_EQ((String() << -1.7976931348623157e308).GetLength(), 317u);
 }
 

@@ -3,9 +3,12 @@
 #include <tessel/Export.h>
 
 #include <compare>
+#include <concepts>
 #include <cstdarg>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 namespace tsl
 {
@@ -213,11 +216,18 @@ concept AppendableToString = requires(String & sLeft, Right const & oRight)
     sLeft << oRight;
 };
 
-template<AppendableToString Right>
-String operator+(String sLeft, Right const & oRight)
+/// The operands of a sum: the left one becomes a String, and one of the two is one already, so that sums of
+/// other texts stay what they are.
+template<class Left, class Right>
+concept SummandsOfString = std::convertible_to<Left, String> && AppendableToString<Right> &&(
+    std::derived_from<std::remove_cvref_t<Left>, String> || std::derived_from<Right, String>);
+
+template<class Left, class Right>
+requires SummandsOfString<Left, Right> String operator+(Left && oLeft, Right const & oRight)
 {
-    sLeft << oRight;
-    return sLeft;
+    String sSum(std::forward<Left>(oLeft));
+    sSum << oRight;
+    return sSum;
 }
 
 } // namespace tsl

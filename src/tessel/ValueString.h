@@ -5,7 +5,10 @@
 #include <tessel/Value.h>
 
 #include <compare>
+#include <concepts>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 namespace tsl
 {
@@ -185,12 +188,18 @@ concept AppendableToValueString = requires(ValueString & sLeft, Right const & oR
     sLeft << oRight;
 };
 
+/// The operands of a sum: the left one becomes a ValueString, and one of the two is a value already.
+template<class Left, class Right>
+concept SummandsOfValueString = std::convertible_to<Left, ValueString> && AppendableToValueString<Right> &&(
+    std::derived_from<std::remove_cvref_t<Left>, ValueString> || std::derived_from<Right, Value>);
+
 /// The result is non-null even if the left operand is null.
-template<AppendableToValueString Right>
-ValueString operator+(ValueString sLeft, Right const & oRight)
+template<class Left, class Right>
+requires SummandsOfValueString<Left, Right> ValueString operator+(Left && oLeft, Right const & oRight)
 {
-    sLeft << oRight;
-    return sLeft;
+    ValueString sSum(std::forward<Left>(oLeft));
+    sSum << oRight;
+    return sSum;
 }
 
 } // namespace tsl
