@@ -19,8 +19,12 @@ class Greeter : public tsl::ConsoleApplication
 public:
     Greeter() : ConsoleApplication(new GreeterConfig) {}
 
-    /// The printer goes before the application's bus does, which must not find it any more.
-    ~Greeter() override { GetDispatcher().Unregister(m_oFailurePrinter); }
+    /// The printers go before both buses do, which must not find them any more, however the run has ended.
+    ~Greeter() override
+    {
+        tsl::Support::GetAppDisp().Unregister(m_oGreetingPrinter);
+        GetDispatcher().Unregister(m_oFailurePrinter);
+    }
 
     static tsl::Application * Create() { return new Greeter; }
 
@@ -50,7 +54,6 @@ protected:
     /// The exit code is that of PostRun, so a failure of Run is passed on here.
     tsl::Result PostRun() override
     {
-        tsl::Support::GetAppDisp().Unregister(m_oGreetingPrinter);
         tsl::Result oResult = ConsoleApplication::PostRun();
         if (m_oOutcome.IsError())
             oResult = tsl::MakeResult(m_oOutcome.GetErrorCode(), "Nobody was greeted.", m_oOutcome);
