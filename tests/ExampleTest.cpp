@@ -47,7 +47,7 @@ TEST(Examples, PrintWhatTheirPagesShow)
         std::string sName;
         std::size_t iRuns;
     };
-    for (Row const & oRow : {Row{"greeter", 3}, Row{"trafficlight", 4}})
+    for (Row const & oRow : {Row{"greeter", 3}, Row{"trafficlight", 4}, Row{"values", 2}})
     {
         std::string const sSource = TESSEL_EXAMPLE_SOURCES "/" + oRow.sName + "/";
         TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + oRow.sName);
@@ -71,5 +71,38 @@ TEST(Examples, PrintWhatTheirPagesShow)
             EXPECT_EQ(oOutcome.sOutput + oOutcome.sErrors, oRun.sPrinted);
             iExitCode = oOutcome.iExitCode;
         }
+    }
+}
+
+TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
+{
+    struct Row
+    {
+        std::string sProgram;
+        std::string sIni;
+        std::string sArgument;
+        std::string sPrinted; ///< behind what begins every message, or the whole
+        int iExitCode = 6;
+    };
+    std::string const sBad = "Ungültiger Formatstring! String : ";
+    Row const aRows[] = {
+        {"greeter", "[Greeter]\nFormat=${%s%n}", "Ann", sBad + "\"%s%n\""},
+        {"greeter", "[Greeter]\nFormat=${%*s}", "Ann", sBad + "\"%*s\""},
+        {"values", "[Values/Integer]\nFormat=${%n}", "7", sBad + "\"%n\""},
+        {"values", "[Values/Integer]\nFormat=${clsid}", "7", "in einem Collection-Layout erlaubt!"},
+        {"values", "[Values/Float]\nFormat=${%*f}", "0.5", sBad + "\"%*f\""},
+        {"values", "[Values/Float]\nDecimalPlaces=99999", "0.5", sBad + "\"%.99999f\""},
+        {"values", "[Values]\nFormat=${dump", "7", "Zeichen '}' nicht gefunden. String : \"${dump\""},
+        {"values", "[Values]\nFormat=${%n%s}", "7", "${%n%s}\n", 0},
+        {"values", "[Values/Named]\nFormat=${%n%s}", "a=7", "(${%n%s})\n", 0},
+    };
+    for (Row const & oRow : aRows)
+    {
+        TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + oRow.sProgram);
+        oProgram.WriteFile(oRow.sProgram + ".ini", oRow.sIni);
+        ProgramOutcome const oOutcome = oProgram.Run({oRow.sArgument});
+        EXPECT_EQ(oOutcome.iExitCode, oRow.iExitCode) << oRow.sIni;
+        EXPECT_NE((oOutcome.sOutput + oOutcome.sErrors).find(oRow.sPrinted), std::string::npos)
+            << oRow.sIni << " gives " << oOutcome.sOutput << oOutcome.sErrors;
     }
 }

@@ -117,6 +117,17 @@ TEST(StaticObjects, AreListedInTheOrderOfTheirRegistration)
 
     std::string const sList = oOutput.str();
     EXPECT_TRUE(sList.starts_with("StaticObjectRegistry::Dump RegisteredObjectList : \nObject = ")) << sList;
+
+    // What the library has registered before the program's first line comes first.
+    std::size_t iPlace = 0;
+    for (std::string const sType :
+        {"Factory<std::", "GlobalApplicationIni\n", "GlobalDebugSwitchRegistry\n",
+            "GlobalMessageDispatcher\n", "Factory<int, ", "ClassDescription, description of class tsltest::"})
+    {
+        std::size_t const iNext = sList.find("Object = class tsl::" + sType);
+        EXPECT_TRUE(iNext != std::string::npos && iNext > iPlace) << sType << " in " << sList;
+        iPlace = iNext;
+    }
     EXPECT_TRUE(sList.ends_with("\nObject = class tsltest::Mortal<5>\nObject = class tsltest::Mortal<6>\n"
                                 "StaticObjectRegistry::Dump End\n"))
         << sList;
@@ -127,7 +138,8 @@ TEST(StaticObjects, AreListedInTheOrderOfTheirRegistration)
 TEST(StaticObjects, GoInTheReverseOrderOfTheirRegistration)
 {
     EXPECT_EQ(TestProgram("StaticObjects").Run().sOutput,
-        "main ends\nlast goes\n100 followers went, late class\nsecond goes\nfirst goes\n");
+        "Result is not known\nResult is known\nmain ends\n-2 leaves\nLogFileProcessor leaves\n"
+        "last goes\n100 followers went, late class\nsecond goes\nfirst goes\n");
 }
 
 } // namespace

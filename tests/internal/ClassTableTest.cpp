@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -38,7 +39,8 @@ Row const g_aRows[] = {{Of<Root>, "Root", "", eAbstract},
     {Of<Singleton<GlobalApplicationIni>>, "Singleton<tsl::GlobalApplicationIni>", "", eSingleton},
     {Of<Singleton<GlobalDebugSwitchRegistry>>, "Singleton<tsl::GlobalDebugSwitchRegistry>", "", eSingleton},
     {Of<Singleton<GlobalMessageDispatcher>>, "Singleton<tsl::GlobalMessageDispatcher>", "", eSingleton},
-    {Of<Singleton<MessageProcessorFactoryBase>>, "Singleton<tsl::", "", eSingleton},
+    {Of<Singleton<MessageProcessorFactoryBase>>, "Singleton<tsl::Factory<std::", "", eSingleton},
+    {Of<Singleton<TaskFactoryBase>>, "Singleton<tsl::Factory<int, ", "", eSingleton},
     {Of<Configuration>, "Configuration", "Root", eAbstract}, {Of<Message>, "Message", "Root", eAbstract},
     {Of<MessageProcessor>, "MessageProcessor", "Root", eAbstract},
     {Of<StringFormator>, "StringFormator", "Root", eConcrete},
@@ -59,6 +61,7 @@ Row const g_aRows[] = {{Of<Root>, "Root", "", eAbstract},
         eSingleton},
     {Of<DebugMessage>, "DebugMessage", "Message", eConcrete},
     {Of<ResultMessage>, "ResultMessage", "Message", eConcrete},
+    {Of<TaskContextMessage>, "TaskContextMessage", "Message", eConcrete},
     {Of<LogFileProcessor>, "LogFileProcessor", "MessageProcessor", eConcrete},
     {Of<MessageDispatcher>, "MessageDispatcher", "MessageProcessor", eConcrete},
     {Of<MessageDispatcherClient>, "MessageDispatcherClient", "MessageProcessor", eAbstract},
@@ -126,4 +129,6 @@ TEST(ClassTable, HoldsForEveryClass)
         EXPECT_EQ(ClassRepository::Instance().GetClassDescription(oClass.GetClassId()), &oClass);
         EXPECT_TRUE(std::string(oClass.GetFile()).starts_with("src/tessel/")) << oClass.GetFile();
     }
+    EXPECT_EQ(std::size(g_aRows), 59u);
+    EXPECT_EQ(ClassRepository::Instance().GetClassList().size(), 59u) << "there is a class without a row";
 }

@@ -1,9 +1,15 @@
-// Leaves objects to the registry and shows in which order they go, while some of them register others.
+// Leaves objects to the registry and shows in which order they go, while some of them register others, and what
+// the factories lose before that. In front of it, which classes the library knows from the start.
 
 #include <tessel/ClassRepository.h>
+#include <tessel/MessageProcessorFactory.h>
+#include <tessel/Result.h>
 #include <tessel/StaticObjectRegistry.h>
+#include <tessel/TaskFactory.h>
 
 #include <cstdio>
+#include <iostream>
+#include <memory>
 
 namespace
 {
@@ -46,11 +52,38 @@ public:
     Follower & operator=(Follower const &) = delete;
 };
 
+/// Shows what leaves the factory.
+template<class CallBack, class Args>
+class LeavingWatcher : public CallBack
+{
+public:
+    void Invoke(Args const & oArgs, bool &) override
+    {
+        if (oArgs.GetAction() == tsl::FactoryBase::eAfterUnregister)
+            std::cout << oArgs.GetKey() << " leaves\n";
+    }
+};
+
+using TaskWatcher = LeavingWatcher<tsl::TaskFactoryCallBack, tsl::TaskFactory::Args>;
+using ProcessorWatcher =
+    LeavingWatcher<tsl::MessageProcessorFactoryCallBack, tsl::MessageProcessorFactory::Args>;
+
+void PrintWhetherResultIsKnown()
+{
+    std::unique_ptr<tsl::Root> const pResult(tsl::ClassRepository::Instance().CreateNew("class tsl::Result"));
+    std::puts(pResult ? "Result is known" : "Result is not known");
+}
+
 } // namespace
 
 int main()
 {
-    static_cast<void>(tsl::ClassRepository::Instance());
+    PrintWhetherResultIsKnown();
+    static_cast<void>(tsl::Result::GetStaticClassDesc());
+    PrintWhetherResultIsKnown();
+
+    tsl::RegisterStaticObject(new TaskWatcher);
+    tsl::RegisterStaticObject(new ProcessorWatcher);
     tsl::RegisterStaticObject(new Announcer("first"));
     tsl::RegisterStaticObject(new Announcer("second"));
     tsl::RegisterStaticObject(new Follower);

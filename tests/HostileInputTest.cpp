@@ -1,0 +1,98 @@
+#include "AssertionTest.h"
+
+#include <tessel/IniFile.h>
+#include <tessel/NamedValue.h>
+#include <tessel/NamedValueConverter.h>
+#include <tessel/ValueFloat32.h>
+#include <tessel/ValueFloatConverter.h>
+#include <tessel/ValueInt32.h>
+#include <tessel/ValueIntegerConverter.h>
+#include <tessel/ValueStringConverter.h>
+
+#include <patternmatcher/PatternMatcher.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+using namespace tsl;
+using namespace std::string_literals;
+
+namespace
+{
+
+constexpr std::size_t HUGE_LENGTH = 10'000'000;
+
+std::string Write(Value const & oValue, ValueConverterLayout const & oLayout)
+{
+    ValueString sText("");
+    oValue.GetConverter().ConvertToText(oValue, sText, oLayout);
+    return sText.s_str();
+}
+
+/// What reading the text comes to: the number, or the failure.
+std::string ReadInteger(std::string const & sText, std::string const & sFormat)
+{
+    ValueInt32 iNumber;
+    Result const oResult =
+        iNumber.GetConverter().ConvertFromText(sText, iNumber, ValueIntegerConverterLayout(sFormat));
+    return oResult.IsOk() ? std::to_string(iNumber.AsInt32()) : oResult.GetText().s_str();
+}
+
+TEST(HugeTexts, AreWrittenReadAndSearched)
+{
+    std::string const sBlanks(HUGE_LENGTH, ' ');
+    std::string const sDigits(HUGE_LENGTH, '1');
+    EXPECT_EQ(ReadInteger(sBlanks + "-7" + sBlanks, "${%d}"), "-7");
+    EXPECT_EQ(ReadInteger(sDigits, "${%d}"), "Overflow. Max 10 digits allowed for ValueInt32.");
+    EXPECT_EQ(ReadInteger(sDigits + "-7", sDigits + "${%d}"), "-7");
+    EXPECT_EQ(Write(ValueInt32(7), ValueIntegerConverterLayout(sDigits + "${%d}")), sDigits + '7');
+    EXPECT_TRUE(
+        tsltest::Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%s\" failed.",
+            [&] { Write(ValueString(sDigits), ValueStringConverterLayout()); }));
+
+    std::string sUnknown;
+    for (std::size_t i = 0; i < HUGE_LENGTH / 4; ++i)
+        sUnknown += "${x}";
+    EXPECT_EQ(Write(NamedValue("n", ValueInt32(7)), NamedValueConverterLayout(sUnknown)), sUnknown);
+
+    ValueString sText("");
+    EXPECT_GT(Result(1, ValueString(sDigits), Result::eCategoryDefault).AddAsString(sText).GetLength(),
+        HUGE_LENGTH);
+
+    PatternMatcher::Matches oMatches;
+    PatternMatcher("^(1+)(-?)x").Match(sDigits + 'x', 0, oMatches);
+    EXPECT_EQ(oMatches.GetEnd(2), HUGE_LENGTH);
+}
+
+TEST(ZeroBytes, AreBytesLikeOthersButForPrintf)
+{
+    EXPECT_EQ(Write(ValueInt32(7), ValueIntegerConverterLayout("a\0${%d}\0b"s)), "a\0"
+                                                                                 "7\0b"s);
+    EXPECT_EQ(Write(ValueInt32(7), ValueIntegerConverterLayout("${%d\0%n}"s)), "7");
+    EXPECT_EQ(Write(ValueString("a\0b"s), ValueStringConverterLayout()), "a");
+    EXPECT_EQ(ReadInteger("a\0"
+                          "7"s,
+                  "a\0${%d}"s),
+        "7");
+    for (std::string const & sText : {"7\0"s,
+             "\0"
+             "7"s,
+             "7\0"
+             "7"s,
+             "NULL\0"s})
+        EXPECT_EQ(ReadInteger(sText, "${%d}"),
+            "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*");
+}
+
+TEST(BinaryFiles, AreNoIniFiles)
+{
+    IniFile oIni;
+    EXPECT_EQ(oIni.Open("/proc/self/exe").GetErrorCode(), 2);
+    std::vector<String> vChapters;
+    oIni.GetChapters(vChapters);
+    EXPECT_TRUE(vChapters.empty());
+}
+
+} // namespace
