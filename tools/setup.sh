@@ -2,7 +2,7 @@
 # Installs what this project is built and tested with, as far as it is missing:
 #
 #   tools/setup.sh          for the library, the examples and the tests
-#   tools/setup.sh --all    for the benchmarks, the second compiler and everything else in .ci/run as well
+#   tools/setup.sh --all    for the benchmarks, the reference, the second compiler and all else in .ci/run as well
 #
 # Packages are installed on Debian and its kin, by root or with a sudo that asks nothing. Elsewhere it says
 # what is missing and fails. Where nothing is missing, it does nothing.
@@ -21,6 +21,7 @@ extra_needs='
 clang|clang++ 14 or later|has_version clang++ -dumpversion 14
 clang-format|clang-format|has clang-format
 libbenchmark-dev|Google Benchmark|has_header benchmark/benchmark.h
+doxygen|Doxygen|has doxygen
 ccache|ccache|has ccache'
 
 has() {
@@ -70,7 +71,7 @@ esac
 missing=$(list_missing)
 [ -n "$missing" ] || exit 0
 
-packages=$(printf '%s\n' "$missing" | sed 's/|.*//' | tr '\n' ' ')
+packages=$(printf '%s\n' "$missing" | sed 's/|.*//' | paste -sd ' ' -)
 by_hand="apt-get install $packages"
 
 has apt-get || fail "There is no apt-get here, so nothing was installed." \

@@ -69,7 +69,7 @@ public:
     /// Searches the text from the byte start on and keeps the positions of the match for substr; one thread
     /// at a time may therefore use an object this way. 0 if nothing matches, also if start lies behind the
     /// text; otherwise the number of groups, the whole match included, so at least 1. What stands in front
-    /// of start still counts for ^ and \b.
+    /// of start still counts for ^ and `\b`.
     unsigned int Match(std::string const & text, unsigned int start) const;
 
     /// The text of a sub-match of the last Match, whose text is to be given again; index 0 is the whole
