@@ -1,6 +1,7 @@
 #include "LogFileProcessor.h"
 
 #include "Platform.h"
+#include "Spare.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Locks.h>
@@ -8,7 +9,7 @@
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
 
-#include <atomic>
+#include <utility>
 
 namespace tsl
 {
@@ -16,21 +17,17 @@ namespace tsl
 namespace
 {
 
-/// Keeps the memory of one line for the next, so that short lines need none of their own. Lines of
-/// several threads at once are made anew.
+constexpr unsigned int LENGTH_USUAL = 256;
+constexpr unsigned int LENGTH_KEPT = 4096;
+
+/// Short lines need no memory of their own: they use that of an earlier one.
 class SpareLine
 {
 public:
-    ~SpareLine() { delete m_pLine.load(); }
-
     std::unique_ptr<String> Take()
     {
-        std::unique_ptr<String> pLine(m_pLine.exchange(nullptr, std::memory_order_acquire));
-        if (!pLine)
-        {
-            pLine = std::make_unique<String>();
-            pLine->Reserve(LENGTH_USUAL);
-        }
+        std::unique_ptr<String> pLine = m_oSpare.Take();
+        pLine->Reserve(LENGTH_USUAL);
         pLine->Clear();
         return pLine;
     }
@@ -39,14 +36,11 @@ public:
     {
         // One long message must not hold its memory for ever.
         if (pLine->GetLength() <= LENGTH_KEPT)
-            delete m_pLine.exchange(pLine.release(), std::memory_order_acq_rel);
+            m_oSpare.GiveBack(std::move(pLine));
     }
 
 private:
-    static constexpr unsigned int LENGTH_USUAL = 256;
-    static constexpr unsigned int LENGTH_KEPT = 4096;
-
-    std::atomic<String *> m_pLine{nullptr};
+    Spare<String> m_oSpare;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include <tessel/ValueFloatConverter.h>
 
 #include "ReplacementFormat.h"
+#include "Spare.h"
 #include "ValueCast.h"
 
 #include <tessel/ValueFloat32.h>
@@ -34,24 +35,6 @@ enum Group : unsigned int
 };
 
 constexpr double FLOAT_MAX = std::numeric_limits<float>::max();
-
-/// Memory for searches that belongs to the calling thread and stays for its next search.
-PatternMatcher::Matches & GetThreadMatches()
-{
-    // A plain pointer, since numbers may still be read after the thread's objects have been destroyed.
-    static thread_local PatternMatcher::Matches * pMatches = nullptr;
-    struct Keeper
-    {
-        ~Keeper() { delete std::exchange(pMatches, nullptr); }
-    };
-
-    if (!pMatches)
-    {
-        static thread_local Keeper oKeeper;
-        pMatches = new PatternMatcher::Matches;
-    }
-    return *pMatches;
-}
 
 /// A number without its sign, as the pattern has taken it apart.
 struct Number
@@ -212,7 +195,13 @@ void ValueFloatConverterLayout::UpdateFormat()
     static_cast<void>(SetFormat(sFormat));
 }
 
-ValueFloatConverter::ValueFloatConverter() : m_pNumber(std::make_shared<PatternMatcher>(NUMBER_PATTERN)) {}
+struct TSL_HIDDEN ValueFloatConverter::Private
+{
+    PatternMatcher const oNumber{NUMBER_PATTERN};
+    Spare<PatternMatcher::Matches> oMatches;
+};
+
+ValueFloatConverter::ValueFloatConverter() : m(std::make_shared<Private>()) {}
 
 ClassDescription const & ValueFloatConverter::GetClassDesc() const
 {
@@ -261,14 +250,15 @@ Result ValueFloatConverter::DoConvertReplacement(
     std::string_view const sTrimmed = std::string_view(sAll).substr(iBlanks);
 
     // The pattern matches every text, but the match may be empty.
-    PatternMatcher::Matches & oMatches = GetThreadMatches();
-    m_pNumber->Match(sTrimmed, 0, oMatches);
-    std::size_t const iLength = oMatches.GetText(sTrimmed, eGroupNumber).size();
+    std::unique_ptr<PatternMatcher::Matches> pMatches = m->oMatches.Take();
+    m->oNumber.Match(sTrimmed, 0, *pMatches);
+    std::size_t const iLength = pMatches->GetText(sTrimmed, eGroupNumber).size();
+    double const fNumber = iLength == 0 ? 0 : ReadNumber(sTrimmed, *pMatches);
+    m->oMatches.GiveBack(std::move(pMatches));
+
     if (iLength == 0)
         return MakeResult(
             ERR::eBadData, String("Invalid syntax. Cannot convert '") + sAll + "' to ValueFloat.");
-
-    double const fNumber = ReadNumber(sTrimmed, oMatches);
     if (fNumber > FLOAT_MAX)
         return MakeResult(ERR::eOutOfRange, "Overflow. Smalest number for ValueFloat32 is FLOAT32_MAX.");
     if (fNumber < -FLOAT_MAX)

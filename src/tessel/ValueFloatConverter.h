@@ -10,8 +10,6 @@
 namespace tsl
 {
 
-class PatternMatcher;
-
 /// The layout of a ValueFloat32; the default format is "${%f}". Its format can be made from a number of
 /// decimal places.
 class TSL_EXPORT ValueFloatConverterLayout : public ValueConverterLayout
@@ -75,8 +73,9 @@ protected:
         ValueString const & sIdentifier) const override;
 
 private:
-    // Shared by copies of the converter; any number of threads may search with it.
-    std::shared_ptr<PatternMatcher const> m_pNumber;
+    // Shared by copies of the converter; any number of threads may use it.
+    struct Private;
+    std::shared_ptr<Private> m;
 };
 
 } // namespace tsl
