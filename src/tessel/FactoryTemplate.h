@@ -111,7 +111,7 @@ public:
     ~Factory() override = default;
 
     /// The one factory of this kind, made by the function on the first call.
-    static Factory & Instance(Factory * (*fCreator)())
+    [[gnu::noinline]] static Factory & Instance(Factory * (*fCreator)())
     {
         static Factory & oRef = Singleton<Factory>::Instance(fCreator);
         return oRef;

@@ -21,7 +21,9 @@ public:
     virtual ClassDescription const & GetClassDesc() const { return GetStaticClassDesc(); }
     virtual ~Singleton() = default;
 
-    static ClassDescription const & GetStaticClassDesc()
+    // Neither this nor Instance may become a part of the user's code: the objects are those of the library,
+    // and another compiler may give such objects names of its own and make them anew.
+    [[gnu::noinline]] static ClassDescription const & GetStaticClassDesc()
     {
         static ClassDescription const & oDescription =
             DescribeClass<Singleton>(nullptr, ClassDescription::eConcrete, nullptr);
@@ -31,7 +33,7 @@ public:
     /// The one object. The first call makes it with the given function; later calls do not look at the
     /// argument. No function, and a function that gives no object, are assertion failures with the name of
     /// T as information.
-    static T & Instance(T * (*fCreator)())
+    [[gnu::noinline]] static T & Instance(T * (*fCreator)())
     {
         static T & oObject = *RegisterSingletonObject(InstanceEx(fCreator));
         return oObject;
