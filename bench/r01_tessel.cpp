@@ -1,5 +1,7 @@
 // A log point that is off: what it costs to pass it.
 
+#include "EightTimes.h"
+
 #include <benchmark/benchmark.h>
 
 #include <tessel/LogPoint.h>
@@ -14,14 +16,14 @@ static void LogPointOff(benchmark::State & oState)
     int iNumber = 0;
     for (auto _ : oState)
     {
-        // Eight a turn, so that the loop itself does not hide what a single one costs. The compiler must
-        // take the number as unknown and memory as changed.
-        for (int i = 0; i < 8; ++i)
-        {
-            ++iNumber;
-            asm volatile("" : "+r"(iNumber) : : "memory");
-            PassLogPoint(iNumber);
-        }
+        tslbench::EightTimes(
+            [&]
+            {
+                // The compiler must take the number as unknown and memory as changed.
+                ++iNumber;
+                asm volatile("" : "+r"(iNumber) : : "memory");
+                PassLogPoint(iNumber);
+            });
     }
     oState.SetItemsProcessed(oState.iterations() * 8);
 }
