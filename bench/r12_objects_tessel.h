@@ -2,6 +2,8 @@
 
 #include <tessel/Message.h>
 
+#include <array>
+
 namespace tslbench
 {
 
@@ -19,8 +21,9 @@ protected:
     void DoCopy(tsl::Root const & oSource) override;
 
 private:
-    // All are written out: for a rest of zeros g++ takes a string instruction, which is slower by far.
-    long m_aValues[11] = {1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0};
+    // All are written out, since g++ takes a slow string instruction for a rest of zeros; and not a plain
+    // array, which it assigns word by word.
+    std::array<long, 11> m_aValues = {1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0};
 };
 
 class Record1 : public Record

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <memory>
+#include <typeinfo>
 
 namespace tsl
 {
@@ -30,8 +31,11 @@ public:
 
     /// Stores all arguments and registers the description, which is where the class id comes from; the
     /// one given is not kept. The texts and the base are not owned and must outlive the description.
+    ///
+    /// @param pType the class itself if every object of it has this description, else null
     ClassDescription(char const * sClassName, unsigned int const & iClassId, char const * sFile,
-        bool bAbstract, Root * (*fFactory)(), ClassDescription const * pBase);
+        bool bAbstract, Root * (*fFactory)(), ClassDescription const * pBase,
+        std::type_info const * pType = nullptr);
     ~ClassDescription();
     ClassDescription(ClassDescription const &) = delete;
     ClassDescription & operator=(ClassDescription const &) = delete;
@@ -72,6 +76,9 @@ public:
         return pClass != nullptr;
     }
 
+    /// True if objects of exactly that class have this description. False says nothing.
+    bool IsOfType(std::type_info const & oType) const { return m_pType == &oType; }
+
 private:
     unsigned int m_iClassId;
     char const * m_sClassName;
@@ -79,6 +86,7 @@ private:
     bool m_bAbstract;
     ClassDescription const * m_pBase;
     FactoryFunction m_fFactory;
+    std::type_info const * m_pType;
 };
 
 /// The table of all class descriptions of the process. It owns none of them.
@@ -138,7 +146,7 @@ ClassDescription const & DescribeClass(ClassDescription const * pBase, ClassDesc
     constexpr unsigned int iNoClassId = 0xFFFFFFFF;
     bool const bAbstract = eKind == ClassDescription::eAbstract;
     return *RegisterStaticObject(
-        new ClassDescription(GetTypeName<T>(), iNoClassId, sFile, bAbstract, fFactory, pBase));
+        new ClassDescription(GetTypeName<T>(), iNoClassId, sFile, bAbstract, fFactory, pBase, &typeid(T)));
 }
 
 } // namespace tsl

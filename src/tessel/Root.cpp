@@ -2,16 +2,8 @@
 
 #include <tessel/Assertion.h>
 
-#include <memory>
-
 namespace tsl
 {
-
-static void DemandCopyable(ClassDescription const & oSource, Root const & oTarget)
-{
-    if (!oSource.IsDerivedClass(oTarget.GetClassDesc()))
-        XAssertionFailed("false", "Root::Copy(oSource) : oSource ist nicht von this abgeleitet!");
-}
 
 ClassDescription const & Root::GetClassDesc() const
 {
@@ -35,7 +27,8 @@ void Root::Set(Root const & oSource)
     if (&oSource == this)
         return;
 
-    DemandCopyable(oSource.GetClassDesc(), *this);
+    if (!oSource.GetClassDesc().IsDerivedClass(GetClassDesc()))
+        FailForeignSource();
     DoCopy(oSource);
 }
 
@@ -44,24 +37,19 @@ void Root::Copy(Root const & oSource)
     Set(oSource);
 }
 
-Root * Root::GetCopy() const
+void Root::FailForeignSource()
 {
-    ClassDescription const & oClass = GetClassDesc();
-    auto const fFactory = oClass.GetFactoryFunction();
-    if (!fFactory)
-        XAssertionFailed("fFactory", "Root::GetCopy : Klasse hat keine Factory-Funktion!");
+    XAssertionFailed("false", "Root::Copy(oSource) : oSource ist nicht von this abgeleitet!");
+}
 
-    Root * const pCopy = fFactory();
-    if (pCopy == this)
-        return pCopy;
+void Root::FailNoFactory()
+{
+    XAssertionFailed("fFactory", "Root::GetCopy : Klasse hat keine Factory-Funktion!");
+}
 
-    if (!pCopy)
-        XAssertionFailed("pCopy", "Root::GetCopy : Factory-Funktion liefert kein Objekt!");
-
-    std::unique_ptr<Root> pOwner(pCopy);
-    DemandCopyable(oClass, *pOwner);
-    pOwner->DoCopy(*this);
-    return pOwner.release();
+void Root::FailNoCopy()
+{
+    XAssertionFailed("pCopy", "Root::GetCopy : Factory-Funktion liefert kein Objekt!");
 }
 
 } // namespace tsl

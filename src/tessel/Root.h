@@ -3,6 +3,9 @@
 #include <tessel/ClassRepository.h>
 #include <tessel/Export.h>
 
+#include <memory>
+#include <typeinfo>
+
 namespace tsl
 {
 
@@ -41,6 +44,34 @@ protected:
 
     /// Copies the state of the source, which has been found to be of this class or derived from it.
     virtual void DoCopy(Root const & oSource) = 0;
+
+private:
+    [[noreturn]] static void FailForeignSource();
+    [[noreturn]] static void FailNoFactory();
+    [[noreturn]] static void FailNoCopy();
 };
+
+// In the header, since messages are copied all the time and what is left here is hardly more than the calls
+// of the class itself.
+inline Root * Root::GetCopy() const
+{
+    ClassDescription const & oClass = GetClassDesc();
+    auto const fFactory = oClass.GetFactoryFunction();
+    if (!fFactory) [[unlikely]]
+        FailNoFactory();
+
+    Root * const pCopy = fFactory();
+    if (pCopy == this)
+        return pCopy;
+    if (!pCopy) [[unlikely]]
+        FailNoCopy();
+
+    // An object of the very class need not be asked for its description, which is nearly always so.
+    std::unique_ptr<Root> pOwner(pCopy);
+    if (!oClass.IsOfType(typeid(*pCopy)) && !oClass.IsDerivedClass(pCopy->GetClassDesc())) [[unlikely]]
+        FailForeignSource();
+    pOwner->DoCopy(*this);
+    return pOwner.release();
+}
 
 } // namespace tsl
