@@ -5,6 +5,7 @@
 #include <tessel/ValueString.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <iterator>
 #include <string_view>
@@ -17,33 +18,93 @@ namespace tsl
 namespace
 {
 
-/// A file name that needs no allocation while it is as short as those of a source tree.
-class SourceFile
+std::string_view OrEmpty(char const * sText)
+{
+    return sText ? sText : "";
+}
+
+/// Bytes that need no allocation while they are as few as in most failures.
+class ShortText
 {
 public:
-    void Set(char const * sFile)
-    {
-        std::string_view const sName = sFile ? sFile : "";
-        if (sName.size() < sizeof m_aShort)
-        {
-            // Not strcpy: the old text may be part of the new one.
-            std::memmove(m_aShort, sName.data(), sName.size());
-            m_aShort[sName.size()] = '\0';
-            m_sLong.reset();
-            return;
-        }
+    explicit ShortText(std::string_view sText = {}) { Set(sText); }
 
-        auto sLong = std::make_unique<char[]>(sName.size() + 1);
-        std::memcpy(sLong.get(), sName.data(), sName.size());
+    void Set(std::string_view sText)
+    {
+        // The old text is kept until the new one is copied, which may be part of it.
+        std::unique_ptr<char[]> sLong(sText.size() < sizeof m_aShort ? nullptr : new char[sText.size() + 1]);
+        char * const sTarget = sLong ? sLong.get() : m_aShort;
+        std::memmove(sTarget, sText.data(), sText.size());
+        sTarget[sText.size()] = '\0';
         m_sLong = std::move(sLong);
+        m_iLength = sText.size();
     }
 
-    void Set(SourceFile const & oSource) { Set(oSource.Get()); }
-    char const * Get() const { return m_sLong ? m_sLong.get() : m_aShort; }
+    char const * c_str() const { return m_sLong ? m_sLong.get() : m_aShort; }
+    std::string_view Get() const { return {c_str(), m_iLength}; }
 
 private:
-    char m_aShort[48] = "";
+    std::size_t m_iLength;
+    char m_aShort[48];
     std::unique_ptr<char[]> m_sLong;
+};
+
+/// The text of a failure. Most failures are tested, passed on and forgotten, so it becomes a value only when
+/// somebody asks for one; that value then stays, whatever the text becomes.
+class FailureText
+{
+public:
+    FailureText() = default;
+    explicit FailureText(std::string_view sText) : m_oBytes(sText), m_bNull(false) {}
+    explicit FailureText(ValueString const & sText) { Set(sText); }
+    ~FailureText() { delete m_pValue.load(std::memory_order_relaxed); }
+    FailureText(FailureText const &) = delete;
+    FailureText & operator=(FailureText const & oSource)
+    {
+        Set(oSource.m_oBytes.Get(), oSource.m_bNull);
+        return *this;
+    }
+
+    void Set(std::string_view sText, bool bNull = false)
+    {
+        m_oBytes.Set(sText);
+        m_bNull = bNull;
+        if (ValueString * const pValue = m_pValue.load(std::memory_order_relaxed))
+            *pValue = MakeValue();
+    }
+    void Set(ValueString const & sText)
+    {
+        bool const bNull = sText.IsNull();
+        Set(bNull ? std::string_view() : std::string_view(sText.s_str()), bNull);
+    }
+
+    /// Any number of threads may ask.
+    ValueString const & GetValue() const
+    {
+        if (ValueString const * const pValue = m_pValue.load(std::memory_order_acquire))
+            return *pValue;
+
+        auto pNew = std::make_unique<ValueString>(MakeValue());
+        ValueString * pFaster = nullptr;
+        if (!m_pValue.compare_exchange_strong(pFaster, pNew.get(), std::memory_order_acq_rel))
+            return *pFaster;
+        return *pNew.release();
+    }
+
+    bool operator==(FailureText const & oOther) const
+    {
+        return m_bNull == oOther.m_bNull && m_oBytes.Get() == oOther.m_oBytes.Get();
+    }
+
+private:
+    ValueString MakeValue() const
+    {
+        return m_bNull ? ValueString() : ValueString(std::string(m_oBytes.Get()));
+    }
+
+    ShortText m_oBytes;
+    bool m_bNull = true;
+    mutable std::atomic<ValueString *> m_pValue{nullptr};
 };
 
 bool IsSameText(ValueString const & sLeft, ValueString const & sRight)
@@ -59,8 +120,13 @@ struct TSL_HIDDEN Result::Body
 {
     Body() = default;
 
-    Body(int iErrorCode_, ValueString sText_, Category eCategory_)
-        : iErrorCode(iErrorCode_), eCategory(eCategory_), sText(std::move(sText_))
+    Body(int iErrorCode_, ValueString const & sText, Category eCategory_)
+        : iErrorCode(iErrorCode_), eCategory(eCategory_), oText(sText)
+    {
+    }
+
+    Body(int iErrorCode_, std::string_view sText, Category eCategory_, std::string_view sFile, int iLine)
+        : iErrorCode(iErrorCode_), eCategory(eCategory_), iSourceLine(iLine), oSourceFile(sFile), oText(sText)
     {
     }
 
@@ -70,8 +136,8 @@ struct TSL_HIDDEN Result::Body
     int iErrorCode = 0;
     Category eCategory = eCategoryDefault;
     int iSourceLine = 0;
-    SourceFile oSourceFile;
-    ValueString sText;
+    ShortText oSourceFile;
+    FailureText oText;
 
     // Null while the cause is, since hardly any failure has one.
     std::unique_ptr<ValueString> pCause;
@@ -85,8 +151,8 @@ void Result::Body::CopyFields(Body const & oSource)
     iErrorCode = oSource.iErrorCode;
     eCategory = oSource.eCategory;
     iSourceLine = oSource.iSourceLine;
-    oSourceFile.Set(oSource.oSourceFile);
-    sText = oSource.sText;
+    oSourceFile.Set(oSource.oSourceFile.Get());
+    oText = oSource.oText;
     pCause = oSource.pCause ? std::make_unique<ValueString>(*oSource.pCause) : nullptr;
 }
 
@@ -97,9 +163,8 @@ static ValueString const & OrNull(std::unique_ptr<ValueString> const & pText)
 
 bool Result::Body::operator==(Body const & oOther) const
 {
-    return iErrorCode == oOther.iErrorCode && IsSameText(sText, oOther.sText) && eCategory == oOther.eCategory
-           && iSourceLine == oOther.iSourceLine
-           && std::strcmp(oSourceFile.Get(), oOther.oSourceFile.Get()) == 0
+    return iErrorCode == oOther.iErrorCode && oText == oOther.oText && eCategory == oOther.eCategory
+           && iSourceLine == oOther.iSourceLine && oSourceFile.Get() == oOther.oSourceFile.Get()
            && IsSameText(OrNull(pCause), OrNull(oOther.pCause))
            && std::equal(vHistory.begin(), vHistory.end(), oOther.vHistory.begin(), oOther.vHistory.end(),
                [](auto const & pLeft, auto const & pRight) { return *pLeft == *pRight; });
@@ -134,6 +199,11 @@ Result::Result(int iErrorCode, ValueString const & sText, Result const & oPrevio
     : Result(iErrorCode, sText, oPrevious.GetCategory())
 {
     SetPrevious(oPrevious);
+}
+
+Result::Result(int iErrorCode, std::string_view sText, Category eCategory, std::string_view sFile, int iLine)
+    : m_pBody(new Body(iErrorCode, sText, eCategory, sFile, iLine))
+{
 }
 
 Result & Result::operator=(Result const & oSource)
@@ -200,11 +270,11 @@ int Result::GetSourceLine() const
 }
 char const * Result::GetSourceFile() const
 {
-    return m_pBody ? m_pBody->oSourceFile.Get() : "";
+    return m_pBody ? m_pBody->oSourceFile.c_str() : "";
 }
 ValueString const & Result::GetText() const
 {
-    return m_pBody ? m_pBody->sText : ValueString::Null();
+    return m_pBody ? m_pBody->oText.GetValue() : ValueString::Null();
 }
 ValueString const & Result::GetCause() const
 {
@@ -213,11 +283,11 @@ ValueString const & Result::GetCause() const
 
 void Result::SetText(ValueString const & sText)
 {
-    DemandBody().sText = sText;
+    DemandBody().oText.Set(sText);
 }
 void Result::SetText(char const * sText)
 {
-    DemandBody().sText = sText;
+    DemandBody().oText.Set(OrEmpty(sText));
 }
 void Result::SetCause(ValueString const & sCause)
 {
@@ -231,7 +301,7 @@ void Result::SetCause(char const * sCause)
 void Result::SetSource(char const * sFile, int iLine)
 {
     Body & oBody = DemandBody();
-    oBody.oSourceFile.Set(sFile);
+    oBody.oSourceFile.Set(OrEmpty(sFile));
     oBody.iSourceLine = iLine;
 }
 
@@ -363,47 +433,30 @@ void Result::AddToHistory(Result const & oResult)
         m_pBody->vHistory.push_back(std::make_unique<Result>(oResult.GetHistory(i)));
 }
 
-/// Makes a failure whose last constructor argument is a category or the previous failure.
-template<class Text, class Last>
-static Result MakeWithSource(
-    int iErrorCode, Text const & sText, Last const & oLast, char const * sFile, int iLine)
-{
-    Result oResult(iErrorCode, sText, oLast);
-    oResult.SetSource(sFile, iLine);
-    return oResult;
-}
-
-Result MakeResult(int iErrorCode, char const * sText, char const * sFile, int iLine)
-{
-    return MakeWithSource(iErrorCode, sText, Result::eCategoryDefault, sFile, iLine);
-}
-
-Result MakeResult(int iErrorCode, String const & sText, char const * sFile, int iLine)
-{
-    return MakeWithSource(iErrorCode, sText, Result::eCategoryDefault, sFile, iLine);
-}
-
 Result MakeResult(int iErrorCode, char const * sText, Result const & oPrevious, char const * sFile, int iLine)
 {
-    return MakeWithSource(iErrorCode, sText, oPrevious, sFile, iLine);
-}
-
-Result MakeResult(
-    int iErrorCode, String const & sText, Result const & oPrevious, char const * sFile, int iLine)
-{
-    return MakeWithSource(iErrorCode, sText, oPrevious, sFile, iLine);
-}
-
-Result MakeResult(
-    int iErrorCode, char const * sText, Result::Category eCategory, char const * sFile, int iLine)
-{
-    return MakeWithSource(iErrorCode, sText, eCategory, sFile, iLine);
+    Result oResult = MakeResult(iErrorCode, sText, oPrevious.GetCategory(), sFile, iLine);
+    oResult.SetPrevious(oPrevious);
+    return oResult;
 }
 
 Result MakeResult(
     int iErrorCode, String const & sText, Result::Category eCategory, char const * sFile, int iLine)
 {
-    return MakeWithSource(iErrorCode, sText, eCategory, sFile, iLine);
+    return Result(iErrorCode, sText.s_str(), eCategory, sFile, iLine);
+}
+
+Result MakeResult(int iErrorCode, String const & sText, char const * sFile, int iLine)
+{
+    return MakeResult(iErrorCode, sText, Result::eCategoryDefault, sFile, iLine);
+}
+
+Result MakeResult(
+    int iErrorCode, String const & sText, Result const & oPrevious, char const * sFile, int iLine)
+{
+    Result oResult = MakeResult(iErrorCode, sText, oPrevious.GetCategory(), sFile, iLine);
+    oResult.SetPrevious(oPrevious);
+    return oResult;
 }
 
 } // namespace tsl

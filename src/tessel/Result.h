@@ -6,6 +6,7 @@
 #include <tessel/Value.h>
 
 #include <memory>
+#include <string_view>
 
 namespace tsl
 {
@@ -44,6 +45,9 @@ public:
     Result(int iErrorCode, char const * sText, Result const & oPrevious);
     Result(int iErrorCode, String const & sText, Result const & oPrevious);
     Result(int iErrorCode, ValueString const & sText, Result const & oPrevious);
+
+    /// A failure with its source place; both texts are copied.
+    Result(int iErrorCode, std::string_view sText, Category eCategory, std::string_view sFile, int iLine);
 
     Result(Result const & oSource) : Value(oSource)
     {
@@ -142,19 +146,27 @@ private:
     Body * m_pBody = nullptr;
 };
 
-/// Makes a failure that carries the place of the call: with category 0, with a previous failure, or with
-/// a category.
-TSL_EXPORT Result MakeResult(
-    int iErrorCode, char const * sText, char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
-TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, char const * sFile = __builtin_FILE(),
-    int iLine = __builtin_LINE());
+/// Makes a failure that carries the place of the call: with category 0, with a category, or with a previous
+/// failure. A null text counts as the empty one.
+inline Result MakeResult(int iErrorCode, char const * sText, Result::Category eCategory,
+    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE())
+{
+    // Here, since the lengths of literals are known where they stand.
+    return Result(
+        iErrorCode, std::string_view(sText ? sText : ""), eCategory, std::string_view(sFile), iLine);
+}
+inline Result MakeResult(
+    int iErrorCode, char const * sText, char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE())
+{
+    return MakeResult(iErrorCode, sText, Result::eCategoryDefault, sFile, iLine);
+}
 TSL_EXPORT Result MakeResult(int iErrorCode, char const * sText, Result const & oPrevious,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
-TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, Result const & oPrevious,
-    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
-TSL_EXPORT Result MakeResult(int iErrorCode, char const * sText, Result::Category eCategory,
-    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
 TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, Result::Category eCategory,
+    char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
+TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, char const * sFile = __builtin_FILE(),
+    int iLine = __builtin_LINE());
+TSL_EXPORT Result MakeResult(int iErrorCode, String const & sText, Result const & oPrevious,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
 
 } // namespace tsl
