@@ -1,17 +1,13 @@
 #include <tessel/Locks.h>
 
+#include "ForcedEnd.h"
+
 #include <atomic>
 
 namespace tsl
 {
 
-namespace
-{
-
-/// Its address tells the thread.
-[[gnu::tls_model("initial-exec")]] thread_local char t_cSelf;
-
-} // namespace
+constinit thread_local ForcedEndState t_oForcedEnd;
 
 /// A lock that costs one atomic change to take and one to give up while nobody else wants it, which the
 /// recursive mutex of the standard library is far from.
@@ -25,7 +21,9 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
     };
 
     std::atomic<int> eState{eFree};
-    std::atomic<char const *> pOwner{nullptr};
+
+    /// The thread, told by the address of its state.
+    std::atomic<ForcedEndState const *> pOwner{nullptr};
 
     /// Entries of the owner beyond the first one.
     unsigned int iMoreEntries = 0;
@@ -33,7 +31,10 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
     void WaitAndTake()
     {
         while (eState.exchange(eWanted, std::memory_order_acquire) != eFree)
+        {
+            WaitScope const oScope(ForcedEndState::eForHold);
             eState.wait(eWanted, std::memory_order_relaxed);
+        }
     }
 };
 
@@ -47,16 +48,18 @@ void CriticalSectionMutex::Lock()
     Section & oSection = *m_pSection;
 
     // Only this thread itself can have entered this thread as the owner.
-    if (oSection.pOwner.load(std::memory_order_relaxed) == &t_cSelf)
+    ForcedEndState & oSelf = t_oForcedEnd;
+    if (oSection.pOwner.load(std::memory_order_relaxed) == &oSelf)
     {
         ++oSection.iMoreEntries;
         return;
     }
 
+    oSelf.BeginHold();
     int eState = Section::eFree;
     if (!oSection.eState.compare_exchange_strong(eState, Section::eHeld, std::memory_order_acquire))
         oSection.WaitAndTake();
-    oSection.pOwner.store(&t_cSelf, std::memory_order_relaxed);
+    oSection.pOwner.store(&oSelf, std::memory_order_relaxed);
 }
 
 void CriticalSectionMutex::Unlock()
@@ -71,6 +74,8 @@ void CriticalSectionMutex::Unlock()
     oSection.pOwner.store(nullptr, std::memory_order_relaxed);
     if (oSection.eState.exchange(Section::eFree, std::memory_order_release) == Section::eWanted)
         oSection.eState.notify_one();
+    t_oForcedEnd.EndHold();
+    EndHereIfWanted(__builtin_return_address(0));
 }
 
 } // namespace tsl

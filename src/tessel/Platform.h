@@ -23,9 +23,41 @@ int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat,
 /// Suspends the calling thread for so many milliseconds; not at all for 0 or less.
 void Sleep(int iDuration);
 
+/// The same, but ends early once the thread has run a handler of a signal.
+void SleepAlertably(int iDuration);
+
 /// The ids are asked for once, and again in a process that was forked off.
 int GetProcessId();
 unsigned long GetThreadId();
+
+/// A thread that was started. All but the thread itself use it one at a time.
+struct Thread;
+
+/// Starts a thread that calls the function with the argument and ends. The caller closes it some time.
+[[nodiscard]] int StartThread(void (*fMain)(void *), void * pArgument, Thread *& pThread);
+
+/// As GetThreadId on the thread itself; good until the thread is found to have ended.
+unsigned long GetThreadId(Thread const & oThread);
+
+bool IsThisThread(Thread const & oThread);
+
+/// Whether the thread exists no more. The answer true stays.
+bool HasEnded(Thread & oThread);
+
+/// Asks the thread to end where it stands: nothing is unwound, and no destructor runs. It ends as soon as
+/// that does no harm to the rest of the process: while it neither holds a lock of the library nor is within
+/// the library or the runtime libraries, or while it waits. On processors of which nothing is known, that
+/// is in Sleep only. To be repeated, with a pause between, until the thread has ended.
+void AskToEnd(Thread & oThread);
+void PauseBetweenAsking();
+
+/// Ends the calling thread, which has been asked, if that does no harm at the address that the present
+/// function of the library will return to.
+void EndThisThreadIf(void const * pReturn);
+
+/// Waits for the end of the thread and gives its memory back. The calling thread may close itself; its
+/// memory then goes when it ends.
+void CloseThread(Thread * pThread);
 
 /// The runtime library's number of the calling thread's last error, and the text of a number.
 int GetLastError();

@@ -1,5 +1,7 @@
 #include "Platform.h"
 
+#include "ForcedEnd.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -138,6 +140,11 @@ int WriteAll(int iHandle, char const * pBytes, std::size_t iCount)
     return 0;
 }
 
+timespec MakeTimespec(int iMilliseconds)
+{
+    return {iMilliseconds / 1000, iMilliseconds % 1000 * 1'000'000L};
+}
+
 int GetHandle(File const & oFile)
 {
     return static_cast<int>(oFile.iHandle);
@@ -170,10 +177,21 @@ void Sleep(int iDuration)
     if (iDuration <= 0)
         return;
 
-    timespec oRest{iDuration / 1000, iDuration % 1000 * 1'000'000L};
+    WaitScope const oScope(ForcedEndState::eForTime);
+    timespec oRest = MakeTimespec(iDuration);
     while (::nanosleep(&oRest, &oRest) == -1 && errno == EINTR)
     {
     }
+}
+
+void SleepAlertably(int iDuration)
+{
+    if (iDuration <= 0)
+        return;
+
+    WaitScope const oScope(ForcedEndState::eForTime);
+    timespec const oDuration = MakeTimespec(iDuration);
+    ::nanosleep(&oDuration, nullptr);
 }
 
 int GetProcessId()

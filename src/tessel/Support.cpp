@@ -1,5 +1,6 @@
 #include <tessel/Support.h>
 
+#include "ForcedEnd.h"
 #include "GlobalApplicationIni.h"
 #include "GlobalDebugSwitchRegistry.h"
 
@@ -19,6 +20,7 @@ GlobalMessageDispatcher & Support::GetAppDisp()
 
 Result Support::DispatchMessage(Message const & oMessage)
 {
+    EndHereIfWanted(__builtin_return_address(0));
     if (!GlobalMessageDispatcher::IsAvailable())
         return Result();
     return GetAppDisp().Process(oMessage);
@@ -26,6 +28,7 @@ Result Support::DispatchMessage(Message const & oMessage)
 
 Result Support::DispatchMessage(Result const & oResult)
 {
+    EndHereIfWanted(__builtin_return_address(0));
     if (!GlobalMessageDispatcher::IsAvailable())
         return Result();
     return GetAppDisp().Process(ResultMessage(oResult));
@@ -44,6 +47,7 @@ Result Support::DispatchMessageA(Result const & oResult)
 Result Support::DispatchDebugMessage(
     char const * sIdentifier, String const & sText, char const * sFile, int iLine)
 {
+    EndHereIfWanted(__builtin_return_address(0));
     if (!GlobalMessageDispatcher::IsAvailable())
         return Result();
 

@@ -55,6 +55,7 @@
 #include <tessel/TaskFactory.h>
 #include <tessel/TaskProcessor.h>
 #include <tessel/TaskTransition.h>
+#include <tessel/Thread.h>
 #include <tessel/Time.h>
 #include <tessel/TimeSpan.h>
 #include <tessel/TimeZone.h>

@@ -1,0 +1,16 @@
+#include "PlatformInterruption.h"
+
+namespace tsl::Platform
+{
+
+Interruption GetInterruption(void const *)
+{
+    return {};
+}
+
+bool IsBehindSystemCall(std::uintptr_t)
+{
+    return false;
+}
+
+} // namespace tsl::Platform

@@ -1,0 +1,226 @@
+// Kills threads at random moments of all kinds of work, the number of times that is the argument, or of the one
+// kind that is the second argument, and shows then that all that they had in common still serves.
+
+#include <tessel/ScopedLock.h>
+#include <tessel/Tessel.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <poll.h>
+#include <unistd.h>
+
+using namespace tsl;
+
+namespace
+{
+
+CriticalSectionMutex g_oLock;
+DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>> g_oPipe;
+long g_iUnderLock[2] = {};
+
+void Compute()
+{
+    static volatile unsigned int iSink = 0;
+    for (unsigned int i = 0; i < 1000; ++i)
+        iSink = iSink + i;
+}
+
+void Allocate()
+{
+    for (std::size_t iSize = 16; iSize < 100'000; iSize = iSize * 3 / 2)
+        std::free(std::malloc(iSize));
+}
+
+void Log()
+{
+    Support::DispatchDebugMessage("Kill", "a line that has to be whole", "ThreadKills.cpp", 1);
+
+    // The file is to stay small.
+    for (int i = 0; i < 30; ++i)
+        Compute();
+}
+
+void Throw()
+{
+    try
+    {
+        throw std::runtime_error("thrown");
+    }
+    catch (std::exception const &)
+    {
+    }
+}
+
+void Print()
+{
+    std::ostringstream oText;
+    oText << 1.5 << ' ' << 17;
+    char aText[64];
+    std::snprintf(aText, sizeof aText, "%g %d", 1.5, 17);
+    std::fputs("", stdout);
+}
+
+void Send()
+{
+    g_oPipe.Send("text");
+    delete g_oPipe.Receive();
+}
+
+void HoldLock()
+{
+    // Both counters are changed or none of them.
+    WriteLock const oScope(g_oLock);
+    ++g_iUnderLock[0];
+    Compute();
+    ++g_iUnderLock[1];
+}
+
+void Sleep()
+{
+    OS::Sleep(1'000'000);
+}
+
+void Read()
+{
+    static int aEnds[2] = {};
+    static bool const bOpen = ::pipe(aEnds) == 0;
+    char cByte = 0;
+    static_cast<void>(bOpen && ::read(aEnds[0], &cByte, 1) == 1);
+}
+
+void WaitForEvent()
+{
+    std::mutex oMutex;
+    std::condition_variable oEvent;
+    std::unique_lock oScope(oMutex);
+    oEvent.wait(oScope, [] { return false; });
+}
+
+/// Does the work for ever, or once.
+class Worker : public Thread
+{
+public:
+    explicit Worker(std::function<void()> fWork) : m_fWork(std::move(fWork)) {}
+    ~Worker() override { static_cast<void>(Kill(1)); }
+
+    bool bForEver = true;
+
+private:
+    void Process() override
+    {
+        do
+            m_fWork();
+        while (bForEver);
+    }
+
+    std::function<void()> m_fWork;
+};
+
+void Demand(bool bHolds, char const * sWhat)
+{
+    if (bHolds)
+        return;
+    std::printf("%s\n", sWhat);
+    std::_Exit(1);
+}
+
+long GetResidentPages()
+{
+    std::ifstream oFile("/proc/self/statm");
+    long iSize = 0, iResident = 0;
+    oFile >> iSize >> iResident;
+    return iResident;
+}
+
+std::map<std::string, void (*)()> const g_oWorks = {{"compute", &Compute}, {"allocate", &Allocate},
+    {"log", &Log}, {"throw", &Throw}, {"print", &Print}, {"send", &Send}, {"lock", &HoldLock},
+    {"sleep", &Sleep}, {"read", &Read}, {"event", &WaitForEvent}};
+
+using Clock = std::chrono::steady_clock;
+
+/// Lets the thread run for a moment and kills it.
+Clock::duration Kill(Worker & oWorker, std::mt19937 & oRandom)
+{
+    // Some do not even come to their begin.
+    if (oRandom() % 4 > 0)
+        std::this_thread::sleep_for(std::chrono::microseconds(oRandom() % 100));
+
+    auto const oBegin = Clock::now();
+    Demand(oWorker.Kill(1).IsOk(), "kill");
+    auto const oTime = Clock::now() - oBegin;
+    Demand(!oWorker.IsRunning() && oWorker.GetExitCode() == -1 && oWorker.GetThreadId() == 0, "killed");
+    return oTime;
+}
+
+/// Everything once more, on a thread that comes to its end, and here.
+void DemandThatAllServes()
+{
+    {
+        WriteLock const oScope(g_oLock);
+        Demand(g_iUnderLock[0] == g_iUnderLock[1], "ended under the lock");
+    }
+    for (auto const & fWork : {&Compute, &Allocate, &Log, &Throw, &Print, &Send, &HoldLock})
+    {
+        Worker oWorker(fWork);
+        oWorker.bForEver = false;
+        Demand(oWorker.Run().IsOk(), "run in the end");
+        while (oWorker.IsRunning())
+            OS::Sleep(1);
+        fWork();
+    }
+}
+
+} // namespace
+
+int main(int iCount, char ** pArguments)
+{
+    if (iCount < 2)
+        return 2;
+    int const iKills = std::atoi(pArguments[1]);
+
+    std::vector<std::unique_ptr<Worker>> vWorkers;
+    for (auto const & [sName, fWork] : g_oWorks)
+        if (iCount == 2 || sName == pArguments[2])
+            for (int iTwin = 0; iTwin < 2; ++iTwin)
+                vWorkers.push_back(std::make_unique<Worker>(fWork));
+
+    std::mt19937 oRandom(7);
+    auto oLongest = Clock::duration::zero();
+    auto oAll = Clock::duration::zero();
+    long const iPagesBefore = GetResidentPages();
+    Worker * pLast = nullptr;
+    for (int i = 0; i < iKills;)
+    {
+        // One more goes on, so that they get into each other's way.
+        Worker & oWorker = *vWorkers[oRandom() % vWorkers.size()];
+        if (oWorker.IsRunning())
+            continue;
+        Demand(oWorker.Run().IsOk(), "run");
+        if (Worker * const pKilled = std::exchange(pLast, &oWorker))
+        {
+            auto const oTime = Kill(*pKilled, oRandom);
+            oLongest = std::max(oLongest, oTime);
+            oAll += oTime;
+            ++i;
+        }
+    }
+    vWorkers.clear();
+    DemandThatAllServes();
+    std::printf("ok; average %.3f ms, longest %.3f ms, %ld more pages\n",
+        std::chrono::duration<double, std::milli>(oAll).count() / iKills,
+        std::chrono::duration<double, std::milli>(oLongest).count(), GetResidentPages() - iPagesBefore);
+    return 0;
+}
