@@ -1,3 +1,4 @@
+#include "NoMoreThreads.h"
 #include "ProcessTest.h"
 
 #include <tessel/OS.h>
@@ -18,8 +19,6 @@
 #include <string>
 #include <string_view>
 #include <thread>
-
-#include <pthread.h>
 
 using namespace tsltest;
 using tsl::Result;
@@ -76,25 +75,6 @@ std::string GetState(tsl::Thread const & oThread)
     return std::string(oThread.IsRunning() ? "running " : "still ") + std::to_string(oThread.GetExitCode())
            + (oThread.GetThreadId() ? " id" : " -");
 }
-
-/// While it lives, no thread can be started: none gets a stack.
-class NoMoreThreads
-{
-public:
-    NoMoreThreads()
-    {
-        ::pthread_getattr_default_np(&m_oFormer);
-        pthread_attr_t oHuge = m_oFormer;
-        ::pthread_attr_setstacksize(&oHuge, std::size_t{1} << 50);
-        ::pthread_setattr_default_np(&oHuge);
-    }
-    ~NoMoreThreads() { ::pthread_setattr_default_np(&m_oFormer); }
-    NoMoreThreads(NoMoreThreads const &) = delete;
-    NoMoreThreads & operator=(NoMoreThreads const &) = delete;
-
-private:
-    pthread_attr_t m_oFormer;
-};
 
 } // namespace
 

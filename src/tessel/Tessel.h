@@ -52,6 +52,7 @@
 #include <tessel/Task.h>
 #include <tessel/TaskContext.h>
 #include <tessel/TaskContextMessage.h>
+#include <tessel/TaskContextThread.h>
 #include <tessel/TaskFactory.h>
 #include <tessel/TaskProcessor.h>
 #include <tessel/TaskTransition.h>

@@ -1,0 +1,71 @@
+#include <tessel/TaskContextThread.h>
+
+#include "Platform.h"
+
+#include <tessel/Assertion.h>
+#include <tessel/LogPoint.h>
+#include <tessel/Support.h>
+#include <tessel/Thread.h>
+
+namespace tsl
+{
+
+/// Runs one step of the context that it was given last.
+class TSL_HIDDEN TaskContextThread::ContextThread : public Thread
+{
+public:
+    void SetTaskContext(TaskContextThread * pTaskContext) { m_pTaskContext = pTaskContext; }
+
+protected:
+    void Process() override
+    {
+        if (!m_pTaskContext)
+            XAssertionFailed("m_pTaskContext", "No context set!");
+        m_pTaskContext->TaskContext::Process();
+    }
+
+private:
+    TaskContextThread * m_pTaskContext = nullptr;
+};
+
+TaskContextThread::TaskContextThread(TaskProcessor * pProcessor)
+    : TaskContext(pProcessor), m_pThread(std::make_unique<ContextThread>())
+{
+}
+
+TaskContextThread::~TaskContextThread() = default;
+
+void TaskContextThread::Process()
+{
+    Trace("TaskContextThread", [] { return String("Start creating process thread ..."); });
+    if (m_pThread->IsRunning())
+        Trace("TaskContextThread", [] { return String("Thread is still running!"); });
+    else
+    {
+        m_pThread->SetTaskContext(this);
+        Result const oResult = m_pThread->Run();
+        if (oResult.IsError())
+        {
+            // The assertion tells the same to whoever called.
+            static_cast<void>(Support::DispatchMessage(MakeResult(
+                ERR::eInternal, "Cannot start a thread that processes the statemachine.", oResult)));
+            XAssertionFailed("false", "Cannot recover from previous error.");
+        }
+    }
+    Trace("TaskContextThread", [] { return String("Creating process thread finished."); });
+}
+
+void TaskContextThread::ProcessBase()
+{
+    TaskContext::Process();
+}
+
+void TaskContextThread::Wait(int iDuration, bool bAlertable)
+{
+    if (bAlertable)
+        Platform::SleepAlertably(iDuration);
+    else
+        Platform::Sleep(iDuration);
+}
+
+} // namespace tsl
