@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
 #include <fstream>
+#include <future>
 #include <iterator>
+#include <regex>
 #include <sstream>
+#include <thread>
 
 using namespace tsltest;
 
@@ -36,6 +41,22 @@ std::vector<ShownRun> ReadRuns(std::istream && oPage)
             vRuns.back().sPrinted += sLine.substr(4) + '\n';
     }
     return vRuns;
+}
+
+/// The id of the process that has written such a line into the log, waited for; 0 if there is none in time.
+int AwaitLogLine(TestProgram const & oProgram, std::string const & sText)
+{
+    std::regex const oLine(R"([0-9.]{10} [0-9:]{8} (\d+) \d+ DEB )" + sText);
+    auto const oLimit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (std::chrono::steady_clock::now() < oLimit)
+    {
+        std::smatch oMatch;
+        std::string const sLog = oProgram.ReadFile("Logfile.txt");
+        if (std::regex_search(sLog, oMatch, oLine))
+            return std::stoi(oMatch[1]);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return 0;
 }
 
 } // namespace
@@ -105,4 +126,31 @@ TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
         EXPECT_NE((oOutcome.sOutput + oOutcome.sErrors).find(oRow.sPrinted), std::string::npos)
             << oRow.sIni << " gives " << oOutcome.sOutput << oOutcome.sErrors;
     }
+}
+
+TEST(BackgroundExample, ShowsItsProgressToTheEnd)
+{
+    TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/background");
+    oProgram.WriteFile("background.ini", "[Background]\nParts=2\nPartDuration=1\n");
+    ProgramOutcome const oOutcome = oProgram.Run();
+    EXPECT_EQ(oOutcome.iExitCode, 0);
+    EXPECT_EQ(oOutcome.sOutput, "\r[##########          ] 50 %\r[####################] 100 %\n"
+                                "2 of 2 parts done.\n");
+    EXPECT_EQ(oProgram.ReadFile("Logfile.txt"), "");
+}
+
+TEST(BackgroundExample, EndsCleanlyBySignal)
+{
+    TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/background");
+    oProgram.WriteFile("background.ini", "[Background]\nParts=1000000\nPartDuration=1\n"
+                                         "[Debug]\nEnable=1\n[Debug/Switch]\nTask=1\n");
+    auto oRun = std::async(std::launch::async, [&] { return oProgram.Run(); });
+    int const iProcess = AwaitLogLine(oProgram, "Task Task 'Work' starts DoProcess ");
+    ASSERT_NE(iProcess, 0);
+    ASSERT_EQ(::kill(iProcess, SIGTERM), 0);
+
+    ProgramOutcome const oOutcome = oRun.get();
+    EXPECT_EQ(oOutcome.iExitCode, 12);
+    EXPECT_TRUE(std::regex_search(oOutcome.sOutput, std::regex("\\d+ of 1000000 parts done\\.\n$")))
+        << oOutcome.sOutput.substr(0, 200);
 }

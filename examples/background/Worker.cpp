@@ -1,0 +1,52 @@
+#include "Worker.h"
+
+#include "Messages.h"
+
+#include <tessel/Exception.h>
+#include <tessel/TaskFactory.h>
+
+#include <memory>
+
+namespace
+{
+
+/// A wrong row is a mistake in this program.
+void Demand(tsl::Result const & oResult)
+{
+    if (oResult.IsError())
+        throw tsl::Exception(oResult);
+}
+
+} // namespace
+
+Work::Work(tsl::TaskProcessor * pParent, int iParts, int iPartDuration)
+    : Task("Work", pParent), m_iParts(iParts), m_iPartDuration(iPartDuration)
+{
+}
+
+int Work::DoProcess()
+{
+    int iDone = 0;
+    while (iDone < m_iParts && !std::unique_ptr<tsl::Message>(Receive(0)))
+    {
+        Wait(m_iPartDuration, false); // the work itself
+        ++iDone;
+        Send(ProgressMessage(iDone, m_iParts, false));
+    }
+    Send(ProgressMessage(iDone, m_iParts, true));
+    return TR_PROCEED;
+}
+
+Worker::Worker(int iParts, int iPartDuration)
+    : TaskProcessor("Worker", nullptr), m_iParts(iParts), m_iPartDuration(iPartDuration)
+{
+    tsl::TaskFactory::Instance().Register(Work::ID, &CreateWork);
+    Demand(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, Work::ID));
+    Demand(m_oTransitions.AddTransition(Work::ID, TR_PROCEED, TASK_FINE));
+}
+
+tsl::Task * Worker::CreateWork(tsl::TaskProcessor * pParent)
+{
+    auto const & oWorker = static_cast<Worker const &>(*pParent);
+    return new Work(pParent, oWorker.m_iParts, oWorker.m_iPartDuration);
+}

@@ -1,0 +1,111 @@
+#include "Messages.h"
+#include "Worker.h"
+
+#include <tessel/Tessel.h>
+
+#include <algorithm>
+#include <csignal>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace
+{
+
+constexpr int LOOK_INTERVAL = 20; // milliseconds
+constexpr int BAR_WIDTH = 20;
+
+/// All that a signal's handler may touch.
+volatile std::sig_atomic_t g_iStopSignal = 0;
+
+void AskToStop(int iSignal)
+{
+    g_iStopSignal = iSignal;
+}
+
+class BackgroundConfig : public tsl::ConsoleApplicationConfig
+{
+};
+
+/// Shows how far the work in the background has come, until it is done or a signal ends it.
+class Background : public tsl::ConsoleApplication
+{
+public:
+    Background() : ConsoleApplication(new BackgroundConfig) {}
+
+    static tsl::Application * Create() { return new Background; }
+
+protected:
+    tsl::Result PreRun() override
+    {
+        std::signal(SIGTERM, &AskToStop);
+        std::signal(SIGINT, &AskToStop);
+        return ConsoleApplication::PreRun();
+    }
+
+    tsl::Result Run() override
+    {
+        tsl::TaskContextThread oContext(new Worker(GetNumber("Parts", 20), GetNumber("PartDuration", 100)));
+        oContext.Process();
+
+        bool bStopping = false;
+        for (;;)
+        {
+            if (g_iStopSignal && !std::exchange(bStopping, true))
+                oContext.WriteMessage(StopMessage());
+
+            std::unique_ptr<tsl::Message> const pMessage(oContext.ReadMessage());
+            if (!pMessage)
+            {
+                tsl::OS::Sleep(LOOK_INTERVAL);
+                continue;
+            }
+            auto const & oProgress = dynamic_cast<ProgressMessage const &>(*pMessage);
+            if (oProgress.IsFinished())
+                return End(oProgress);
+            Draw(oProgress);
+        }
+    }
+
+    /// The exit code is that of PostRun, so that of Run is passed on here.
+    tsl::Result PostRun() override
+    {
+        tsl::Result const oResult = ConsoleApplication::PostRun();
+        return m_oOutcome.IsError() ? m_oOutcome : oResult;
+    }
+
+private:
+    /// A number of 0 or more from the ini file.
+    static int GetNumber(char const * sKey, int iDefault)
+    {
+        static_cast<void>(tsl::Support::GetAppIni().GetInt32("Background", sKey, iDefault));
+        return std::max(0, iDefault);
+    }
+
+    static void Draw(ProgressMessage const & oProgress)
+    {
+        auto const iPercent = 100LL * oProgress.GetDone() / oProgress.GetParts();
+        auto const iFilled = static_cast<std::size_t>(BAR_WIDTH * iPercent / 100);
+        std::cout << "\r[" << std::string(iFilled, '#') << std::string(BAR_WIDTH - iFilled, ' ') << "] "
+                  << iPercent << " %" << std::flush;
+    }
+
+    tsl::Result End(ProgressMessage const & oProgress)
+    {
+        std::cout << "\n"
+                  << oProgress.GetDone() << " of " << oProgress.GetParts() << " parts done." << std::endl;
+        if (oProgress.GetDone() < oProgress.GetParts())
+            m_oOutcome = tsl::MakeResult(tsl::ERR::eTerminated, "The work was stopped by a signal.");
+        return m_oOutcome;
+    }
+
+    tsl::Result m_oOutcome;
+};
+
+} // namespace
+
+int main(int iCount, char ** pArguments)
+{
+    return tsl::ConsoleApplication::Instance(&Background::Create).Main(iCount, pArguments);
+}
