@@ -68,7 +68,7 @@ TEST(Examples, PrintWhatTheirPagesShow)
         std::string sName;
         std::size_t iRuns;
     };
-    for (Row const & oRow : {Row{"greeter", 3}, Row{"trafficlight", 4}, Row{"values", 2}})
+    for (Row const & oRow : {Row{"greeter", 3}, Row{"plugin", 3}, Row{"trafficlight", 4}, Row{"values", 2}})
     {
         std::string const sSource = TESSEL_EXAMPLE_SOURCES "/" + oRow.sName + "/";
         TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + oRow.sName);

@@ -112,6 +112,13 @@ struct File
 /// Does nothing to a file that is not open.
 void CloseFile(File & oFile);
 
+/// What the file name of a dynamic library ends with.
+extern char const * const LIBRARY_ENDING;
+
+/// Loads a library, or null if that fails; the file is looked for as the system does.
+void * LoadLibrary(char const * sFile);
+void FreeLibrary(void * pLibrary);
+
 /// Writes the text to the standard error stream.
 void WriteToStandardError(std::string const & sText);
 

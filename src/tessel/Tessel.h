@@ -24,6 +24,7 @@
 #include <tessel/IniFile.h>
 #include <tessel/InitDllTessel.h>
 #include <tessel/Int32Validator.h>
+#include <tessel/LibraryProxy.h>
 #include <tessel/Locks.h>
 #include <tessel/LogPoint.h>
 #include <tessel/Message.h>

@@ -1,0 +1,89 @@
+// A plug-in: a processor that counts the messages it gets and a task that tells the count. A program that
+// loads it finds both in the library's factories, by the name "Census" and the id 1000, and needs to know
+// nothing else of it.
+
+#include <tessel/DebugMessage.h>
+#include <tessel/MessageDispatcher.h>
+#include <tessel/MessageProcessorFactory.h>
+#include <tessel/TaskFactory.h>
+
+#include <atomic>
+
+namespace
+{
+
+constexpr char const * PROCESSOR_NAME = "Census";
+constexpr int TASK_ID = 1000;
+
+std::atomic<int> g_iCount{0};
+
+/// Counts. It has no class description of its own: one would stay in the class repository for ever, and
+/// would point into a plug-in that is gone.
+class Census : public tsl::MessageProcessor
+{
+public:
+    static tsl::MessageProcessor * Create() { return new Census; }
+
+    void Process(tsl::Message const &, tsl::Result &) const override { ++g_iCount; }
+
+    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
+    tsl::Result SetConfig(tsl::MessageProcessorConfig const & oConfig) override
+    {
+        m_oConfig.Set(oConfig);
+        return tsl::Result();
+    }
+    tsl::Result Open() override { return tsl::Result(); }
+    void Close() override {}
+
+protected:
+    void DoCopy(tsl::Root const &) override {}
+
+private:
+    tsl::MessageDispatcherConfig m_oConfig;
+};
+
+/// Sends the count to the application, in a message of the library's, which may outlive the plug-in.
+class CensusTask : public tsl::Task
+{
+public:
+    static tsl::Task * Create(tsl::TaskProcessor * pParent) { return new CensusTask(pParent); }
+
+    explicit CensusTask(tsl::TaskProcessor * pParent) : Task("CensusTask", pParent) {}
+
+    int GetTaskID() const override { return TASK_ID; }
+    tsl::MessageFilter const & GetDefinedInputFilter() const override { return m_oFilter; }
+
+protected:
+    int DoProcess() override
+    {
+        Send(tsl::DebugMessage(tsl::String() + g_iCount.load()));
+        return TR_PROCEED;
+    }
+
+private:
+    tsl::MessageFilterAllMessages m_oFilter;
+};
+
+/// Registers both while the plug-in is being loaded, and takes them back while it is being unloaded.
+class Registration
+{
+public:
+    Registration()
+    {
+        tsl::MessageProcessorFactory::Instance().Register(PROCESSOR_NAME, &Census::Create);
+        tsl::TaskFactory::Instance().Register(TASK_ID, &CensusTask::Create);
+    }
+
+    ~Registration()
+    {
+        tsl::TaskFactory::Instance().Unregister(TASK_ID);
+        tsl::MessageProcessorFactory::Instance().Unregister(PROCESSOR_NAME);
+    }
+
+    Registration(Registration const &) = delete;
+    Registration & operator=(Registration const &) = delete;
+};
+
+Registration const g_oRegistration;
+
+} // namespace

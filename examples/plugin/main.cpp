@@ -1,0 +1,68 @@
+#include <tessel/Tessel.h>
+
+#include <iostream>
+#include <memory>
+
+namespace
+{
+
+constexpr int CENSUS_TASK_ID = 1000;
+
+/// A machine whose one task comes from the plug-in.
+class CensusMachine : public tsl::TaskProcessor
+{
+public:
+    CensusMachine() : TaskProcessor("CensusMachine", nullptr)
+    {
+        static_cast<void>(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, CENSUS_TASK_ID));
+        static_cast<void>(m_oTransitions.AddTransition(CENSUS_TASK_ID, TR_PROCEED, TASK_FINE));
+    }
+
+    int GetTaskID() const override { return 0; }
+    tsl::TaskTransitionList const & GetTaskTransitionList() const override { return m_oTransitions; }
+
+private:
+    tsl::TaskTransitionList m_oTransitions;
+};
+
+/// Lets the plug-in's processor count some messages, and its task tell how many there were.
+void UsePlugin()
+{
+    std::unique_ptr<tsl::MessageProcessor> const pCensus(
+        tsl::MessageProcessorFactory::Instance().CreateProcessor("Census"));
+    tsl::Result const oResult =
+        tsl::Support::GetAppDisp().Register(*pCensus, {tsl::DebugMessage::GetStaticClassDesc().GetClassId()});
+    for (char const * sText : {"one", "two", "three"})
+        tsl::Support::DispatchDebugMessage("plugin", sText, __FILE__, __LINE__);
+    tsl::Support::GetAppDisp().Unregister(*pCensus);
+
+    tsl::TaskContext oContext(new CensusMachine);
+    oContext.Process();
+    std::unique_ptr<tsl::Message> const pAnswer(oContext.ReadMessage());
+    tsl::String sText;
+    std::cout << (oResult.IsOk() ? "The census: " : "No census: ")
+              << dynamic_cast<tsl::DebugMessage const &>(*pAnswer).GetText().s_str() << " messages\n";
+}
+
+void ShowFactory()
+{
+    bool const bKnown = tsl::MessageProcessorFactory::Instance().IsRegistered("Census");
+    std::cout << "A census can be taken: " << (bKnown ? "yes" : "no") << '\n';
+}
+
+} // namespace
+
+int main(int iCount, char ** pArguments)
+{
+    tsl::LibraryProxy oPlugin(iCount > 1 ? pArguments[1] : "census");
+    ShowFactory();
+    if (tsl::Result const oResult = oPlugin.Load(); oResult.IsError())
+    {
+        std::cerr << "plugin: " << oResult.GetText().s_str() << '\n';
+        return oResult.GetErrorCode();
+    }
+    ShowFactory();
+    UsePlugin();
+    oPlugin.Unload();
+    ShowFactory();
+}
