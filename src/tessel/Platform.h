@@ -112,6 +112,71 @@ struct File
 /// Does nothing to a file that is not open.
 void CloseFile(File & oFile);
 
+/// Which end of a pipe stays in this process; the other one is for a child.
+enum class OwnEnd
+{
+    eRead,
+    eWrite
+};
+
+/// Makes a one-way channel of bytes. Neither end is inherited as it is.
+[[nodiscard]] int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd);
+
+/// Waits for bytes at an own read end and takes up to iCount of them. iRead is 0 if nobody can write any
+/// more, or if the other end of oStop is closed and there is nothing to read; oStop may be not open.
+[[nodiscard]] int ReadPipe(
+    File const & oPipe, File const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead);
+
+/// A child process, until it is given up by CloseProcess.
+struct Process
+{
+    int iProcessId = 0;
+    std::intptr_t iHandle = -1;
+    bool bEnded = false;
+    bool bKilled = false;
+    int iExitCode = 0; ///< what it ended with, or what Kill wants it to be
+
+    bool IsOpen() const { return iProcessId != 0; }
+};
+
+/// The exit code of a process that runs.
+inline constexpr int EXIT_CODE_ACTIVE = 259;
+
+/// The child's ends of its three streams; one that is not open is that of this process.
+struct StandardStreams
+{
+    File oInput;
+    File oOutput;
+    File oErrors;
+};
+
+struct ProcessStart
+{
+    char const * sCommandLine = nullptr;
+    StandardStreams const & oStreams;
+    bool bDetached = false;  ///< it gets a session of its own
+    bool bSuspended = false; ///< it stands before its first instruction
+};
+
+/// Starts a program, looked for in the search path, with the arguments of a command line. They are
+/// separated by white space unless it stands between double quotes, which are dropped; no other character
+/// means anything. The child gets its three streams and no other open file, and signals as a fresh
+/// program has them.
+[[nodiscard]] int StartProcess(ProcessStart const & oStart, Process & oProcess);
+
+/// Gives up the process, which runs on if it has not ended; nothing will be left of it after its end.
+void CloseProcess(Process & oProcess);
+
+/// EXIT_CODE_ACTIVE while it runs, 128 and the number of the signal that ended it, the code that was given to
+/// KillProcess, or -1 if it has ended but somebody else has taken its exit code away.
+[[nodiscard]] int GetExitCode(Process & oProcess, int & iExitCode);
+
+/// Ends the process at once, as if by that exit code.
+[[nodiscard]] int KillProcess(Process & oProcess, int iExitCode);
+
+/// Waits so many milliseconds, or for ever if they are negative, for the process to end.
+[[nodiscard]] int WaitForProcess(Process const & oProcess, int iTimeout, bool & bEnded);
+
 /// What the file name of a dynamic library ends with.
 extern char const * const LIBRARY_ENDING;
 

@@ -7,6 +7,7 @@
 #include <tessel/Application.h>
 #include <tessel/Assertion.h>
 #include <tessel/ClassRepository.h>
+#include <tessel/CmdLine.h>
 #include <tessel/CmdLineParser.h>
 #include <tessel/Configuration.h>
 #include <tessel/ConsoleApplication.h>

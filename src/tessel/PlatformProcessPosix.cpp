@@ -1,0 +1,325 @@
+#include "Platform.h"
+#include "PlatformSpawn.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <memory>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace tsl::Platform
+{
+
+namespace
+{
+
+constexpr int EXIT_CODE_LOST = -1;
+constexpr int EXIT_CODE_SIGNAL = 128;
+
+int GetHandle(File const & oFile)
+{
+    return static_cast<int>(oFile.iHandle);
+}
+
+int GetHandle(Process const & oProcess)
+{
+    return static_cast<int>(oProcess.iHandle);
+}
+
+/// Gives a new descriptor a number above those of the streams. A program that has closed a stream would
+/// otherwise take ours for it, and a child's streams could not be put in their places one by one.
+int MoveAboveStreams(int & iDescriptor)
+{
+    if (iDescriptor >= FIRST_OWN_DESCRIPTOR)
+        return 0;
+
+    int const iMoved = ::fcntl(iDescriptor, F_DUPFD_CLOEXEC, FIRST_OWN_DESCRIPTOR);
+    int const iError = iMoved < 0 ? errno : 0;
+    ::close(std::exchange(iDescriptor, iMoved));
+    return iError;
+}
+
+/// Waits until one of the descriptors is ready, whatever signals come in between.
+int Poll(pollfd * pDescriptors, nfds_t iCount, int iTimeout, bool & bReady)
+{
+    timespec oNow{};
+    ::clock_gettime(CLOCK_MONOTONIC, &oNow);
+    std::int64_t const iStart = oNow.tv_sec * 1'000'000'000LL + oNow.tv_nsec;
+    std::int64_t const iDuration = iTimeout * 1'000'000LL;
+    for (std::int64_t iRest = iDuration;;)
+    {
+        timespec const oRest{iRest / 1'000'000'000, iRest % 1'000'000'000};
+        int const iResult = ::ppoll(pDescriptors, iCount, iTimeout < 0 ? nullptr : &oRest, nullptr);
+        bReady = iResult > 0;
+        if (iResult >= 0 || errno != EINTR)
+            return iResult >= 0 ? 0 : errno;
+
+        ::clock_gettime(CLOCK_MONOTONIC, &oNow);
+        std::int64_t const iSpent = oNow.tv_sec * 1'000'000'000LL + oNow.tv_nsec - iStart;
+        iRest = std::max<std::int64_t>(iDuration - iSpent, 0);
+    }
+}
+
+int PollProcess(Process const & oProcess, short iEvents, int iTimeout, bool & bReady)
+{
+    pollfd oPoll{GetHandle(oProcess), iEvents, 0};
+    return Poll(&oPoll, 1, iTimeout, bReady);
+}
+
+/// Takes hold of a child that has just been started. It stays what it is even if its number is given to
+/// another process.
+int OpenProcess(pid_t iProcess, Process & oProcess)
+{
+    int iHandle = static_cast<int>(::syscall(SYS_pidfd_open, iProcess, 0));
+    int iError = iHandle < 0 ? errno : MoveAboveStreams(iHandle);
+    oProcess = {iProcess, iHandle, false, false, 0};
+    if (iError == ESRCH)
+    {
+        // Ended and gone already: some other part of the program waits for any child.
+        oProcess.bEnded = true;
+        oProcess.iExitCode = EXIT_CODE_LOST;
+        iError = 0;
+    }
+    else if (iError != 0)
+    {
+        ::kill(iProcess, SIGKILL);
+        while (::waitpid(iProcess, nullptr, 0) < 0 && errno == EINTR)
+        {
+        }
+        oProcess = Process();
+    }
+    return iError;
+}
+
+/// By the handle and not by the number, which may be another process's by now.
+int SendSignal(Process const & oProcess, int iSignal)
+{
+    return ::syscall(SYS_pidfd_send_signal, GetHandle(oProcess), iSignal, nullptr, 0) == 0 ? 0 : errno;
+}
+
+/// Whether the program has told the system to forget its children as soon as they end.
+bool AreChildrenIgnored()
+{
+    struct sigaction oAction = {};
+    ::sigaction(SIGCHLD, nullptr, &oAction);
+    return oAction.sa_handler == SIG_IGN || (oAction.sa_flags & SA_NOCLDWAIT) != 0;
+}
+
+/// What the kernel, from version 6.15 on, tells about a process through its descriptor.
+struct ProcessInfo
+{
+    static constexpr std::uint64_t EXIT = 1u << 3;
+
+    std::uint64_t iMask = EXIT;
+    std::uint64_t iControlGroup = 0;
+    std::array<std::uint32_t, 11> aIds{};
+    std::int32_t iStatus = 0;
+};
+
+/// The exit status of a process that was reaped by somebody else.
+bool ReadLostStatus(Process const & oProcess, int & iStatus)
+{
+    // The status is there once the process is gone, which is a little later than its end.
+    constexpr int iPatience = 100;
+    bool bGone = false;
+    ProcessInfo oInfo;
+    if (PollProcess(oProcess, 0, iPatience, bGone) != 0 || !bGone
+        || ::ioctl(GetHandle(oProcess), _IOWR(0xFF, 11, ProcessInfo), &oInfo) != 0
+        || !(oInfo.iMask & ProcessInfo::EXIT))
+        return false;
+
+    iStatus = oInfo.iStatus;
+    return true;
+}
+
+void SetExited(Process & oProcess, int iExitCode)
+{
+    oProcess.bEnded = true;
+    oProcess.iExitCode = iExitCode;
+}
+
+void SetSignalled(Process & oProcess, int iSignal)
+{
+    oProcess.bEnded = true;
+    if (!oProcess.bKilled || iSignal != SIGKILL)
+        oProcess.iExitCode = EXIT_CODE_SIGNAL + iSignal;
+}
+
+/// What a process that somebody else has reaped, or the system at once, ended with.
+void SetLost(Process & oProcess)
+{
+    int iStatus = 0;
+    if (!ReadLostStatus(oProcess, iStatus))
+        SetExited(oProcess, EXIT_CODE_LOST);
+    else if (WIFEXITED(iStatus))
+        SetExited(oProcess, WEXITSTATUS(iStatus));
+    else
+        SetSignalled(oProcess, WTERMSIG(iStatus));
+}
+
+/// Reaps the process if it has ended.
+int Reap(Process & oProcess)
+{
+    if (oProcess.bEnded)
+        return 0;
+
+    siginfo_t oInfo{};
+    if (::waitid(P_PIDFD, static_cast<id_t>(oProcess.iHandle), &oInfo, WEXITED | WNOHANG) == 0)
+    {
+        if (oInfo.si_pid != 0)
+            oInfo.si_code == CLD_EXITED ? SetExited(oProcess, oInfo.si_status)
+                                        : SetSignalled(oProcess, oInfo.si_status);
+        return 0;
+    }
+    if (errno != ECHILD)
+        return errno;
+
+    bool bEnded = false;
+    int const iError = PollProcess(oProcess, POLLIN, 0, bEnded);
+    if (bEnded)
+        SetLost(oProcess);
+    return iError;
+}
+
+/// A child that was given up while it ran. All of them are a list without lock; whoever looks at it takes
+/// it as a whole and puts back what still runs.
+struct AbandonedProcess
+{
+    Process oProcess;
+    AbandonedProcess * pNext = nullptr;
+};
+
+std::atomic<AbandonedProcess *> g_pAbandoned{nullptr};
+
+void Remember(Process const & oProcess)
+{
+    auto * const pNew = new AbandonedProcess{oProcess, g_pAbandoned.load(std::memory_order_relaxed)};
+    while (!g_pAbandoned.compare_exchange_weak(pNew->pNext, pNew, std::memory_order_acq_rel))
+    {
+    }
+}
+
+void GiveUp(Process const & oProcess)
+{
+    Process oLast(oProcess);
+    if (Reap(oLast) == 0 && !oLast.bEnded)
+        Remember(oLast);
+    else if (oLast.iHandle != -1)
+        ::close(GetHandle(oLast));
+}
+
+void ReapAbandoned()
+{
+    if (!g_pAbandoned.load(std::memory_order_relaxed)) [[likely]]
+        return;
+
+    AbandonedProcess * pNext = g_pAbandoned.exchange(nullptr, std::memory_order_acq_rel);
+    while (std::unique_ptr<AbandonedProcess> const pProcess{pNext})
+    {
+        pNext = pProcess->pNext;
+        GiveUp(pProcess->oProcess);
+    }
+}
+
+} // namespace
+
+int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd)
+{
+    int aEnds[2];
+    if (::pipe2(aEnds, O_CLOEXEC) != 0)
+        return errno;
+
+    int & iOwn = aEnds[eOwn == OwnEnd::eRead ? 0 : 1];
+    int & iOther = aEnds[eOwn == OwnEnd::eRead ? 1 : 0];
+    int const iOwnError = MoveAboveStreams(iOwn);
+    int const iError = iOwnError != 0 ? iOwnError : MoveAboveStreams(iOther);
+    oOwnEnd = {iOwn, true};
+    oOtherEnd = {iOther, true};
+    if (iError != 0)
+    {
+        CloseFile(oOwnEnd);
+        CloseFile(oOtherEnd);
+        return iError;
+    }
+
+    // A reading that can be called off asks first and waits then. The child's end is not touched by this.
+    if (eOwn == OwnEnd::eRead)
+        ::fcntl(iOwn, F_SETFL, O_NONBLOCK);
+    return 0;
+}
+
+int ReadPipe(File const & oPipe, File const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead)
+{
+    for (iRead = 0;;)
+    {
+        int const iError = Read(oPipe, pBytes, iCount, iRead);
+        if (iError != EAGAIN)
+            return iError;
+
+        pollfd aPolls[] = {{GetHandle(oPipe), POLLIN, 0}, {GetHandle(oStop), POLLIN, 0}};
+        bool bReady = false;
+        int const iPollError = Poll(aPolls, std::size(aPolls), -1, bReady);
+        if (iPollError != 0 || aPolls[0].revents == 0)
+            return iPollError;
+    }
+}
+
+int StartProcess(ProcessStart const & oStart, Process & oProcess)
+{
+    ReapAbandoned();
+    pid_t iProcess = 0;
+
+    // A child of which nothing stays behind must not end before there is a handle to it.
+    bool const bHold = oStart.bSuspended || AreChildrenIgnored();
+    int const iStartError = bHold ? SpawnSuspended(oStart, iProcess) : Spawn(oStart, iProcess);
+    int const iError = iStartError != 0 ? iStartError : OpenProcess(iProcess, oProcess);
+    if (iError == 0 && bHold && !oStart.bSuspended)
+        SendSignal(oProcess, SIGCONT);
+    return iError;
+}
+
+void CloseProcess(Process & oProcess)
+{
+    ReapAbandoned();
+    if (oProcess.IsOpen())
+        GiveUp(std::exchange(oProcess, Process()));
+}
+
+int GetExitCode(Process & oProcess, int & iExitCode)
+{
+    ReapAbandoned();
+    int const iError = Reap(oProcess);
+    if (iError == 0)
+        iExitCode = oProcess.bEnded ? oProcess.iExitCode : EXIT_CODE_ACTIVE;
+    return iError;
+}
+
+int KillProcess(Process & oProcess, int iExitCode)
+{
+    if (oProcess.bEnded)
+        return ESRCH;
+    if (int const iError = SendSignal(oProcess, SIGKILL))
+        return iError;
+
+    oProcess.bKilled = true;
+    oProcess.iExitCode = iExitCode;
+    return 0;
+}
+
+int WaitForProcess(Process const & oProcess, int iTimeout, bool & bEnded)
+{
+    bEnded = oProcess.bEnded;
+    return bEnded ? 0 : PollProcess(oProcess, POLLIN, iTimeout, bEnded);
+}
+
+} // namespace tsl::Platform

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Platform.h"
+
+namespace tsl::Platform
+{
+
+/// The descriptors below are those of the three standard streams.
+inline constexpr int FIRST_OWN_DESCRIPTOR = 3;
+
+/// Starts a child and returns when it has entered its program.
+[[nodiscard]] int Spawn(ProcessStart const & oStart, int & iProcess);
+
+/// Starts a child and returns when it has stopped itself where it would enter its program. It must have
+/// done so by then: a continuation that came first would be lost.
+[[nodiscard]] int SpawnSuspended(ProcessStart const & oStart, int & iProcess);
+
+} // namespace tsl::Platform

@@ -1,0 +1,480 @@
+#include "ProcessTest.h"
+
+#include <tessel/CmdLine.h>
+#include <tessel/ValueString.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace tsl;
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int WITH_READERS = CmdLine::eModeRedirect | CmdLine::eModeReaderThreads;
+std::string const CHILD = std::string(TESSEL_TEST_PROGRAMS) + "/Child";
+
+/// A child that does what the actions say, see tests/programs/Child.c. It is killed in the end.
+class Child : public CmdLine
+{
+public:
+    explicit Child(std::string const & sActions, int iMode = eModeRedirect)
+    {
+        SetMode(iMode);
+        SetCommand(CHILD + ' ' + sActions);
+    }
+    ~Child() override { static_cast<void>(Kill(0)); }
+
+    Child & Start()
+    {
+        EXPECT_TRUE(Run(m_iProcessId).IsOk());
+        EXPECT_GT(m_iProcessId, 0);
+        return *this;
+    }
+
+    int GetProcessId() const { return m_iProcessId; }
+
+private:
+    int m_iProcessId = -1;
+};
+
+std::string Join(std::vector<String> const & vLines)
+{
+    std::string sText;
+    for (String const & sLine : vLines)
+        sText += sLine.s_str() + '\n';
+    return sText;
+}
+
+/// What the child writes to its standard output, each line with an end.
+std::string ReadOutput(CmdLine & oChild)
+{
+    std::vector<String> vLines;
+    EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut, vLines).IsOk());
+    return Join(vLines);
+}
+
+/// What the child has written by now, taken line by line.
+std::string TakeLines(CmdLine & oChild, String * (CmdLine::*fReceive)())
+{
+    std::string sText;
+    while (std::unique_ptr<String> const pLine{(oChild.*fReceive)()})
+        sText += pLine->s_str() + '\n';
+    return sText;
+}
+
+/// Looks again and again until it is true; false if that takes too long.
+template<class Condition>
+bool WaitUntil(Condition const & fCondition)
+{
+    Clock::time_point const oLimit = Clock::now() + std::chrono::seconds(30);
+    while (!fCondition())
+    {
+        if (Clock::now() > oLimit)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+/// Waits for the reader threads as well.
+bool WaitUntilRead(CmdLine const & oChild)
+{
+    return WaitUntil([&] { return !oChild.IsRunning(); });
+}
+
+/// The next line of the standard output.
+std::string WaitForLine(CmdLine & oChild)
+{
+    std::unique_ptr<String> pLine;
+    WaitUntil(
+        [&]
+        {
+            pLine.reset(oChild.ReceiveStdOut());
+            return pLine != nullptr;
+        });
+    return pLine ? pLine->s_str() : "";
+}
+
+std::size_t CountEntries(char const * sFolder)
+{
+    std::filesystem::directory_iterator const oFirst(sFolder);
+    return static_cast<std::size_t>(std::distance(begin(oFirst), end(oFirst)));
+}
+
+bool HasChildren()
+{
+    siginfo_t oInfo{};
+    return ::waitid(P_ALL, 0, &oInfo, WEXITED | WNOHANG | WNOWAIT) == 0;
+}
+
+TEST(ChildCommands, AreMadeOfTheirArguments)
+{
+    CmdLine oCommand;
+    oCommand.AddArg("a b");
+    oCommand.AddArg("c");
+    oCommand.AddArg("d\te");
+    oCommand.AddArg("\\\"");
+    EXPECT_EQ(oCommand.GetCommand().s_str(), "\"a b\" c \"d\te\" \\\"");
+    oCommand.SetApplication("my program");
+    EXPECT_EQ(oCommand.GetCommand().s_str(), "\"my program\"");
+    oCommand.SetBufferSize(7);
+    oCommand.SetBufferSize(0);
+    EXPECT_EQ(oCommand.GetBufferSize(), 7u);
+}
+
+TEST(ChildCommands, AreSplitAtWhiteSpaceOutsideOfQuotes)
+{
+    Child oChild(R"(arguments  a	"b c" d"e  f"g "" \\ \" x "y)");
+    EXPECT_EQ(ReadOutput(oChild.Start()), "61.\n622063.\n646520206667.\n.\n5c5c.\n5c20782079.\n");
+}
+
+TEST(ChildCommands, HandOverArgumentsOfAllBytesUnchanged)
+{
+    std::mt19937 oRandom(4711);
+    auto const fPick = [&](int iMin, int iMax)
+    { return std::uniform_int_distribution<int>(iMin, iMax)(oRandom); };
+    for (int iVector = 0; iVector < 100; ++iVector)
+    {
+        Child oChild("arguments");
+        std::string sExpected;
+        while (oChild.GetCommand().GetLength() < 900 && fPick(0, 9) > 0)
+        {
+            std::string sArgument(static_cast<std::size_t>(fPick(1, 60)), '\0');
+            for (char & c : sArgument)
+                while (c == '\0' || c == '"')
+                    c = static_cast<char>(fPick(1, 255));
+            oChild.AddArg(sArgument);
+            for (char const c : sArgument)
+            {
+                auto const iByte = static_cast<unsigned char>(c);
+                sExpected += {"0123456789abcdef"[iByte / 16], "0123456789abcdef"[iByte % 16]};
+            }
+            sExpected += ".\n";
+        }
+        ASSERT_EQ(ReadOutput(oChild.Start()), sExpected) << oChild.GetCommand().s_str();
+    }
+}
+
+TEST(ChildCommands, OfLessThan1024CharactersAreAccepted)
+{
+    Child oChild("exit 7");
+    oChild.SetCommand(oChild.GetCommand() + std::string(1023 - oChild.GetCommand().GetLength(), ' '));
+    oChild.Start();
+    EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
+    EXPECT_EQ(oChild.GetExitCode(), 7);
+
+    oChild.SetCommand(oChild.GetCommand() + " ");
+    int iProcessId = -1;
+    Result const oResult = oChild.Run(iProcessId);
+    EXPECT_EQ(oResult.GetErrorCode(), 2);
+    EXPECT_STREQ(
+        oResult.GetText().c_str(), "Invalid CommandLine. CommandLine exceeds maximal length of 1024 chars.");
+    EXPECT_EQ(iProcessId, 0);
+}
+
+TEST(ChildStart, FailsWithTheErrorOfTheSystem)
+{
+    tsltest::TestProgram const oFolder("Child");
+    oFolder.WriteFile("plain", "no program");
+    oFolder.WriteFile("broken", "no program");
+    std::filesystem::permissions(oFolder.GetFolder() / "broken", std::filesystem::perms::owner_all);
+
+    struct Row
+    {
+        std::string sCommand;
+        int iError;
+        int iSuspendedError;
+    };
+    Row const aRows[] = {{"", ENOENT, ENOENT}, {"no_such_program", ENOENT, ENOENT},
+        {"/no/such program", ENOENT, ENOENT}, {oFolder.GetFolder() / "plain", EACCES, EACCES},
+        {oFolder.GetFolder(), EACCES, EACCES}, {oFolder.GetFolder() / "plain/x", ENOTDIR, ENOTDIR},
+        {oFolder.GetFolder() / "broken", ENOEXEC, 0}};
+    std::size_t const iDescriptors = CountEntries("/proc/self/fd");
+    for (Row const & oRow : aRows)
+        for (int const iMode : {0, WITH_READERS, CmdLine::eModeSuspended | CmdLine::eModeRedirect})
+        {
+            CmdLine oChild;
+            oChild.SetMode(iMode);
+            oChild.SetCommand(oRow.sCommand);
+            int iProcessId = -1;
+            Result const oResult = oChild.Run(iProcessId);
+            int const iError = iMode & CmdLine::eModeSuspended ? oRow.iSuspendedError : oRow.iError;
+            if (iError == 0)
+            {
+                ::kill(iProcessId, SIGCONT);
+                EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
+                EXPECT_EQ(oChild.GetExitCode(), 127);
+                continue;
+            }
+            EXPECT_EQ(oResult.GetErrorCode(), 10) << oRow.sCommand;
+            EXPECT_STREQ(oResult.GetText().c_str(), "Error while creating process.") << oRow.sCommand;
+            ASSERT_EQ(oResult.GetHistorySize(), 1) << oRow.sCommand;
+            EXPECT_EQ(oResult.GetHistory(0).GetErrorCode(), iError) << oRow.sCommand;
+            EXPECT_EQ(iProcessId, 0);
+            EXPECT_FALSE(oChild.IsRunning());
+            EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
+        }
+    EXPECT_EQ(CountEntries("/proc/self/fd"), iDescriptors);
+    EXPECT_FALSE(HasChildren());
+}
+
+TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
+{
+    std::vector<int> vOpen;
+    for (int i = 0; i < 100; ++i)
+        vOpen.push_back(::open("/dev/null", O_RDONLY));
+    sigset_t oBlocked;
+    sigset_t oFormer;
+    ::sigemptyset(&oBlocked);
+    ::sigaddset(&oBlocked, SIGUSR1);
+    ::pthread_sigmask(SIG_BLOCK, &oBlocked, &oFormer);
+    auto const fFormer = std::signal(SIGPIPE, SIG_IGN);
+
+    for (int const iMode : {CmdLine::eModeRedirect + 0, CmdLine::eModeRedirect | CmdLine::eModeSuspended})
+    {
+        Child oChild("descriptors signals session", iMode);
+        Child oDetached("session", iMode | CmdLine::eModeDetached);
+        oChild.Start();
+        oDetached.Start();
+        ::kill(oChild.GetProcessId(), SIGCONT);
+        ::kill(oDetached.GetProcessId(), SIGCONT);
+        EXPECT_EQ(ReadOutput(oChild), "0 1 2 \nmember\n") << iMode;
+        EXPECT_EQ(ReadOutput(oDetached), "leader\n") << iMode;
+    }
+
+    std::signal(SIGPIPE, fFormer);
+    ::pthread_sigmask(SIG_SETMASK, &oFormer, nullptr);
+    for (int const iOpen : vOpen)
+        ::close(iOpen);
+}
+
+TEST(ChildStart, WorksInAProgramWithClosedStreamsOrIgnoredChildren)
+{
+    for (std::string const sPreparation : {"", "closed", "deaf"})
+    {
+        tsltest::TestProgram const oProgram("Starter");
+        oProgram.WriteFile("Starter.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nCmdLine=1\n");
+        EXPECT_EQ(
+            oProgram.Run({sPreparation, CHILD + R"( out one\n err two\n descriptors exit 7)"}).iExitCode, 0);
+
+        // Not every system keeps the exit code of a child that was not waited for.
+        std::string sOutcome = oProgram.ReadFile("outcome");
+        if (sPreparation == "deaf" && sOutcome.starts_with("0 1 -1\n"))
+            sOutcome.replace(4, 2, "7");
+        EXPECT_EQ(sOutcome, "0 1 7\nout one\nout 0 1 2 \nerr two\n") << sPreparation;
+        EXPECT_NE(oProgram.ReadFile("Logfile.txt").find("CmdLine STDOUT: one"), std::string::npos);
+        EXPECT_NE(oProgram.ReadFile("Logfile.txt").find("CmdLine STDERR: two"), std::string::npos);
+    }
+}
+
+TEST(ChildStart, StandsBeforeTheFirstInstructionIfItIsSuspended)
+{
+    Child oChild("exit 7", CmdLine::eModeSuspended);
+    oChild.Start();
+    EXPECT_EQ(oChild.WaitTermination(50), CmdLine::eWaitTimeout);
+    EXPECT_TRUE(oChild.IsRunning());
+    ::kill(oChild.GetProcessId(), SIGCONT);
+    EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
+    EXPECT_EQ(oChild.GetExitCode(), 7);
+}
+
+TEST(ChildStart, IsPossibleOnManyThreadsAtOnce)
+{
+    std::vector<std::thread> vThreads;
+    for (int iThread = 0; iThread < 8; ++iThread)
+        vThreads.emplace_back(
+            [iThread]
+            {
+                for (int i = 0; i < 10; ++i)
+                {
+                    std::string const sText = std::to_string(iThread * 100 + i);
+                    Child oChild(
+                        "descriptors out " + sText + "\\n exit " + std::to_string(iThread), WITH_READERS);
+                    oChild.Start();
+                    EXPECT_TRUE(WaitUntilRead(oChild));
+                    EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "0 1 2 \n" + sText + '\n');
+                    EXPECT_EQ(oChild.GetExitCode(), iThread);
+                }
+            });
+    for (std::thread & oThread : vThreads)
+        oThread.join();
+}
+
+TEST(ChildEnd, IsToldByTheExitCode)
+{
+    struct Row
+    {
+        char const * sActions;
+        int iExitCode;
+    };
+    for (Row const & oRow : {Row{"", 0}, Row{"exit 7", 7}, Row{"exit 255", 255}, Row{"signal 9", 137},
+             Row{"signal 15", 143}, Row{"close exit 3", 3}})
+    {
+        Child oChild(oRow.sActions, WITH_READERS);
+        EXPECT_EQ(oChild.GetExitCode(), 0);
+        oChild.Start();
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated) << oRow.sActions;
+        EXPECT_EQ(oChild.GetExitCode(), oRow.iExitCode) << oRow.sActions;
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed) << oRow.sActions;
+        EXPECT_EQ(oChild.Kill(1).GetErrorCode(), 3) << oRow.sActions;
+        EXPECT_EQ(oChild.GetExitCode(), oRow.iExitCode) << oRow.sActions;
+    }
+    EXPECT_FALSE(HasChildren());
+}
+
+TEST(ChildEnd, ComesByKillWhateverTheChildDoes)
+{
+    for (char const * sActions : {"hang", "ignore 15 hang", "signal 19 hang", "close hang", "daemon hang"})
+    {
+        Child oChild(std::string("out ready\\n ") + sActions, WITH_READERS);
+        oChild.Start();
+        int iProcessId = -1;
+        EXPECT_EQ(oChild.Run(iProcessId).GetErrorCode(), 3) << sActions;
+        EXPECT_EQ(WaitForLine(oChild), "ready") << sActions;
+
+        Clock::time_point const oStart = Clock::now();
+        EXPECT_EQ(oChild.WaitTermination(30), CmdLine::eWaitTimeout) << sActions;
+        EXPECT_GE(Clock::now() - oStart, std::chrono::milliseconds(30)) << sActions;
+        EXPECT_EQ(oChild.WaitTermination(0), CmdLine::eWaitTimeout) << sActions;
+        EXPECT_TRUE(oChild.IsRunning());
+        EXPECT_EQ(oChild.GetExitCode(), 259) << sActions;
+
+        EXPECT_TRUE(oChild.Kill(1234).IsOk()) << sActions;
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated) << sActions;
+        EXPECT_EQ(oChild.GetExitCode(), 1234) << sActions;
+    }
+}
+
+TEST(ChildEnd, DoesNotWaitForAProgramThatKeepsTheStreams)
+{
+    for (char const * sActions : {"daemon", "noise"})
+    {
+        Clock::time_point oStart;
+        {
+            Child oChild(std::string("out started\\n ") + sActions, WITH_READERS);
+            oChild.Start();
+            CmdLine const oCopy(oChild);
+            EXPECT_TRUE(WaitUntil([&] { return !oChild.IsRunning() || oChild.GetExitCode() == 0; }));
+            EXPECT_TRUE(oChild.IsRunning()) << sActions;
+            oStart = Clock::now();
+        }
+        EXPECT_LT(Clock::now() - oStart, std::chrono::seconds(1)) << sActions;
+    }
+}
+
+TEST(ChildEnd, LeavesNothingBehind)
+{
+    auto const fCycle = []
+    {
+        Child oChild("hang", WITH_READERS);
+        oChild.Start();
+        EXPECT_TRUE(oChild.Kill(9).IsOk());
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
+    };
+    fCycle();
+    std::size_t const iDescriptors = CountEntries("/proc/self/fd");
+    std::size_t const iThreads = CountEntries("/proc/self/task");
+    for (int i = 0; i < 100; ++i)
+        fCycle();
+    EXPECT_EQ(CountEntries("/proc/self/fd"), iDescriptors);
+    EXPECT_EQ(CountEntries("/proc/self/task"), iThreads);
+    EXPECT_FALSE(HasChildren());
+}
+
+TEST(ChildEnd, IsNotWaitedForByTheDestructorAndReapedLater)
+{
+    int iProcessId = 0;
+    {
+        CmdLine oChild;
+        oChild.SetCommand(CHILD + " hang");
+        ASSERT_TRUE(oChild.Run(iProcessId).IsOk());
+    }
+    pid_t const iForeign = ::fork();
+    if (iForeign == 0)
+        ::_exit(5);
+    EXPECT_EQ(::kill(iProcessId, SIGKILL), 0);
+    siginfo_t oInfo{};
+    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT), 0);
+    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(iForeign), &oInfo, WEXITED | WNOWAIT), 0);
+
+    Child("exit 0").Start();
+    EXPECT_EQ(::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT | WNOHANG), -1);
+    int iStatus = 0;
+    EXPECT_EQ(::waitpid(iForeign, &iStatus, 0), iForeign);
+    EXPECT_EQ(WEXITSTATUS(iStatus), 5);
+}
+
+TEST(ChildStreams, GiveTheLinesThatHaveEnded)
+{
+    for (unsigned int const iBufferSize : {1u, 3u, 1024u, 4'000'000'000u})
+    {
+        Child oChild(R"(out one\r\n\n\ttwo\tthree\nlost err 1\n2\nlost)", WITH_READERS);
+        oChild.SetBufferSize(iBufferSize);
+        oChild.Start();
+        EXPECT_TRUE(WaitUntilRead(oChild));
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
+        EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "one\ntwo\nthree\n");
+        EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdErr), "1\n2\n");
+
+        // Lines of the next run queue behind those of this one.
+        oChild.Start();
+        oChild.WaitTermination();
+        oChild.SetMode(CmdLine::eModeRedirect);
+        oChild.Start();
+        EXPECT_EQ(ReadOutput(oChild), "one\ntwo\nthree\none\ntwo\nthree\n");
+        EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdErr).IsOk());
+        EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdErr), "1\n2\n1\n2\n");
+    }
+}
+
+TEST(ChildStreams, CannotBeReadWithoutChildOrRedirection)
+{
+    Child oChild("hang", CmdLine::eModeReaderThreads);
+    Result const oIdle = oChild.ReadStdStreamUntilEof(CmdLine::eStdOut);
+    EXPECT_EQ(oIdle.GetErrorCode(), 1);
+    EXPECT_STREQ(oIdle.GetText().c_str(), "No Process starteded.");
+
+    oChild.Start();
+    EXPECT_EQ(oChild.GetMode(), 0);
+    Result const oPlain = oChild.ReadStdStreamUntilEof(CmdLine::eStdErr);
+    EXPECT_EQ(oPlain.GetErrorCode(), 2);
+    EXPECT_STREQ(oPlain.GetText().c_str(), "No redirection aktivated");
+}
+
+TEST(ChildStreams, LoseNothingOfMuchOutputOnBoth)
+{
+    Child oChild("flood 20000000", WITH_READERS);
+    oChild.Start();
+    std::size_t iBytes = 0;
+    auto const fTake = [&]
+    {
+        iBytes += TakeLines(oChild, &CmdLine::ReceiveStdOut).size()
+                  + TakeLines(oChild, &CmdLine::ReceiveStdErr).size();
+    };
+    while (oChild.IsRunning())
+        fTake();
+    fTake();
+    EXPECT_GE(iBytes, 20'000'000u);
+    EXPECT_EQ(oChild.GetExitCode(), 0);
+}
+
+} // namespace
