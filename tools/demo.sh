@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds the library and its examples, runs the greeter in an empty folder and shows what it left there.
+# Builds the library and its examples, runs the job runner in an empty folder and shows what it left there.
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -11,7 +11,7 @@ cmake --build --preset release --target examples
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-cp examples/greeter/greeter.ini "$folder"
+cp examples/jobrunner/jobrunner.ini "$folder"
 cd "$folder"
 PATH=$root/build/release/bin:$PATH
 
@@ -26,7 +26,12 @@ show() {
     [ "$code" -eq "$expected" ]
 }
 
-show 0 cat greeter.ini
-show 0 greeter Ann Bob Carla
-show 2 greeter
+show 0 cat jobrunner.ini
+show 0 jobrunner --dry-run
+show 0 jobrunner
 show 0 cat Logfile.txt
+
+# The same with a job that fails: the one behind it is skipped.
+sed 's/^Expect=3$/Expect=0/' jobrunner.ini >changed.ini
+mv changed.ini jobrunner.ini
+show 1 jobrunner

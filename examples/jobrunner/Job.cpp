@@ -1,0 +1,15 @@
+#include "Job.h"
+
+#include <array>
+
+char const * GetName(JobState eState)
+{
+    static constexpr std::array<char const *, 7> vNames = {
+        "waiting", "starting", "running", "retrying", "done", "failed", "skipped"};
+    return vNames.at(static_cast<std::size_t>(eState));
+}
+
+bool IsEnd(JobState eState)
+{
+    return eState >= JobState::eDone;
+}

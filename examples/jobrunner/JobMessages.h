@@ -1,0 +1,110 @@
+#pragma once
+
+#include "Job.h"
+
+#include <tessel/Message.h>
+#include <tessel/ValueInt32.h>
+#include <tessel/ValueString.h>
+
+#include <memory>
+#include <vector>
+
+/// A field of a message as the log shows it.
+struct MessageField
+{
+    char const * sName;
+    tsl::Value const & oValue;
+};
+
+std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> MakeFieldIterator(
+    std::vector<MessageField> vFields);
+
+/// What all messages of this program have alike. A derived class has a default constructor and GetFields.
+template<class Derived>
+class JobMessage : public tsl::Message
+{
+public:
+    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
+
+    static tsl::ClassDescription const & GetStaticClassDesc()
+    {
+        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<Derived>(
+            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
+        return oDescription;
+    }
+
+    static tsl::Root * CreateNew() { return new Derived; }
+
+    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
+    {
+        return MakeFieldIterator(static_cast<Derived const &>(*this).GetFields());
+    }
+
+protected:
+    void DoCopy(tsl::Root const & oSource) override
+    {
+        static_cast<Derived &>(*this) = static_cast<Derived const &>(oSource);
+    }
+};
+
+/// A line that a job has written to one of its streams.
+class JobLineMessage : public JobMessage<JobLineMessage>
+{
+public:
+    JobLineMessage() = default;
+    JobLineMessage(tsl::String const & sJob, char const * sStream, tsl::String const & sLine);
+
+    std::vector<MessageField> GetFields() const;
+
+private:
+    tsl::ValueString m_sJob;
+    tsl::ValueString m_sStream;
+    tsl::ValueString m_sLine;
+};
+
+/// A job has come to a state, and why.
+class JobStateMessage : public JobMessage<JobStateMessage>
+{
+public:
+    JobStateMessage() = default;
+    JobStateMessage(tsl::String const & sJob, JobState eState, int iAttempts, tsl::String const & sReason);
+
+    std::vector<MessageField> GetFields() const;
+
+    tsl::ValueString const & GetJob() const { return m_sJob; }
+    JobState GetState() const { return m_eState; }
+    int GetAttempts() const { return m_iAttempts.AsInt32(); }
+    tsl::ValueString const & GetReason() const { return m_sReason; }
+
+private:
+    JobState m_eState = JobState::eWaiting;
+    tsl::ValueString m_sJob;
+    tsl::ValueString m_sState;
+    tsl::ValueInt32 m_iAttempts;
+    tsl::ValueString m_sReason;
+};
+
+/// What the runner tells the machine of a job.
+class JobCommandMessage : public JobMessage<JobCommandMessage>
+{
+public:
+    enum Command
+    {
+        eStart,
+        eSkip,  ///< a job that waits is not started
+        eCancel ///< a job that runs is ended
+    };
+
+    JobCommandMessage() = default;
+    explicit JobCommandMessage(Command eCommand, tsl::String const & sReason = tsl::String());
+
+    std::vector<MessageField> GetFields() const;
+
+    Command GetCommand() const { return m_eCommand; }
+    tsl::ValueString const & GetReason() const { return m_sReason; }
+
+private:
+    Command m_eCommand = eStart;
+    tsl::ValueString m_sCommand;
+    tsl::ValueString m_sReason;
+};

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Bell.h"
+#include "Job.h"
+#include "JobContext.h"
+#include "JobMessages.h"
+
+#include <tessel/Duration.h>
+
+#include <memory>
+#include <vector>
+
+/// How it went with a job.
+struct JobReport
+{
+    JobState eState = JobState::eWaiting;
+    int iAttempts = 0;
+    long iDuration = 0; ///< ms from the first start to the end, pauses included
+    tsl::String sReason;
+};
+
+/// Runs the jobs of a plan in their order, each when those that it waits for have succeeded, as many at
+/// once as the plan says. Every change of a state goes out on the global bus as a JobStateMessage.
+class Runner
+{
+public:
+    /// The plan must outlive the runner and have no cycle.
+    explicit Runner(JobPlan const & oPlan);
+    Runner(Runner const &) = delete;
+    Runner & operator=(Runner const &) = delete;
+    ~Runner();
+
+    /// Returns when all jobs have ended. After SIGINT or SIGTERM the running ones are ended and no other
+    /// one is started.
+    void Run();
+
+    /// For each job of the plan.
+    std::vector<JobReport> GetReports() const;
+
+    bool IsInterrupted() const { return m_bInterrupted; }
+
+private:
+    struct Entry
+    {
+        std::unique_ptr<JobContext> pContext; ///< null until the job is told what to do
+        JobReport oReport;
+        tsl::Duration oRunTime;
+    };
+
+    bool IsDone() const;
+    void Interrupt();
+    void TellWaitingJobs();
+    void TellWaitingJob(std::size_t iJob);
+    void Tell(std::size_t iJob, JobCommandMessage const & oCommand);
+    void ReadStates();
+    void Note(Entry & oEntry, JobStateMessage const & oMessage);
+
+    JobPlan const & m_oPlan;
+    Bell m_oBell;
+    std::vector<Entry> m_vEntries;
+    int m_iRunning = 0; ///< told to start, and not at an end
+    bool m_bInterrupted = false;
+};

@@ -1,0 +1,183 @@
+#include "ProcessTest.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+using namespace tsltest;
+
+namespace
+{
+
+std::string const CHILD = TESSEL_TEST_PROGRAMS "/Job";
+
+/// The runner in a folder of its own, with jobs whose command "%" stands for the test's own program.
+class JobRunner
+{
+public:
+    explicit JobRunner(std::string const & sJobs) : m_oProgram(TESSEL_EXAMPLE_PROGRAMS "/jobrunner")
+    {
+        std::string sIni = "[Runner]\nParallel=3\nRetryPause=1\n" + sJobs;
+        for (std::size_t i = 0; (i = sIni.find('%', i)) != std::string::npos; i += CHILD.size())
+            sIni.replace(i, 1, CHILD);
+        m_oProgram.WriteFile("jobrunner.ini", sIni);
+    }
+
+    ProgramOutcome Run(std::vector<std::string> const & vArguments = {}) const
+    {
+        return m_oProgram.Run(vArguments);
+    }
+
+    TestProgram const & GetProgram() const { return m_oProgram; }
+
+private:
+    TestProgram m_oProgram;
+};
+
+/// The word behind the job's name in the summary.
+std::string GetState(std::string const & sOutput, std::string const & sJob)
+{
+    std::size_t const iTable = sOutput.find("Job ");
+    std::size_t const iRow = sOutput.find('\n' + sJob + ' ', iTable);
+    std::size_t const iWord = sOutput.find_first_not_of(' ', iRow + sJob.size() + 1);
+    return iRow == std::string::npos ? "" : sOutput.substr(iWord, sOutput.find(' ', iWord) - iWord);
+}
+
+bool Contains(std::string const & sText, std::string const & sPart)
+{
+    return sText.find(sPart) != std::string::npos;
+}
+
+} // namespace
+
+TEST(JobRunnerRunning, EndsWithTheNumberOfFailedJobs)
+{
+    struct Row
+    {
+        char const * sJobs;
+        int iExitCode;
+        char const * sState; // of the job "b"
+        char const * sPrinted;
+    };
+    Row const aRows[] = {
+        {"[Job/a]\nCommand=% exit 0\n[Job/b]\nAfter=a\nCommand=% exit 0\n", 0, "done", "b: done\n"},
+        {"[Job/a]\nCommand=% exit 7\n[Job/b]\nAfter=a\nCommand=% exit 0\n", 1, "skipped",
+            "b: skipped (needs a)\n"},
+        {"[Job/a]\nCommand=% exit 1\n[Job/b]\nCommand=% exit 7\n", 2, "failed",
+            "b: failed (exit code 7 instead of 0)\n"},
+        {"[Job/b]\nCommand=% exit 7\nExpect=7\n", 0, "done", "b: done\n"},
+        {"[Job/b]\nCommand=% exitonce 5 marker\nRetries=1\n", 0, "done",
+            "b: retrying (exit code 5 instead of 0)\nb: running\nb: done\n"},
+        {"[Job/b]\nCommand=% exit 5\nRetries=2\n", 1, "failed",
+            "b: retrying (exit code 5 instead of 0)\nb: running\n"
+            "b: retrying (exit code 5 instead of 0)\nb: running\n"
+            "b: failed (exit code 5 instead of 0)\n"},
+        {"[Job/b]\nCommand=% sleep\nTimeout=100\n", 1, "failed", "b: failed (not finished after 100 ms)\n"},
+        {"[Job/b]\nCommand=% flood\nTimeout=50\n", 1, "failed", "b: failed (not finished after 50 ms)\n"},
+        {"[Job/b]\nCommand=no_such_program_anywhere\n", 1, "failed",
+            "b: failed (Error while creating process. No such file or directory)\n"},
+        {"[Job/b]\nCommand=% exit 0\nMode=Quiet Detached\n", 0, "done", "b: done\n"},
+    };
+    for (Row const & oRow : aRows)
+    {
+        ProgramOutcome const oOutcome = JobRunner(oRow.sJobs).Run();
+        EXPECT_EQ(oOutcome.iExitCode, oRow.iExitCode) << oRow.sJobs << oOutcome.sErrors;
+        EXPECT_EQ(GetState(oOutcome.sOutput, "b"), oRow.sState) << oRow.sJobs << oOutcome.sOutput;
+        EXPECT_TRUE(Contains(oOutcome.sOutput, oRow.sPrinted)) << oRow.sJobs << oOutcome.sOutput;
+    }
+}
+
+TEST(JobRunnerRunning, LogsTheLinesOfBothStreamsWithTheNameOfTheJob)
+{
+    JobRunner const oRunner(
+        "[Job/talk]\nCommand=% say 1 hello \"two words\"\n[Job/warn]\nCommand=% say 2 beware\n");
+    EXPECT_EQ(oRunner.Run().iExitCode, 0);
+    std::string const sLog = oRunner.GetProgram().ReadFile("Logfile.txt");
+    EXPECT_TRUE(Contains(sLog, "Job='talk'; Stream='out'; Line='hello'\n")) << sLog;
+    EXPECT_TRUE(Contains(sLog, "Job='talk'; Stream='out'; Line='two words'\n")) << sLog;
+    EXPECT_TRUE(Contains(sLog, "Job='warn'; Stream='err'; Line='beware'\n")) << sLog;
+}
+
+TEST(JobRunnerRunning, CapsItsExitCode)
+{
+    std::string sJobs;
+    for (int i = 0; i < 103; ++i)
+        sJobs += "[Job/j" + std::to_string(i) + "]\nCommand=no_such_program_anywhere\n";
+    EXPECT_EQ(JobRunner(sJobs).Run().iExitCode, 100);
+}
+
+TEST(JobRunnerRunning, EndsItsChildrenAndItselfInOrderAtASignal)
+{
+    for (int const iSignal : {SIGINT, SIGTERM})
+    {
+        JobRunner const oRunner(
+            "[Job/a]\nCommand=% tellandsleep started\n[Job/b]\nAfter=a\nCommand=% exit 0\n");
+        std::atomic<bool> bEnded{false};
+        std::thread oSender(
+            [&]
+            {
+                // The child writes the number of its parent, once it runs.
+                std::string sParent;
+                while (
+                    !bEnded
+                    && (sParent = oRunner.GetProgram().ReadFile("started")).find('\n') == std::string::npos)
+                    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+                if (!bEnded)
+                    ::kill(std::stoi(sParent), iSignal);
+            });
+        ProgramOutcome const oOutcome = oRunner.Run();
+        bEnded = true;
+        oSender.join();
+        EXPECT_EQ(oOutcome.iExitCode, 1) << iSignal;
+        EXPECT_EQ(GetState(oOutcome.sOutput, "a"), "failed") << oOutcome.sOutput;
+        EXPECT_EQ(GetState(oOutcome.sOutput, "b"), "skipped") << oOutcome.sOutput;
+        EXPECT_TRUE(Contains(oOutcome.sErrors, "Interrupted. 1 of 2 jobs failed.")) << oOutcome.sErrors;
+        std::string const sLog = oRunner.GetProgram().ReadFile("Logfile.txt");
+        EXPECT_TRUE(Contains(sLog, "Job='b'; State='skipped'; Attempts='0'; Reason='interrupted'\n")) << sLog;
+    }
+}
+
+TEST(JobRunnerFile, IsRefusedWithChapterAndKey)
+{
+    struct Row
+    {
+        char const * sJobs;
+        char const * sFailure;
+    };
+    Row const aRows[] = {
+        {"", "jobrunner.ini has no chapter [Job/name], so there is nothing to run."},
+        {"[Job/a]\nTimeout=1\n", "[Job/a] Command: A job needs a command."},
+        {"[Job/a]\nCommand=x\nTimeout=soon\n",
+            "[Job/a] Timeout: 'soon' is no whole number from 0 to 2147483647."},
+        {"[Job/a]\nCommand=x\nRetries=-1\n",
+            "[Job/a] Retries: '-1' is no whole number from 0 to 2147483647."},
+        {"[Job/a]\nCommand=x\nExpect=256\n", "[Job/a] Expect: '256' is no whole number from 0 to 255."},
+        {"[Job/a]\nCommand=x\nComand=y\n", "[Job/a] Comand: This key is not known here."},
+        {"[Job/a]\nCommand=x\nMode=Loud\n", "[Job/a] Mode: There is no mode 'Loud'."},
+        {"[Job/a]\nCommand=x\nAfter=b\n", "[Job/a] After: There is no job 'b'."},
+        {"[Job/a]\nCommand=x\nAfter=b\n[Job/b]\nCommand=x\nAfter=c\n[Job/c]\nCommand=x\nAfter=d\n"
+         "[Job/d]\nCommand=x\nAfter=b\n",
+            "[Job/b] After: The job would wait for itself: b after c after d after b."},
+        {"[Job/a]\nCommand\n", "Error while reading file 'jobrunner.ini', line 5."},
+    };
+    for (Row const & oRow : aRows)
+    {
+        ProgramOutcome const oOutcome = JobRunner(oRow.sJobs).Run();
+        EXPECT_EQ(oOutcome.iExitCode, 2) << oRow.sJobs;
+        EXPECT_TRUE(Contains(oOutcome.sErrors, oRow.sFailure)) << oRow.sJobs << oOutcome.sErrors;
+        EXPECT_EQ(oOutcome.sOutput, "") << oRow.sJobs;
+    }
+}
+
+TEST(JobRunnerFile, IsShownAsOrderAndAsGraph)
+{
+    JobRunner const oRunner("[Job/a]\nCommand=x\nAfter=c\n[Job/b]\nCommand=y\n[Job/c]\nCommand=z 1\n");
+    EXPECT_EQ(oRunner.Run({"--dry-run"}).sOutput, "1  b: y\n1  c: z 1\n2  a: x\n");
+    EXPECT_EQ(oRunner.Run({"--dot"}).sOutput,
+        "digraph jobs {\n    \"a\";\n    \"c\" -> \"a\";\n    \"b\";\n    \"c\";\n}\n");
+    EXPECT_TRUE(Contains(oRunner.Run({"--help"}).sOutput, "--dry-run"));
+    for (char const * const sArgument : {"--wet-run", "stray"})
+        EXPECT_EQ(oRunner.Run({sArgument}).iExitCode, 2) << sArgument;
+}
