@@ -97,10 +97,7 @@ public:
     }
 
 private:
-    ValueString MakeValue() const
-    {
-        return m_bNull ? ValueString() : ValueString(std::string(m_oBytes.Get()));
-    }
+    ValueString MakeValue() const { return m_bNull ? ValueString() : ValueString(m_oBytes.Get()); }
 
     ShortText m_oBytes;
     bool m_bNull = true;

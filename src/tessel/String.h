@@ -36,6 +36,7 @@ public:
     String(char const * sSource) : m_sText(sSource ? sSource : "") {}
     String(std::string const & sSource) : m_sText(sSource) {}
     String(std::string && sSource) noexcept : m_sText(std::move(sSource)) {}
+    explicit String(std::string_view sSource) : m_sText(sSource) {}
 
     /// n copies of c.
     String(char c, unsigned int n) : m_sText(n, c) {}

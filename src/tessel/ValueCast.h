@@ -3,6 +3,8 @@
 #include <tessel/Assertion.h>
 #include <tessel/Value.h>
 
+#include <typeinfo>
+
 namespace tsl
 {
 
@@ -11,6 +13,10 @@ namespace tsl
 template<class ValueClass, class AnyValue>
 ValueClass & CastValue(AnyValue & oValue)
 {
+    // Nearly always it is of the very class, which is told much faster than that it derives from it.
+    if (typeid(oValue) == typeid(ValueClass)) [[likely]]
+        return static_cast<ValueClass &>(oValue);
+
     auto * const pValue = dynamic_cast<ValueClass *>(&oValue);
     if (!pValue)
         XAssertionFailed("pValue", "ValueConverter : Value hat eine andere Klasse!");

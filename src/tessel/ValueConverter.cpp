@@ -12,7 +12,7 @@ namespace tsl
 namespace
 {
 
-constexpr std::string_view REPLACEMENT_OPENING = "${";
+constexpr std::size_t OPENING_LENGTH = 2; // of "${"
 constexpr std::size_t IDENTIFIER_LENGTH_MIN = 1;
 
 constexpr std::string_view ID_CLASS_NAME = "clsname";
@@ -29,23 +29,31 @@ struct Replacement
 
     bool IsClosed() const
     {
-        return iEnd != std::string::npos
-               && iEnd >= iStart + REPLACEMENT_OPENING.size() + IDENTIFIER_LENGTH_MIN;
+        return iEnd != std::string::npos && iEnd >= iStart + OPENING_LENGTH + IDENTIFIER_LENGTH_MIN;
     }
 
-    ValueString GetIdentifier(std::string const & sFormat) const
+    ValueString GetIdentifier(std::string_view sFormat) const
     {
-        std::size_t const iIdentifier = iStart + REPLACEMENT_OPENING.size();
-        return sFormat.substr(iIdentifier, iEnd - iIdentifier);
+        std::size_t const iIdentifier = iStart + OPENING_LENGTH;
+        return ValueString(sFormat.substr(iIdentifier, iEnd - iIdentifier));
     }
 };
 
-Replacement FindReplacement(std::string const & sFormat, std::size_t iFrom)
+Replacement FindReplacement(std::string_view sFormat, std::size_t iFrom)
 {
+    // By plain loops: a format is so short that they are done before a search of the runtime's has begun.
     Replacement oFound;
-    oFound.iStart = sFormat.find(REPLACEMENT_OPENING, iFrom);
-    if (oFound.IsFound())
-        oFound.iEnd = sFormat.find('}', oFound.iStart);
+    std::size_t i = iFrom;
+    while (i + 1 < sFormat.size() && !(sFormat[i] == '$' && sFormat[i + 1] == '{'))
+        ++i;
+    if (i + 1 >= sFormat.size())
+        return oFound;
+
+    oFound.iStart = i;
+    while (i < sFormat.size() && sFormat[i] != '}')
+        ++i;
+    if (i < sFormat.size())
+        oFound.iEnd = i;
     return oFound;
 }
 
@@ -57,6 +65,8 @@ bool BeginsWith(ValueString const & sText, std::string_view sHead)
 /// Cuts the head off the text; false if the text begins otherwise.
 bool CutHead(ValueString & sText, std::string_view sHead)
 {
+    if (sHead.empty())
+        return true;
     if (!BeginsWith(sText, sHead))
         return false;
     sText.CutLeft(static_cast<unsigned int>(sHead.size()));
@@ -75,6 +85,34 @@ bool CutNullWord(ValueString & sText)
     return true;
 }
 
+/// Whether the text is that of null. A null format that is null itself is an assertion failure.
+bool IsNullText(ValueString const & sText, ValueString const & sNullFormat)
+{
+    // Their lengths tell most texts apart.
+    bool const bMayBe = sNullFormat.IsNull() || sNullFormat.GetLength() == sText.GetLength();
+    return bMayBe && sText == sNullFormat;
+}
+
+// The failures are made apart from the conversion, which would otherwise make room for their texts each time.
+
+[[gnu::noinline, gnu::cold]] Result MakeBadData(char const * sText, int iLine = __builtin_LINE())
+{
+    return MakeResult(ERR::eBadData, sText, __builtin_FILE(), iLine);
+}
+
+[[gnu::noinline, gnu::cold]] Result MakeHeadFailure(std::string_view sHead)
+{
+    return MakeResult(ERR::eBadData, String("Fehler bei Konvertierung. An Position ")
+                                         + " des zu konvertierender Strings wurde \"" + std::string(sHead)
+                                         + "\" erwartet.");
+}
+
+[[gnu::noinline, gnu::cold]] Result MakeFormatFailure(std::string const & sFormat)
+{
+    return MakeResult(ERR::eBadData, String("Fehler bei Konvertierung. Im Formatstring \"") + sFormat
+                                         + "\" wurde das Zeichen '}' nicht gefunden. ");
+}
+
 /// Appends the text of a value's class id, in the layout that is meant for inner numbers. A plain layout
 /// means itself: its null format may name the id, but a format that does would come back here without end.
 void AppendClassId(Value const & oValue, ValueString & sOut, ValueConverterLayout const & oLayout)
@@ -85,6 +123,26 @@ void AppendClassId(Value const & oValue, ValueString & sOut, ValueConverterLayou
         XAssertionFailed("&oIdLayout != &oLayout || oValue.IsNull()",
             "ValueConverter : ${clsid} ist nur in einem Collection-Layout erlaubt!");
     oId.GetConverter().ConvertToText(oId, sOut, oIdLayout);
+}
+
+bool IsStandard(std::string_view sIdentifier)
+{
+    return sIdentifier == ID_CLASS_NAME || sIdentifier == ID_CLASS_ID || sIdentifier == ID_NULL;
+}
+
+/// Cuts off what a standard identifier stands for.
+Result CutStandard(ValueString & sText, Value const & oValue, ValueConverterLayout const & oLayout,
+    std::string_view sIdentifier)
+{
+    if (sIdentifier == ID_CLASS_NAME)
+        return CutHead(sText, oValue.GetClassDesc().GetClassName()) ? Result()
+                                                                    : MakeBadData("clsname not found");
+    if (sIdentifier == ID_NULL)
+        return CutNullWord(sText) ? Result() : MakeBadData("null not found");
+
+    ValueString sClassId;
+    AppendClassId(oValue, sClassId, oLayout);
+    return CutHead(sText, sClassId.s_str()) ? Result() : MakeBadData("clsid not found");
 }
 
 } // namespace
@@ -155,16 +213,16 @@ Result ValueConverter::ConvertFromText(
     if (sText.IsNull())
         XAssertionFailed("!sText.IsNull()", "");
 
-    if (sText == oLayout.GetNullFormat())
+    if (IsNullText(sText, oLayout.GetNullFormat()))
     {
         oValue.SetNull();
-        return Result::Null();
+        return Result();
     }
 
     ValueString sRest(sText);
     std::string const & sPrefix = oLayout.GetPrefix().s_str();
     if (!sPrefix.empty() && (sText.GetLength() <= sPrefix.size() || !CutHead(sRest, sPrefix)))
-        return MakeResult(ERR::eBadData, "Ungültiges Format. Geforderter Prefix nicht gefunden");
+        return MakeBadData("Ungültiges Format. Geforderter Prefix nicht gefunden");
 
     std::string const & sFormat = oLayout.GetFormat().s_str();
     Replacement oNext = FindReplacement(sFormat, 0);
@@ -173,13 +231,9 @@ Result ValueConverter::ConvertFromText(
         // Always the head of the format, on a later replacement too.
         std::string_view const sHead = std::string_view(sFormat).substr(0, oNext.iStart);
         if (!CutHead(sRest, sHead))
-            return MakeResult(ERR::eBadData, String("Fehler bei Konvertierung. An Position ")
-                                                 + " des zu konvertierender Strings wurde \""
-                                                 + std::string(sHead) + "\" erwartet.");
-
+            return MakeHeadFailure(sHead);
         if (!oNext.IsClosed())
-            return MakeResult(ERR::eBadData, String("Fehler bei Konvertierung. Im Formatstring \"") + sFormat
-                                                 + "\" wurde das Zeichen '}' nicht gefunden. ");
+            return MakeFormatFailure(sFormat);
 
         Result oResult = ConvertReplacement(sRest, oValue, oLayout, oNext.GetIdentifier(sFormat));
         if (oResult.IsError())
@@ -192,19 +246,13 @@ Result ValueConverter::ConvertFromText(
     {
         // The end is looked for in the whole text, while it is the front of the rest that is cut.
         if (sRest.GetLength() < sPostfix.size() + sPrefix.size() || !sText.s_str().ends_with(sPostfix))
-            return MakeResult(ERR::eBadData, "Ungültiges Format. Geforderter Postfix nicht gefunden");
+            return MakeBadData("Ungültiges Format. Geforderter Postfix nicht gefunden");
         sRest.CutLeft(static_cast<unsigned int>(sPostfix.size()));
     }
 
     if (!sRest.IsEmpty())
-        return MakeResult(
-            ERR::eBadData, "Ungültiges Format. Es wurden nicht alle Zeichen des Eingangsstring konvertiert.");
-    return Result::Null();
-}
-
-Result ValueConverter::ConvertFromText(ValueString const & sText, Value & oValue) const
-{
-    return ConvertFromText(sText, oValue, GetDefaultLayout());
+        return MakeBadData("Ungültiges Format. Es wurden nicht alle Zeichen des Eingangsstring konvertiert.");
+    return Result();
 }
 
 bool ValueConverter::GetReplacement(Value const & oValue, ValueString const & sIdentifier, ValueString & sOut,
@@ -225,23 +273,11 @@ bool ValueConverter::GetReplacement(Value const & oValue, ValueString const & sI
 Result ValueConverter::ConvertReplacement(ValueString & sText, Value & oValue,
     ValueConverterLayout const & oLayout, ValueString const & sIdentifier) const
 {
-    std::string_view const sName = sIdentifier.s_str();
-    if (sName == ID_CLASS_NAME)
+    if (IsStandard(sIdentifier.s_str())) [[unlikely]]
     {
-        if (!CutHead(sText, oValue.GetClassDesc().GetClassName()))
-            return MakeResult(ERR::eBadData, "clsname not found");
-    }
-    else if (sName == ID_CLASS_ID)
-    {
-        ValueString sClassId;
-        AppendClassId(oValue, sClassId, oLayout);
-        if (!CutHead(sText, sClassId.s_str()))
-            return MakeResult(ERR::eBadData, "clsid not found");
-    }
-    else if (sName == ID_NULL)
-    {
-        if (!CutNullWord(sText))
-            return MakeResult(ERR::eBadData, "null not found");
+        Result oResult = CutStandard(sText, oValue, oLayout, sIdentifier.s_str());
+        if (oResult.IsError())
+            return oResult;
     }
 
     // The value class is asked behind a standard identifier as well.

@@ -47,7 +47,10 @@ public:
     /// the last replacement is never read, and the standard identifiers can be written but not read back.
     [[nodiscard]] Result ConvertFromText(
         ValueString const & sText, Value & oValue, ValueConverterLayout const & oLayout) const;
-    [[nodiscard]] Result ConvertFromText(ValueString const & sText, Value & oValue) const;
+    [[nodiscard]] Result ConvertFromText(ValueString const & sText, Value & oValue) const
+    {
+        return ConvertFromText(sText, oValue, GetDefaultLayout());
+    }
 
 protected:
     ValueConverter() = default;

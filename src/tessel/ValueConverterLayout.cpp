@@ -7,14 +7,6 @@
 namespace tsl
 {
 
-struct TSL_HIDDEN ValueConverterLayout::Private
-{
-    ValueString sPrefix{""};
-    ValueString sPostfix{""};
-    ValueString sNullFormat{"NULL"};
-    ValueString sFormat;
-};
-
 [[noreturn]] static void FailFormat(char const * sClassName, ValueString const & sFormat)
 {
     String sText;
@@ -23,29 +15,15 @@ struct TSL_HIDDEN ValueConverterLayout::Private
     XAssertionFailed("false", sText);
 }
 
-ValueConverterLayout::ValueConverterLayout() : m(std::make_unique<Private>()) {}
-
-ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat) : ValueConverterLayout()
+ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat)
 {
     DemandFormat(sFormat, "ValueConverterLayout");
 }
 
 ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat)
-    : ValueConverterLayout()
 {
     if (!SetFormat(sFormat, sNullFormat))
         FailFormat("ValueConverterLayout", sFormat);
-}
-
-ValueConverterLayout::ValueConverterLayout(ValueConverterLayout const & oSource)
-    : Root(oSource), m(std::make_unique<Private>(*oSource.m))
-{
-}
-
-ValueConverterLayout & ValueConverterLayout::operator=(ValueConverterLayout const & oSource)
-{
-    *m = *oSource.m;
-    return *this;
 }
 
 ClassDescription const & ValueConverterLayout::GetClassDesc() const
@@ -60,8 +38,6 @@ ClassDescription const & ValueConverterLayout::GetStaticClassDesc()
     return oDescription;
 }
 
-ValueConverterLayout::~ValueConverterLayout() = default;
-
 Root * ValueConverterLayout::CreateNew()
 {
     XAssertionFailed("false", "Unknown");
@@ -69,7 +45,7 @@ Root * ValueConverterLayout::CreateNew()
 
 void ValueConverterLayout::DoCopy(Root const & oSource)
 {
-    *m = *static_cast<ValueConverterLayout const &>(oSource).m;
+    *this = static_cast<ValueConverterLayout const &>(oSource);
 }
 
 bool ValueConverterLayout::VerifyFormat(ValueString const &, ValueString const &) const
@@ -81,26 +57,9 @@ ValueConverterLayout const & ValueConverterLayout::GetSuitableLayout(Value const
     return *this;
 }
 
-ValueString const & ValueConverterLayout::GetFormat() const
-{
-    return m->sFormat;
-}
-ValueString const & ValueConverterLayout::GetNullFormat() const
-{
-    return m->sNullFormat;
-}
-ValueString const & ValueConverterLayout::GetPrefix() const
-{
-    return m->sPrefix;
-}
-ValueString const & ValueConverterLayout::GetPostfix() const
-{
-    return m->sPostfix;
-}
-
 bool ValueConverterLayout::SetFormat(ValueString const & sFormat)
 {
-    return SetFormat(sFormat, m->sNullFormat);
+    return SetFormat(sFormat, m_sNullFormat);
 }
 
 bool ValueConverterLayout::SetFormat(ValueString const & sFormat, ValueString const & sNullFormat)
@@ -110,18 +69,9 @@ bool ValueConverterLayout::SetFormat(ValueString const & sFormat, ValueString co
 
     // Either text may be the layout's own other one.
     ValueString sNewNullFormat(sNullFormat);
-    m->sFormat = sFormat;
-    m->sNullFormat = std::move(sNewNullFormat);
+    m_sFormat = sFormat;
+    m_sNullFormat = std::move(sNewNullFormat);
     return true;
-}
-
-void ValueConverterLayout::SetPrefix(ValueString const & sPrefix)
-{
-    m->sPrefix = sPrefix;
-}
-void ValueConverterLayout::SetPostfix(ValueString const & sPostfix)
-{
-    m->sPostfix = sPostfix;
 }
 
 void ValueConverterLayout::DemandFormat(ValueString const & sFormat, char const * sClassName)

@@ -4,8 +4,6 @@
 #include <tessel/Root.h>
 #include <tessel/ValueString.h>
 
-#include <memory>
-
 namespace tsl
 {
 
@@ -18,7 +16,7 @@ class TSL_EXPORT ValueConverterLayout : public Root
 {
 public:
     ClassDescription const & GetClassDesc() const override;
-    ~ValueConverterLayout() override;
+    ~ValueConverterLayout() override = default;
     static ClassDescription const & GetStaticClassDesc();
     static Root * CreateNew();
 
@@ -28,30 +26,30 @@ public:
     /// The layout for a value inside the value that this layout is for; the base returns itself.
     virtual ValueConverterLayout const & GetSuitableLayout(Value const & oValue) const;
 
-    ValueString const & GetFormat() const;
-    ValueString const & GetNullFormat() const;
-    ValueString const & GetPrefix() const;
-    ValueString const & GetPostfix() const;
+    ValueString const & GetFormat() const { return m_sFormat; }
+    ValueString const & GetNullFormat() const { return m_sNullFormat; }
+    ValueString const & GetPrefix() const { return m_sPrefix; }
+    ValueString const & GetPostfix() const { return m_sPostfix; }
 
     /// Take the texts if VerifyFormat does; otherwise the answer is false and nothing changes.
     bool SetFormat(ValueString const & sFormat);
     bool SetFormat(ValueString const & sFormat, ValueString const & sNullFormat);
 
-    void SetPrefix(ValueString const & sPrefix);
-    void SetPostfix(ValueString const & sPostfix);
+    void SetPrefix(ValueString const & sPrefix) { m_sPrefix = sPrefix; }
+    void SetPostfix(ValueString const & sPostfix) { m_sPostfix = sPostfix; }
 
 protected:
     /// Without a format; a layout cannot convert until it has one. Null format "NULL", no prefix or
     /// postfix.
-    ValueConverterLayout();
+    ValueConverterLayout() = default;
 
     /// A format that VerifyFormat refuses is an assertion failure.
     explicit ValueConverterLayout(ValueString const & sFormat);
     ValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
 
     /// Copies all texts.
-    ValueConverterLayout(ValueConverterLayout const & oSource);
-    ValueConverterLayout & operator=(ValueConverterLayout const & oSource);
+    ValueConverterLayout(ValueConverterLayout const & oSource) = default;
+    ValueConverterLayout & operator=(ValueConverterLayout const & oSource) = default;
 
     void DoCopy(Root const & oSource) override;
 
@@ -60,8 +58,10 @@ protected:
     void DemandFormat(ValueString const & sFormat, char const * sClassName);
 
 private:
-    struct Private;
-    std::unique_ptr<Private> m;
+    ValueString m_sPrefix{""};
+    ValueString m_sPostfix{""};
+    ValueString m_sNullFormat{"NULL"};
+    ValueString m_sFormat;
 };
 
 } // namespace tsl

@@ -5,8 +5,6 @@
 
 #include <tessel/ValueInt32.h>
 
-#include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <limits>
 #include <string_view>
@@ -28,31 +26,37 @@ std::string_view Trimmed(std::string_view sText)
     return sText;
 }
 
-/// Reads a whole number: a sign if there is more than it, and digits.
-Result ParseInteger(std::string_view sText, int & iNumber)
+/// Reads a whole number: a sign if there is more than it, and digits. The answer is what is wrong with it, or
+/// null.
+char const * ParseInteger(std::string_view sText, int & iNumber)
 {
     bool const bSign = sText.size() > 1 && (sText.front() == '-' || sText.front() == '+');
     std::string_view const sDigits = sText.substr(bSign ? 1 : 0);
     if (sDigits.empty())
-        return MakeResult(ERR::eBadData, "At least one digit expected.");
-    if (!std::all_of(sDigits.begin(), sDigits.end(), String::IsDigit))
-        return MakeResult(
-            ERR::eBadData, "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*");
-    if (sDigits.size() > DIGITS_MAX)
-        return MakeResult(ERR::eBadData, "Overflow. Max 10 digits allowed for ValueInt32.");
+        return "At least one digit expected.";
 
-    std::int64_t iParsed = 0;
-    std::from_chars(sDigits.data(), sDigits.data() + sDigits.size(), iParsed);
+    // Too many digits wrap around in here, and are refused below.
+    std::uint64_t iAbsolute = 0;
+    for (char const c : sDigits)
+    {
+        if (c < '0' || c > '9')
+            return "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*";
+        iAbsolute = iAbsolute * 10 + static_cast<std::uint64_t>(c - '0');
+    }
+    if (sDigits.size() > DIGITS_MAX)
+        return "Overflow. Max 10 digits allowed for ValueInt32.";
+
+    auto iParsed = static_cast<std::int64_t>(iAbsolute);
     if (bSign && sText.front() == '-')
         iParsed = -iParsed;
 
     if (iParsed < std::numeric_limits<std::int32_t>::min())
-        return MakeResult(ERR::eBadData, "Overflow. Smalest number for ValueInt32 is -2147483648.");
+        return "Overflow. Smalest number for ValueInt32 is -2147483648.";
     if (iParsed > std::numeric_limits<std::int32_t>::max())
-        return MakeResult(ERR::eBadData, "Overflow. Biggest number for ValueInt32 is 2147483647.");
+        return "Overflow. Biggest number for ValueInt32 is 2147483647.";
 
     iNumber = static_cast<int>(iParsed);
-    return Result();
+    return nullptr;
 }
 
 } // namespace
@@ -115,18 +119,17 @@ bool ValueIntegerConverter::DoGetReplacement(Value const & oValue, ValueString c
 Result ValueIntegerConverter::DoConvertReplacement(
     ValueString & sText, Value & oValue, ValueConverterLayout const &, ValueString const & sIdentifier) const
 {
-    if (sIdentifier != "%d")
+    if (std::string_view(sIdentifier.s_str()) != "%d")
         return MakeResult(ERR::eBadData, "sIdentifier unknown");
 
     ValueInt32 & oTarget = CastValue<ValueInt32>(oValue);
     int iNumber = 0;
-    Result oResult = ParseInteger(Trimmed(sText.s_str()), iNumber);
-    if (oResult.IsError())
-        return oResult;
+    if (char const * const sFailure = ParseInteger(Trimmed(sText.s_str()), iNumber)) [[unlikely]]
+        return MakeResult(ERR::eBadData, sFailure);
 
     oTarget = iNumber;
     sText.Clear();
-    return Result::Null();
+    return Result();
 }
 
 } // namespace tsl

@@ -7,6 +7,7 @@
 #include <compare>
 #include <concepts>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -28,6 +29,7 @@ public:
     ValueString(char c, unsigned int n) : m_bNull(false), m_sText(c, n) {}
     ValueString(char const * sSource) : m_bNull(false), m_sText(sSource) {}
     ValueString(std::string const & sSource) : m_bNull(false), m_sText(sSource) {}
+    explicit ValueString(std::string_view sSource) : m_bNull(false), m_sText(sSource) {}
     ValueString(String const & sSource) : m_bNull(false), m_sText(sSource) {}
 
     ValueString & operator=(ValueString const & sSource) = default;
