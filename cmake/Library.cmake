@@ -25,6 +25,11 @@ function(tessel_library target)
   if(TESSEL_HAS_NO_SEMANTIC_INTERPOSITION)
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   endif()
+  if(TESSEL_HAS_TLS_MODEL)
+    # What a thread keeps for itself is small enough for the room that a program leaves to libraries loaded
+    # late, and is reached without a call.
+    target_compile_options(${target} PRIVATE -ftls-model=initial-exec)
+  endif()
   target_link_options(${target} PRIVATE
     -Wl,--version-script=${version_script} -Wl,--hash-style=gnu -Wl,--as-needed -Wl,-O1 -Wl,-Bsymbolic-functions)
   if(NOT TESSEL_SANITIZE)

@@ -32,7 +32,7 @@ Root * DebugMessage::CreateNew()
 
 void DebugMessage::SetText(String const & sText)
 {
-    m_sText = sText;
+    m_sText = sText.s_str();
 }
 
 void DebugMessage::SetFile(char const * sFile)

@@ -40,7 +40,7 @@ struct ForcedEndState
 };
 
 /// That of the calling thread.
-[[gnu::tls_model("initial-exec")]] extern constinit thread_local ForcedEndState t_oForcedEnd;
+extern constinit thread_local ForcedEndState t_oForcedEnd;
 
 /// Where the program calls an operation of the library, or where that returns: the thread ends here if this
 /// is wanted. A thread that hardly ever leaves the library would go on for long without it.

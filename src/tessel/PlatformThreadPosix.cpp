@@ -167,7 +167,7 @@ namespace
 {
 
 /// The calling thread, if it was started here.
-[[gnu::tls_model("initial-exec")]] constinit thread_local Thread * t_pThis = nullptr;
+constinit thread_local Thread * t_pThis = nullptr;
 
 bool HasWaited(Interruption const & oPlace, RuntimeLibraries const & oRuntime)
 {

@@ -290,7 +290,7 @@ static void AppendNumber(std::string & sText, Number iNumber)
 {
     char aDigits[16];
     auto const oEnd = std::to_chars(std::begin(aDigits), std::end(aDigits), iNumber);
-    sText.append(aDigits, oEnd.ptr);
+    sText.append(aDigits, static_cast<std::size_t>(oEnd.ptr - aDigits));
 }
 
 String & String::operator<<(String const & s)
