@@ -23,7 +23,7 @@ protected:
 private:
     // All are written out, since g++ takes a slow string instruction for a rest of zeros; and not a plain
     // array, which it assigns word by word.
-    std::array<long, 11> m_aValues = {1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0};
+    [[maybe_unused]] std::array<long, 11> m_aValues = {1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0};
 };
 
 class Record1 : public Record
