@@ -477,4 +477,11 @@ TEST(ChildStreams, LoseNothingOfMuchOutputOnBoth)
     EXPECT_EQ(oChild.GetExitCode(), 0);
 }
 
+TEST(ChildStreams, LoseNothingOfMuchOutputWithoutReaderThreads)
+{
+    Child oChild("");
+    oChild.SetCommand(R"(sh -c "head -c 3000000 /dev/zero | tr '\0' x; echo")");
+    EXPECT_EQ(ReadOutput(oChild.Start()).size(), 3'000'001u);
+}
+
 } // namespace

@@ -1,5 +1,6 @@
 #include <tessel/CmdLine.h>
 
+#include "ForcedEnd.h"
 #include "Platform.h"
 
 #include <tessel/Exception.h>
@@ -164,7 +165,8 @@ public:
     // By force only if the program keeps the thread from ending, for instance in a processor of its lines.
     ~ReadStreamThread() override
     {
-        static_cast<void>(m_oEnded.try_acquire_for(PATIENCE));
+        if (IsRunning())
+            static_cast<void>(m_oEnded.try_acquire_for(PATIENCE));
         static_cast<void>(Kill(0));
     }
 
@@ -206,7 +208,6 @@ Result CmdLine::Private::MakePipes(StreamEnds & oChildEnds)
 
 Result CmdLine::Private::StartReaders()
 {
-    bStop = false;
     Result oResult = StartReader(eStdOut, pOutReader);
     oResult.InsertFront(StartReader(eStdErr, pErrorReader));
     return oResult;
@@ -228,6 +229,7 @@ void CmdLine::Private::StopReaders()
     pOutReader.reset();
     pErrorReader.reset();
     Platform::CloseFile(oStop);
+    bStop = false;
 }
 
 bool CmdLine::Private::IsReading() const
@@ -270,6 +272,9 @@ void CmdLine::Private::ReadExitCode()
 
 void CmdLine::Private::CleanUp()
 {
+    // A thread that is killed while it waits for the readers would leave them behind with an owner that goes.
+    HoldScope const oScope;
+
     // First, since they use the ends, whose numbers others may get.
     StopReaders();
     Platform::CloseProcess(oProcess);

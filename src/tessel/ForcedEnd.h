@@ -52,6 +52,16 @@ inline void EndHereIfWanted(void const * pReturn)
         Platform::EndThisThreadIf(pReturn);
 }
 
+/// Keeps the calling thread from being ended until the end of the scope, even while it waits.
+class HoldScope
+{
+public:
+    HoldScope() { t_oForcedEnd.BeginHold(); }
+    ~HoldScope() { t_oForcedEnd.EndHold(); }
+    HoldScope(HoldScope const &) = delete;
+    HoldScope & operator=(HoldScope const &) = delete;
+};
+
 /// Tells that the calling thread waits, until the end of the scope.
 class WaitScope
 {
