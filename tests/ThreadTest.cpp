@@ -181,6 +181,22 @@ TEST(ThreadKill, LeavesAllThatTheThreadsShareInOrder)
     EXPECT_GT(iLines, 1);
 }
 
+TEST(ThreadKill, ComesWithTheAssignmentOfAnotherThread)
+{
+    if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)
+        GTEST_SKIP() << "as above";
+
+    OpenThread oThread(
+        []
+        {
+            for (;;)
+                tsl::OS::Sleep(1000);
+        });
+    ASSERT_TRUE(oThread.Run().IsOk());
+    static_cast<tsl::Thread &>(oThread) = OpenThread();
+    EXPECT_EQ(GetState(oThread), "still -1 -");
+}
+
 TEST(ThreadTrace, TellsOfStartsAndEndsIfItIsSwitchedOn)
 {
     if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)

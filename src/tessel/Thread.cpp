@@ -145,7 +145,15 @@ bool Thread::Private::TryToKill(unsigned int iRunToKill)
 
 Thread::Thread() : m(std::make_shared<Private>()) {}
 Thread::Thread(Thread const & oSource) = default;
-Thread & Thread::operator=(Thread const & oSource) = default;
+
+Thread & Thread::operator=(Thread const & oSource)
+{
+    // The last object that knows of a thread would otherwise wait for its end.
+    if (m != oSource.m)
+        static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION));
+    m = oSource.m;
+    return *this;
+}
 
 Thread::~Thread()
 {

@@ -12,7 +12,8 @@ namespace tsl
 /// owns at most one thread at a time and can be run again when that has ended. The public operations may
 /// be called from any thread.
 ///
-/// Copies share the thread and its record. The end of each of them kills the thread.
+/// Copies share the thread and its record. The end of each of them kills the thread, and so does an
+/// assignment of another thread to one.
 class TSL_EXPORT Thread
 {
 public:
