@@ -17,6 +17,9 @@ namespace
 constexpr int MACHINE_ID = 7000;
 constexpr int FIRST_STATE_ID = 7001;
 
+// For a child that was killed.
+constexpr int END_TIMEOUT = 1000; // ms
+
 enum StateResult
 {
     eStart,
@@ -122,7 +125,10 @@ protected:
         tsl::Result const oResult = oChild.Run(iProcessId);
         if (oResult.IsOk())
             return eSucceeded;
-        static_cast<void>(oChild.Kill(1)); // Without its readers; there is none if it was not started.
+
+        // Without its readers the child is of no use; if it was not started, there is none.
+        static_cast<void>(oChild.Kill(1));
+        static_cast<void>(oChild.WaitTermination(END_TIMEOUT));
         return Miss(Describe(oResult));
     }
 
@@ -162,7 +168,6 @@ protected:
 private:
     static constexpr int LOOK_INTERVAL = 5;     // ms
     static constexpr int LINES_PER_LOOK = 1000; // So that a child which never stops writing can be ended.
-    static constexpr int END_TIMEOUT = 1000;    // ms
 
     int Judge()
     {
