@@ -25,13 +25,19 @@ private:
     tsl::TaskTransitionList m_oTransitions;
 };
 
-/// Lets the plug-in's processor count some messages, and its task tell how many there were.
-void UsePlugin()
+/// Lets the plug-in's processor count some messages, and its task tell how many there were. The plug-in may
+/// be another one than was expected.
+tsl::Result UsePlugin()
 {
     std::unique_ptr<tsl::MessageProcessor> const pCensus(
         tsl::MessageProcessorFactory::Instance().CreateProcessor("Census"));
-    tsl::Result const oResult =
+    if (!pCensus || !tsl::TaskFactory::Instance().IsRegistered(CENSUS_TASK_ID))
+        return tsl::MakeResult(tsl::ERR::eNotFound, "The plug-in takes no census.");
+
+    tsl::Result oResult =
         tsl::Support::GetAppDisp().Register(*pCensus, {tsl::DebugMessage::GetStaticClassDesc().GetClassId()});
+    if (oResult.IsError())
+        return oResult;
     for (char const * sText : {"one", "two", "three"})
         tsl::Support::DispatchDebugMessage("plugin", sText, __FILE__, __LINE__);
     tsl::Support::GetAppDisp().Unregister(*pCensus);
@@ -39,9 +45,9 @@ void UsePlugin()
     tsl::TaskContext oContext(new CensusMachine);
     oContext.Process();
     std::unique_ptr<tsl::Message> const pAnswer(oContext.ReadMessage());
-    tsl::String sText;
-    std::cout << (oResult.IsOk() ? "The census: " : "No census: ")
-              << dynamic_cast<tsl::DebugMessage const &>(*pAnswer).GetText().s_str() << " messages\n";
+    if (auto const * const pText = dynamic_cast<tsl::DebugMessage const *>(pAnswer.get()))
+        std::cout << "The census: " << pText->GetText().s_str() << " messages\n";
+    return oResult;
 }
 
 void ShowFactory()
@@ -56,13 +62,15 @@ int main(int iCount, char ** pArguments)
 {
     tsl::LibraryProxy oPlugin(iCount > 1 ? pArguments[1] : "census");
     ShowFactory();
-    if (tsl::Result const oResult = oPlugin.Load(); oResult.IsError())
+    tsl::Result oResult = oPlugin.Load();
+    if (oResult.IsOk())
     {
-        std::cerr << "plugin: " << oResult.GetText().s_str() << '\n';
-        return oResult.GetErrorCode();
+        ShowFactory();
+        oResult = UsePlugin();
+        oPlugin.Unload();
+        ShowFactory();
     }
-    ShowFactory();
-    UsePlugin();
-    oPlugin.Unload();
-    ShowFactory();
+    if (oResult.IsError())
+        std::cerr << "plugin: " << oResult.GetText().s_str() << '\n';
+    return oResult.GetErrorCode();
 }
