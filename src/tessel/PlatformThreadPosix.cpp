@@ -85,9 +85,10 @@ private:
     static bool IsRuntimeName(std::string_view sPath)
     {
         std::string_view const sFile = sPath.substr(sPath.rfind('/') + 1);
-        static constexpr std::string_view aNames[] = {"ld-", "ld.", "libasan.", "libc++", "libc-", "libc.",
-            "libclang_rt.", "libdl", "libgcc_s.", "libjemalloc", "liblsan.", "libmimalloc", "libpthread",
-            "librt", "libstdc++", "libtcmalloc", "libtsan.", "libubsan.", "libunwind", "linux-vdso"};
+        static constexpr std::string_view aNames[] = {"ld-", "ld.", "libasan.", "libatomic.", "libc++",
+            "libc-", "libc.", "libclang_rt.", "libdl", "libgcc_s.", "libjemalloc", "liblsan.", "libmimalloc",
+            "libpthread", "librt", "libstdc++", "libtcmalloc", "libtsan.", "libubsan.", "libunwind",
+            "linux-vdso"};
         return std::any_of(std::begin(aNames), std::end(aNames),
             [sFile](std::string_view sName) { return sFile.starts_with(sName); });
     }

@@ -33,7 +33,8 @@ public:
 
     /// Ends the thread by force and returns when it has ended; a success at once if none runs. Nothing of
     /// the thread is unwound, and no destructor runs: Process never notices, what it has allocated is lost,
-    /// and what it has locked other than by the library stays locked.
+    /// and what it has locked other than by the library stays locked. A condition variable at which it waits
+    /// is of no use any more: a wake-up may be lost to the thread, and the destructor would wait for it.
     ///
     /// The thread ends at the first moment that does no harm to the rest of the process: when it holds no
     /// lock of the library and runs code of the program's own, neither that of the library nor that of the
