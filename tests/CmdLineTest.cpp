@@ -32,7 +32,8 @@ using Clock = std::chrono::steady_clock;
 constexpr int WITH_READERS = CmdLine::eModeRedirect | CmdLine::eModeReaderThreads;
 std::string const CHILD = std::string(TESSEL_TEST_PROGRAMS) + "/Child";
 
-/// A child that does what the actions say, see tests/programs/Child.c. It is killed in the end.
+/// A child that does what the actions say, see tests/programs/Child.c. In the end it is killed
+/// and nothing of it left, for tests that count.
 class Child : public CmdLine
 {
 public:
@@ -41,7 +42,11 @@ public:
         SetMode(iMode);
         SetCommand(CHILD + ' ' + sActions);
     }
-    ~Child() override { static_cast<void>(Kill(0)); }
+    ~Child() override
+    {
+        static_cast<void>(Kill(0));
+        WaitTermination();
+    }
 
     Child & Start()
     {
