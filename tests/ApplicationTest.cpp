@@ -1,26 +1,13 @@
 #include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <tessel/Tessel.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 using namespace tsl;
 using namespace tsltest;
 
 TEST(ApplicationRunCycle, RunsTheStepsAndEndsWithTheCodeOfTheLast)
 {
-    struct Row
-    {
-        std::vector<std::string> vArguments;
-        int iExitCode;
-        std::string sOutput;
-    };
     // A message line shows code, text and size of the history; each failure has a cause of its own.
-    Row const aRows[] = {{{}, 0, "PreRun\nRun\nPostRun\n"},
+    Rows<std::vector<std::string>, int, std::string> aRows = {{{}, 0, "PreRun\nRun\nPostRun\n"},
         {{"Run=fail:7"}, 0, "PreRun\nRun\nmessage 7 Run 1\nPostRun\n"},
         {{"Run=fail:7", "PostRun=fail:4"}, 4, "PreRun\nRun\nmessage 7 Run 1\nPostRun\nmessage 4 PostRun 2\n"},
         {{"PreRun=fail:3"}, 0, "PreRun\nmessage 3 PreRun 1\nPostRun\n"},

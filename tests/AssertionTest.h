@@ -1,13 +1,43 @@
 #pragma once
 
+// What nearly every test includes.
+
 #include <tessel/Tessel.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <future>
+#include <iterator>
+#include <latch>
+#include <limits>
+#include <map>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace tsltest
 {
+
+/// The cases of a test, one a row.
+template<class... Columns>
+using Rows = std::tuple<Columns...> const[];
 
 /// What a call throws; one with a success if it throws nothing.
 template<class Call>
@@ -34,6 +64,45 @@ testing::AssertionResult Asserts(std::string const & sExpression, std::string co
     if (oException.GetText() == sExpected && oException.GetResult().GetErrorCode() == 6)
         return testing::AssertionSuccess();
     return testing::AssertionFailure() << "it says: " << oException.GetText();
+}
+
+/// Looks again and again until it is true; false if that takes too long.
+template<class Condition>
+bool WaitUntil(Condition && fCondition)
+{
+    auto const oLimit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!fCondition())
+    {
+        if (std::chrono::steady_clock::now() > oLimit)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+/// Does the work, which is given its number, on several threads at once, and waits for their ends.
+template<class Work>
+void RunOnThreads(int iThreads, Work const & fWork)
+{
+    std::latch oStart(iThreads);
+    std::vector<std::jthread> vThreads;
+    for (int iThread = 0; iThread < iThreads; ++iThread)
+        vThreads.emplace_back(
+            [&, iThread]
+            {
+                oStart.arrive_and_wait();
+                fWork(iThread);
+            });
+}
+
+/// -1, 0 or 1 as the six operators have it; 9 if they do not agree.
+template<class Left, class Right>
+int GetOrder(Left const & oLeft, Right const & oRight)
+{
+    int const iOrder = (oLeft > oRight) - (oLeft < oRight);
+    bool const bAgree = (oLeft == oRight) == (iOrder == 0) && (oLeft != oRight) == (iOrder != 0)
+                        && (oLeft <= oRight) == (iOrder <= 0) && (oLeft >= oRight) == (iOrder >= 0);
+    return bAgree ? iOrder : 9;
 }
 
 inline std::string GetText(tsl::Value const & oValue, tsl::ValueConverterLayout const & oLayout)

@@ -1,11 +1,7 @@
-#include <tessel/Tessel.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "AssertionTest.h"
 
 using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
@@ -95,25 +91,21 @@ TEST(CommandLine, DefinesCountsAndEntriesThatNoProgramReceives)
 
 TEST(CommandLine, FindsAnOptionByNameAndPrefix)
 {
-    struct Row
-    {
-        char const * sName;
-        CmdLineParser::OptionPrefix ePrefix;
-        char const * sValue; ///< null if there is no such option
-    };
-    Row const aRows[] = {{"a", CmdLineParser::eOptionAny, "dash"}, {"a", CmdLineParser::eOptionDash, "dash"},
+    // The value is null if there is no such option.
+    Rows<char const *, CmdLineParser::OptionPrefix, char const *> aRows = {
+        {"a", CmdLineParser::eOptionAny, "dash"}, {"a", CmdLineParser::eOptionDash, "dash"},
         {"a", CmdLineParser::eOptionDoubleDash, "double"}, {"a", CmdLineParser::eOptionSlash, "slash"},
         {"B", CmdLineParser::eOptionDash, ""}, {"B", CmdLineParser::eOptionSlash, nullptr},
         {"b", CmdLineParser::eOptionAny, nullptr}, {"-a", CmdLineParser::eOptionAny, nullptr},
         {nullptr, CmdLineParser::eOptionAny, nullptr}};
     CmdLineParser oParser;
     EXPECT_TRUE(Parse(oParser, {"-a", "dash", "--a", "double", "/a", "slash", "-B"}).IsOk());
-    for (Row const & oRow : aRows)
+    for (auto const & [sName, ePrefix, sExpected] : aRows)
     {
-        std::string const sRow = (oRow.sName ? oRow.sName : "null") + std::to_string(oRow.ePrefix);
+        std::string const sRow = (sName ? sName : "null") + std::to_string(ePrefix);
         String sValue = "former";
-        EXPECT_EQ(oParser.GetOption(oRow.sName, sValue, oRow.ePrefix), oRow.sValue != nullptr) << sRow;
-        EXPECT_EQ(sValue.s_str(), oRow.sValue ? oRow.sValue : "") << sRow;
+        EXPECT_EQ(oParser.GetOption(sName, sValue, ePrefix), sExpected != nullptr) << sRow;
+        EXPECT_EQ(sValue.s_str(), sExpected ? sExpected : "") << sRow;
     }
 }
 

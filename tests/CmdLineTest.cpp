@@ -1,28 +1,14 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <tessel/CmdLine.h>
-#include <tessel/ValueString.h>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cerrno>
-#include <chrono>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <memory>
-#include <random>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
@@ -86,37 +72,10 @@ std::string TakeLines(CmdLine & oChild, String * (CmdLine::*fReceive)())
     return sText;
 }
 
-/// Looks again and again until it is true; false if that takes too long.
-template<class Condition>
-bool WaitUntil(Condition const & fCondition)
-{
-    Clock::time_point const oLimit = Clock::now() + std::chrono::seconds(30);
-    while (!fCondition())
-    {
-        if (Clock::now() > oLimit)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
-
 /// Waits for the reader threads as well.
 bool WaitUntilRead(CmdLine const & oChild)
 {
     return WaitUntil([&] { return !oChild.IsRunning(); });
-}
-
-/// The next line of the standard output.
-std::string WaitForLine(CmdLine & oChild)
-{
-    std::unique_ptr<String> pLine;
-    WaitUntil(
-        [&]
-        {
-            pLine.reset(oChild.ReceiveStdOut());
-            return pLine != nullptr;
-        });
-    return pLine ? pLine->s_str() : "";
 }
 
 std::size_t CountEntries(char const * sFolder)
@@ -134,16 +93,11 @@ bool HasChildren()
 TEST(ChildCommands, AreMadeOfTheirArguments)
 {
     CmdLine oCommand;
-    oCommand.AddArg("a b");
-    oCommand.AddArg("c");
-    oCommand.AddArg("d\te");
-    oCommand.AddArg("\\\"");
+    for (char const * const sArgument : {"a b", "c", "d\te", "\\\""})
+        oCommand.AddArg(sArgument);
     EXPECT_EQ(oCommand.GetCommand().s_str(), "\"a b\" c \"d\te\" \\\"");
     oCommand.SetApplication("my program");
     EXPECT_EQ(oCommand.GetCommand().s_str(), "\"my program\"");
-    oCommand.SetBufferSize(7);
-    oCommand.SetBufferSize(0);
-    EXPECT_EQ(oCommand.GetBufferSize(), 7u);
 }
 
 TEST(ChildCommands, AreSplitAtWhiteSpaceOutsideOfQuotes)
@@ -198,31 +152,25 @@ TEST(ChildCommands, OfLessThan1024CharactersAreAccepted)
 
 TEST(ChildStart, FailsWithTheErrorOfTheSystem)
 {
-    tsltest::TestProgram const oFolder("Child");
+    TestProgram const oFolder("Child");
     oFolder.WriteFile("plain", "no program");
     oFolder.WriteFile("broken", "no program");
     std::filesystem::permissions(oFolder.GetFolder() / "broken", std::filesystem::perms::owner_all);
 
-    struct Row
-    {
-        std::string sCommand;
-        int iError;
-        int iSuspendedError;
-    };
-    Row const aRows[] = {{"", ENOENT, ENOENT}, {"no_such_program", ENOENT, ENOENT},
+    Rows<std::string, int, int> aRows = {{"", ENOENT, ENOENT}, {"no_such_program", ENOENT, ENOENT},
         {"/no/such program", ENOENT, ENOENT}, {oFolder.GetFolder() / "plain", EACCES, EACCES},
         {oFolder.GetFolder(), EACCES, EACCES}, {oFolder.GetFolder() / "plain/x", ENOTDIR, ENOTDIR},
         {oFolder.GetFolder() / "broken", ENOEXEC, 0}};
     std::size_t const iDescriptors = CountEntries("/proc/self/fd");
-    for (Row const & oRow : aRows)
+    for (auto const & [sCommand, iPlainError, iSuspendedError] : aRows)
         for (int const iMode : {0, WITH_READERS, CmdLine::eModeSuspended | CmdLine::eModeRedirect})
         {
             CmdLine oChild;
             oChild.SetMode(iMode);
-            oChild.SetCommand(oRow.sCommand);
+            oChild.SetCommand(sCommand);
             int iProcessId = -1;
             Result const oResult = oChild.Run(iProcessId);
-            int const iError = iMode & CmdLine::eModeSuspended ? oRow.iSuspendedError : oRow.iError;
+            int const iError = iMode & CmdLine::eModeSuspended ? iSuspendedError : iPlainError;
             if (iError == 0)
             {
                 ::kill(iProcessId, SIGCONT);
@@ -230,10 +178,10 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
                 EXPECT_EQ(oChild.GetExitCode(), 127);
                 continue;
             }
-            EXPECT_EQ(oResult.GetErrorCode(), 10) << oRow.sCommand;
-            EXPECT_STREQ(oResult.GetText().c_str(), "Error while creating process.") << oRow.sCommand;
-            ASSERT_EQ(oResult.GetHistorySize(), 1) << oRow.sCommand;
-            EXPECT_EQ(oResult.GetHistory(0).GetErrorCode(), iError) << oRow.sCommand;
+            EXPECT_EQ(oResult.GetErrorCode(), 10) << sCommand;
+            EXPECT_STREQ(oResult.GetText().c_str(), "Error while creating process.") << sCommand;
+            ASSERT_EQ(oResult.GetHistorySize(), 1) << sCommand;
+            EXPECT_EQ(oResult.GetHistory(0).GetErrorCode(), iError) << sCommand;
             EXPECT_EQ(iProcessId, 0);
             EXPECT_FALSE(oChild.IsRunning());
             EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
@@ -274,12 +222,14 @@ TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
 
 TEST(ChildStart, WorksInAProgramWithClosedStreamsOrIgnoredChildren)
 {
-    for (std::string const sPreparation : {"", "closed", "deaf"})
+    for (std::string const sPreparation : {"empty", "closed", "deaf"})
     {
-        tsltest::TestProgram const oProgram("Starter");
-        oProgram.WriteFile("Starter.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nCmdLine=1\n");
+        TestProgram const oProgram("Reporter");
+        oProgram.WriteFile("Reporter.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nCmdLine=1\n");
         EXPECT_EQ(
-            oProgram.Run({sPreparation, CHILD + R"( out one\n err two\n descriptors exit 7)"}).iExitCode, 0);
+            oProgram.Run({sPreparation, "start:" + CHILD + R"( out one\n err two\n descriptors exit 7)"})
+                .iExitCode,
+            0);
 
         // Not every system keeps the exit code of a child that was not waited for.
         std::string sOutcome = oProgram.ReadFile("outcome");
@@ -304,44 +254,36 @@ TEST(ChildStart, StandsBeforeTheFirstInstructionIfItIsSuspended)
 
 TEST(ChildStart, IsPossibleOnManyThreadsAtOnce)
 {
-    std::vector<std::thread> vThreads;
-    for (int iThread = 0; iThread < 8; ++iThread)
-        vThreads.emplace_back(
-            [iThread]
+    RunOnThreads(8,
+        [&](int iThread)
+        {
+            for (int i = 0; i < 10; ++i)
             {
-                for (int i = 0; i < 10; ++i)
-                {
-                    std::string const sText = std::to_string(iThread * 100 + i);
-                    Child oChild(
-                        "descriptors out " + sText + "\\n exit " + std::to_string(iThread), WITH_READERS);
-                    oChild.Start();
-                    EXPECT_TRUE(WaitUntilRead(oChild));
-                    EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "0 1 2 \n" + sText + '\n');
-                    EXPECT_EQ(oChild.GetExitCode(), iThread);
-                }
-            });
-    for (std::thread & oThread : vThreads)
-        oThread.join();
+                std::string const sText = std::to_string(iThread * 100 + i);
+                Child oChild(
+                    "descriptors out " + sText + "\\n exit " + std::to_string(iThread), WITH_READERS);
+                oChild.Start();
+                EXPECT_TRUE(WaitUntilRead(oChild));
+                EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "0 1 2 \n" + sText + '\n');
+                EXPECT_EQ(oChild.GetExitCode(), iThread);
+            }
+        });
 }
 
 TEST(ChildEnd, IsToldByTheExitCode)
 {
-    struct Row
+    Rows<char const *, int> aRows = {{"", 0}, {"exit 7", 7}, {"exit 255", 255}, {"signal 9", 137},
+        {"signal 15", 143}, {"close exit 3", 3}};
+    for (auto const & [sActions, iExitCode] : aRows)
     {
-        char const * sActions;
-        int iExitCode;
-    };
-    for (Row const & oRow : {Row{"", 0}, Row{"exit 7", 7}, Row{"exit 255", 255}, Row{"signal 9", 137},
-             Row{"signal 15", 143}, Row{"close exit 3", 3}})
-    {
-        Child oChild(oRow.sActions, WITH_READERS);
+        Child oChild(sActions, WITH_READERS);
         EXPECT_EQ(oChild.GetExitCode(), 0);
         oChild.Start();
-        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated) << oRow.sActions;
-        EXPECT_EQ(oChild.GetExitCode(), oRow.iExitCode) << oRow.sActions;
-        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed) << oRow.sActions;
-        EXPECT_EQ(oChild.Kill(1).GetErrorCode(), 3) << oRow.sActions;
-        EXPECT_EQ(oChild.GetExitCode(), oRow.iExitCode) << oRow.sActions;
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated) << sActions;
+        EXPECT_EQ(oChild.GetExitCode(), iExitCode) << sActions;
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed) << sActions;
+        EXPECT_EQ(oChild.Kill(1).GetErrorCode(), 3) << sActions;
+        EXPECT_EQ(oChild.GetExitCode(), iExitCode) << sActions;
     }
     EXPECT_FALSE(HasChildren());
 }
@@ -354,7 +296,7 @@ TEST(ChildEnd, ComesByKillWhateverTheChildDoes)
         oChild.Start();
         int iProcessId = -1;
         EXPECT_EQ(oChild.Run(iProcessId).GetErrorCode(), 3) << sActions;
-        EXPECT_EQ(WaitForLine(oChild), "ready") << sActions;
+        EXPECT_TRUE(WaitUntil([&] { return TakeLines(oChild, &CmdLine::ReceiveStdOut) == "ready\n"; }));
 
         Clock::time_point const oStart = Clock::now();
         EXPECT_EQ(oChild.WaitTermination(30), CmdLine::eWaitTimeout) << sActions;

@@ -1,15 +1,8 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <csignal>
-#include <fstream>
-#include <future>
-#include <iterator>
 #include <regex>
-#include <sstream>
-#include <thread>
 
 using namespace tsltest;
 
@@ -47,47 +40,44 @@ std::vector<ShownRun> ReadRuns(std::istream && oPage)
 int AwaitLogLine(TestProgram const & oProgram, std::string const & sText)
 {
     std::regex const oLine(R"([0-9.]{10} [0-9:]{8} (\d+) \d+ DEB )" + sText);
-    auto const oLimit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (std::chrono::steady_clock::now() < oLimit)
-    {
-        std::smatch oMatch;
-        std::string const sLog = oProgram.ReadFile("Logfile.txt");
-        if (std::regex_search(sLog, oMatch, oLine))
-            return std::stoi(oMatch[1]);
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return 0;
+    int iProcess = 0;
+    WaitUntil(
+        [&]
+        {
+            std::smatch oMatch;
+            std::string const sLog = oProgram.ReadFile("Logfile.txt");
+            iProcess = std::regex_search(sLog, oMatch, oLine) ? std::stoi(oMatch[1]) : 0;
+            return iProcess != 0;
+        });
+    return iProcess;
 }
 
 } // namespace
 
 TEST(Examples, PrintWhatTheirPagesShow)
 {
-    struct Row
+    Rows<std::string, std::size_t> aRows = {
+        {"greeter", 3}, {"plugin", 3}, {"trafficlight", 4}, {"values", 2}};
+    for (auto const & [sName, iRuns] : aRows)
     {
-        std::string sName;
-        std::size_t iRuns;
-    };
-    for (Row const & oRow : {Row{"greeter", 3}, Row{"plugin", 3}, Row{"trafficlight", 4}, Row{"values", 2}})
-    {
-        std::string const sSource = TESSEL_EXAMPLE_SOURCES "/" + oRow.sName + "/";
-        TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + oRow.sName);
+        std::string const sSource = TESSEL_EXAMPLE_SOURCES "/" + sName + "/";
+        TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + sName);
         std::stringstream oIni;
-        oIni << std::ifstream(sSource + oRow.sName + ".ini").rdbuf();
-        oProgram.WriteFile(oRow.sName + ".ini", oIni.str());
+        oIni << std::ifstream(sSource + sName + ".ini").rdbuf();
+        oProgram.WriteFile(sName + ".ini", oIni.str());
 
         std::vector<ShownRun> const vRuns = ReadRuns(std::ifstream(sSource + "README.md"));
-        EXPECT_EQ(vRuns.size(), oRow.iRuns) << oRow.sName;
+        EXPECT_EQ(vRuns.size(), iRuns) << sName;
         int iExitCode = 0;
         for (ShownRun const & oRun : vRuns)
         {
-            SCOPED_TRACE(oRow.sName + " prints " + oRun.sPrinted);
+            SCOPED_TRACE(sName + " prints " + oRun.sPrinted);
             if (oRun.vWords == std::vector<std::string>{"echo", "$?"})
             {
                 EXPECT_EQ(std::to_string(iExitCode) + '\n', oRun.sPrinted);
                 continue;
             }
-            ASSERT_EQ(oRun.vWords.at(0), oRow.sName);
+            ASSERT_EQ(oRun.vWords.at(0), sName);
             ProgramOutcome const oOutcome = oProgram.Run({oRun.vWords.begin() + 1, oRun.vWords.end()});
             EXPECT_EQ(oOutcome.sOutput + oOutcome.sErrors, oRun.sPrinted);
             iExitCode = oOutcome.iExitCode;
@@ -106,8 +96,7 @@ TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
         int iExitCode = 6;
     };
     std::string const sBad = "Ungültiger Formatstring! String : ";
-    Row const aRows[] = {
-        {"greeter", "[Greeter]\nFormat=${%s%n}", "Ann", sBad + "\"%s%n\""},
+    Row const aRows[] = {{"greeter", "[Greeter]\nFormat=${%s%n}", "Ann", sBad + "\"%s%n\""},
         {"greeter", "[Greeter]\nFormat=${%*s}", "Ann", sBad + "\"%*s\""},
         {"values", "[Values/Integer]\nFormat=${%n}", "7", sBad + "\"%n\""},
         {"values", "[Values/Integer]\nFormat=${clsid}", "7", "in einem Collection-Layout erlaubt!"},
@@ -115,8 +104,7 @@ TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
         {"values", "[Values/Float]\nDecimalPlaces=99999", "0.5", sBad + "\"%.99999f\""},
         {"values", "[Values]\nFormat=${dump", "7", "Zeichen '}' nicht gefunden. String : \"${dump\""},
         {"values", "[Values]\nFormat=${%n%s}", "7", "${%n%s}\n", 0},
-        {"values", "[Values/Named]\nFormat=${%n%s}", "a=7", "(${%n%s})\n", 0},
-    };
+        {"values", "[Values/Named]\nFormat=${%n%s}", "a=7", "(${%n%s})\n", 0}};
     for (Row const & oRow : aRows)
     {
         TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + oRow.sProgram);

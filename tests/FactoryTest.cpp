@@ -1,14 +1,6 @@
 #include "AssertionTest.h"
 #include "TestMessages.h"
 
-#include <atomic>
-#include <future>
-#include <map>
-#include <memory>
-#include <random>
-#include <string>
-#include <vector>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -112,17 +104,6 @@ TEST(FactoryTables, AreReadWhileTheyGrow)
     }
     bDone = true;
     EXPECT_EQ(oReader.get(), 0);
-}
-
-TEST(FactoryEntries, KnowTheLogFileProcessor)
-{
-    std::unique_ptr<MessageProcessor> const pProcessor(
-        MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
-    ASSERT_NE(pProcessor, nullptr);
-    EXPECT_STREQ(pProcessor->GetClassDesc().GetClassName(), "class tsl::LogFileProcessor");
-    EXPECT_THROW(delete pProcessor->GetCopy(), Exception);
-    EXPECT_THROW(static_cast<void>(pProcessor->SetConfig(pProcessor->GetConfig())), Exception);
-    EXPECT_THROW(delete pProcessor->GetConfig().GetCopy(), Exception);
 }
 
 TEST(FactoryMisuse, NamesFactoryKeyAndFunction)

@@ -1,31 +1,6 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
 #include "TestMessages.h"
-
-#include <tessel/Assertion.h>
-#include <tessel/DebugMessage.h>
-#include <tessel/Exception.h>
-#include <tessel/GlobalMessageDispatcher.h>
-#include <tessel/LogPoint.h>
-#include <tessel/MessageLayout.h>
-#include <tessel/MessageProcessorFactory.h>
-#include <tessel/ResultMessage.h>
-#include <tessel/Support.h>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <fstream>
-#include <functional>
-#include <future>
-#include <iterator>
-#include <latch>
-#include <memory>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include <unistd.h>
 
@@ -125,24 +100,8 @@ TEST(GlobalBus, IsFreeForOthersWhateverAProcessorThrows)
 
 TEST(LogPoints, ArePassedFirstByManyThreads)
 {
-    constexpr int iThreads = 4;
     std::atomic<int> iTexts{0};
-    std::latch oStart(iThreads);
-    {
-        std::vector<std::jthread> vThreads;
-        for (int i = 0; i < iThreads; ++i)
-            vThreads.emplace_back(
-                [&]
-                {
-                    oStart.arrive_and_wait();
-                    Trace("Off",
-                        [&]
-                        {
-                            ++iTexts;
-                            return String("passed");
-                        });
-                });
-    }
+    RunOnThreads(4, [&](int) { Trace("Off", [&] { return String() << ++iTexts; }); });
     EXPECT_EQ(iTexts, 0);
 }
 
@@ -152,34 +111,4 @@ TEST(LogLine, HasTheTextAsItStands)
     oMessage.SetIdentifier("%s");
     EXPECT_TRUE(Write(oMessage).ends_with(" DEB %s %n ${No} \0|"s)) << Write(oMessage);
     EXPECT_TRUE(Write(DebugMessage()).ends_with(" DEB  ")) << "nulls leave no trace";
-}
-
-TEST(LogFile, MayBeOpenedAgain)
-{
-    std::unique_ptr<MessageProcessor> const pLog(
-        MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
-    EXPECT_TRUE(pLog->Open().IsOk());
-    EXPECT_TRUE(pLog->Open().IsOk());
-
-    std::ifstream oFile("Logfile.txt", std::ios::binary | std::ios::ate);
-    std::string const sMark = "opened twice by " + std::to_string(::getpid());
-    Result oResult;
-    pLog->Process(DebugMessage(ValueString(sMark)), oResult);
-    std::string const sAdded{std::istreambuf_iterator<char>(oFile), {}};
-    EXPECT_NE(sAdded.find(sMark), std::string::npos) << sAdded;
-}
-
-TEST(LogFile, HasWholeLinesFromSeveralProcesses)
-{
-    TestProgram const oProgram("Reporter");
-    {
-        std::vector<std::jthread> vRuns;
-        for (int i = 0; i < 3; ++i)
-            vRuns.emplace_back([&] { EXPECT_EQ(oProgram.Run({"lines:100"}).iExitCode, 0); });
-    }
-    std::istringstream oLog(oProgram.ReadFile("Logfile.txt"));
-    int iLines = 0;
-    for (std::string sLine; std::getline(oLog, sLine); ++iLines)
-        EXPECT_TRUE(sLine.ends_with("x<end>") && std::count(sLine.begin(), sLine.end(), '<') == 1) << sLine;
-    EXPECT_EQ(iLines, 3 * 4 * 100);
 }

@@ -1,35 +1,15 @@
 #include "AssertionTest.h"
 
-#include <tessel/IniFile.h>
-#include <tessel/NamedValue.h>
-#include <tessel/NamedValueConverter.h>
-#include <tessel/ValueFloat32.h>
-#include <tessel/ValueFloatConverter.h>
-#include <tessel/ValueInt32.h>
-#include <tessel/ValueIntegerConverter.h>
-#include <tessel/ValueStringConverter.h>
-
 #include <patternmatcher/PatternMatcher.h>
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
 using namespace tsl;
+using namespace tsltest;
 using namespace std::string_literals;
 
 namespace
 {
 
 constexpr std::size_t HUGE_LENGTH = 10'000'000;
-
-std::string Write(Value const & oValue, ValueConverterLayout const & oLayout)
-{
-    ValueString sText("");
-    oValue.GetConverter().ConvertToText(oValue, sText, oLayout);
-    return sText.s_str();
-}
 
 /// What reading the text comes to: the number, or the failure.
 std::string ReadInteger(std::string const & sText, std::string const & sFormat)
@@ -47,15 +27,14 @@ TEST(HugeTexts, AreWrittenReadAndSearched)
     EXPECT_EQ(ReadInteger(sBlanks + "-7" + sBlanks, "${%d}"), "-7");
     EXPECT_EQ(ReadInteger(sDigits, "${%d}"), "Overflow. Max 10 digits allowed for ValueInt32.");
     EXPECT_EQ(ReadInteger(sDigits + "-7", sDigits + "${%d}"), "-7");
-    EXPECT_EQ(Write(ValueInt32(7), ValueIntegerConverterLayout(sDigits + "${%d}")), sDigits + '7');
-    EXPECT_TRUE(
-        tsltest::Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%s\" failed.",
-            [&] { Write(ValueString(sDigits), ValueStringConverterLayout()); }));
+    EXPECT_EQ(GetText(ValueInt32(7), ValueIntegerConverterLayout(sDigits + "${%d}")), sDigits + '7');
+    EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%s\" failed.",
+        [&] { GetText(ValueString(sDigits), ValueStringConverterLayout()); }));
 
     std::string sUnknown;
     for (std::size_t i = 0; i < HUGE_LENGTH / 4; ++i)
         sUnknown += "${x}";
-    EXPECT_EQ(Write(NamedValue("n", ValueInt32(7)), NamedValueConverterLayout(sUnknown)), sUnknown);
+    EXPECT_EQ(GetText(NamedValue("n", ValueInt32(7)), NamedValueConverterLayout(sUnknown)), sUnknown);
 
     ValueString sText("");
     EXPECT_GT(Result(1, ValueString(sDigits), Result::eCategoryDefault).AddAsString(sText).GetLength(),
@@ -68,10 +47,10 @@ TEST(HugeTexts, AreWrittenReadAndSearched)
 
 TEST(ZeroBytes, AreBytesLikeOthersButForPrintf)
 {
-    EXPECT_EQ(Write(ValueInt32(7), ValueIntegerConverterLayout("a\0${%d}\0b"s)), "a\0"
-                                                                                 "7\0b"s);
-    EXPECT_EQ(Write(ValueInt32(7), ValueIntegerConverterLayout("${%d\0%n}"s)), "7");
-    EXPECT_EQ(Write(ValueString("a\0b"s), ValueStringConverterLayout()), "a");
+    EXPECT_EQ(GetText(ValueInt32(7), ValueIntegerConverterLayout("a\0${%d}\0b"s)), "a\0"
+                                                                                   "7\0b"s);
+    EXPECT_EQ(GetText(ValueInt32(7), ValueIntegerConverterLayout("${%d\0%n}"s)), "7");
+    EXPECT_EQ(GetText(ValueString("a\0b"s), ValueStringConverterLayout()), "a");
     EXPECT_EQ(ReadInteger("a\0"
                           "7"s,
                   "a\0${%d}"s),

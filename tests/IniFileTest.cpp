@@ -1,15 +1,5 @@
 #include "AssertionTest.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -109,11 +99,7 @@ TEST_F(IniFileReading, StopsAtTheFirstBadLineAndKeepsWhatStandsAbove)
 {
     std::string const sEmptyName = " < 2.2 The name must contain at least 1 character.";
     std::string const sBadName = " < 2.2 The name may only contain alphanumeric characters.";
-    struct Row
-    {
-        std::string sContent, sLine, sError;
-    };
-    Row const aRows[] = {{"key=1\n[x]", "1", "Chaptername expected. "},
+    Rows<std::string, std::string, std::string> aRows = {{"key=1\n[x]", "1", "Chaptername expected. "},
         {"\n;\n+=1\n[x]", "3", "Chaptername expected. "}, {"[x\n", "1", "Token ']' expected."},
         {"[c\0]"s, "1", "Token ']' expected."}, {"[ \t]", "1", "Name of chapter invalid." + sEmptyName},
         {"[a.b]", "1", "Name of chapter invalid." + sBadName},
@@ -136,24 +122,20 @@ TEST_F(IniFileReading, StopsAtTheFirstBadLineAndKeepsWhatStandsAbove)
 TEST_F(IniFileReading, CutsLongLines)
 {
     auto const MakeKey = [](std::size_t iLength) { return "k=" + std::string(iLength - 2, 'v'); };
-    struct Row
-    {
-        std::string sContent, sDump; ///< behind a chapter line
-        char const * sBadLine = nullptr;
-    };
-    Row const aRows[] = {{MakeKey(498) + "\n!", MakeKey(498), "3"},
+    // What stands behind a chapter line, what is taken of it, and the line that is bad.
+    Rows<std::string, std::string, std::string> aRows = {{MakeKey(498) + "\n!", MakeKey(498), "3"},
         {MakeKey(499) + "\n!", MakeKey(499), "4"}, // its line end is a line of its own
-        {MakeKey(500) + "\n!", MakeKey(499), "3"}, {MakeKey(499) + "l=w", MakeKey(499) + ";l=w"},
-        {MakeKey(499) + "+=w", MakeKey(499) + " w"},
+        {MakeKey(500) + "\n!", MakeKey(499), "3"}, {MakeKey(499) + "l=w", MakeKey(499) + ";l=w", ""},
+        {MakeKey(499) + "+=w", MakeKey(499) + " w", ""},
         {std::string(499, ' ') + std::string(499, ';') + std::string(499, ' ') + "k=v\n!", "k=v", "6"},
-        {"k=v\0"s + std::string(495, 'x') + "l=w", "k=v;l=w"}, // zero bytes count as well
+        {"k=v\0"s + std::string(495, 'x') + "l=w", "k=v;l=w", ""}, // zero bytes count as well
         {"k=" + std::string(10'000'000, 'v'), MakeKey(499), "3"}};
     for (auto const & [sContent, sDump, sBadLine] : aRows)
     {
         std::string const sFailure = Open("[c]\n" + sContent);
         EXPECT_EQ(Dump(m_oIni), "[c]" + sDump + ";");
         EXPECT_EQ(sFailure.substr(0, sFailure.find(" <")),
-            sBadLine ? "2.2 Error while reading file 'FILE', line "s + sBadLine + "." : "");
+            sBadLine.empty() ? "" : "2.2 Error while reading file 'FILE', line " + sBadLine + ".");
     }
 }
 
@@ -232,11 +214,8 @@ TEST_F(IniFileQueries, TellTheFirstReasonOfAFailure)
 {
     std::string const sEmptyName = " < 2.2 The name must contain at least 1 character.";
     std::string const sBadName = " < 2.2 The name may only contain alphanumeric characters.";
-    struct Row
-    {
-        std::string sChapter, sKey, sReason;
-    };
-    Row const aRows[] = {{"c.d", "!", "ChapterName 'c.d' not valid." + sBadName},
+    Rows<std::string, std::string, std::string> aRows = {
+        {"c.d", "!", "ChapterName 'c.d' not valid." + sBadName},
         {" ", "k", "ChapterName ' ' not valid." + sEmptyName},
         {" d ", " k! ", "KeyName ' k! ' not valid." + sBadName},
         {"c", "", "KeyName '' not valid." + sEmptyName}, {" d ", "l", "Chapter 'd' does not exist."},
@@ -256,22 +235,12 @@ TEST_F(IniFileQueries, TellTheFirstReasonOfAFailure)
         EXPECT_EQ(Show(oText), "2.2 Error accessing IniFile 'FILE'. " + sReason);
         EXPECT_EQ(oNumber, oText);
         EXPECT_TRUE(sValue == "preset" && iValue == 77);
-    }
-}
-
-TEST_F(IniFileQueries, ListNoKeysOfABadOrUnknownChapter)
-{
-    EXPECT_EQ(Open("[c]\nk=v"), "");
-    for (std::string const sChapter : {"a name with blanks", "another_chapter"})
-    {
-        std::vector<String> vNames = {sChapter};
-        std::string const sFailure = Show(m_oIni.GetKeys(vNames[0], vNames)); // from the names that go
-        EXPECT_TRUE(vNames.empty()) << sChapter;
-
-        String sValue;
-        Result oResult;
-        EXPECT_FALSE(m_oIni.GetString(sChapter, "k", sValue, oResult)) << sChapter;
-        EXPECT_EQ(sFailure, Show(oResult)) << sChapter;
+        std::vector<String> vKeys = {sChapter};
+        if (sReason.starts_with("Chapter"))
+        {
+            EXPECT_EQ(m_oIni.GetKeys(vKeys[0], vKeys), oText) << "from the names that go";
+            EXPECT_TRUE(vKeys.empty());
+        }
     }
 }
 

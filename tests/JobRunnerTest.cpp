@@ -1,17 +1,14 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <gtest/gtest.h>
-
-#include <atomic>
 #include <csignal>
-#include <thread>
 
 using namespace tsltest;
 
 namespace
 {
 
-std::string const CHILD = TESSEL_TEST_PROGRAMS "/Job";
+std::string const CHILD = TESSEL_TEST_PROGRAMS "/Child";
 
 /// The runner in a folder of its own, with jobs whose command "%" stands for the test's own program.
 class JobRunner
@@ -54,45 +51,39 @@ bool Contains(std::string const & sText, std::string const & sPart)
 
 TEST(JobRunnerRunning, EndsWithTheNumberOfFailedJobs)
 {
-    struct Row
-    {
-        char const * sJobs;
-        int iExitCode;
-        char const * sState; // of the job "b"
-        char const * sPrinted;
-    };
-    Row const aRows[] = {
+    // The state is that of the job "b".
+    Rows<char const *, int, char const *, char const *> aRows = {
         {"[Job/a]\nCommand=% exit 0\n[Job/b]\nAfter=a\nCommand=% exit 0\n", 0, "done", "b: done\n"},
         {"[Job/a]\nCommand=% exit 7\n[Job/b]\nAfter=a\nCommand=% exit 0\n", 1, "skipped",
             "b: skipped (needs a)\n"},
         {"[Job/a]\nCommand=% exit 1\n[Job/b]\nCommand=% exit 7\n", 2, "failed",
             "b: failed (exit code 7 instead of 0)\n"},
         {"[Job/b]\nCommand=% exit 7\nExpect=7\n", 0, "done", "b: done\n"},
-        {"[Job/b]\nCommand=% exitonce 5 marker\nRetries=1\n", 0, "done",
+        {"[Job/b]\nCommand=% once marker exit 5\nRetries=1\n", 0, "done",
             "b: retrying (exit code 5 instead of 0)\nb: running\nb: done\n"},
         {"[Job/b]\nCommand=% exit 5\nRetries=2\n", 1, "failed",
             "b: retrying (exit code 5 instead of 0)\nb: running\n"
             "b: retrying (exit code 5 instead of 0)\nb: running\n"
             "b: failed (exit code 5 instead of 0)\n"},
-        {"[Job/b]\nCommand=% sleep\nTimeout=100\n", 1, "failed", "b: failed (not finished after 100 ms)\n"},
-        {"[Job/b]\nCommand=% flood\nTimeout=50\n", 1, "failed", "b: failed (not finished after 50 ms)\n"},
+        {"[Job/b]\nCommand=% hang\nTimeout=100\n", 1, "failed", "b: failed (not finished after 100 ms)\n"},
+        {"[Job/b]\nCommand=% flood 1000000000000\nTimeout=50\n", 1, "failed",
+            "b: failed (not finished after 50 ms)\n"},
         {"[Job/b]\nCommand=no_such_program_anywhere\n", 1, "failed",
             "b: failed (Error while creating process. No such file or directory)\n"},
-        {"[Job/b]\nCommand=% exit 0\nMode=Quiet Detached\n", 0, "done", "b: done\n"},
-    };
-    for (Row const & oRow : aRows)
+        {"[Job/b]\nCommand=% exit 0\nMode=Quiet Detached\n", 0, "done", "b: done\n"}};
+    for (auto const & [sJobs, iExitCode, sState, sPrinted] : aRows)
     {
-        ProgramOutcome const oOutcome = JobRunner(oRow.sJobs).Run();
-        EXPECT_EQ(oOutcome.iExitCode, oRow.iExitCode) << oRow.sJobs << oOutcome.sErrors;
-        EXPECT_EQ(GetState(oOutcome.sOutput, "b"), oRow.sState) << oRow.sJobs << oOutcome.sOutput;
-        EXPECT_TRUE(Contains(oOutcome.sOutput, oRow.sPrinted)) << oRow.sJobs << oOutcome.sOutput;
+        ProgramOutcome const oOutcome = JobRunner(sJobs).Run();
+        EXPECT_EQ(oOutcome.iExitCode, iExitCode) << sJobs << oOutcome.sErrors;
+        EXPECT_EQ(GetState(oOutcome.sOutput, "b"), sState) << sJobs << oOutcome.sOutput;
+        EXPECT_TRUE(Contains(oOutcome.sOutput, sPrinted)) << sJobs << oOutcome.sOutput;
     }
 }
 
 TEST(JobRunnerRunning, LogsTheLinesOfBothStreamsWithTheNameOfTheJob)
 {
     JobRunner const oRunner(
-        "[Job/talk]\nCommand=% say 1 hello \"two words\"\n[Job/warn]\nCommand=% say 2 beware\n");
+        "[Job/talk]\nCommand=% out hello\\n out \"two words\\n\"\n[Job/warn]\nCommand=% err beware\\n\n");
     EXPECT_EQ(oRunner.Run().iExitCode, 0);
     std::string const sLog = oRunner.GetProgram().ReadFile("Logfile.txt");
     EXPECT_TRUE(Contains(sLog, "Job='talk'; Stream='out'; Line='hello'\n")) << sLog;
@@ -112,8 +103,7 @@ TEST(JobRunnerRunning, EndsItsChildrenAndItselfInOrderAtASignal)
 {
     for (int const iSignal : {SIGINT, SIGTERM})
     {
-        JobRunner const oRunner(
-            "[Job/a]\nCommand=% tellandsleep started\n[Job/b]\nAfter=a\nCommand=% exit 0\n");
+        JobRunner const oRunner("[Job/a]\nCommand=% tell started hang\n[Job/b]\nAfter=a\nCommand=% exit 0\n");
         std::atomic<bool> bEnded{false};
         std::thread oSender(
             [&]
@@ -141,12 +131,7 @@ TEST(JobRunnerRunning, EndsItsChildrenAndItselfInOrderAtASignal)
 
 TEST(JobRunnerFile, IsRefusedWithChapterAndKey)
 {
-    struct Row
-    {
-        char const * sJobs;
-        char const * sFailure;
-    };
-    Row const aRows[] = {
+    Rows<char const *, char const *> aRows = {
         {"", "jobrunner.ini has no chapter [Job/name], so there is nothing to run."},
         {"[Job/a]\nTimeout=1\n", "[Job/a] Command: A job needs a command."},
         {"[Job/a]\nCommand=x\nTimeout=soon\n",
@@ -160,14 +145,13 @@ TEST(JobRunnerFile, IsRefusedWithChapterAndKey)
         {"[Job/a]\nCommand=x\nAfter=b\n[Job/b]\nCommand=x\nAfter=c\n[Job/c]\nCommand=x\nAfter=d\n"
          "[Job/d]\nCommand=x\nAfter=b\n",
             "[Job/b] After: The job would wait for itself: b after c after d after b."},
-        {"[Job/a]\nCommand\n", "Error while reading file 'jobrunner.ini', line 5."},
-    };
-    for (Row const & oRow : aRows)
+        {"[Job/a]\nCommand\n", "Error while reading file 'jobrunner.ini', line 5."}};
+    for (auto const & [sJobs, sFailure] : aRows)
     {
-        ProgramOutcome const oOutcome = JobRunner(oRow.sJobs).Run();
-        EXPECT_EQ(oOutcome.iExitCode, 2) << oRow.sJobs;
-        EXPECT_TRUE(Contains(oOutcome.sErrors, oRow.sFailure)) << oRow.sJobs << oOutcome.sErrors;
-        EXPECT_EQ(oOutcome.sOutput, "") << oRow.sJobs;
+        ProgramOutcome const oOutcome = JobRunner(sJobs).Run();
+        EXPECT_EQ(oOutcome.iExitCode, 2) << sJobs;
+        EXPECT_TRUE(Contains(oOutcome.sErrors, sFailure)) << sJobs << oOutcome.sErrors;
+        EXPECT_EQ(oOutcome.sOutput, "") << sJobs;
     }
 }
 

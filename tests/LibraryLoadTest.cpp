@@ -1,6 +1,5 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
-
-#include <gtest/gtest.h>
 
 using namespace tsltest;
 

@@ -1,20 +1,5 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
-
-#include <tessel/DebugMessage.h>
-#include <tessel/LibraryProxy.h>
-#include <tessel/MessageProcessorFactory.h>
-#include <tessel/String.h>
-#include <tessel/TaskContext.h>
-#include <tessel/TaskFactory.h>
-#include <tessel/TaskProcessor.h>
-#include <tessel/TaskTransition.h>
-
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <iterator>
-#include <memory>
-#include <string>
 
 using namespace tsl;
 
@@ -127,10 +112,9 @@ TEST(Plugins, ThatCannotBeLoadedLeaveNothingLoaded)
 
 TEST(Plugins, ShowTheirComingAndGoingInTheLog)
 {
-    tsltest::TestProgram const oProgram("Loader");
-    oProgram.WriteFile("Loader.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nLibraryProxy=1\n");
-    tsltest::ProgramOutcome const oOutcome = oProgram.Run({PLUGIN.s_str()});
-    EXPECT_EQ(oOutcome.iExitCode, 0);
+    tsltest::TestProgram const oProgram("Reporter");
+    oProgram.WriteFile("Reporter.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nLibraryProxy=1\n");
+    EXPECT_EQ(oProgram.Run({"load:" + PLUGIN.s_str()}).sOutput, "0\n");
 
     std::string const sLog = oProgram.ReadFile("Logfile.txt");
     std::size_t const iLoad = sLog.find("LibraryProxy Load library '" + PLUGIN.s_str() + ".so'.");

@@ -1,12 +1,4 @@
-#include <tessel/Tessel.h>
-
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <future>
-#include <stdexcept>
-#include <thread>
-#include <vector>
+#include "AssertionTest.h"
 
 using namespace tsl;
 
@@ -71,19 +63,16 @@ TEST(ExclusiveLocks, LetEveryWaitingThreadInSometime)
     constexpr int iRounds = 20'000;
     CriticalSectionMutex oMutex;
     int iCount = 0;
-    std::vector<std::jthread> vThreads;
-    for (int iThread = 0; iThread < iThreads; ++iThread)
-        vThreads.emplace_back(
-            [&]
+    tsltest::RunOnThreads(iThreads,
+        [&](int)
+        {
+            for (int i = 0; i < iRounds; ++i)
             {
-                for (int i = 0; i < iRounds; ++i)
-                {
-                    WriteLock<CriticalSectionMutex> const oOuter(oMutex);
-                    ReadLock<CriticalSectionMutex> const oInner(oMutex);
-                    ++iCount;
-                }
-            });
-    vThreads.clear();
+                WriteLock<CriticalSectionMutex> const oOuter(oMutex);
+                ReadLock<CriticalSectionMutex> const oInner(oMutex);
+                ++iCount;
+            }
+        });
     EXPECT_EQ(iCount, iThreads * iRounds);
 }
 

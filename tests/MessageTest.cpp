@@ -1,9 +1,6 @@
 #include "AssertionTest.h"
 #include "TestMessages.h"
 
-#include <memory>
-#include <vector>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -57,9 +54,11 @@ TEST(MessageIteration, FailsOutsideOfTheElements)
     DebugMessageConstIterator const oDebug(oDebugMessage);
     ResultMessageConstIterator const oResult(oResultMessage);
     ResultConstIterator const oFields{Result()};
+    TaskContextMessage const oContextMessage;
+    TaskContextMessageConstIterator const oContext(oContextMessage);
     std::pair<MessageConstIterator const *, std::string> const aRows[] = {
         {&oDebug, "DebugMessageConstIterator"}, {&oResult, "ResultMessageConstIterator"},
-        {&oFields, "ResultConstIterator"}};
+        {&oFields, "ResultConstIterator"}, {&oContext, "TaskContextMessageConstIterator"}};
     for (auto const & [pElement, sClass] : aRows)
     {
         EXPECT_TRUE(Asserts("false", sClass + "::GetName(): Zugriff auf ungültiges Element.",

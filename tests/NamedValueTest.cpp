@@ -1,8 +1,5 @@
 #include "AssertionTest.h"
 
-#include <memory>
-#include <utility>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -97,13 +94,9 @@ TEST(NamedValueCopying, IsDeepAndDropsANameWithoutAValue)
 
 TEST(NamedValueComparing, LooksAtNamesAndThenAtValues)
 {
-    struct Row
-    {
-        NamedValue oLeft, oRight;
-        Value::eCompare eExpected;
-    };
     NamedValue const oA1("a", ValueInt32(1));
-    Row const aRows[] = {{NamedValue("a", ValueInt32(2)), NamedValue("b", ValueInt32(1)), Value::eLess},
+    Rows<NamedValue, NamedValue, Value::eCompare> aRows = {
+        {NamedValue("a", ValueInt32(2)), NamedValue("b", ValueInt32(1)), Value::eLess},
         {NamedValue("b", ValueInt32(1)), NamedValue("a", ValueInt32(2)), Value::eGreater},
         {oA1, NamedValue("a", ValueInt32(2)), Value::eLess}, {oA1, oA1, Value::eEqual},
         {oA1, NamedValue("a", ValueString("1")), Value::eNotComparable},

@@ -1,12 +1,5 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
-
-#include <tessel/Tessel.h>
-
-#include <gtest/gtest.h>
-
-#include <cerrno>
-#include <filesystem>
-#include <string>
 
 using namespace tsl;
 using namespace tsltest;

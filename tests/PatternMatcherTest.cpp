@@ -1,19 +1,12 @@
+#include "AssertionTest.h"
 #include "ProcessTest.h"
 
 #include <patternmatcher/PatternMatcher.h>
 
-#include <atomic>
-#include <climits>
-#include <functional>
-#include <gtest/gtest.h>
 #include <numeric>
-#include <pthread.h>
-#include <random>
-#include <stdexcept>
-#include <thread>
 #include <tuple>
-#include <utility>
-#include <vector>
+
+#include <pthread.h>
 
 using tsl::PatternMatcher;
 
@@ -199,20 +192,6 @@ TEST(PatternMatcherResult, SubstrGivesTheGroupsOfTheLastMatch)
     EXPECT_EQ(oMatcher.substr(sText, 0), "");
 }
 
-TEST(PatternMatcherResult, MatchesServesAnyMatcherAndText)
-{
-    PatternMatcher const oWords(R"((\w+)-(\w+))", 0);
-    std::string const sLong = Repeat("a ", 100'000) + "ab-cd";
-    PatternMatcher::Matches oMatches;
-    EXPECT_EQ(oMatches.GetCount(), 0u);
-    EXPECT_EQ(PatternMatcher(pFloat, 0).Match(std::string_view("1.5"), 0, oMatches), 6u);
-    EXPECT_EQ(oWords.Match(sLong, 0, oMatches), 3u);
-    EXPECT_EQ(oMatches.GetText(sLong, 2), "cd");
-    EXPECT_EQ(oMatches.GetEnd(3), PatternMatcher::Matches::npos);
-    EXPECT_EQ(oWords.Match(std::string_view("-"), 0, oMatches), 0u);
-    EXPECT_EQ(oMatches.GetText("-", 0), "");
-}
-
 TEST(PatternMatcherResult, SearchesStopAllocating)
 {
     EXPECT_EQ(tsltest::TestProgram("Allocations").Run({"matches"}).sOutput, "0\n");
@@ -274,22 +253,19 @@ TEST(PatternMatcherThreads, OneMatcherServesSeveralThreads)
     PatternMatcher const oWords(R"((\w+)=(\w*))", 0);
     std::string const sLong = Repeat("- ", 20'000) + "key=value";
     std::atomic<int> iFailures = 0;
-    std::vector<std::jthread> vThreads;
-    for (int iThread = 0; iThread < 4; ++iThread)
-        vThreads.emplace_back(
-            [&]
+    tsltest::RunOnThreads(4,
+        [&](int)
+        {
+            PatternMatcher::Matches oMatches;
+            for (int i = 0; i < 50; ++i)
             {
-                PatternMatcher::Matches oMatches;
-                for (int i = 0; i < 50; ++i)
-                {
-                    std::string const sNumber = std::to_string(i) + ".25e1";
-                    oFloat.Match(sNumber + "x", 0, oMatches);
-                    iFailures += oMatches.GetText(sNumber, 0) != sNumber;
-                    oWords.Match(i % 2 == 0 ? sLong : "key=value", 0, oMatches);
-                    iFailures += oMatches.GetText(i % 2 == 0 ? sLong : "key=value", 2) != "value";
-                }
-            });
-    vThreads.clear();
+                std::string const sNumber = std::to_string(i) + ".25e1";
+                oFloat.Match(sNumber + "x", 0, oMatches);
+                iFailures += oMatches.GetText(sNumber, 0) != sNumber;
+                oWords.Match(i % 2 == 0 ? sLong : "key=value", 0, oMatches);
+                iFailures += oMatches.GetText(i % 2 == 0 ? sLong : "key=value", 2) != "value";
+            }
+        });
     EXPECT_EQ(iFailures, 0);
 }
 

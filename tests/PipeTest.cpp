@@ -1,11 +1,6 @@
 #include "AssertionTest.h"
 #include "TestMessages.h"
 
-#include <memory>
-#include <stdexcept>
-#include <thread>
-#include <vector>
-
 using namespace tsl;
 using namespace tsltest;
 

@@ -1,8 +1,6 @@
 #include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <functional>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -92,22 +90,17 @@ TEST(ResultHistory, IsReplacedBySetPreviousAndGrowsByInsertFront)
 TEST(ResultCopying, AccumulatesHistoriesAndElseReplaces)
 {
     Result const oChain = MakeChain({"a", "b"});
-    struct Row
+    Rows<Result, Result, char const *> aRows = {{Result(), Result(), "ok"}, {oChain, Result(), "ok"},
+        {Result(), oChain, "a b"}, {oChain, MakeFailure("c"), "c"},
+        {oChain, MakeChain({"c", "d", "e"}), "c b d e"}};
+    for (auto const & [oTarget, oSource, sAfter] : aRows)
     {
-        Result oTarget;
-        Result oSource;
-        char const * sAfter;
-    };
-    for (Row const & oRow :
-        {Row{Result(), Result(), "ok"}, Row{oChain, Result(), "ok"}, Row{Result(), oChain, "a b"},
-            Row{oChain, MakeFailure("c"), "c"}, Row{oChain, MakeChain({"c", "d", "e"}), "c b d e"}})
-    {
-        Result oCopied = oRow.oTarget;
-        oCopied = oRow.oSource;
-        EXPECT_EQ(GetTexts(oCopied), oRow.sAfter);
-        Result oMoved = oRow.oTarget;
-        oMoved = Result(oRow.oSource);
-        EXPECT_EQ(GetTexts(oMoved), oRow.sAfter);
+        Result oCopied = oTarget;
+        oCopied = oSource;
+        EXPECT_EQ(GetTexts(oCopied), sAfter);
+        Result oMoved = oTarget;
+        oMoved = Result(oSource);
+        EXPECT_EQ(GetTexts(oMoved), sAfter);
     }
 
     Result oResult = oChain;

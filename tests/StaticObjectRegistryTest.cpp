@@ -2,7 +2,6 @@
 #include "ProcessTest.h"
 
 #include <iostream>
-#include <sstream>
 
 using namespace tsl;
 using namespace tsltest;

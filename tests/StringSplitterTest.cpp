@@ -1,9 +1,4 @@
-#include <tessel/Tessel.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "AssertionTest.h"
 
 using namespace tsl;
 

@@ -1,8 +1,6 @@
 #include "AssertionTest.h"
 
-#include <climits>
 #include <cstdio>
-#include <stdexcept>
 
 using namespace tsl;
 using namespace tsltest;
@@ -14,13 +12,8 @@ String const WITH_ZERO(std::string("ab\0cd", 5));
 
 TEST(StringEditing, CutsAndInsertsWhereItIsTold)
 {
-    struct Row
-    {
-        std::string sBefore;
-        void (*fEdit)(String &);
-        std::string sAfter;
-    };
-    Row const aRows[] = {{"abcde", [](String & s) { s.CutLeft(2); }, "cde"},
+    Rows<std::string, void (*)(String &), std::string> aRows = {
+        {"abcde", [](String & s) { s.CutLeft(2); }, "cde"},
         {"abcde", [](String & s) { s.CutLeft(UINT_MAX); }, ""},
         {"abcde", [](String & s) { s.CutRight(2); }, "abc"},
         {"abcde", [](String & s) { s.CutRight(UINT_MAX); }, ""},
@@ -50,19 +43,13 @@ TEST(StringEditing, CutsAndInsertsWhereItIsTold)
 
 TEST(StringEditing, ReplacesTheFirstOccurrenceOnly)
 {
-    struct Row
-    {
-        char const * sWhat;
-        unsigned int iPosition;
-        int iFound;
-        char const * sAfter;
-    };
-    for (Row const & oRow : {Row{"an", 0, 1, "b-ana"}, Row{"an", 2, 3, "ban-a"}, Row{"", 2, 2, "ba-nana"},
-             Row{"", 6, 6, "banana-"}, Row{"", 7, -1, "banana"}, Row{"nix", 0, -1, "banana"}})
+    Rows<char const *, unsigned int, int, char const *> aRows = {{"an", 0, 1, "b-ana"}, {"an", 2, 3, "ban-a"},
+        {"", 2, 2, "ba-nana"}, {"", 6, 6, "banana-"}, {"", 7, -1, "banana"}, {"nix", 0, -1, "banana"}};
+    for (auto const & [sWhat, iPosition, iFound, sAfter] : aRows)
     {
         String sText("banana");
-        EXPECT_EQ(sText.Replace(oRow.sWhat, "-", oRow.iPosition), oRow.iFound) << oRow.sAfter;
-        EXPECT_EQ(sText.s_str(), oRow.sAfter);
+        EXPECT_EQ(sText.Replace(sWhat, "-", iPosition), iFound) << sAfter;
+        EXPECT_EQ(sText.s_str(), sAfter);
     }
 }
 
@@ -90,26 +77,11 @@ TEST(StringSearching, FindsFromAPositionAndNothingPastTheEnd)
 
 TEST(StringComparing, MeetsASingleByteWithItsFirstByteAlone)
 {
-    struct Row
-    {
-        char const * sText;
-        char cOther;
-        char const * sTrue; ///< the operators that hold
-    };
     // In the last row the bytes are signed.
-    for (Row const & oRow : {Row{"", 'a', "!= < <= "}, Row{"abc", 'a', "== <= >= "},
-             Row{"abc", 'b', "!= < <= "}, Row{"b", 'a', "!= > >= "}, Row{"\xE4", 'a', "!= < <= "}})
-    {
-        String const sText(oRow.sText);
-        std::string sTrue;
-        sTrue += sText == oRow.cOther ? "== " : "";
-        sTrue += sText != oRow.cOther ? "!= " : "";
-        sTrue += sText < oRow.cOther ? "< " : "";
-        sTrue += sText > oRow.cOther ? "> " : "";
-        sTrue += sText <= oRow.cOther ? "<= " : "";
-        sTrue += sText >= oRow.cOther ? ">= " : "";
-        EXPECT_EQ(sTrue, oRow.sTrue) << oRow.sText << " and " << oRow.cOther;
-    }
+    Rows<String, char, int> aRows = {
+        {"", 'a', -1}, {"abc", 'a', 0}, {"abc", 'b', -1}, {"b", 'a', 1}, {"\xE4", 'a', -1}};
+    for (auto const & [sText, cOther, iOrder] : aRows)
+        EXPECT_EQ(GetOrder(sText, cOther), iOrder) << sText.c_str() << " and " << cOther;
 }
 
 /// A text with rules of its own.

@@ -3,11 +3,6 @@
 #include "TestMachine.h"
 #include "TestMessages.h"
 
-#include <limits>
-#include <memory>
-#include <sstream>
-#include <stdexcept>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -68,14 +63,8 @@ TEST(TaskContextReceive, WaitsInSlicesUntilAMessageComes)
     constexpr int iMax = std::numeric_limits<int>::max();
     constexpr int iMin = std::numeric_limits<int>::min();
     constexpr int iNever = -1;
-    struct Row
-    {
-        int iTimeout;
-        int iArrival; ///< the wait in which the message comes; 0 for the first one
-        std::string sWaits;
-        int iLeft; ///< of the time-out
-    };
-    Row const vRows[] = {{250, iNever, "100 100 50 ", 0}, {200, iNever, "100 100 ", 0},
+    // The time-out, the wait in which the message comes (from 0), all waits, and what is left of the time-out.
+    Rows<int, int, std::string, int> vRows = {{250, iNever, "100 100 50 ", 0}, {200, iNever, "100 100 ", 0},
         {101, iNever, "100 1 ", 0}, {40, iNever, "40 ", 0}, {0, iNever, "", 0}, {250, 1, "100 100 ", 50},
         {40, 0, "40 ", 0}, {iMax, 0, "100 ", iMax - 100}, {-1, 2, "100 100 100 ", -1},
         {iMin, 0, "100 ", iMin}};
@@ -103,33 +92,28 @@ TEST(TaskContextReceive, WaitsInSlicesUntilAMessageComes)
 
 TEST(TaskContextReceive, DiscardsWhatTheFilterDoesNotTake)
 {
-    struct Row
+    // The time-out, what is queued, what arrives with each wait (0 for nothing), what is received (0 for nothing),
+    // the waits, and what stays in the queue.
+    Rows<int, std::vector<int>, std::vector<int>, int, std::string, int> vRows = {{0, {}, {}, 0, "", 0},
+        {0, {2, 4}, {}, 2, "", 4}, {0, {1, 2}, {}, 0, "", 2}, {150, {1, 3, 4, 6}, {}, 4, "", 6},
+        {150, {1}, {3, 2}, 2, "100 50 ", 0}, {150, {1}, {3, 0}, 0, "100 50 ", 0},
+        {100, {}, {3, 2}, 0, "100 ", 0}, {-1, {1}, {0, 3, 0, 2}, 2, "100 100 100 100 ", 0},
+        {-5, {}, {0, 3, 2}, 2, "100 100 100 ", 0}};
+    for (auto const & [iTimeout, vQueued, vArriving, iReceived, sWaits, iNext] : vRows)
     {
-        int iTimeout;
-        std::vector<int> vQueued, vArriving; ///< one arrives with each wait, 0 for none
-        int iReceived;                       ///< 0 for none
-        std::string sWaits;
-        int iNext; ///< what stays in the queue
-    };
-    Row const vRows[] = {{0, {}, {}, 0, "", 0}, {0, {2, 4}, {}, 2, "", 4}, {0, {1, 2}, {}, 0, "", 2},
-        {150, {1, 3, 4, 6}, {}, 4, "", 6}, {150, {1}, {3, 2}, 2, "100 50 ", 0},
-        {150, {1}, {3, 0}, 0, "100 50 ", 0}, {100, {}, {3, 2}, 0, "100 ", 0},
-        {-1, {1}, {0, 3, 0, 2}, 2, "100 100 100 100 ", 0}, {-5, {}, {0, 3, 2}, 2, "100 100 100 ", 0}};
-    for (Row const & oRow : vRows)
-    {
-        SCOPED_TRACE(testing::Message() << oRow.iTimeout << ", waits " << oRow.sWaits);
+        SCOPED_TRACE(testing::Message() << iTimeout << ", waits " << sWaits);
         IdleContext oContext;
-        for (int const iNumber : oRow.vQueued)
+        for (int const iNumber : vQueued)
             oContext.WriteMessage(NumberMessage(iNumber));
-        oContext.fOnWait = [&](int iWait)
+        oContext.fOnWait = [&, &vNumbers = vArriving](int iWait)
         {
             auto const i = static_cast<std::size_t>(iWait);
-            if (i < oRow.vArriving.size() && oRow.vArriving[i] != 0)
-                oContext.WriteMessage(NumberMessage(oRow.vArriving[i]));
+            if (i < vNumbers.size() && vNumbers[i] != 0)
+                oContext.WriteMessage(NumberMessage(vNumbers[i]));
         };
-        EXPECT_EQ(TakeNumber(oContext.ReceiveFilter(EvenFilter(), oRow.iTimeout)), oRow.iReceived);
-        EXPECT_EQ(oContext.sWaits, oRow.sWaits);
-        EXPECT_EQ(TakeNumber(oContext.Receive()), oRow.iNext);
+        EXPECT_EQ(TakeNumber(oContext.ReceiveFilter(EvenFilter(), iTimeout)), iReceived);
+        EXPECT_EQ(oContext.sWaits, sWaits);
+        EXPECT_EQ(TakeNumber(oContext.Receive()), iNext);
     }
 }
 
@@ -156,16 +140,6 @@ TEST(TaskContextQueues, JoinTheApplicationAndTheTasks)
     EXPECT_EQ(oContext.sWaits, "7a 30 ");
     EXPECT_EQ(TakeNumber(oContext.ReadMessage()), 11);
     EXPECT_EQ(oContext.ReadMessage(), nullptr);
-}
-
-TEST(TaskContextQueues, AreMadeByTheContextAlone)
-{
-    struct OwnQueues : IdleContext
-    {
-        Pipe<Message> * CreateInputQueue() const override { throw std::logic_error("called"); }
-        Pipe<Message> * CreateOutputQueue() const override { throw std::logic_error("called"); }
-    };
-    EXPECT_NO_THROW(OwnQueues());
 }
 
 TEST(TaskVariables, AreKeptByNameAndKind)
@@ -208,6 +182,9 @@ TEST(TaskVariables, OfAPlaceAreFoundThereAlone)
 
     TaskStack oOther = oStack;
     oOther[0] = 8;
+    for (int const i : {-1, 3})
+        EXPECT_TRUE(Asserts("iIndex >= 0 && iIndex < GetSize()",
+            "TaskStack hat kein Element " + std::to_string(i), [&] { oStack[i]; }));
     oContext.SetLocalVar(oStack, "x", 1);
     oContext.SetLocalVar(oStack, "x", "text");
     EXPECT_TRUE(oContext.GetLocalVar(oStack, "x", 0) == 1 && oContext.GetLocalVar(oStack, "x", "") == "text");
@@ -266,13 +243,8 @@ TEST(Simulation, IsSetByTheNameOfATask)
 {
     constexpr int eSet = TaskContextMessage::eActionSet;
     constexpr int eQuery = TaskContextMessage::eActionQuery;
-    struct Row
-    {
-        TaskContextMessage oMessage;
-        std::string sReply;
-        bool bSimulated; ///< the task "task" afterwards
-    };
-    Row const vRows[] = {
+    // The message, the reply, and whether the task "task" is simulated afterwards.
+    Rows<TaskContextMessage, std::string, bool> vRows = {
         {MakeContextMessage(eQuery, "task", true, 9), "ActionId='1'; TaskName='task'; Mode='0'; Enabled='0'",
             false},
         {MakeContextMessage(eSet, "task", false, 3), "", false},
@@ -281,11 +253,9 @@ TEST(Simulation, IsSetByTheNameOfATask)
         {MakeContextMessage(eSet, "task", true, -4), "", true},
         {MakeContextMessage(eQuery, "task"), "ActionId='1'; TaskName='task'; Mode='-4'; Enabled='1'", true},
         {MakeContextMessage(eQuery, "other"), "ActionId='1'; TaskName='other'; Mode='0'; Enabled='0'", true},
-        {MakeContextMessage(2, "task"), "", true},
-        {MakeContextMessage(-1, "task"), "", true},
+        {MakeContextMessage(2, "task"), "", true}, {MakeContextMessage(-1, "task"), "", true},
         {MakeContextMessage(eSet, "task", false, -4), "", false},
-        {MakeContextMessage(eQuery, "Task"), "ActionId='1'; TaskName='Task'; Mode='3'; Enabled='1'", false},
-    };
+        {MakeContextMessage(eQuery, "Task"), "ActionId='1'; TaskName='Task'; Mode='3'; Enabled='1'", false}};
     bool bSimulated = false;
     OpenContext oContext(new OneTaskMachine(
         [&](OpenTask & oTask)
@@ -293,58 +263,26 @@ TEST(Simulation, IsSetByTheNameOfATask)
             bSimulated = oTask.GetSimulationMode(0);
             return Task::TR_REMAIN;
         }));
-    for (Row const & oRow : vRows)
+    for (auto const & [oMessage, sReply, bExpected] : vRows)
     {
         String sText;
-        SCOPED_TRACE(oRow.oMessage.AddAsString(sText).s_str());
-        oContext.WriteMessage(oRow.oMessage);
-        EXPECT_EQ(ReadText(oContext), oRow.sReply);
+        SCOPED_TRACE(oMessage.AddAsString(sText).s_str());
+        oContext.WriteMessage(oMessage);
+        EXPECT_EQ(ReadText(oContext), sReply);
         EXPECT_EQ(oContext.ReadMessage(), nullptr);
         EXPECT_EQ(oContext.Receive(), nullptr) << "no task sees it";
         oContext.Process();
-        EXPECT_EQ(bSimulated, oRow.bSimulated);
+        EXPECT_EQ(bSimulated, bExpected);
     }
     int iMode = 7;
     EXPECT_FALSE(oContext.GetSimulationMode("task", iMode));
     EXPECT_EQ(iMode, 7);
 }
 
-TEST(Simulation, GoesByThePresentName)
-{
-    std::string sSeen;
-    OpenContext oContext(new OneTaskMachine(
-        [&](OpenTask & oTask)
-        {
-            sSeen += oTask.GetSimulationMode(0) ? "yes " : "no ";
-            oTask.SetTaskName("renamed");
-            return Task::TR_REMAIN;
-        }));
-    oContext.WriteMessage(MakeContextMessage(TaskContextMessage::eActionSet, "task", true, 1));
-    oContext.Process();
-    oContext.Process();
-    EXPECT_EQ(sSeen, "yes no ");
-}
-
-TEST(ContextMessage, IsCopiedAndWalkedWhole)
-{
-    std::unique_ptr<TaskContextMessage> const pClone(MakeContextMessage(4, "name", true, 5).GetClone());
-    String sText;
-    EXPECT_EQ(pClone->AddAsString(sText), "ActionId='4'; TaskName='name'; Mode='5'; Enabled='1'");
-    TaskContextMessageConstIterator const oEnd(*pClone);
-    std::string const sInfo = "(): Zugriff auf ungültiges Element.";
-    EXPECT_TRUE(
-        Asserts("false", "TaskContextMessageConstIterator::GetValue" + sInfo, [&] { oEnd.GetValue(); }));
-    EXPECT_TRUE(
-        Asserts("false", "TaskContextMessageConstIterator::GetName" + sInfo, [&] { oEnd.GetName(); }));
-}
-
 TEST(TaskTrace, TellsEveryStepAndMessageIfItIsSwitchedOn)
 {
-    struct Row
-    {
-        std::string sSwitch, sOutput; ///< each line without its identifier
-    };
-    Row const vRows[] = {{"Off", ""},
+    // sSwitch and sOutput: each line without its identifier.
+    Rows<std::string, std::string> vRows = {{"Off", ""},
         {"Task", "Task 'machine' starts DoProcess \n"
                  "Task 'task' starts DoTaskEntry \n"
                  "Task 'task' starts DoProcess \n"

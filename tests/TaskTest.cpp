@@ -1,10 +1,6 @@
 #include "AssertionTest.h"
 #include "TestMachine.h"
 
-#include <future>
-#include <memory>
-#include <stdexcept>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -27,33 +23,7 @@ public:
     SelfParent() : OneTaskMachine(nullptr, 1, this) {}
 };
 
-/// A task that asks for a variable before it has a context, by way of an own virtual operation.
-class EagerTask : public OpenTask
-{
-public:
-    explicit EagerTask(bool bLocal) : OpenTask("eager", nullptr, 1, nullptr)
-    {
-        bLocal ? GetLocalVar("x", 0) : GetVar("x", 0);
-    }
-};
-
-std::string ToText(TaskStack const & oStack)
-{
-    std::string sText;
-    for (int i = 0; i < static_cast<int>(oStack.GetSize()); ++i)
-        sText += std::to_string(oStack[i]) + " ";
-    return sText;
-}
-
 } // namespace
-
-TEST(TaskResults, HaveNames)
-{
-    std::pair<int, char const *> const vRows[] = {{-1, "TR_REMAIN"}, {-2, "TR_PROCEED"}, {-3, "TR_RETURN"},
-        {-4, "USER_DEFINED"}, {0, "USER_DEFINED"}, {7, "USER_DEFINED"}};
-    for (auto const & [iResult, sName] : vRows)
-        EXPECT_EQ(Task::GetTaskResultName(iResult), ValueString(sName)) << iResult;
-}
 
 TEST(TaskConstruction, RefusesAnEmptyNameAndItselfAsParent)
 {
@@ -72,7 +42,7 @@ TEST(TaskOutsideAStep, RefusesWhatNeedsTheContext)
         [&] { oTask.ReceiveFilter(oFilter, 0); }, [&] { oTask.Wait(0, false); },
         [&] { oTask.ClearReveiveBuffer(); }, [&] { oTask.ClearSendBuffer(); }, [&] { oTask.SetVar("x", 1); },
         [&] { oTask.SetLocalVar("x", "t"); }, [&] { oTask.GetLocalVar("x", "t"); },
-        [&] { oTask.GetSimulationMode(0); }, [] { EagerTask(false); }, [] { EagerTask(true); }};
+        [&] { oTask.GetSimulationMode(0); }};
     for (auto const & fCall : vCalls)
         EXPECT_TRUE(NeedsAStep(fCall)) << &fCall - vCalls;
 }
@@ -115,53 +85,13 @@ TEST(TaskSteps, LetOneOfManyThreadsIn)
             return Task::TR_REMAIN;
         });
     TaskContext oContext(pMachine);
-    auto const fRun = [&]
-    {
-        for (int i = 0; i < 200; ++i)
+    RunOnThreads(2,
+        [&](int)
         {
-            try
-            {
-                pMachine->Process(oContext);
-            }
-            catch (Exception const &)
-            {
-                ++iRefused;
-            }
-        }
-    };
-    auto const oOther = std::async(std::launch::async, fRun);
-    fRun();
-    oOther.wait();
+            for (int i = 0; i < 200; ++i)
+                iRefused += Catch([&] { pMachine->Process(oContext); }).GetResult().IsError();
+        });
     EXPECT_LT(iRefused, 400);
-}
-
-TEST(TaskSteps, EndWithTheirContextWhateverIsThrown)
-{
-    OpenTask oTask("task", nullptr, 1, [](OpenTask &) -> int { throw 5; });
-    TaskContext oContext(new OneTaskMachine(nullptr));
-    EXPECT_THROW(oTask.Process(oContext), int);
-    EXPECT_TRUE(NeedsAStep([&] { oTask.GetContext(); }));
-    EXPECT_THROW(oTask.Process(oContext), int) << "the next step is possible";
-}
-
-TEST(TaskStacks, GoFromTheTaskUpToTheRoot)
-{
-    OneTaskMachine oRoot(nullptr, 12);
-    OpenTask oTask("task", &oRoot, 7, nullptr);
-    TaskStack oStack;
-    EXPECT_TRUE(oStack.IsEmpty());
-    oStack.Push(5);
-    oTask.AcquireTaskStack(oStack);
-    EXPECT_EQ(ToText(oStack), "5 7 12 ");
-    oStack[0] = 6;
-    TaskStack const oCopy = oStack;
-    oTask.AcquireTaskStack(oStack);
-    EXPECT_EQ(ToText(oCopy), "6 7 12 ");
-
-    for (int const i : {-1, 3})
-        EXPECT_TRUE(Asserts("iIndex >= 0 && iIndex < GetSize()",
-            "TaskStack hat kein Element " + std::to_string(i), [&] { oCopy[i]; }))
-            << i;
 }
 
 TEST(TaskCopies, ShareNameParentContextAndTheTaskInWhichAMachineStands)
@@ -192,42 +122,4 @@ TEST(TaskCopies, ShareNameParentContextAndTheTaskInWhichAMachineStands)
     oCopy.Process(oContext);
     oAssigned.Process(oContext);
     EXPECT_EQ(iSteps, 4);
-}
-
-TEST(TaskCopies, MadeInAStepLeaveTheStepItsContext)
-{
-    std::unique_ptr<OpenTask> pCopy;
-    OpenTask oTask("task", nullptr, 1,
-        [&](OpenTask & oSelf)
-        {
-            pCopy = std::make_unique<OpenTask>(oSelf);
-            return &oSelf.GetContext() == &pCopy->GetContext() ? 5 : 6;
-        });
-    TaskContext oContext(new OneTaskMachine(nullptr));
-    EXPECT_EQ(oTask.Process(oContext), 5);
-    EXPECT_TRUE(NeedsAStep([&] { pCopy->GetContext(); }));
-}
-
-TEST(TaskOfTheEnd, ReturnsAndExpectsNothing)
-{
-    FineTask oCopy{FineTask(nullptr)};
-    EXPECT_EQ(oCopy.GetTaskID(), Task::TASK_FINE);
-    EXPECT_EQ(oCopy.DoProcess(), Task::TR_RETURN);
-    EXPECT_EQ(oCopy.GetTaskName(), "FineTask");
-    EXPECT_FALSE(oCopy.GetDefinedInputFilter().Match(TaskContextMessage()));
-    EXPECT_TRUE(TaskFactory::Instance().IsRegistered(Task::TASK_FINE)) << "by the library";
-}
-
-TEST(TaskFactory, MakesTasksForTheirParent)
-{
-    TaskFactory & oFactory = TaskFactory::Instance();
-    OneTaskMachine oMachine(nullptr);
-    TaskCreator const oCreator(&oMachine);
-    EXPECT_TRUE(oFactory.Register(
-        200, [](TaskProcessor * pParent) -> Task * { return new OpenTask("made", pParent, 200, nullptr); }));
-    std::unique_ptr<Task> const pTask(oFactory.CreateProduct(200, oCreator));
-    ASSERT_NE(pTask, nullptr);
-    EXPECT_EQ(dynamic_cast<OpenTask &>(*pTask).GetParent(), &oMachine);
-    oFactory.Unregister(200);
-    EXPECT_EQ(oFactory.CreateProduct(200, oCreator), nullptr);
 }

@@ -1,8 +1,7 @@
-#include <tessel/Tessel.h>
-
-#include <gtest/gtest.h>
+#include "AssertionTest.h"
 
 using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
@@ -33,14 +32,9 @@ TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
         "' is invalid. Use of predefined tasks other but TASK_FINE is not allowed as desination task."
         " Use own task ids > RESERVED_TASK_ID_MAX.";
 
-    struct Row
-    {
-        int iSource, iResult, iDestination;
-        std::string sText; ///< empty for a success
-        int iCount;        ///< of source tasks afterwards
-    };
-    Row const vRows[] = {{TASK_INIT, TR_PROCEED, 1, "", 1}, {TASK_INIT, TR_PROCEED, TASK_FINE, "", 1},
-        {0, 0, 0, "", 1}, {3, TR_PROCEED, TASK_FINE, "", 1},
+    // The text is empty for a success; in the end comes the number of source tasks afterwards.
+    Rows<int, int, int, std::string, int> vRows = {{TASK_INIT, TR_PROCEED, 1, "", 1},
+        {TASK_INIT, TR_PROCEED, TASK_FINE, "", 1}, {0, 0, 0, "", 1}, {3, TR_PROCEED, TASK_FINE, "", 1},
         {TASK_INIT, 5, 1,
             "Transition id '5' is invalid. With TASK_INIT as source task, TR_PROCEED is the only allowed"
             " transition.",
@@ -50,16 +44,16 @@ TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
         {-3, -1, -1, std::string("Id of source task '-3") + sBadSource, 0},
         {3, -3, -3, std::string("Transition id '-3") + sBadResult, 1},
         {3, 0, -3, std::string("Id of destination task '-3") + sBadDestination, 1}};
-    for (Row const & oRow : vRows)
+    for (auto const & [iSource, iResult, iDestination, sText, iCount] : vRows)
     {
-        SCOPED_TRACE(testing::Message() << oRow.iSource << ' ' << oRow.iResult << ' ' << oRow.iDestination);
+        SCOPED_TRACE(testing::Message() << iSource << ' ' << iResult << ' ' << iDestination);
         TaskTransitionList oList;
-        Result const oResult = oList.AddTransition(oRow.iSource, oRow.iResult, oRow.iDestination);
-        bool const bTaken = oRow.sText.empty();
+        Result const oResult = oList.AddTransition(iSource, iResult, iDestination);
+        bool const bTaken = sText.empty();
         EXPECT_EQ(oResult.GetErrorCode(), bTaken ? 0 : 2);
-        EXPECT_EQ(bTaken ? "" : oResult.GetText().s_str(), oRow.sText);
-        EXPECT_EQ(oList.GetCount(), oRow.iCount);
-        EXPECT_EQ(GetNext(oList, oRow.iSource, oRow.iResult, 99), bTaken ? oRow.iDestination : 99);
+        EXPECT_EQ(bTaken ? "" : oResult.GetText().s_str(), sText);
+        EXPECT_EQ(oList.GetCount(), iCount);
+        EXPECT_EQ(GetNext(oList, iSource, iResult, 99), bTaken ? iDestination : 99);
     }
 }
 

@@ -24,7 +24,6 @@ public:
     int GetTaskID() const override { return m_iId; }
     tsl::MessageFilter const & GetDefinedInputFilter() const override { return m_oFilter; }
 
-    using Task::AcquireTaskStack;
     using Task::ClearReveiveBuffer;
     using Task::ClearSendBuffer;
     using Task::GetContext;

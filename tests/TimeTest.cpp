@@ -1,13 +1,7 @@
 #include "AssertionTest.h"
 
-#include <cerrno>
-#include <chrono>
-#include <climits>
-#include <cstdlib>
 #include <ctime>
 #include <optional>
-#include <string>
-#include <utility>
 
 using namespace tsl;
 using namespace tsltest;
@@ -66,16 +60,6 @@ std::string Print(DateTimeElements const & o)
         o.m_ePrecision});
 }
 
-/// -1, 0 or 1 as the six operators have it; 9 if they do not agree.
-template<class T>
-int GetOrder(T const & oLeft, T const & oRight)
-{
-    int const iOrder = (oLeft > oRight) - (oLeft < oRight);
-    bool const bAgree = (oLeft == oRight) == (iOrder == 0) && (oLeft != oRight) == (iOrder != 0)
-                        && (oLeft <= oRight) == (iOrder <= 0) && (oLeft >= oRight) == (iOrder >= 0);
-    return bAgree ? iOrder : 9;
-}
-
 std::string Format(DateTime const & oMoment, char const * sFormat, TimeZone::EZone eZone = GREENWICH)
 {
     String sText("former");
@@ -118,10 +102,7 @@ TEST(DurationMeasuring, CountsMillisecondsFromStartToStop)
     oWatch.Stop();
     long const iStopped = oWatch.GetDuration();
 
-    Duration oCopy(oWatch);
-    auto const oBegin = std::chrono::steady_clock::now();
-    oCopy.Start();
-    EXPECT_LE(std::chrono::milliseconds(oCopy.GetDuration() - 1), std::chrono::steady_clock::now() - oBegin);
+    OS::Sleep(5);
     EXPECT_EQ(oWatch.GetDuration(), iStopped);
 }
 
@@ -137,16 +118,10 @@ TEST(TimeZoneTexts, NameEveryZone)
 
 TEST(TimeZoneLocal, HasItsDaylightSavingAlsoWhereItIsGreenwich)
 {
-    struct Row
-    {
-        char const * sZone;
-        int iZone;
-        int iHour, iDLS; // of SUMMER
-        int iWinterHour; // of 2024-01-01 00:00:00 in Greenwich
-    };
+    // The first hour is that of SUMMER, the last one that of 2024-01-01 00:00:00 in Greenwich.
     // The standard time of Moscow has changed more than once; Auckland has its summer in January.
-    Row const aRows[] = {{"UTC", 0, 9, 0, 0}, {"Europe/London", 0, 10, 1, 0}, {"Europe/Berlin", -1, 11, 1, 1},
-        {"Europe/Moscow", -3, 12, 0, 3}, {"America/New_York", 5, 5, 1, 19},
+    Rows<char const *, int, int, int, int> aRows = {{"UTC", 0, 9, 0, 0}, {"Europe/London", 0, 10, 1, 0},
+        {"Europe/Berlin", -1, 11, 1, 1}, {"Europe/Moscow", -3, 12, 0, 3}, {"America/New_York", 5, 5, 1, 19},
         {"Pacific/Auckland", -12, 21, 0, 13}};
     for (auto const & [sZone, iZone, iHour, iDLS, iWinterHour] : aRows)
     {
@@ -233,14 +208,10 @@ TEST(DateTimeElementsOrder, GoesByEachSidesOwnPrecision)
     DateTimeElements oHour(oTime);
     oHour.SetPrecision(Time::ePrecisionHour);
 
-    struct Row
-    {
-        DateTimeElements oLeft, oRight;
-        int iOrder;
-    };
-    Row const aRows[] = {{{2023, 11, 1, GREENWICH}, oDay, -1}, {{2024, 2, 1, GREENWICH}, oDay, 1},
-        {{2024, 1, 28, 23, 0, 0, GREENWICH}, oDay, -1}, {{2024, 1, 29, 9, 59, 0, GREENWICH}, oTime, -1},
-        {{2024, 1, 29, 10, 21, 0, GREENWICH}, oTime, 1}, {{2024, 1, 29, 10, 20, 29, GREENWICH}, oTime, -1},
+    Rows<DateTimeElements, DateTimeElements, int> aRows = {{{2023, 11, 1, GREENWICH}, oDay, -1},
+        {{2024, 2, 1, GREENWICH}, oDay, 1}, {{2024, 1, 28, 23, 0, 0, GREENWICH}, oDay, -1},
+        {{2024, 1, 29, 9, 59, 0, GREENWICH}, oTime, -1}, {{2024, 1, 29, 10, 21, 0, GREENWICH}, oTime, 1},
+        {{2024, 1, 29, 10, 20, 29, GREENWICH}, oTime, -1},
         {{2024, 1, 29, 10, 20, 30, TimeZone::eJapan}, oTime, 0},
         {{-1, 0, 1, GREENWICH}, oDay, 1}, // without a sign
         {oDay, {2024, 1, 29, 0, 0, 0, GREENWICH}, 0}, {oDay, {2024, 1, 29, 0, 0, 1, GREENWICH}, -1},
@@ -323,14 +294,8 @@ TEST(DateTimeConversion, ReachesFromLongAgoToTheLastYear)
 TEST(DateTimeArithmetic, MovesByThePartsThatThePrecisionCounts)
 {
     LocalZone const oBerlin;
-    struct Row
-    {
-        int iPrecision;
-        TimeSpan oSpan;
-        long long iSum, iDifference;
-    };
     // 2024-07-03 is 1719964800, 9 hours are 32400 seconds, 46 minutes 2760.
-    Row const aRows[] = {
+    Rows<int, TimeSpan, long long, long long> aRows = {
         {2, 75, 1'720'000'020, 1'719'999'900}, {3, {2, 3, 4, 5}, 1'720'183'845, 1'719'816'155},
         {2, {2, 3, 4, 5}, 1'720'183'800, 1'719'816'120}, {1, {2, 3, 4, 5}, 1'720'180'800, 1'719'813'600},
         {0, {2, 3, 4, 5}, 1'720'137'600, 1'719'792'000},

@@ -1,9 +1,4 @@
-#include <tessel/Tessel.h>
-
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <limits>
+#include "AssertionTest.h"
 
 using namespace tsl;
 

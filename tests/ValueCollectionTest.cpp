@@ -1,8 +1,5 @@
 #include "AssertionTest.h"
 
-#include <memory>
-#include <vector>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -158,17 +155,13 @@ TEST(ValueCollectionCopying, ReplacesAllElementsByCopies)
 
 TEST(ValueCollectionComparing, CountsFirstAndThenLooksForTheFirstDifference)
 {
-    struct Row
-    {
-        Values oLeft, oRight;
-        Value::eCompare eExpected;
-    };
     Values oText;
     oText.Add(ValueString("1"));
     Values oNull;
     oNull.Add(ValueInt32());
-    Row const aRows[] = {{Values(), Values(), Value::eEqual}, {Values({9}), Values({1, 1}), Value::eLess},
-        {Values({1, 1}), Values({9}), Value::eGreater}, {Values({1, 2, 3}), Values({1, 2, 3}), Value::eEqual},
+    Rows<Values, Values, Value::eCompare> aRows = {{Values(), Values(), Value::eEqual},
+        {Values({9}), Values({1, 1}), Value::eLess}, {Values({1, 1}), Values({9}), Value::eGreater},
+        {Values({1, 2, 3}), Values({1, 2, 3}), Value::eEqual},
         {Values({1, 2, 9}), Values({1, 3, 0}), Value::eLess},
         {Values({1, 3, 0}), Values({1, 2, 9}), Value::eGreater}, {Values({1}), oText, Value::eNotComparable},
         {oNull, oNull, Value::eEqual}, {oNull, Values({1}), Value::eNotComparable}};

@@ -1,8 +1,5 @@
 #include "AssertionTest.h"
 
-#include <functional>
-#include <memory>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -132,16 +129,10 @@ TEST(ConverterWriting, RefusesFormatsThatItCannotWalk)
 
 TEST(ConverterIdentifiers, AreFormatsOfPrintf)
 {
-    struct Row
-    {
-        char const * sFormat;
-        int iNumber;
-        char const * sText;
-    };
-    Row const aRows[] = {{"${%5d}|", 42, "   42|"}, {"${%+06.3d}", 42, "  +042"}, {"${%u}", -1, "4294967295"},
-        {"${%#x}", 255, "0xff"}, {"${%o}", 8, "10"}, {"${%c}", 'A', "A"}, {"a${%c}b", 0, "ab"},
-        {"${%.0d}", 0, ""}, {"${100%% of %d items}", 3, "100% of 3 items"}, {"${%hhd}", 300, "300"},
-        {"${%hlx}", 65537, "10001"}};
+    Rows<char const *, int, char const *> aRows = {{"${%5d}|", 42, "   42|"}, {"${%+06.3d}", 42, "  +042"},
+        {"${%u}", -1, "4294967295"}, {"${%#x}", 255, "0xff"}, {"${%o}", 8, "10"}, {"${%c}", 'A', "A"},
+        {"a${%c}b", 0, "ab"}, {"${%.0d}", 0, ""}, {"${100%% of %d items}", 3, "100% of 3 items"},
+        {"${%hhd}", 300, "300"}, {"${%hlx}", 65537, "10001"}};
     for (auto const & [sFormat, iNumber, sText] : aRows)
         EXPECT_EQ(GetText(ValueInt32(iNumber), TextLayout(sFormat)), sText) << sFormat;
 
@@ -193,67 +184,55 @@ TEST(ConverterIdentifiers, NeedACollectionLayoutForTheClassId)
     ValueInt32 iRead;
     oLayout.AddLayout(new ValueIntegerConverterLayout("${clsid}"));
     TextLayout const oPlain("${clsid}", "${clsid}");
-    std::function<void()> const aCalls[] = {
-        [&] { GetText(iNumber, oPlain); },
-        [&] { GetText(ValueInt32(), oPlain); },
-        [&] { GetText(iNumber, oLayout); },
-        [&] { Read("1", iRead, oPlain); },
-        [&] { Read("<1>", iRead, oLayout); },
-    };
+    std::function<void()> const aCalls[] = {[&] { GetText(iNumber, oPlain); },
+        [&] { GetText(ValueInt32(), oPlain); }, [&] { GetText(iNumber, oLayout); },
+        [&] { Read("1", iRead, oPlain); }, [&] { Read("<1>", iRead, oLayout); }};
     for (auto const & fCall : aCalls)
         EXPECT_TRUE(Asserts(sExpression, sInfo, fCall));
 }
 
 TEST(ConverterReading, FollowsTheFormatFromItsHead)
 {
-    char const * const sPrefix = "Ungültiges Format. Geforderter Prefix nicht gefunden";
-    char const * const sPostfix = "Ungültiges Format. Geforderter Postfix nicht gefunden";
+    char const * const sNoPrefix = "Ungültiges Format. Geforderter Prefix nicht gefunden";
+    char const * const sNoPostfix = "Ungültiges Format. Geforderter Postfix nicht gefunden";
     char const * const sHead =
         "Fehler bei Konvertierung. An Position  des zu konvertierender Strings wurde \"n=\" erwartet.";
     char const * const sOpen =
         "Fehler bei Konvertierung. Im Formatstring \"${x\" wurde das Zeichen '}' nicht gefunden. ";
     char const * const sRest =
         "Ungültiges Format. Es wurden nicht alle Zeichen des Eingangsstring konvertiert.";
-    struct Row
-    {
-        std::string sPrefix, sFormat, sPostfix, sText;
-        int iNumber; ///< -2 if nothing was read, for text bytes have other numbers
-        std::string sFailure = "";
-    };
-    Row const aRows[] = {{"", "${x}", "", "A", 'A'}, {"", "${x}", "", "AB", 'A', sRest},
-        {"", "n=${x}", "", "n=A", 'A'}, {"", "n=${x}", "", "m=A", -2, sHead},
+    // Prefix, format, postfix, text, what is read (-2 for nothing, for text bytes have other numbers), failure.
+    Rows<std::string, std::string, std::string, std::string, int, std::string> aRows = {
+        {"", "${x}", "", "A", 'A', ""}, {"", "${x}", "", "AB", 'A', sRest},
+        {"", "n=${x}", "", "n=A", 'A', ""}, {"", "n=${x}", "", "m=A", -2, sHead},
         {"", "n=${x}", "", "n", -2, sHead},
-        {"", "${x}${y}", "", "A${x}B", 'B'}, // the head of the format again, not what stands between
-        {"", "${x} end", "", "A end", 'A', sRest}, {"", "literal", "", "", -2}, {"(", "${x}", "", "(A", 'A'},
-        {"(", "${x}", "", "A", -2, sPrefix}, {"", "${x}", ")", "A)", 'A'},
-        {"", "${x}", ")", "A", 'A', sPostfix},
-        {"(", "${x}", ")", "(A)", 'A', sPostfix}, // the prefix counts against the rest once more
-        {"(", "${x}", ")", "(A?)", 'A', sRest}, {"", "${${x}", "", "A", 'A'},
+        {"", "${x}${y}", "", "A${x}B", 'B', ""}, // the head of the format again, not what stands between
+        {"", "${x} end", "", "A end", 'A', sRest}, {"", "literal", "", "", -2, ""},
+        {"(", "${x}", "", "(A", 'A', ""}, {"(", "${x}", "", "A", -2, sNoPrefix},
+        {"", "${x}", ")", "A)", 'A', ""}, {"", "${x}", ")", "A", 'A', sNoPostfix},
+        {"(", "${x}", ")", "(A)", 'A', sNoPostfix}, // the prefix counts against the rest once more
+        {"(", "${x}", ")", "(A?)", 'A', sRest}, {"", "${${x}", "", "A", 'A', ""},
         {"", "${x", "", "A", -2, sOpen}};
-    for (Row const & oRow : aRows)
+    for (auto const & [sPrefix, sFormat, sPostfix, sText, iExpected, sFailure] : aRows)
     {
-        SCOPED_TRACE(oRow.sPrefix + oRow.sFormat + oRow.sPostfix + " from " + oRow.sText);
-        TextLayout oLayout(oRow.sFormat);
-        oLayout.SetPrefix(oRow.sPrefix);
-        oLayout.SetPostfix(oRow.sPostfix);
+        SCOPED_TRACE(sPrefix + sFormat + sPostfix + " from " + sText);
+        TextLayout oLayout(sFormat);
+        oLayout.SetPrefix(sPrefix);
+        oLayout.SetPostfix(sPostfix);
         ValueInt32 iNumber(-2);
-        Result const oResult = TrickyConverter().ConvertFromText(oRow.sText, iNumber, oLayout);
-        EXPECT_EQ(iNumber.AsInt32(), oRow.iNumber);
-        EXPECT_EQ(oResult.IsOk() ? "" : oResult.GetText().s_str(), oRow.sFailure);
-        EXPECT_EQ(oResult.GetErrorCode(), oRow.sFailure.empty() ? 0 : 2);
+        Result const oResult = TrickyConverter().ConvertFromText(sText, iNumber, oLayout);
+        EXPECT_EQ(iNumber.AsInt32(), iExpected);
+        EXPECT_EQ(oResult.IsOk() ? "" : oResult.GetText().s_str(), sFailure);
+        EXPECT_EQ(oResult.GetErrorCode(), sFailure.empty() ? 0 : 2);
     }
 }
 
 TEST(ConverterReading, ConsumesStandardIdentifiersBeforeTheValueIsAsked)
 {
     std::string const sId = std::to_string(ValueInt32::GetStaticClassDesc().GetClassId());
-    struct Row
-    {
-        std::string sFormat, sText;
-        int iCode; ///< 77 if the converter was asked
-        std::string sAnswer;
-    };
-    Row const aRows[] = {{"${clsname}", "class tsl::ValueInt32!", 77, "!"},
+    // The code is 77 if the converter was asked.
+    Rows<std::string, std::string, int, std::string> aRows = {
+        {"${clsname}", "class tsl::ValueInt32!", 77, "!"},
         {"${clsname}", "class tsl::ValueInt", 2, "clsname not found"}, {"${clsid}", sId + "!", 77, "!"},
         {"${clsid}", "x", 2, "clsid not found"}, {"${null}", "true!!", 77, "!!"},
         {"${null}", "false!!", 77, "!"}, {"${null}", "false", 77, ""},

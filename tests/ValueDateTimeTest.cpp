@@ -1,8 +1,5 @@
 #include "AssertionTest.h"
 
-#include <functional>
-#include <memory>
-
 using namespace tsl;
 using namespace tsltest;
 

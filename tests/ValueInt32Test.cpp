@@ -1,8 +1,5 @@
 #include "AssertionTest.h"
 
-#include <climits>
-#include <functional>
-
 using namespace tsl;
 using namespace tsltest;
 
@@ -16,13 +13,7 @@ enum Answer
 
 TEST(ValueInt32Arithmetic, WrapsAround)
 {
-    struct Row
-    {
-        int iBefore;
-        void (*fChange)(ValueInt32 &);
-        int iAfter;
-    };
-    Row const aRows[] = {{INT_MAX, [](ValueInt32 & i) { i += 1; }, INT_MIN},
+    Rows<int, void (*)(ValueInt32 &), int> aRows = {{INT_MAX, [](ValueInt32 & i) { i += 1; }, INT_MIN},
         {INT_MIN, [](ValueInt32 & i) { i -= ValueInt32(1); }, INT_MAX},
         {-46341, [](ValueInt32 & i) { i *= i; }, -2147479015},
         {INT_MIN, [](ValueInt32 & i) { i /= -1; }, INT_MIN}, {INT_MIN, [](ValueInt32 & i) { i %= -1; }, 0},
@@ -107,14 +98,9 @@ TEST(ValueInt32Text, IsReadFromDigitsAlone)
 {
     char const * const sOnlyDigits = "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*";
     char const * const sTooLong = "Overflow. Max 10 digits allowed for ValueInt32.";
-    struct Row
-    {
-        char const * sText;
-        int iNumber; ///< 77 if nothing is read
-        char const * sFailure = "";
-    };
-    Row const aRows[] = {{" \t42\n ", 42}, {"+42", 42}, {"-0000000042", -42}, {"2147483647", INT_MAX},
-        {"-2147483648", INT_MIN},
+    // 77 if nothing is read.
+    Rows<char const *, int, std::string> aRows = {{" \t42\n ", 42, ""}, {"+42", 42, ""},
+        {"-0000000042", -42, ""}, {"2147483647", INT_MAX, ""}, {"-2147483648", INT_MIN, ""},
         {"2147483648", 77, "Overflow. Biggest number for ValueInt32 is 2147483647."},
         {"-2147483649", 77, "Overflow. Smalest number for ValueInt32 is -2147483648."},
         {"+12345678901", 77, sTooLong}, {"00000000001", 77, sTooLong},
@@ -125,8 +111,8 @@ TEST(ValueInt32Text, IsReadFromDigitsAlone)
         ValueInt32 iNumber(77);
         Result const oResult = iNumber.GetConverter().ConvertFromText(sText, iNumber);
         EXPECT_EQ(iNumber.AsInt32(), iExpected) << sText;
-        EXPECT_EQ(oResult.GetErrorCode(), *sFailure ? 2 : 0) << sText;
-        EXPECT_STREQ(oResult.IsOk() ? "" : oResult.GetText().c_str(), sFailure);
+        EXPECT_EQ(oResult.GetErrorCode(), sFailure.empty() ? 0 : 2) << sText;
+        EXPECT_EQ(oResult.IsOk() ? "" : oResult.GetText().s_str(), sFailure);
     }
 
     ValueInt32 iNumber(5);

@@ -1,7 +1,5 @@
 #include "AssertionTest.h"
 
-#include <functional>
-
 using namespace tsl;
 using namespace tsltest;
 

@@ -2,6 +2,8 @@
    open a log file.
 
    exit CODE        ends
+   once FILE        ends if the file is there, else makes it
+   tell FILE        writes its parent's id into the file
    signal NUMBER    sends itself a signal
    ignore NUMBER    ignores a signal
    hang             waits for ever
@@ -119,6 +121,20 @@ static void ListSignals(void)
     fflush(stdout);
 }
 
+static void EndIfThereIs(char const * sFile)
+{
+    if (access(sFile, F_OK) == 0)
+        _exit(0);
+    fclose(fopen(sFile, "w"));
+}
+
+static void TellParent(char const * sFile)
+{
+    FILE * const pFile = fopen(sFile, "w");
+    fprintf(pFile, "%ld\n", (long)getppid());
+    fclose(pFile);
+}
+
 static void CloseStreams(void)
 {
     for (int iStream = 0; iStream < 3; ++iStream)
@@ -131,6 +147,10 @@ static int Do(char const * sAction, char const * sArgument)
     int bArgument = 1;
     if (strcmp(sAction, "exit") == 0)
         _exit(atoi(sArgument));
+    else if (strcmp(sAction, "once") == 0)
+        EndIfThereIs(sArgument);
+    else if (strcmp(sAction, "tell") == 0)
+        TellParent(sArgument);
     else if (strcmp(sAction, "signal") == 0)
         kill(getpid(), atoi(sArgument));
     else if (strcmp(sAction, "ignore") == 0)

@@ -13,6 +13,10 @@
 //   late              reports when the bus goes away
 //   chapters          prints the chapters of the ini file
 //   ahead             reports and fails in a processor that is served before the log, and prints the code
+//   load:NAME         loads a library and unloads it twice, and prints what the loading comes to
+//   closed            closes its own streams
+//   deaf              ignores the ends of its children
+//   start:COMMAND     starts a child with redirected streams, and leaves what comes of it in the file "outcome"
 //   open              prints what the opening of a second log comes to
 //   unlink            removes the program's file, and prints the program's name
 //   limit:COUNT       starts the program anew, which may write that many bytes to a file, for what follows
@@ -22,8 +26,10 @@
 
 #include <tessel/Tessel.h>
 
+#include <csignal>
 #include <cstddef>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -212,6 +218,38 @@ void RegisterLateReporter()
     static_cast<void>(tsl::Support::GetAppDisp().Register(*pReporter, {ElementMessage(false).GetType()}));
 }
 
+void LoadLibrary(std::string const & sName)
+{
+    tsl::LibraryProxy oProxy{tsl::String(sName)};
+    std::cout << oProxy.Load().GetErrorCode() << std::endl;
+    oProxy.Unload();
+    oProxy.Unload();
+}
+
+void CloseStreams()
+{
+    for (int iStream = 0; iStream < 3; ++iStream)
+        ::close(iStream);
+}
+
+void StartChild(std::string const & sCommand)
+{
+    tsl::CmdLine oChild;
+    oChild.SetMode(tsl::CmdLine::eModeRedirect | tsl::CmdLine::eModeReaderThreads);
+    oChild.SetCommand(sCommand);
+    int iProcessId = 0;
+    tsl::Result const oResult = oChild.Run(iProcessId);
+    int const iWait = oChild.WaitTermination();
+
+    // With the child's ends of the pipes in the place of a stream, this would not come to an end.
+    std::ofstream oOutcome("outcome");
+    oOutcome << oResult.GetErrorCode() << ' ' << iWait << ' ' << oChild.GetExitCode() << '\n';
+    while (std::unique_ptr<tsl::String> const pLine{oChild.ReceiveStdOut()})
+        oOutcome << "out " << pLine->s_str() << '\n';
+    while (std::unique_ptr<tsl::String> const pLine{oChild.ReceiveStdErr()})
+        oOutcome << "err " << pLine->s_str() << '\n';
+}
+
 using Command = std::function<void(std::string const &)>;
 
 std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) { Debug(sText); }},
@@ -225,7 +263,9 @@ std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) {
     {"level", &PrintLevel}, {"late", [](auto &) { RegisterLateReporter(); }},
     {"ahead", [](auto &) { ReportHastily(); }}, {"open", [](auto &) { OpenSecondLog(); }},
     {"unlink", [](auto &) { UnlinkProgram(); }}, {"chapters", [](auto &) { PrintChapters(); }},
-    {"cd", [](auto &) { EnterNewFolder(); }}};
+    {"cd", [](auto &) { EnterNewFolder(); }}, {"load", &LoadLibrary},
+    {"closed", [](auto &) { CloseStreams(); }}, {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }},
+    {"start", &StartChild}};
 
 } // namespace
 
