@@ -47,20 +47,15 @@ private:
     int m_iProcessId = -1;
 };
 
-std::string Join(std::vector<String> const & vLines)
-{
-    std::string sText;
-    for (String const & sLine : vLines)
-        sText += sLine.s_str() + '\n';
-    return sText;
-}
-
 /// What the child writes to its standard output, each line with an end.
 std::string ReadOutput(CmdLine & oChild)
 {
     std::vector<String> vLines;
     EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut, vLines).IsOk());
-    return Join(vLines);
+    std::string sText;
+    for (String const & sLine : vLines)
+        sText += sLine.s_str() + '\n';
+    return sText;
 }
 
 /// What the child has written by now, taken line by line.

@@ -1,7 +1,7 @@
 #include "AssertionTest.h"
+#include "ProcessTest.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 using namespace tsl;
 using namespace tsltest;
@@ -36,17 +36,9 @@ std::string Dump(IniFile const & oIni)
 class IniFileBase : public testing::Test
 {
 protected:
-    IniFileBase()
-    {
-        std::string sTemplate = (std::filesystem::temp_directory_path() / "tessel-ini-XXXXXX").string();
-        EXPECT_NE(::mkdtemp(sTemplate.data()), nullptr) << sTemplate;
-        m_sFolder = sTemplate + '/';
-    }
-    ~IniFileBase() override { std::filesystem::remove_all(m_sFolder); }
-
     std::string Open(std::string const & sContent)
     {
-        std::ofstream(GetPath(), std::ios::binary) << sContent;
+        m_oFolder.WriteFile("test.ini", sContent);
         return Show(m_oIni.Open(GetPath()));
     }
 
@@ -67,9 +59,9 @@ protected:
         return sText;
     }
 
-    std::string GetPath() const { return m_sFolder + "test.ini"; }
+    std::string GetPath() const { return m_oFolder.GetFolder() / "test.ini"; }
 
-    std::string m_sFolder;
+    TestProgram const m_oFolder{"Reporter"};
     IniFile m_oIni;
 };
 
@@ -165,10 +157,11 @@ TEST_F(IniFileReading, IsQuickWhateverThereIsMuchOf)
 
 TEST_F(IniFileOpening, RefusesAtOnceWhatIsNoRegularFile)
 {
-    std::string const sPipe = m_sFolder + "pipe";
+    std::string const sPipe = m_oFolder.GetFolder() / "pipe";
+    std::string const sAbsent = m_oFolder.GetFolder() / "absent";
     ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
 
-    for (std::string const & sName : {m_sFolder + "absent", sPipe, "/dev/zero"s, ""s})
+    for (std::string const & sName : {sAbsent, sPipe, "/dev/zero"s, ""s})
     {
         EXPECT_TRUE(m_oIni.OpenEmpty().IsOk());
         Result const oResult = m_oIni.Open(sName);
@@ -178,7 +171,7 @@ TEST_F(IniFileOpening, RefusesAtOnceWhatIsNoRegularFile)
         EXPECT_FALSE(m_oIni.IsOpen()) << sName;
         EXPECT_TRUE(m_oIni.GetFileName().IsEmpty()) << sName;
     }
-    EXPECT_EQ(m_oIni.Open(m_sFolder + "absent").GetHistory(0).GetErrorCode(), ENOENT);
+    EXPECT_EQ(m_oIni.Open(sAbsent).GetHistory(0).GetErrorCode(), ENOENT);
 }
 
 TEST_F(IniFileOpening, FailsToReadADirectory)

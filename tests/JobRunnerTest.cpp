@@ -11,26 +11,16 @@ namespace
 std::string const CHILD = TESSEL_TEST_PROGRAMS "/Child";
 
 /// The runner in a folder of its own, with jobs whose command "%" stands for the test's own program.
-class JobRunner
+class JobRunner : public TestProgram
 {
 public:
-    explicit JobRunner(std::string const & sJobs) : m_oProgram(TESSEL_EXAMPLE_PROGRAMS "/jobrunner")
+    explicit JobRunner(std::string const & sJobs) : TestProgram(TESSEL_EXAMPLE_PROGRAMS "/jobrunner")
     {
         std::string sIni = "[Runner]\nParallel=3\nRetryPause=1\n" + sJobs;
         for (std::size_t i = 0; (i = sIni.find('%', i)) != std::string::npos; i += CHILD.size())
             sIni.replace(i, 1, CHILD);
-        m_oProgram.WriteFile("jobrunner.ini", sIni);
+        WriteFile("jobrunner.ini", sIni);
     }
-
-    ProgramOutcome Run(std::vector<std::string> const & vArguments = {}) const
-    {
-        return m_oProgram.Run(vArguments);
-    }
-
-    TestProgram const & GetProgram() const { return m_oProgram; }
-
-private:
-    TestProgram m_oProgram;
 };
 
 /// The word behind the job's name in the summary.
@@ -85,7 +75,7 @@ TEST(JobRunnerRunning, LogsTheLinesOfBothStreamsWithTheNameOfTheJob)
     JobRunner const oRunner(
         "[Job/talk]\nCommand=% out hello\\n out \"two words\\n\"\n[Job/warn]\nCommand=% err beware\\n\n");
     EXPECT_EQ(oRunner.Run().iExitCode, 0);
-    std::string const sLog = oRunner.GetProgram().ReadFile("Logfile.txt");
+    std::string const sLog = oRunner.ReadFile("Logfile.txt");
     EXPECT_TRUE(Contains(sLog, "Job='talk'; Stream='out'; Line='hello'\n")) << sLog;
     EXPECT_TRUE(Contains(sLog, "Job='talk'; Stream='out'; Line='two words'\n")) << sLog;
     EXPECT_TRUE(Contains(sLog, "Job='warn'; Stream='err'; Line='beware'\n")) << sLog;
@@ -110,9 +100,7 @@ TEST(JobRunnerRunning, EndsItsChildrenAndItselfInOrderAtASignal)
             {
                 // The child writes the number of its parent, once it runs.
                 std::string sParent;
-                while (
-                    !bEnded
-                    && (sParent = oRunner.GetProgram().ReadFile("started")).find('\n') == std::string::npos)
+                while (!bEnded && (sParent = oRunner.ReadFile("started")).find('\n') == std::string::npos)
                     std::this_thread::sleep_for(std::chrono::milliseconds(5));
                 if (!bEnded)
                     ::kill(std::stoi(sParent), iSignal);
@@ -124,7 +112,7 @@ TEST(JobRunnerRunning, EndsItsChildrenAndItselfInOrderAtASignal)
         EXPECT_EQ(GetState(oOutcome.sOutput, "a"), "failed") << oOutcome.sOutput;
         EXPECT_EQ(GetState(oOutcome.sOutput, "b"), "skipped") << oOutcome.sOutput;
         EXPECT_TRUE(Contains(oOutcome.sErrors, "Interrupted. 1 of 2 jobs failed.")) << oOutcome.sErrors;
-        std::string const sLog = oRunner.GetProgram().ReadFile("Logfile.txt");
+        std::string const sLog = oRunner.ReadFile("Logfile.txt");
         EXPECT_TRUE(Contains(sLog, "Job='b'; State='skipped'; Attempts='0'; Reason='interrupted'\n")) << sLog;
     }
 }

@@ -76,11 +76,7 @@ TEST(LogFile, IsExtendedAndStaysWhereItWasOpened)
 TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
 {
     TestProgram const oProgram("Reporter");
-    {
-        std::vector<std::jthread> vRuns;
-        for (int i = 0; i < 3; ++i)
-            vRuns.emplace_back([&] { EXPECT_EQ(oProgram.Run({"lines:100"}).iExitCode, 0); });
-    }
+    RunOnThreads(3, [&](int) { EXPECT_EQ(oProgram.Run({"lines:100"}).iExitCode, 0); });
     oProgram.Run({"long:1000000"});
     std::vector<std::string> const vLines = GetLines(GetLog(oProgram));
     ASSERT_EQ(vLines.size(), 3u * 4 * 100 + 1);

@@ -95,15 +95,6 @@ TEST(Pipe, LosesNothingBetweenThreads)
     constexpr int iThreads = 4;
     constexpr int iCount = 5'000;
     PipeDebMessage oPipe("pipe");
-    std::vector<std::jthread> vThreads;
-    for (int iThread = 0; iThread < iThreads; ++iThread)
-        vThreads.emplace_back(
-            [&oPipe, iThread]
-            {
-                for (int i = 0; i < iCount; ++i)
-                    oPipe.Send(NumberMessage(1 + iThread + i * iThreads));
-            });
-
     // Two readers, each of which must see the messages of one sender in their order.
     std::atomic<int> iTaken{0};
     std::atomic<bool> bOrdered{true};
@@ -121,9 +112,12 @@ TEST(Pipe, LosesNothingBetweenThreads)
             ++iTaken;
         }
     };
-    vThreads.emplace_back(fRead);
-    fRead();
-    vThreads.clear();
+    auto const fSend = [&](int iThread)
+    {
+        for (int i = 0; i < iCount; ++i)
+            oPipe.Send(NumberMessage(1 + iThread + i * iThreads));
+    };
+    RunOnThreads(iThreads + 2, [&](int i) { i < iThreads ? fSend(i) : fRead(); });
     EXPECT_EQ(iTaken, iThreads * iCount);
     EXPECT_TRUE(bOrdered);
     EXPECT_TRUE(oPipe.IsEmpty());

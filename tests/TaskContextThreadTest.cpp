@@ -150,12 +150,8 @@ TEST(TaskContextThread, ServesManyMachines)
                 oTask.Send(NumberMessage(iSum));
                 return Task::TR_REMAIN;
             }));
-        std::vector<std::thread> vSenders;
-        for (int iSender = 0; iSender < iSenders; ++iSender)
-            vSenders.emplace_back([&, iSender] { oContext.WriteMessage(NumberMessage(1 << iSender)); });
         oContext.Process();
-        for (std::thread & oSender : vSenders)
-            oSender.join();
+        RunOnThreads(iSenders, [&](int iSender) { oContext.WriteMessage(NumberMessage(1 << iSender)); });
         bool const bAwaitStep = !bKill || i % 10 == 0;
         ASSERT_EQ(bAwaitStep ? ReadNumber(oContext) : iAll, iAll);
     }

@@ -1,12 +1,11 @@
 #include "AssertionTest.h"
+#include "ProcessTest.h"
 
 #include <array>
 #include <bit>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
-
-#include <unistd.h>
 
 using namespace tsl;
 using namespace tsltest;
@@ -55,12 +54,10 @@ public:
     CommaLocale()
     {
         std::uint32_t const aContent[] = {0x20031115 ^ 1, 6, 32, 34, 35, 36, 40, 44, ',', ',', 0};
-        std::filesystem::create_directories(m_oFolder / "comma");
-        std::ofstream oFile(m_oFolder / "comma" / "LC_NUMERIC", std::ios::binary);
-        oFile.write(reinterpret_cast<char const *>(aContent), sizeof aContent);
-        oFile.write("UTF-8", 6);
-        oFile.close();
-        ::setenv("LOCPATH", m_oFolder.c_str(), 1);
+        std::filesystem::create_directory(m_oPlace.GetFolder() / "comma");
+        std::string const sContent(reinterpret_cast<char const *>(aContent), sizeof aContent);
+        m_oPlace.WriteFile("comma/LC_NUMERIC", sContent + std::string("UTF-8", 6));
+        ::setenv("LOCPATH", m_oPlace.GetFolder().c_str(), 1);
         std::setlocale(LC_NUMERIC, "comma");
     }
 
@@ -68,15 +65,13 @@ public:
     {
         std::setlocale(LC_NUMERIC, "C");
         ::unsetenv("LOCPATH");
-        std::filesystem::remove_all(m_oFolder);
     }
 
     CommaLocale(CommaLocale const &) = delete;
     CommaLocale & operator=(CommaLocale const &) = delete;
 
 private:
-    std::filesystem::path const m_oFolder =
-        std::filesystem::temp_directory_path() / ("tessel-locale-" + std::to_string(::getpid()));
+    TestProgram const m_oPlace{"Reporter"};
 };
 
 std::string Print(char const * sFormat, double fNumber)
