@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -31,10 +30,10 @@ public:
 
     void Set(std::string_view sText)
     {
-        // The old text is kept until the new one is copied, which may be part of it.
+        // The old text is kept until the new one is copied, which may be part of it, or have no address.
         std::unique_ptr<char[]> sLong(sText.size() < sizeof m_aShort ? nullptr : new char[sText.size() + 1]);
         char * const sTarget = sLong ? sLong.get() : m_aShort;
-        std::memmove(sTarget, sText.data(), sText.size());
+        std::char_traits<char>::move(sTarget, sText.data(), sText.size());
         sTarget[sText.size()] = '\0';
         m_sLong = std::move(sLong);
         m_iLength = sText.size();
