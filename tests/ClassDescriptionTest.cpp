@@ -129,6 +129,24 @@ TEST(ClassRepositories, MakeObjectsByTheWholeName)
         Asserts("false", "Unknown", [&] { oRepository.CreateNew(&ValueNull::GetStaticClassDesc()); }));
 }
 
+TEST(ClassRepositories, ListTheirClassesInDecimal)
+{
+    ClassRepository oRepository;
+    ClassRepository const oCopy(oRepository);
+    ClassDescription const oFirst("first", 0, "f", true, nullptr, nullptr);
+    unsigned int const iFirst = oRepository.Register(oFirst);
+    unsigned int const iSecond = oRepository.Register(Root::GetStaticClassDesc());
+
+    std::ostringstream oOutput;
+    std::streambuf * const pFormer = std::cout.rdbuf(oOutput.rdbuf());
+    std::cout << std::hex;
+    oCopy.Dump();
+    std::cout << std::dec;
+    std::cout.rdbuf(pFormer);
+    EXPECT_EQ(oOutput.str(), "ClassId=" + std::to_string(iFirst) + ", Class=first\nClassId="
+                                 + std::to_string(iSecond) + ", Class=class tsl::Root\n");
+}
+
 TEST(ClassRepositories, TakeClassesThatSeveralThreadsTouchFirst)
 {
     constexpr int iThreads = 8;

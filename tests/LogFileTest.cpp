@@ -244,3 +244,23 @@ TEST(ApplicationIni, NeverBlocksTheStart)
     EXPECT_EQ(oDirectory.Run({"chapters"}).sOutput, "0 chapters\n");
     EXPECT_TRUE(oDirectory.HasFile("error_opening_inifile.log"));
 }
+
+TEST(LogFile, MayBeAPipeWithAReader)
+{
+    TestProgram const oProgram("Reporter");
+    std::string const sPipe = oProgram.GetFolder() / "Logfile.txt";
+    ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
+    int const iReader = ::open(sPipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(iReader, 0);
+    EXPECT_EQ(oProgram.Run({"debug:through the pipe"}).iExitCode, 0);
+    char aText[256] = "";
+    EXPECT_GT(::read(iReader, aText, sizeof aText - 1), 0);
+    ::close(iReader);
+    EXPECT_NE(std::string(aText).find(" DEB Id through the pipe\n"), std::string::npos) << aText;
+}
+
+TEST(LogPoints, NeedAPlaceForTheirLevel)
+{
+    EXPECT_TRUE(Asserts("pLevel!=NULL", "Invalid registration. Identifier=Id in f.cpp, 7",
+        [] { tsl::Support::RegisterLogPoint(nullptr, "Id", "f.cpp", 7); }));
+}

@@ -284,3 +284,11 @@ TEST(DispatcherThreads, RegisterUnregisterAndDispatchAtOnce)
     EXPECT_EQ(iCalls, 4 * iRounds);
     EXPECT_EQ(oTurning.GetCalls(), 4 * iRounds);
 }
+
+TEST(DispatcherConfig, IsTakenFromItsOwnClassAlone)
+{
+    MessageDispatcher oDispatcher;
+    EXPECT_TRUE(oDispatcher.SetConfig(MessageDispatcherConfig()).IsOk());
+    EXPECT_THROW(static_cast<void>(oDispatcher.SetConfig(ClientConfig())), Exception);
+    EXPECT_THROW(delete oDispatcher.GetCopy(), Exception);
+}
