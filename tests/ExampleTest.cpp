@@ -61,7 +61,10 @@ TEST(Examples, PrintWhatTheirPagesShow)
     for (auto const & [sName, iRuns] : aRows)
     {
         std::string const sSource = TESSEL_EXAMPLE_SOURCES "/" + sName + "/";
-        TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + sName);
+        TestProgram oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + sName);
+        // A sanitizer stands between the library and the loader, which then does not look beside the library.
+        if (*TESSEL_SANITIZE)
+            oProgram.SetEnvironment("LD_LIBRARY_PATH", TESSEL_EXAMPLE_PROGRAMS "/../lib");
         std::stringstream oIni;
         oIni << std::ifstream(sSource + sName + ".ini").rdbuf();
         oProgram.WriteFile(sName + ".ini", oIni.str());

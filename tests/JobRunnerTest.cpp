@@ -81,6 +81,18 @@ TEST(JobRunnerRunning, LogsTheLinesOfBothStreamsWithTheNameOfTheJob)
     EXPECT_TRUE(Contains(sLog, "Job='warn'; Stream='err'; Line='beware'\n")) << sLog;
 }
 
+TEST(JobRunnerRunning, LoadsItsPlugIns)
+{
+    std::string const sCensus = TESSEL_TEST_PROGRAMS "/census";
+    std::string const sJob = "\n[Job/a]\nCommand=% exit 0\n";
+    EXPECT_EQ(JobRunner("[Plugins]\nCensus=" + sCensus + sJob).Run().iExitCode, 0);
+    ProgramOutcome const oOther = JobRunner("[Plugins]\nNobody=" + sCensus + sJob).Run();
+    EXPECT_EQ(oOther.iExitCode, 5);
+    EXPECT_EQ(oOther.sErrors, "jobrunner: [Plugins] Nobody: The plug-in cannot be used.\njobrunner: '"
+                                  + sCensus + "' has no processor 'Nobody'.\n");
+    EXPECT_EQ(JobRunner("[Plugins]\nCensus=./nothing" + sJob).Run().iExitCode, 5);
+}
+
 TEST(JobRunnerRunning, CapsItsExitCode)
 {
     std::string sJobs;
