@@ -131,7 +131,7 @@ TEST(TaskContextThread, FailsIfNoThreadCanBeStarted)
 // Messages from four threads; some of the machines end in the middle of a step.
 TEST(TaskContextThread, ServesManyMachines)
 {
-    constexpr int iMachines = 1000;
+    constexpr int iMachines = 10'000;
     constexpr int iSenders = 4;
     constexpr int iAll = (1 << iSenders) - 1;
     bool const bKill = std::string_view(TESSEL_SANITIZE).find("thread") == std::string_view::npos;
@@ -144,14 +144,23 @@ TEST(TaskContextThread, ServesManyMachines)
                 int iSum = 0;
                 for (int iSender = 0; iSender < iSenders; ++iSender)
                 {
-                    std::unique_ptr<Message> const pMessage(oTask.Receive(60'000));
+                    // In slices of 1 ms; a longer one would be slept to its end.
+                    std::unique_ptr<Message> pMessage;
+                    while (!pMessage)
+                        pMessage.reset(oTask.Receive(1));
                     iSum += dynamic_cast<NumberMessage const &>(*pMessage).iNumber;
                 }
                 oTask.Send(NumberMessage(iSum));
                 return Task::TR_REMAIN;
             }));
-        oContext.Process();
-        RunOnThreads(iSenders, [&](int iSender) { oContext.WriteMessage(NumberMessage(1 << iSender)); });
+        RunOnThreads(iSenders + 1,
+            [&](int iThread)
+            {
+                if (iThread == iSenders)
+                    oContext.Process();
+                else
+                    oContext.WriteMessage(NumberMessage(1 << iThread));
+            });
         bool const bAwaitStep = !bKill || i % 10 == 0;
         ASSERT_EQ(bAwaitStep ? ReadNumber(oContext) : iAll, iAll);
     }

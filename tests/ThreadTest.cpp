@@ -10,8 +10,7 @@ using tsl::Result;
 namespace
 {
 
-// Enough for a test that is run often; the program takes any number.
-char const * const KILLS = "2000";
+char const * const KILLS = "10000";
 
 /// A thread that does what the test says.
 class OpenThread : public tsl::Thread
