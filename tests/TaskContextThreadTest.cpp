@@ -134,7 +134,7 @@ TEST(TaskContextThread, ServesManyMachines)
     constexpr int iMachines = 10'000;
     constexpr int iSenders = 4;
     constexpr int iAll = (1 << iSenders) - 1;
-    bool const bKill = std::string_view(TESSEL_SANITIZE).find("thread") == std::string_view::npos;
+    bool const bKill = *TESSEL_SANITIZE == '\0'; // What a killed thread had allocated is a leak to a sanitizer.
 
     for (int i = 0; i < iMachines; ++i)
     {
