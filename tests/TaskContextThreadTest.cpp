@@ -134,7 +134,8 @@ TEST(TaskContextThread, ServesManyMachines)
     constexpr int iMachines = 10'000;
     constexpr int iSenders = 4;
     constexpr int iAll = (1 << iSenders) - 1;
-    bool const bKill = *TESSEL_SANITIZE == '\0'; // What a killed thread had allocated is a leak to a sanitizer.
+    // What a killed thread had allocated is a leak to a sanitizer.
+    bool const bKill = *TESSEL_SANITIZE == '\0';
 
     for (int i = 0; i < iMachines; ++i)
     {
