@@ -328,13 +328,19 @@ int JobMachine::DoProcess()
 {
     try
     {
-        return TaskProcessor::DoProcess();
+        int const iResult = TaskProcessor::DoProcess();
+
+        // The last that the thread does, since the runner may delete the context once it knows of the end.
+        if (IsEnd(m_eState))
+            SendState();
+        return iResult;
     }
     catch (tsl::Exception const & oException)
     {
         // The thread of the step reports it; the runner must not wait for this job for ever.
         SetReason(oException.GetText());
-        SendState(JobState::eFailed);
+        m_eState = JobState::eFailed;
+        SendState();
         throw;
     }
 }
@@ -343,11 +349,13 @@ void JobMachine::OnTaskSwitch(tsl::Task const *, tsl::Task const & oNewTask)
 {
     if (oNewTask.GetTaskID() == TASK_FINE)
         return;
-    SendState(static_cast<JobState>(oNewTask.GetTaskID() - FIRST_STATE_ID));
-    SetReason(tsl::String());
+    m_eState = static_cast<JobState>(oNewTask.GetTaskID() - FIRST_STATE_ID);
+    if (!IsEnd(m_eState))
+        SendState();
 }
 
-void JobMachine::SendState(JobState eState)
+void JobMachine::SendState()
 {
-    Send(JobStateMessage(m_oJob.sName, eState, m_iAttempts, m_sReason));
+    Send(JobStateMessage(m_oJob.sName, m_eState, m_iAttempts, m_sReason));
+    SetReason(tsl::String());
 }

@@ -43,11 +43,12 @@ protected:
     void OnTaskSwitch(tsl::Task const * pOldTask, tsl::Task const & oNewTask) override;
 
 private:
-    void SendState(JobState eState);
+    void SendState();
 
     Job const & m_oJob;
     int m_iRetryPause;
     int m_iAttempts = 0;
+    JobState m_eState = JobState::eWaiting;
     tsl::String m_sReason;
     tsl::CmdLine m_oChild;
 };
