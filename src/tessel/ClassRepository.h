@@ -32,7 +32,7 @@ public:
     /// Stores all arguments and registers the description, which is where the class id comes from; the
     /// one given is not kept. The texts and the base are not owned and must outlive the description.
     ///
-    /// @param pType the class itself if every object of it has this description, else null
+    /// pType is the class itself if every object of it has this description, else null.
     ClassDescription(char const * sClassName, unsigned int const & iClassId, char const * sFile,
         bool bAbstract, Root * (*fFactory)(), ClassDescription const * pBase,
         std::type_info const * pType = nullptr);
