@@ -24,12 +24,12 @@ bool Backtracker::Search(std::size_t iStart)
 {
     m_iStart = iStart;
     m_vVisited.assign((m_sText.size() - iStart + 1) * m_oProgram.iStates / 64 + 1, 0);
-    m_vSlots.assign(m_oProgram.iSlots, iNowhere);
+    m_vSlots.assign(m_oProgram.iSlots, NOWHERE);
 
     // Notes are kept from one start to the next: what has failed there fails here.
-    while ((iStart = m_oProgram.FindStart(m_sText, iStart)) != iNowhere)
+    while ((iStart = m_oProgram.FindStart(m_sText, iStart)) != NOWHERE)
     {
-        Path oPath{0, Path::iNoLoop, iStart++};
+        Path oPath{0, Path::NO_LOOP, iStart++};
         m_oWalker.Begin(oPath);
         while (m_oWalker.Next(oPath))
         {
@@ -53,7 +53,7 @@ bool Backtracker::WalkToMatch(Path oPath)
         {
             if (!m_oProgram.Consumes(oInstruction, m_sText, oPath.iAt))
                 return false;
-            oPath = {oPath.iPc + 1, Path::iNoLoop, oPath.iAt + 1};
+            oPath = {oPath.iPc + 1, Path::NO_LOOP, oPath.iAt + 1};
         }
         else if (!m_oWalker.Step(oInstruction, oPath))
             return false;
@@ -63,7 +63,7 @@ bool Backtracker::WalkToMatch(Path oPath)
 /// False if a path has been in this state at this position before.
 bool Backtracker::Visit(Instruction const & oInstruction, Path const & oPath)
 {
-    if (oInstruction.iState == Instruction::iNoState)
+    if (oInstruction.iState == Instruction::NO_STATE)
         return true;
     std::size_t const iBit =
         (oPath.iAt - m_iStart) * m_oProgram.iStates + Walker::GetState(oInstruction, oPath);

@@ -14,14 +14,14 @@ namespace
 {
 
 // What PatternMatcher promises about its limits.
-constexpr std::size_t iMaxNesting = 1'000;
-constexpr std::size_t iMaxRepetition = 65'535;
-constexpr std::size_t iMaxInstructions = 100'000;
-constexpr std::size_t iMaxStates = 1'000'000;
+constexpr std::size_t NESTING_MAX = 1'000;
+constexpr std::size_t REPETITION_MAX = 65'535;
+constexpr std::size_t INSTRUCTIONS_MAX = 100'000;
+constexpr std::size_t STATES_MAX = 1'000'000;
 // Places in which a search keeps positions: one for each slot of each instruction that consumes.
-constexpr std::size_t iMaxPlaces = 4'000'000;
+constexpr std::size_t PLACES_MAX = 4'000'000;
 
-constexpr std::size_t iUnlimited = SIZE_MAX;
+constexpr std::size_t UNLIMITED = SIZE_MAX;
 
 /// One item of a class or one escape: a set of bytes, or a single byte, which can begin or end a range.
 struct Item
@@ -131,7 +131,12 @@ private:
     std::size_t ReadNumber(std::size_t & iPlace) const;
 
     // Groups
-    void OpenGroup(bool bCapturing, std::size_t iPlace);
+    enum class GroupKind
+    {
+        eCapturing,
+        ePlain
+    };
+    void OpenGroup(GroupKind eKind, std::size_t iPlace);
     void NextBranch();
     Atom CloseGroup();
 
@@ -155,16 +160,16 @@ private:
 
 Program Compiler::Run()
 {
-    OpenGroup(true, 0);
+    OpenGroup(GroupKind::eCapturing, 0);
     while (!IsEnd())
     {
         std::size_t const iPlace = m_iPlace;
         if (Accept("(?:"))
-            OpenGroup(false, iPlace);
+            OpenGroup(GroupKind::ePlain, iPlace);
         else if (Accept("(?"))
             Fail("(? must be followed by :", iPlace);
         else if (Accept("("))
-            OpenGroup(true, iPlace);
+            OpenGroup(GroupKind::eCapturing, iPlace);
         else if (Accept("|"))
             NextBranch();
         else
@@ -186,7 +191,6 @@ Program Compiler::Run()
     return std::move(m_oProgram);
 }
 
-// ---------------------------------------------------------------------------------------------------------
 // Reading
 
 bool Compiler::Accept(std::string_view sExpected)
@@ -292,8 +296,8 @@ unsigned char Compiler::ReadHexByte(std::size_t iPlace)
     std::size_t iByte = 0;
     for (int i = 0; i < 2; ++i)
     {
-        std::size_t const iDigit = IsEnd() ? iNowhere : sDigits.find(m_sPattern[m_iPlace]);
-        if (iDigit == iNowhere)
+        std::size_t const iDigit = IsEnd() ? NOWHERE : sDigits.find(m_sPattern[m_iPlace]);
+        if (iDigit == NOWHERE)
             Fail("\\x needs two hexadecimal digits", iPlace);
         iByte = iByte * 16 + iDigit % 16;
         ++m_iPlace;
@@ -342,7 +346,7 @@ Item Compiler::ReadClassItem()
         return Item('\b');
     if (Accept("\\"))
         return ReadEscapedItem();
-    if (m_sPattern.substr(m_iPlace, 2) == "[:" && m_sPattern.find(":]", m_iPlace) != iNowhere)
+    if (m_sPattern.substr(m_iPlace, 2) == "[:" && m_sPattern.find(":]", m_iPlace) != NOWHERE)
         Fail("named classes are not supported", m_iPlace);
     return Item(static_cast<unsigned char>(m_sPattern[m_iPlace++]));
 }
@@ -351,9 +355,9 @@ std::optional<Quantifier> Compiler::ReadQuantifier()
 {
     std::optional<Quantifier> oQuantifier;
     if (Accept("*"))
-        oQuantifier = {0, iUnlimited};
+        oQuantifier = {0, UNLIMITED};
     else if (Accept("+"))
-        oQuantifier = {1, iUnlimited};
+        oQuantifier = {1, UNLIMITED};
     else if (Accept("?"))
         oQuantifier = {0, 1};
     else
@@ -381,11 +385,11 @@ std::optional<Quantifier> Compiler::ReadCount()
     Quantifier oCount{ReadNumber(iPlace), 0};
     oCount.iMax = oCount.iMin;
     if (fAccept(','))
-        oCount.iMax = fIsDigit() ? ReadNumber(iPlace) : iUnlimited;
+        oCount.iMax = fIsDigit() ? ReadNumber(iPlace) : UNLIMITED;
     if (!fAccept('}'))
         return std::nullopt;
 
-    if (oCount.iMin > iMaxRepetition || (oCount.iMax > iMaxRepetition && oCount.iMax != iUnlimited))
+    if (oCount.iMin > REPETITION_MAX || (oCount.iMax > REPETITION_MAX && oCount.iMax != UNLIMITED))
         Fail("this count is above 65535", m_iPlace);
     if (oCount.iMin > oCount.iMax)
         Fail("this count runs backwards", m_iPlace);
@@ -399,22 +403,21 @@ std::size_t Compiler::ReadNumber(std::size_t & iPlace) const
     std::size_t iNumber = 0;
     for (; iPlace < m_sPattern.size() && IsDigit(m_sPattern[iPlace]); ++iPlace)
         iNumber =
-            std::min(iNumber * 10 + static_cast<std::size_t>(m_sPattern[iPlace] - '0'), iMaxRepetition + 1);
+            std::min(iNumber * 10 + static_cast<std::size_t>(m_sPattern[iPlace] - '0'), REPETITION_MAX + 1);
     return iNumber;
 }
 
-// ---------------------------------------------------------------------------------------------------------
 // Groups
 
-void Compiler::OpenGroup(bool bCapturing, std::size_t iPlace)
+void Compiler::OpenGroup(GroupKind eKind, std::size_t iPlace)
 {
-    if (m_vGroups.size() > iMaxNesting)
+    if (m_vGroups.size() > NESTING_MAX)
         Fail("groups are nested too deeply", iPlace);
 
     Group oGroup{};
     oGroup.iPlace = iPlace;
     oGroup.iBegin = GetSize();
-    if (bCapturing)
+    if (eKind == GroupKind::eCapturing)
     {
         oGroup.oSlot = static_cast<std::uint32_t>(m_oProgram.iSlots);
         m_oProgram.iSlots += 2;
@@ -449,12 +452,11 @@ Atom Compiler::CloseGroup()
     return {oGroup.iBegin, oGroup.bNullable || oGroup.bBranchNullable};
 }
 
-// ---------------------------------------------------------------------------------------------------------
 // Writing
 
 void Compiler::Emit(Op eOp, std::size_t iArg)
 {
-    if (GetSize() >= iMaxInstructions)
+    if (GetSize() >= INSTRUCTIONS_MAX)
         Fail("the pattern is too large", m_iPlace);
     m_oProgram.vCode.push_back({eOp, 0, static_cast<std::uint32_t>(iArg)});
 }
@@ -482,7 +484,7 @@ Atom Compiler::EmitAssertion(Assertion eAssertion)
 
 /// Writes the atom as often as it may occur. The last copy of an unlimited repetition is a loop.
 ///
-/// An iteration that matches nothing and needs not be followed by another one is the last: it leaves for
+/// An iteration that matches nothing and need not be followed by another one is the last: it leaves for
 /// the end. Without this check, a loop around it would not end.
 void Compiler::Repeat(Atom const & oAtom, Quantifier const & oQuantifier)
 {
@@ -490,7 +492,7 @@ void Compiler::Repeat(Atom const & oAtom, Quantifier const & oQuantifier)
     std::vector<Instruction> const vBody(iBegin, m_oProgram.vCode.end());
     m_oProgram.vCode.erase(iBegin, m_oProgram.vCode.end());
 
-    bool const bLoop = oQuantifier.iMax == iUnlimited;
+    bool const bLoop = oQuantifier.iMax == UNLIMITED;
     std::size_t const iCopies = bLoop ? std::max<std::size_t>(oQuantifier.iMin, 1) : oQuantifier.iMax;
     // The target of a split that is tried first must be the one that the quantifier prefers.
     Op const eEnterOrLeave = oQuantifier.bGreedy ? Op::eSplitNext : Op::eSplitJump;
@@ -543,9 +545,9 @@ void Compiler::Finish()
         iConsuming += oInstruction.IsConsuming();
     }
     m_oProgram.Analyse();
-    if (m_oProgram.iStates > iMaxStates)
+    if (m_oProgram.iStates > STATES_MAX)
         Fail("too many loops are nested that may match nothing", m_sPattern.size());
-    if (iConsuming * m_oProgram.iSlots > iMaxPlaces)
+    if (iConsuming * m_oProgram.iSlots > PLACES_MAX)
         Fail("too many groups for a pattern of this size", m_sPattern.size());
 }
 

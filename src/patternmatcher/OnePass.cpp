@@ -44,8 +44,8 @@ private:
     bool IsSure(std::uint16_t iEffect) const { return m_oTable.m_vEffects[iEffect].vAssertions.empty(); }
 
     // Both keep the work and the table small; numbers of effects stay within 16 bits.
-    static constexpr std::size_t iMaxInstructions = 1'000;
-    static constexpr std::size_t iMaxActions = 16'384;
+    static constexpr std::size_t INSTRUCTIONS_MAX = 1'000;
+    static constexpr std::size_t ACTIONS_MAX = 16'384;
 
     Program const & m_oProgram;
     OnePass m_oTable;
@@ -65,14 +65,14 @@ std::optional<OnePass> OnePass::Make(Program const & oProgram)
 
 std::optional<OnePass> OnePassMaker::Make()
 {
-    if (!m_oProgram.bAnchored || m_oProgram.vCode.size() > iMaxInstructions)
+    if (!m_oProgram.bAnchored || m_oProgram.vCode.size() > INSTRUCTIONS_MAX)
         return std::nullopt;
 
     m_oTable.m_iSlots = m_oProgram.iSlots;
     MakeColumns();
     for (std::size_t iRow = 0; iRow < m_vRows.size(); ++iRow)
     {
-        if (m_oTable.m_vActions.size() + GetWidth() > iMaxActions || !FillRow(iRow))
+        if (m_oTable.m_vActions.size() + GetWidth() > ACTIONS_MAX || !FillRow(iRow))
             return std::nullopt;
     }
     NoteMatches();
@@ -96,10 +96,10 @@ void OnePassMaker::MakeColumns()
     std::uint8_t iColumn = 0;
     for (std::size_t i = 0; i < oLast.size(); ++i)
     {
-        m_oTable.m_vColumns[i] = iColumn;
+        m_oTable.m_aColumns[i] = iColumn;
         iColumn = static_cast<std::uint8_t>(iColumn + oLast[i]);
     }
-    m_oTable.m_iEndColumn = m_oTable.m_vColumns.back() + std::size_t{1};
+    m_oTable.m_iEndColumn = m_oTable.m_aColumns.back() + std::size_t{1};
 }
 
 /// False, as all below, if the program is not one for a table.
@@ -185,11 +185,11 @@ bool OnePassMaker::AddActions(Way const & oWay, std::size_t iRow)
     std::vector<bool> vDone(GetWidth());
     for (std::size_t i = 0; i < oBytes.size(); ++i)
     {
-        std::size_t const iColumn = m_oTable.m_vColumns[i];
+        std::size_t const iColumn = m_oTable.m_aColumns[i];
         if (!oBytes[i] || vDone[iColumn])
             continue;
         auto & oCell = m_oTable.m_vActions[iRow * GetWidth() + iColumn];
-        if (oCell.iEffect != OnePass::Action::iDead)
+        if (oCell.iEffect != OnePass::Action::DEAD)
             return false;
         oCell = oAction;
         vDone[iColumn] = true;
@@ -222,14 +222,14 @@ void OnePassMaker::NoteMatches()
     {
         auto & oAction = m_oTable.m_vActions[i];
         std::uint16_t const iNextMatch = m_vRows[oAction.iRow / GetWidth()].iMatch;
-        bool const bSureToFollow = oAction.iEffect != OnePass::Action::iDead && IsSure(oAction.iEffect)
+        bool const bSureToFollow = oAction.iEffect != OnePass::Action::DEAD && IsSure(oAction.iEffect)
                                    && iNextMatch != 0 && IsSure(iNextMatch);
         if (!bSureToFollow)
             oAction.iMatch = m_vRows[i / GetWidth()].iMatch;
 
         bool const bSameRow = oAction.iRow / GetWidth() == i / GetWidth();
         if (bSameRow && oAction.iEffect == 0 && oAction.iMatch == 0)
-            oAction.iEffect = OnePass::Action::iStay;
+            oAction.iEffect = OnePass::Action::STAY;
     }
 }
 
@@ -248,13 +248,13 @@ bool OnePass::Match(std::string_view sText, Slots & vSlots, Slots & vWork) const
     };
 
     bool bFound = false;
-    vWork.assign(m_iSlots, iNowhere);
+    vWork.assign(m_iSlots, NOWHERE);
     Action const * pRow = m_vActions.data();
     for (std::size_t iAt = 0;; ++iAt)
     {
-        auto const fGetColumn = [&] { return m_vColumns[static_cast<unsigned char>(sText[iAt])]; };
+        auto const fGetColumn = [&] { return m_aColumns[static_cast<unsigned char>(sText[iAt])]; };
         // While the row stays, no byte has to wait for the one before it to tell its row.
-        while (iAt < sText.size() && pRow[fGetColumn()].iEffect == Action::iStay)
+        while (iAt < sText.size() && pRow[fGetColumn()].iEffect == Action::STAY)
             ++iAt;
 
         Action const & oAction = pRow[iAt < sText.size() ? fGetColumn() : m_iEndColumn];
@@ -266,7 +266,7 @@ bool OnePass::Match(std::string_view sText, Slots & vSlots, Slots & vWork) const
         }
         if (oAction.iEffect != 0)
         {
-            if (oAction.iEffect == Action::iDead
+            if (oAction.iEffect == Action::DEAD
                 || !HoldAll(m_vEffects[oAction.iEffect].vAssertions, sText, iAt))
                 return bFound;
             fSave(m_vEffects[oAction.iEffect], iAt, vWork);

@@ -39,18 +39,18 @@ private:
         std::uint32_t iRow = 0;
 
         /// Number of the effect on the way there; 0 is the one that does nothing.
-        std::uint16_t iEffect = iDead;
+        std::uint16_t iEffect = DEAD;
 
         /// Number of the effect on the way to a match in front of the byte, if there is one and it has to
         /// be noted: a match that the next row is sure to have, too, has not.
         std::uint16_t iMatch = 0;
 
         // Instead of an effect: there is no way on; nothing happens at all, and the row is the same again.
-        static constexpr std::uint16_t iDead = UINT16_MAX;
-        static constexpr std::uint16_t iStay = UINT16_MAX - 1;
+        static constexpr std::uint16_t DEAD = UINT16_MAX;
+        static constexpr std::uint16_t STAY = UINT16_MAX - 1;
     };
 
-    std::array<std::uint8_t, 256> m_vColumns{};
+    std::array<std::uint8_t, 256> m_aColumns{};
     std::size_t m_iEndColumn = 0;
     std::size_t m_iSlots = 0;
     std::vector<Action> m_vActions;

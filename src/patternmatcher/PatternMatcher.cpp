@@ -10,9 +10,6 @@
 namespace tsl
 {
 
-// ---------------------------------------------------------------------------------------------------------
-// Matches
-
 struct PatternMatcher::Matches::Private
 {
     unsigned int iCount = 0;
@@ -46,9 +43,6 @@ std::string_view PatternMatcher::Matches::GetText(std::string_view text, unsigne
     std::size_t const iBegin = GetBegin(index);
     return iBegin < text.size() ? text.substr(iBegin, GetEnd(index) - iBegin) : std::string_view();
 }
-
-// ---------------------------------------------------------------------------------------------------------
-// PatternMatcher
 
 static Pattern::Program CompileChecked(char const * pPattern, int iFlags)
 {

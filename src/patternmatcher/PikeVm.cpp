@@ -1,5 +1,8 @@
 #include "PikeVm.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace tsl::Pattern
 {
 
@@ -22,15 +25,15 @@ bool PikeVm::Search(std::size_t iStart)
     {
         if (m_oMemory.oNow.vPcs.empty())
         {
-            iAt = bFound ? iNowhere : m_oProgram.FindStart(m_sText, iAt);
-            if (iAt == iNowhere)
+            iAt = bFound ? NOWHERE : m_oProgram.FindStart(m_sText, iAt);
+            if (iAt == NOWHERE)
                 break;
         }
         // A match that begins here ranks behind all that began earlier.
         if (!bFound && m_oProgram.CanStart(m_sText, iAt))
         {
-            m_oMemory.vSlots.assign(m_oProgram.iSlots, iNowhere);
-            Follow({0, Path::iNoLoop, iAt}, m_oMemory.oNow);
+            m_oMemory.vSlots.assign(m_oProgram.iSlots, NOWHERE);
+            Follow({0, Path::NO_LOOP, iAt}, m_oMemory.oNow);
         }
         bFound |= Step(iAt);
     }
@@ -62,7 +65,7 @@ bool PikeVm::Step(std::size_t iAt)
         if (m_oProgram.Consumes(oInstruction, m_sText, iAt))
         {
             m_oMemory.vSlots.assign(itSlots, itEnd);
-            Follow({iPc + 1, Path::iNoLoop, iAt + 1}, oNext);
+            Follow({iPc + 1, Path::NO_LOOP, iAt + 1}, oNext);
         }
         itSlots = itEnd;
     }
@@ -83,7 +86,7 @@ void PikeVm::WalkToThread(Path oPath, Threads & oThreads)
     for (;;)
     {
         Instruction const & oInstruction = m_oProgram.vCode[oPath.iPc];
-        if (oInstruction.iState != Instruction::iNoState)
+        if (oInstruction.iState != Instruction::NO_STATE)
         {
             std::uint64_t & iStep = m_oMemory.vVisited[Walker::GetState(oInstruction, oPath)];
             if (iStep == m_oMemory.iStep)

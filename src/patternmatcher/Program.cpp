@@ -1,7 +1,4 @@
 #include "Program.h"
-
-#include <algorithm>
-
 namespace tsl::Pattern
 {
 
@@ -15,9 +12,14 @@ struct Beginning
     bool bMatch = false;
 };
 
-/// Walks all paths up to their first byte. Assertions are taken to hold; a path that is anchored to the
-/// beginning of the text can be left out.
-Beginning Explore(Program const & oProgram, bool bWithoutAnchored)
+enum class Paths
+{
+    eAll,
+    eUnanchored ///< not those that are anchored to the beginning of the text
+};
+
+/// Walks the paths up to their first byte. Assertions are taken to hold.
+Beginning Explore(Program const & oProgram, Paths ePaths)
 {
     Beginning oResult;
     std::vector<bool> vSeen(oProgram.vCode.size());
@@ -37,7 +39,7 @@ Beginning Explore(Program const & oProgram, bool bWithoutAnchored)
             continue;
         }
         oResult.bMatch |= oInstruction.eOp == Op::eMatch;
-        if (bWithoutAnchored && oInstruction.eOp == Op::eAssert
+        if (ePaths == Paths::eUnanchored && oInstruction.eOp == Op::eAssert
             && Assertion(oInstruction.iArg) == Assertion::eTextBegin)
             continue;
 
@@ -107,10 +109,10 @@ void Program::FindStates()
 
 void Program::FindBeginning()
 {
-    Beginning const oUnanchored = Explore(*this, true);
+    Beginning const oUnanchored = Explore(*this, Paths::eUnanchored);
     bAnchored = oUnanchored.oFirst.none() && !oUnanchored.bMatch;
 
-    Beginning const oAll = Explore(*this, false);
+    Beginning const oAll = Explore(*this, Paths::eAll);
     bNullable = oAll.bMatch;
     oFirst = bNullable ? ByteSet().set() : oAll.oFirst;
     sPrefix = FindPrefix(vCode);
@@ -119,12 +121,12 @@ void Program::FindBeginning()
 std::size_t Program::FindStart(std::string_view sText, std::size_t iAt) const
 {
     if (bAnchored)
-        return iAt == 0 ? 0 : iNowhere;
+        return iAt == 0 ? 0 : NOWHERE;
     if (!sPrefix.empty())
         return sText.find(sPrefix, iAt);
     while (iAt < sText.size() && !oFirst[static_cast<unsigned char>(sText[iAt])])
         ++iAt;
-    return iAt < sText.size() || (iAt == sText.size() && bNullable) ? iAt : iNowhere;
+    return iAt < sText.size() || (iAt == sText.size() && bNullable) ? iAt : NOWHERE;
 }
 
 bool Program::CanStart(std::string_view sText, std::size_t iAt) const

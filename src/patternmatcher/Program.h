@@ -17,7 +17,7 @@ using ByteSet = std::bitset<256>;
 using Slots = std::vector<std::size_t>;
 
 /// No position: a slot of a group that took no part, or a search without success.
-constexpr std::size_t iNowhere = std::string_view::npos;
+constexpr std::size_t NOWHERE = std::string_view::npos;
 
 enum class Op : std::uint8_t
 {
@@ -63,10 +63,10 @@ struct Instruction
     std::uint32_t iArg = 0;
 
     /// Number of the first of the iDepth + 1 states that paths can be in when they meet here, or
-    /// iNoState where only one path leads.
-    std::uint32_t iState = iNoState;
+    /// NO_STATE where only one path leads.
+    std::uint32_t iState = NO_STATE;
 
-    static constexpr std::uint32_t iNoState = UINT32_MAX;
+    static constexpr std::uint32_t NO_STATE = UINT32_MAX;
 
     /// Whether the next instruction is a successor.
     bool HasNext() const { return eOp != Op::eJump && eOp != Op::eMatch; }
@@ -106,7 +106,7 @@ struct Program
     /// Fills in everything below vSets; iArg of jumps are instructions by then.
     void Analyse();
 
-    /// The first position from iAt on where a match may begin, or iNowhere. iAt may lie behind the text.
+    /// The first position from iAt on where a match may begin, or NOWHERE. iAt may lie behind the text.
     std::size_t FindStart(std::string_view sText, std::size_t iAt) const;
 
     /// Whether FindStart would stay at iAt.

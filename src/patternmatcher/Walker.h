@@ -15,7 +15,7 @@ struct Path
     std::size_t iAt;
 
     /// Level of a path that has just consumed a byte: no iteration began at this position.
-    static constexpr std::uint32_t iNoLoop = UINT32_MAX;
+    static constexpr std::uint32_t NO_LOOP = UINT32_MAX;
 };
 
 /// Walks paths, that of the highest priority first, by the instructions that consume nothing. What is still
@@ -42,7 +42,7 @@ public:
         {
             oPath = m_vPending.back();
             m_vPending.pop_back();
-            if (oPath.iPc != iRestore)
+            if (oPath.iPc != RESTORE)
                 return true;
             m_vSlots[oPath.iLevel] = oPath.iAt;
         }
@@ -71,7 +71,7 @@ public:
             oPath.iPc = oInstruction.iArg;
             return true;
         case Op::eSave:
-            m_vPending.push_back({iRestore, oInstruction.iArg, m_vSlots[oInstruction.iArg]});
+            m_vPending.push_back({RESTORE, oInstruction.iArg, m_vSlots[oInstruction.iArg]});
             m_vSlots[oInstruction.iArg] = oPath.iAt;
             break;
         case Op::eAssert:
@@ -99,7 +99,7 @@ public:
 
 private:
     /// Instead of an instruction: the slot iLevel is to be set back to iAt.
-    static constexpr std::uint32_t iRestore = UINT32_MAX;
+    static constexpr std::uint32_t RESTORE = UINT32_MAX;
 
     std::string_view m_sText;
     std::vector<Path> & m_vPending;
