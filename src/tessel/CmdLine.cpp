@@ -1,20 +1,17 @@
 #include <tessel/CmdLine.h>
 
 #include "ForcedEnd.h"
+#include "LineSplitter.h"
 #include "Platform.h"
 
 #include <tessel/Exception.h>
 #include <tessel/LogPoint.h>
 #include <tessel/OS.h>
-#include <tessel/Pipe.h>
 #include <tessel/Thread.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <chrono>
-#include <cstdint>
-#include <cstring>
 #include <semaphore>
 
 namespace tsl
@@ -24,69 +21,6 @@ static_assert(CmdLine::EXIT_CODE_ACTIVE == Platform::EXIT_CODE_ACTIVE);
 
 namespace
 {
-
-using LinePipe = DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>>;
-
-/// Cuts what a child writes into lines, and queues those that have ended.
-class LineSplitter
-{
-public:
-    LineSplitter(LinePipe & oLines, char const * sStream) : m_oLines(oLines), m_sStream(sStream)
-    {
-        // Asked once for each character: a question for each byte would cost more than all the rest.
-        for (std::size_t i = 0; i < m_aEndsLine.size(); ++i)
-            m_aEndsLine[i] = String::IsCntrl(static_cast<char>(i));
-        m_sLine.Reserve(LENGTH_USUAL);
-    }
-
-    void Take(char const * pBytes, std::size_t iCount)
-    {
-        char const * const pEnd = pBytes + iCount;
-        while (pBytes != pEnd)
-        {
-            char const * const pLineEnd = std::find_if(SkipPlainText(pBytes, pEnd), pEnd,
-                [this](char c) { return m_aEndsLine[static_cast<unsigned char>(c)]; });
-            m_sLine.Append(pBytes, static_cast<unsigned int>(pLineEnd - pBytes));
-            if (pLineEnd == pEnd)
-                break;
-            EndLine();
-            pBytes = pLineEnd + 1;
-        }
-    }
-
-private:
-    /// Goes over printable ASCII, which ends a line in no locale, eight characters at a time.
-    static char const * SkipPlainText(char const * pBytes, char const * pEnd)
-    {
-        constexpr std::uint64_t iEach = 0x0101010101010101;
-        std::uint64_t iBytes = 0;
-        for (; pEnd - pBytes >= std::ptrdiff_t{sizeof iBytes}; pBytes += sizeof iBytes)
-        {
-            // The topmost bit of a byte shows what is below a blank, above a tilde or not ASCII.
-            std::memcpy(&iBytes, pBytes, sizeof iBytes);
-            if (((iBytes - iEach * ' ') | (iBytes + iEach) | iBytes) & (iEach * 0x80))
-                break;
-        }
-        return pBytes;
-    }
-
-    void EndLine()
-    {
-        if (m_sLine.IsEmpty())
-            return;
-
-        m_oLines.Send(m_sLine);
-        Trace("CmdLine", [&] { return String(m_sStream) + ": " + m_sLine; });
-        m_sLine.Clear();
-    }
-
-    static constexpr unsigned int LENGTH_USUAL = 128;
-
-    LinePipe & m_oLines;
-    char const * m_sStream;
-    String m_sLine;
-    std::array<bool, 256> m_aEndsLine;
-};
 
 Result MakeStreamPipe(Platform::OwnEnd eOwn, Platform::File & oOwnEnd, Platform::File & oChildEnd)
 {
@@ -179,6 +113,8 @@ protected:
     }
 
 private:
+    // A reader that nobody keeps ends far sooner. Two of them that are kept stay below the second in which a
+    // destructor is to return.
     static constexpr std::chrono::milliseconds PATIENCE{400};
 
     CmdLine::Private & m_oOwner;

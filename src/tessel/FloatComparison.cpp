@@ -1,8 +1,7 @@
 #include <tessel/FloatComparison.h>
 
-#include "FloatConstants.h"
-
 #include <cmath>
+#include <numbers>
 
 namespace tsl
 {
@@ -12,10 +11,6 @@ namespace
 
 constexpr int DOUBLE_DIGITS = 14;
 constexpr int FLOAT_DIGITS = 5;
-
-/// The natural logarithm of 10 in each precision.
-template<class Number>
-Number g_fLogOfTen = 0;
 
 /// NaN is above nothing and within no tolerance.
 template<class Number>
@@ -33,16 +28,11 @@ Number GetUnit(Number fNumber, int iDigit)
 {
     Number const fMagnitude = std::floor(std::log10(fNumber));
     Number const fSteps = Number{1} - static_cast<Number>(iDigit);
-    return std::exp(fMagnitude * g_fLogOfTen<Number>) * std::exp(fSteps * g_fLogOfTen<Number>);
+    constexpr Number fLogOfTen = std::numbers::ln10_v<Number>;
+    return std::exp(fMagnitude * fLogOfTen) * std::exp(fSteps * fLogOfTen);
 }
 
 } // namespace
-
-void LoadFloatConstants()
-{
-    g_fLogOfTen<double> = std::log(10.0);
-    g_fLogOfTen<float> = static_cast<float>(g_fLogOfTen<double>);
-}
 
 int CompareAbsTo(double a, double b, double fTolerance)
 {

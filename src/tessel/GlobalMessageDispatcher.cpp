@@ -1,6 +1,7 @@
 #include <tessel/GlobalMessageDispatcher.h>
 
 #include "BusSilence.h"
+#include "LogFileProcessor.h"
 
 #include <tessel/Exception.h>
 #include <tessel/Message.h>
@@ -21,27 +22,17 @@ static std::atomic<bool> g_bGone{false};
 
 struct TSL_HIDDEN GlobalMessageDispatcher::Private
 {
-    ~Private();
-
     void SelectProcessor(std::string const & sClassName);
     void DemandConfiguration();
 
+    // Goes after the dispatcher, which knows it.
     std::unique_ptr<MessageProcessor> pProcessor;
     MessageDispatcher oDispatcher;
-    std::string sProcessorClass;
 };
-
-GlobalMessageDispatcher::Private::~Private()
-{
-    if (pProcessor)
-        oDispatcher.Unregister(*pProcessor);
-    pProcessor.reset();
-}
 
 void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClassName)
 {
-    sProcessorClass = sClassName;
-    pProcessor.reset(MessageProcessorFactory::Instance().CreateProcessor(sProcessorClass));
+    pProcessor.reset(MessageProcessorFactory::Instance().CreateProcessor(sClassName));
     if (!pProcessor)
         return;
 
@@ -89,7 +80,7 @@ bool GlobalMessageDispatcher::IsAvailable()
 
 GlobalMessageDispatcher::GlobalMessageDispatcher() : m(std::make_unique<Private>())
 {
-    m->SelectProcessor("LogFileProcessor");
+    m->SelectProcessor(LogFileProcessor::CLASS_NAME);
     m->DemandConfiguration();
 }
 

@@ -1,6 +1,5 @@
 #include "LibraryLoad.h"
 
-#include "FloatConstants.h"
 #include "GlobalApplicationIni.h"
 #include "GlobalDebugSwitchRegistry.h"
 #include "LogFileProcessor.h"
@@ -18,8 +17,6 @@ namespace tsl
 
 namespace
 {
-
-constexpr char const * LOG_FILE_PROCESSOR = "LogFileProcessor";
 
 MessageProcessor * CreateLogFileProcessor()
 {
@@ -53,20 +50,19 @@ LibraryLoad::LibraryLoad()
 {
     // The log file's class has to be known before the bus is made, and the factory is the first to use
     // the registry of static objects, which thus outlives all that follows.
-    MessageProcessorFactory::Instance().Register(LOG_FILE_PROCESSOR, &CreateLogFileProcessor);
+    MessageProcessorFactory::Instance().Register(LogFileProcessor::CLASS_NAME, &CreateLogFileProcessor);
     static_cast<void>(TimeZone::Init()); // always true
     StaticObjectRegistry::Instance();
     ReadConfiguration();
     GlobalDebugSwitchRegistry::Instance();
     GlobalMessageDispatcher::Instance();
     TaskFactory::Instance().Register(Task::TASK_FINE, &CreateFineTask);
-    LoadFloatConstants();
 }
 
 LibraryLoad::~LibraryLoad()
 {
     TaskFactory::Instance().Unregister(Task::TASK_FINE);
-    MessageProcessorFactory::Instance().Unregister(LOG_FILE_PROCESSOR);
+    MessageProcessorFactory::Instance().Unregister(LogFileProcessor::CLASS_NAME);
 }
 
 } // namespace tsl

@@ -116,7 +116,6 @@ void LogFileProcessor::Process(Message const & oMessage, Result &) const
 
 MessageProcessorConfig const & LogFileProcessor::GetConfig() const
 {
-    ReadLock const oScope(m->oLock);
     return m->oConfig;
 }
 

@@ -40,6 +40,9 @@ private:
 class LogFileProcessor : public MessageProcessor
 {
 public:
+    /// Under which it is registered in MessageProcessorFactory.
+    static constexpr char const * CLASS_NAME = "LogFileProcessor";
+
     LogFileProcessor();
     LogFileProcessor(LogFileProcessor const &) = delete;
     LogFileProcessor & operator=(LogFileProcessor const &) = delete;

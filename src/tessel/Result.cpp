@@ -1,11 +1,12 @@
 #include <tessel/Result.h>
 
+#include "FailureText.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/ResultConverter.h>
 #include <tessel/ValueString.h>
 
 #include <algorithm>
-#include <atomic>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -21,87 +22,6 @@ std::string_view OrEmpty(char const * sText)
 {
     return sText ? sText : "";
 }
-
-/// Bytes that need no allocation while they are as few as in most failures.
-class ShortText
-{
-public:
-    explicit ShortText(std::string_view sText = {}) { Set(sText); }
-
-    void Set(std::string_view sText)
-    {
-        // The old text is kept until the new one is copied, which may be part of it, or have no address.
-        std::unique_ptr<char[]> sLong(sText.size() < sizeof m_aShort ? nullptr : new char[sText.size() + 1]);
-        char * const sTarget = sLong ? sLong.get() : m_aShort;
-        std::char_traits<char>::move(sTarget, sText.data(), sText.size());
-        sTarget[sText.size()] = '\0';
-        m_sLong = std::move(sLong);
-        m_iLength = sText.size();
-    }
-
-    char const * c_str() const { return m_sLong ? m_sLong.get() : m_aShort; }
-    std::string_view Get() const { return {c_str(), m_iLength}; }
-
-private:
-    std::size_t m_iLength;
-    char m_aShort[48];
-    std::unique_ptr<char[]> m_sLong;
-};
-
-/// The text of a failure. Most failures are tested, passed on and forgotten, so it becomes a value only when
-/// somebody asks for one; that value then stays, whatever the text becomes.
-class FailureText
-{
-public:
-    FailureText() = default;
-    explicit FailureText(std::string_view sText) : m_oBytes(sText), m_bNull(false) {}
-    explicit FailureText(ValueString const & sText) { Set(sText); }
-    ~FailureText() { delete m_pValue.load(std::memory_order_relaxed); }
-    FailureText(FailureText const &) = delete;
-    FailureText & operator=(FailureText const & oSource)
-    {
-        Set(oSource.m_oBytes.Get(), oSource.m_bNull);
-        return *this;
-    }
-
-    void Set(std::string_view sText, bool bNull = false)
-    {
-        m_oBytes.Set(sText);
-        m_bNull = bNull;
-        if (ValueString * const pValue = m_pValue.load(std::memory_order_relaxed))
-            *pValue = MakeValue();
-    }
-    void Set(ValueString const & sText)
-    {
-        bool const bNull = sText.IsNull();
-        Set(bNull ? std::string_view() : std::string_view(sText.s_str()), bNull);
-    }
-
-    /// Any number of threads may ask.
-    ValueString const & GetValue() const
-    {
-        if (ValueString const * const pValue = m_pValue.load(std::memory_order_acquire))
-            return *pValue;
-
-        auto pNew = std::make_unique<ValueString>(MakeValue());
-        ValueString * pFaster = nullptr;
-        if (!m_pValue.compare_exchange_strong(pFaster, pNew.get(), std::memory_order_acq_rel))
-            return *pFaster;
-        return *pNew.release();
-    }
-
-    bool operator==(FailureText const & oOther) const
-    {
-        return m_bNull == oOther.m_bNull && m_oBytes.Get() == oOther.m_oBytes.Get();
-    }
-
-private:
-    ValueString MakeValue() const { return m_bNull ? ValueString() : ValueString(m_oBytes.Get()); }
-
-    ShortText m_oBytes;
-    bool m_bNull = true;
-    mutable std::atomic<ValueString *> m_pValue{nullptr};
-};
 
 bool IsSameText(ValueString const & sLeft, ValueString const & sRight)
 {
@@ -439,7 +359,7 @@ Result MakeResult(int iErrorCode, char const * sText, Result const & oPrevious, 
 Result MakeResult(
     int iErrorCode, String const & sText, Result::Category eCategory, char const * sFile, int iLine)
 {
-    return Result(iErrorCode, sText.s_str(), eCategory, sFile, iLine);
+    return Result(iErrorCode, sText.s_str(), eCategory, OrEmpty(sFile), iLine);
 }
 
 Result MakeResult(int iErrorCode, String const & sText, char const * sFile, int iLine)

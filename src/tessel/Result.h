@@ -152,8 +152,8 @@ inline Result MakeResult(int iErrorCode, char const * sText, Result::Category eC
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE())
 {
     // Here, since the lengths of literals are known where they stand.
-    return Result(
-        iErrorCode, std::string_view(sText ? sText : ""), eCategory, std::string_view(sFile), iLine);
+    return Result(iErrorCode, std::string_view(sText ? sText : ""), eCategory,
+        std::string_view(sFile ? sFile : ""), iLine);
 }
 inline Result MakeResult(
     int iErrorCode, char const * sText, char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE())

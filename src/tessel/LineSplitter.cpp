@@ -1,0 +1,60 @@
+#include "LineSplitter.h"
+
+#include <tessel/LogPoint.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace tsl
+{
+
+/// Goes over printable ASCII, which ends a line in no locale, eight characters at a time.
+static char const * SkipPlainText(char const * pBytes, char const * pEnd)
+{
+    constexpr std::uint64_t iEach = 0x0101010101010101;
+    std::uint64_t iBytes = 0;
+    for (; pEnd - pBytes >= std::ptrdiff_t{sizeof iBytes}; pBytes += sizeof iBytes)
+    {
+        // The topmost bit of a byte shows what is below a blank, above a tilde or not ASCII.
+        std::memcpy(&iBytes, pBytes, sizeof iBytes);
+        if (((iBytes - iEach * ' ') | (iBytes + iEach) | iBytes) & (iEach * 0x80))
+            break;
+    }
+    return pBytes;
+}
+
+LineSplitter::LineSplitter(LinePipe & oLines, char const * sStream) : m_oLines(oLines), m_sStream(sStream)
+{
+    // Asked once for each character: a question for each byte would cost more than all the rest.
+    for (std::size_t i = 0; i < m_aEndsLine.size(); ++i)
+        m_aEndsLine[i] = String::IsCntrl(static_cast<char>(i));
+    m_sLine.Reserve(LENGTH_USUAL);
+}
+
+void LineSplitter::Take(char const * pBytes, std::size_t iCount)
+{
+    char const * const pEnd = pBytes + iCount;
+    while (pBytes != pEnd)
+    {
+        char const * const pLineEnd = std::find_if(SkipPlainText(pBytes, pEnd), pEnd,
+            [this](char c) { return m_aEndsLine[static_cast<unsigned char>(c)]; });
+        m_sLine.Append(pBytes, static_cast<unsigned int>(pLineEnd - pBytes));
+        if (pLineEnd == pEnd)
+            break;
+        EndLine();
+        pBytes = pLineEnd + 1;
+    }
+}
+
+void LineSplitter::EndLine()
+{
+    if (m_sLine.IsEmpty())
+        return;
+
+    m_oLines.Send(m_sLine);
+    Trace("CmdLine", [&] { return String(m_sStream) + ": " + m_sLine; });
+    m_sLine.Clear();
+}
+
+} // namespace tsl
