@@ -16,9 +16,6 @@ namespace tsl
 namespace
 {
 
-// What tm_year counts from.
-constexpr int YEAR_BASE = 1900;
-
 // Texts that do not fit into the first buffer are not delivered. The second one only tells whether the
 // format can be written at all.
 constexpr std::size_t TEXT_SIZE = 128;
@@ -95,7 +92,7 @@ void DateTimeElements::FromTm(std::tm const & oTm, Time::Precision ePrecision)
     m_ePrecision = ePrecision;
 
     // A wrapped year becomes the right one again in ToTm, and compares rightly as an unsigned number.
-    m_iYear = static_cast<int>(std::int64_t{oTm.tm_year} + YEAR_BASE);
+    m_iYear = static_cast<int>(std::int64_t{oTm.tm_year} + Platform::YEAR_BASE);
     m_iMonth = oTm.tm_mon;
     m_iDay = oTm.tm_mday;
 
@@ -108,7 +105,7 @@ void DateTimeElements::FromTm(std::tm const & oTm, Time::Precision ePrecision)
 void DateTimeElements::ToTm(std::tm & oTm) const
 {
     oTm.tm_isdst = m_iDLS;
-    oTm.tm_year = static_cast<int>(std::int64_t{m_iYear} - YEAR_BASE);
+    oTm.tm_year = static_cast<int>(std::int64_t{m_iYear} - Platform::YEAR_BASE);
     oTm.tm_mon = m_iMonth;
     oTm.tm_mday = m_iDay;
 
@@ -256,7 +253,7 @@ int DateTime::Compare(DateTime const & oOther) const
 
 void DateTime::Move(TimeSpan const & oSpan, int iDirection)
 {
-    // No sum overflows, since the parts of a span are never further apart than its range in seconds.
+    // No sum overflows: the parts of a span are at most 59 s, 59 min, 23 h and the days of its range.
     DateTimeElements oElements = GetElements(TimeZone::eGreenwich);
     switch (m_ePrecision)
     {

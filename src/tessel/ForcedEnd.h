@@ -7,9 +7,9 @@
 namespace tsl
 {
 
-/// What a thread tells of itself in case that it is ended by force (see Platform::AskToEnd): it is not as
-/// long as it holds something that others need. Only the thread itself and a signal handler on it use the
-/// state, so the changes need no more than to stay in their order.
+/// What a thread tells of itself for its forced end (see Platform::AskToEnd): it is not ended while it holds
+/// something that others need. Only the thread itself and a signal handler on it use the state, so the
+/// changes need no more than to stay in their order.
 struct ForcedEndState
 {
     enum EWait : int

@@ -7,8 +7,6 @@
 namespace tsl
 {
 
-constinit thread_local ForcedEndState t_oForcedEnd;
-
 /// A lock that costs one atomic change to take and one to give up while nobody else wants it, which the
 /// recursive mutex of the standard library is far from.
 struct TSL_HIDDEN CriticalSectionMutex::Section

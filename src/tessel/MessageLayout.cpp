@@ -32,7 +32,8 @@ void FormatTimestamp(Timestamp & oTimestamp)
     // A time that has no local form shows as the zero elements; a line without time would be worse.
     static_cast<void>(Platform::ToLocalTime(oTimestamp.iTime, oLocal));
     std::snprintf(oTimestamp.sText, sizeof oTimestamp.sText, "%02d.%02d.%02d %02d:%02d:%02d ", oLocal.tm_mday,
-        oLocal.tm_mon + 1, oLocal.tm_year + 1900, oLocal.tm_hour, oLocal.tm_min, oLocal.tm_sec);
+        oLocal.tm_mon + 1, oLocal.tm_year + Platform::YEAR_BASE, oLocal.tm_hour, oLocal.tm_min,
+        oLocal.tm_sec);
 }
 
 /// The origin of the trace that a thread has last laid out, which is nearly always itself.

@@ -33,7 +33,7 @@ unsigned long GetThreadId();
 /// A thread that was started. All but the thread itself use it one at a time.
 struct Thread;
 
-/// Starts a thread that calls the function with the argument and ends. The caller closes it some time.
+/// Starts a thread that calls the function with the argument and ends. The caller closes it later.
 [[nodiscard]] int StartThread(void (*fMain)(void *), void * pArgument, Thread *& pThread);
 
 /// As GetThreadId on the thread itself; good until the thread is found to have ended.
@@ -78,6 +78,9 @@ void LoadTimeZone();
 
 /// Seconds west of Greenwich, as remembered by LoadTimeZone.
 [[nodiscard]] int GetSecondsWest(long & iSeconds);
+
+/// What the years of std::tm count from.
+inline constexpr int YEAR_BASE = 1900;
 
 /// Between a time and its elements, in the local zone or in Greenwich. From elements: overflows are
 /// normalised in place, and a result of -1 is a failure, as the runtime library has it.

@@ -1,7 +1,9 @@
 #include "Platform.h"
 
 #include "ForcedEnd.h"
+#include "PlatformDescriptor.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -9,8 +11,6 @@
 #include <memory>
 #include <string_view>
 #include <utility>
-
-#include <atomic>
 
 #include <cxxabi.h>
 #include <fcntl.h>
@@ -143,11 +143,6 @@ int WriteAll(int iHandle, char const * pBytes, std::size_t iCount)
 timespec MakeTimespec(int iMilliseconds)
 {
     return {iMilliseconds / 1000, iMilliseconds % 1000 * 1'000'000L};
-}
-
-int GetHandle(File const & oFile)
-{
-    return static_cast<int>(oFile.iHandle);
 }
 
 } // namespace

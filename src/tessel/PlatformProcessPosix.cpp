@@ -1,10 +1,15 @@
 #include "Platform.h"
+
+#include "PlatformDescriptor.h"
 #include "PlatformSpawn.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -25,11 +30,6 @@ namespace
 
 constexpr int EXIT_CODE_LOST = -1;
 constexpr int EXIT_CODE_SIGNAL = 128;
-
-int GetHandle(File const & oFile)
-{
-    return static_cast<int>(oFile.iHandle);
-}
 
 int GetHandle(Process const & oProcess)
 {
@@ -52,21 +52,17 @@ int MoveAboveStreams(int & iDescriptor)
 /// Waits until one of the descriptors is ready, whatever signals come in between.
 int Poll(pollfd * pDescriptors, nfds_t iCount, int iTimeout, bool & bReady)
 {
-    timespec oNow{};
-    ::clock_gettime(CLOCK_MONOTONIC, &oNow);
-    std::int64_t const iStart = oNow.tv_sec * 1'000'000'000LL + oNow.tv_nsec;
-    std::int64_t const iDuration = iTimeout * 1'000'000LL;
-    for (std::int64_t iRest = iDuration;;)
+    auto const oEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(iTimeout);
+    for (std::chrono::nanoseconds oLeft = std::chrono::milliseconds(iTimeout);;)
     {
-        timespec const oRest{iRest / 1'000'000'000, iRest % 1'000'000'000};
+        auto const oSeconds = std::chrono::floor<std::chrono::seconds>(oLeft);
+        timespec const oRest{oSeconds.count(), (oLeft - oSeconds).count()};
         int const iResult = ::ppoll(pDescriptors, iCount, iTimeout < 0 ? nullptr : &oRest, nullptr);
         bReady = iResult > 0;
         if (iResult >= 0 || errno != EINTR)
             return iResult >= 0 ? 0 : errno;
 
-        ::clock_gettime(CLOCK_MONOTONIC, &oNow);
-        std::int64_t const iSpent = oNow.tv_sec * 1'000'000'000LL + oNow.tv_nsec - iStart;
-        iRest = std::max<std::int64_t>(iDuration - iSpent, 0);
+        oLeft = std::max<std::chrono::nanoseconds>(oEnd - std::chrono::steady_clock::now(), {});
     }
 }
 
@@ -177,8 +173,12 @@ int Reap(Process & oProcess)
     if (::waitid(P_PIDFD, static_cast<id_t>(oProcess.iHandle), &oInfo, WEXITED | WNOHANG) == 0)
     {
         if (oInfo.si_pid != 0)
-            oInfo.si_code == CLD_EXITED ? SetExited(oProcess, oInfo.si_status)
-                                        : SetSignalled(oProcess, oInfo.si_status);
+        {
+            if (oInfo.si_code == CLD_EXITED)
+                SetExited(oProcess, oInfo.si_status);
+            else
+                SetSignalled(oProcess, oInfo.si_status);
+        }
         return 0;
     }
     if (errno != ECHILD)

@@ -5,9 +5,6 @@
 namespace tsl::Platform
 {
 
-/// The descriptors below are those of the three standard streams.
-inline constexpr int FIRST_OWN_DESCRIPTOR = 3;
-
 /// Starts a child and returns when it has entered its program.
 [[nodiscard]] int Spawn(ProcessStart const & oStart, int & iProcess);
 

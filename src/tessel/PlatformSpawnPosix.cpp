@@ -1,5 +1,7 @@
 #include "PlatformSpawn.h"
 
+#include "PlatformDescriptor.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -23,11 +25,6 @@ namespace
 
 constexpr int EXIT_CODE_NOT_EXECUTED = 127;
 
-int GetHandle(File const & oFile)
-{
-    return static_cast<int>(oFile.iHandle);
-}
-
 /// The arguments of a command line, as an exec takes them. There is always one: the program.
 class Arguments
 {
@@ -42,6 +39,10 @@ public:
             m_vPointers.push_back(m_sTexts.data());
         m_vPointers.push_back(nullptr);
     }
+
+    // The pointers are into the object.
+    Arguments(Arguments const &) = delete;
+    Arguments & operator=(Arguments const &) = delete;
 
     char ** Get() { return m_vPointers.data(); }
     char const * GetProgram() const { return m_vPointers.front(); }

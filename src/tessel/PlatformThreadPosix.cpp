@@ -21,6 +21,13 @@
 #include <time.h>
 #include <unistd.h>
 
+namespace tsl
+{
+
+constinit thread_local ForcedEndState t_oForcedEnd;
+
+} // namespace tsl
+
 namespace tsl::Platform
 {
 
@@ -28,11 +35,14 @@ namespace
 {
 
 // Nanoseconds for which a thread runs on before it is asked to end once more. One that works in the runtime
-// libraries without a break is in the program's own code for one moment out of hundreds. They become more with
-// each time, since a slow machine spends all of a short interval on the signal.
+// libraries without a break is in the program's own code for one moment out of hundreds. The interval grows
+// each time, since a slow machine spends all of a short one on the signal.
 constexpr long ASKING_INTERVAL = 20'000;
 constexpr long ASKING_INTERVAL_GROWTH = 100;
 constexpr long ASKING_INTERVAL_MAX = 1'000'000;
+
+// Nanoseconds between two looks whether a thread has ended, about what it takes to end one.
+constexpr long LOOK_INTERVAL = 50'000;
 
 /// Where the code and the data lie in which a thread must not be ended: those of the library, and of the
 /// runtime libraries, whose locks and lists nobody could repair.
@@ -43,6 +53,7 @@ public:
     void Find()
     {
         m_iCount = 0;
+        m_bMore = false;
         ::dl_iterate_phdr(
             [](dl_phdr_info * pObject, std::size_t, void * pThis)
             {
@@ -54,6 +65,9 @@ public:
 
     bool Contain(std::uintptr_t iAddress) const
     {
+        // Of more than were expected it is not known where they lie.
+        if (m_bMore)
+            return true;
         return std::any_of(m_aRanges.begin(), m_aRanges.begin() + m_iCount,
             [iAddress](Range const & oRange) { return oRange.Contains(iAddress); });
     }
@@ -99,12 +113,20 @@ private:
         std::string_view const sPath = oObject.dlpi_name;
         Range const oRange = GetRange(oObject);
         bool const bOwn = oRange.Contains(reinterpret_cast<std::uintptr_t>(&IsRuntimeName));
-        if (!sPath.empty() && (bOwn || IsRuntimeName(sPath)) && m_iCount < m_aRanges.size())
+        if (sPath.empty() || !(bOwn || IsRuntimeName(sPath)))
+            return;
+        if (m_iCount < m_aRanges.size())
             m_aRanges[m_iCount++] = oRange;
+        else
+            m_bMore = true;
     }
 
-    std::array<Range, 32> m_aRanges;
+    // A handler reads them, so they do not lie in memory that grows. A process has one library of a kind.
+    static constexpr std::size_t COUNT_MAX = 32;
+
+    std::array<Range, COUNT_MAX> m_aRanges;
     std::size_t m_iCount = 0;
+    bool m_bMore = false;
 };
 
 /// Sends a signal to one thread when a time is over. Unlike one that the asking thread sends, it comes in
@@ -216,9 +238,12 @@ void EndIfAsked(int, siginfo_t *, void * pContext)
     if (MayEnd(GetInterruption(pContext), pThis->oRuntime))
         EndThisThread();
 
+    // What was interrupted may be about to look at its error.
+    int const iError = errno;
     t_oForcedEnd.bWanted.store(true, std::memory_order_relaxed);
     pThis->oSignal.Send(pThis->iInterval);
     pThis->iInterval = std::min(pThis->iInterval + ASKING_INTERVAL_GROWTH, ASKING_INTERVAL_MAX);
+    errno = iError;
 }
 
 /// The last of the real-time signals that nobody handles, or 0 if there is none. What waits is to be woken
@@ -313,7 +338,7 @@ void AskToEnd(Thread & oThread)
 
 void PauseBetweenAsking()
 {
-    timespec const oPause{0, 50'000};
+    timespec const oPause{0, LOOK_INTERVAL};
     ::nanosleep(&oPause, nullptr);
 }
 

@@ -15,7 +15,7 @@ class TSL_HIDDEN TaskContextThread::ContextThread : public Thread
 {
 public:
     // Before the object is less than it was: a thread that has just been started still asks for its Process.
-    ~ContextThread() override { static_cast<void>(Kill(65535)); }
+    ~ContextThread() override { static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION)); }
 
     void SetTaskContext(TaskContextThread * pTaskContext) { m_pTaskContext = pTaskContext; }
 

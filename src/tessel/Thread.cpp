@@ -20,9 +20,7 @@ namespace tsl
 namespace
 {
 
-constexpr unsigned int EXIT_CODE_AT_DESTRUCTION = 65535;
 constexpr int EXIT_CODE_NONE = -1;
-constexpr int EXIT_CODE_RUNNING = 259;
 constexpr int EXIT_CODE_ENDED = 0;
 
 String ToText(unsigned long iThreadId)
@@ -57,7 +55,7 @@ struct TSL_HIDDEN Thread::Private
     Result Start(Thread & oThread);
     bool TryToKill(unsigned int iRunToKill);
 
-    mutable CriticalSectionMutex oLock;
+    CriticalSectionMutex oLock;
     std::atomic<unsigned long> iThreadId{0};
     Platform::Thread * pThread = nullptr;
 
@@ -174,13 +172,18 @@ Result Thread::Kill(unsigned int)
 {
     unsigned long const iId = m->iThreadId;
     unsigned int iRun = 0;
+    bool bSelf = false;
     {
         WriteLock const oScope(m->oLock);
         if (!m->IsRunning())
             return Result();
-        if (Platform::IsThisThread(*m->pThread))
-            return MakeResult(ERR::eNotAllowed, "A thread cannot kill itself.");
+        bSelf = Platform::IsThisThread(*m->pThread);
         iRun = m->iRun;
+    }
+    if (bSelf)
+    {
+        Trace("Thread", [&] { return String("Cannot kill thread id ") + ToText(iId); });
+        return MakeResult(ERR::eNotAllowed, "A thread cannot kill itself.");
     }
 
     // The lock is free between the tries, so that a thread that is killed while it kills leaves it alone.
@@ -208,7 +211,7 @@ int Thread::GetExitCode() const
     ReadLock const oScope(m->oLock);
     if (!m->pThread)
         return EXIT_CODE_NONE;
-    return m->IsRunning() ? EXIT_CODE_RUNNING : EXIT_CODE_ENDED;
+    return m->IsRunning() ? Platform::EXIT_CODE_ACTIVE : EXIT_CODE_ENDED;
 }
 
 unsigned long Thread::GetThreadId() const

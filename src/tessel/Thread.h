@@ -17,6 +17,9 @@ namespace tsl
 class TSL_EXPORT Thread
 {
 public:
+    /// With which the destructor kills.
+    static constexpr unsigned int EXIT_CODE_AT_DESTRUCTION = 65535;
+
     Thread(Thread const & oSource);
     Thread & operator=(Thread const & oSource);
 
@@ -46,8 +49,7 @@ public:
     ///
     /// Code 3 on the thread itself, which goes on.
     ///
-    /// @param iExitCode what the system is told; nobody can ask for it, since a killed thread has no exit
-    ///                  code
+    /// @param iExitCode without effect: a killed thread has no exit code
     Result Kill(unsigned int iExitCode);
 
     bool IsRunning() const;
