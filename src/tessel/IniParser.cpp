@@ -1,6 +1,7 @@
 #include "IniParser.h"
 
 #include "IniName.h"
+#include "TrimmedText.h"
 
 #include <utility>
 
@@ -9,18 +10,9 @@ namespace tsl
 
 static constexpr std::string_view CONTINUATION = "+=";
 
-static std::string_view Trim(std::string_view s)
-{
-    while (!s.empty() && String::IsSpace(s.front()))
-        s.remove_prefix(1);
-    while (!s.empty() && String::IsSpace(s.back()))
-        s.remove_suffix(1);
-    return s;
-}
-
 Result IniParser::Judge(std::string_view sLine)
 {
-    std::string_view const sTrimmed = Trim(sLine);
+    std::string_view const sTrimmed = Trimmed(sLine);
     if (sTrimmed.empty() || sTrimmed.front() == ';')
         return Result();
     if (sTrimmed.front() == '[')
@@ -30,7 +22,7 @@ Result IniParser::Judge(std::string_view sLine)
     if (!sTrimmed.starts_with(CONTINUATION) || sTrimmed == CONTINUATION)
         return JudgeKey(sTrimmed);
 
-    ContinueValue(Trim(sTrimmed.substr(CONTINUATION.size())));
+    ContinueValue(Trimmed(sTrimmed.substr(CONTINUATION.size())));
     return Result();
 }
 
@@ -67,7 +59,7 @@ Result IniParser::JudgeKey(std::string_view sLine)
     KeyName const sName(sLine.substr(0, iEqual));
     if (Result const oCause = sName.Validate(); oCause.IsError())
         return MakeResult(ERR::eBadData, "Syntax error: Name of key invalid.", oCause);
-    if (!m_pChapter->Add(sName.s_str(), Trim(sLine.substr(iEqual + 1))))
+    if (!m_pChapter->Add(sName.s_str(), Trimmed(sLine.substr(iEqual + 1))))
         return MakeResult(ERR::eBadData,
             String("Syntax error: Key '") + sName + "' already exists in this Chapter.",
             Result::eCategoryFault);

@@ -1,6 +1,7 @@
 #include "ReplacementFormat.h"
 
 #include "ArgumentList.h"
+#include "FormattedText.h"
 #include "Platform.h"
 
 #include <tessel/Assertion.h>
@@ -112,13 +113,9 @@ void AppendFormatted(ValueString & sOut, char const * sChecked, ...)
     va_start(oArguments, sChecked);
     ArgumentListScope const oScope(oArguments);
 
-    char aBuffer[String::FORMAT_LENGTH_MAX + 1];
-    int const i = Platform::FormatInPlainLocale(aBuffer, sizeof aBuffer, sChecked, oArguments);
-    if (i < 0 || i >= static_cast<int>(sizeof aBuffer))
-        XAssertionFailed("i >= 0",
-            String("Buffer overflow. Formatting argList with string as \"") + sChecked + "\" failed.");
-
-    sOut << aBuffer;
+    FormattedText const oText(sChecked, [&](char * pBuffer, std::size_t iSize)
+        { return Platform::FormatInPlainLocale(pBuffer, iSize, sChecked, oArguments); });
+    sOut << oText.c_str();
 }
 
 constexpr int DEFAULT_PRECISION = 6;

@@ -1,6 +1,7 @@
 #include <tessel/String.h>
 
 #include "ArgumentList.h"
+#include "FormattedText.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Result.h>
@@ -31,7 +32,7 @@ static int AsIndex(std::size_t iPosition)
 /// The text up to its first zero byte.
 static String UpToZero(std::string_view sText)
 {
-    return std::string(sText.substr(0, sText.find('\0')));
+    return String(sText.substr(0, sText.find('\0')));
 }
 
 static std::string_view AsView(char const * sText)
@@ -358,13 +359,9 @@ void String::Format(char const * sFormat, ...)
 
 void String::FormatArgList(char const * sFormat, va_list oArguments)
 {
-    char aBuffer[FORMAT_LENGTH_MAX + 1];
-    int const i = sFormat ? std::vsnprintf(aBuffer, sizeof aBuffer, sFormat, oArguments) : -1;
-    if (i < 0 || i >= static_cast<int>(sizeof aBuffer))
-        XAssertionFailed("i >= 0",
-            String("Buffer overflow. Formatting argList with string as \"") + sFormat + "\" failed.");
-
-    m_sText = aBuffer;
+    FormattedText const oText(sFormat, [&](char * pBuffer, std::size_t iSize)
+        { return sFormat ? std::vsnprintf(pBuffer, iSize, sFormat, oArguments) : -1; });
+    m_sText = oText.c_str();
 }
 
 Result String::Validate() const

@@ -135,7 +135,8 @@ public:
     /// Compares the first byte alone, as a signed char: "abc" equals 'a'. The empty text is below all.
     int Compare(char c) const;
 
-    /// Append; numbers are written as printf writes them with %d, %u, %f and %p.
+    /// Append; numbers are written as printf writes them with %d, %u, %f and %p, which for %f means the
+    /// decimal sign of the process's locale.
     String & operator<<(String const & s);
     String & operator<<(std::string const & s);
     String & operator<<(char const * s);
@@ -152,10 +153,10 @@ public:
         return *this << oRight;
     }
 
-    /// Replaces the text by what printf makes of the arguments, up to its first zero byte. A result of
-    /// more than FORMAT_LENGTH_MAX bytes is an assertion failure; the text then stays.
+    /// Replaces the text by what printf makes of the arguments in the process's locale, up to its first
+    /// zero byte. A result of more than FORMAT_LENGTH_MAX bytes is an assertion failure; the text then stays.
     [[gnu::format(printf, 2, 3)]] void Format(char const * sFormat, ...);
-    void FormatArgList(char const * sFormat, va_list oArguments);
+    [[gnu::format(printf, 2, 0)]] void FormatArgList(char const * sFormat, va_list oArguments);
 
     /// Asks the text's validator whether the text may stand.
     [[nodiscard]] Result Validate() const;

@@ -224,22 +224,9 @@ Result ValueConverter::ConvertFromText(
     if (!sPrefix.empty() && (sText.GetLength() <= sPrefix.size() || !CutHead(sRest, sPrefix)))
         return MakeBadData("Ungültiges Format. Geforderter Prefix nicht gefunden");
 
-    std::string const & sFormat = oLayout.GetFormat().s_str();
-    Replacement oNext = FindReplacement(sFormat, 0);
-    while (oNext.IsFound())
-    {
-        // Always the head of the format, on a later replacement too.
-        std::string_view const sHead = std::string_view(sFormat).substr(0, oNext.iStart);
-        if (!CutHead(sRest, sHead))
-            return MakeHeadFailure(sHead);
-        if (!oNext.IsClosed())
-            return MakeFormatFailure(sFormat);
-
-        Result oResult = ConvertReplacement(sRest, oValue, oLayout, oNext.GetIdentifier(sFormat));
-        if (oResult.IsError())
-            return oResult;
-        oNext = FindReplacement(sFormat, oNext.iEnd);
-    }
+    Result oResult = ConvertReplacements(sRest, oValue, oLayout);
+    if (oResult.IsError())
+        return oResult;
 
     std::string const & sPostfix = oLayout.GetPostfix().s_str();
     if (!sPostfix.empty())
@@ -252,6 +239,28 @@ Result ValueConverter::ConvertFromText(
 
     if (!sRest.IsEmpty())
         return MakeBadData("Ungültiges Format. Es wurden nicht alle Zeichen des Eingangsstring konvertiert.");
+    return Result();
+}
+
+Result ValueConverter::ConvertReplacements(
+    ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout) const
+{
+    std::string const & sFormat = oLayout.GetFormat().s_str();
+    Replacement oNext = FindReplacement(sFormat, 0);
+    while (oNext.IsFound())
+    {
+        // Always the head of the format, on a later replacement too.
+        std::string_view const sHead = std::string_view(sFormat).substr(0, oNext.iStart);
+        if (!CutHead(sText, sHead))
+            return MakeHeadFailure(sHead);
+        if (!oNext.IsClosed())
+            return MakeFormatFailure(sFormat);
+
+        Result oResult = ConvertReplacement(sText, oValue, oLayout, oNext.GetIdentifier(sFormat));
+        if (oResult.IsError())
+            return oResult;
+        oNext = FindReplacement(sFormat, oNext.iEnd);
+    }
     return Result();
 }
 

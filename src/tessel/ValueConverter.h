@@ -73,6 +73,10 @@ protected:
     /// The value class's part of ConvertReplacement; it is asked behind a standard identifier, too.
     virtual Result DoConvertReplacement(ValueString & sText, Value & oValue,
         ValueConverterLayout const & oLayout, ValueString const & sIdentifier) const = 0;
+
+private:
+    Result ConvertReplacements(
+        ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout) const;
 };
 
 } // namespace tsl

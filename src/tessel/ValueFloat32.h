@@ -73,7 +73,7 @@ protected:
     eCompare DoCompareTo(Value const & oOther) const override;
 
 private:
-    static constexpr float TOLERANCE = 1.1920929e-7f;
+    static constexpr float TOLERANCE = 0x1p-23f;
 
     float m_fValue = 0.0f;
     bool m_bNull = true;

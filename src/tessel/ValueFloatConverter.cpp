@@ -60,56 +60,76 @@ std::int64_t GetExponent(std::string_view sExponent)
     return bNegative ? -iExponent : iExponent;
 }
 
+/// A number of any length as 0.ddd times a power of ten, with a first digit that is not zero.
+class Decimal
+{
+public:
+    explicit Decimal(Number const & oNumber) : m_iPower(GetExponent(oNumber.sExponent))
+    {
+        for (char const c : oNumber.sInteger)
+            Take(c, 1, 0);
+        for (char const c : oNumber.sFraction)
+            if (c != '.')
+                Take(c, 0, -1);
+    }
+
+    bool IsZero() const { return m_iDigits == 0; }
+    std::int64_t GetPower() const { return m_iPower; }
+
+    /// Errors are those of std::from_chars. To be called once.
+    std::errc Read(double & fNumber)
+    {
+        char * pEnd = m_aText + POINT_LENGTH + m_iDigits;
+        if (m_bMore)
+            *pEnd++ = '1';
+        *pEnd++ = 'e';
+        pEnd = std::to_chars(pEnd, std::end(m_aText), m_iPower).ptr;
+        return std::from_chars(m_aText, pEnd, fNumber).ec;
+    }
+
+private:
+    // More significant digits cannot change the result, but for whether there is any behind them.
+    static constexpr std::size_t DIGITS_MAX = 800;
+    static constexpr std::size_t POINT_LENGTH = 2;
+    static constexpr std::size_t EXPONENT_LENGTH_MAX = 14;
+
+    void Take(char cDigit, int iPowerOfDigit, int iPowerOfLeadingZero)
+    {
+        if (IsZero() && cDigit == '0')
+        {
+            m_iPower += iPowerOfLeadingZero;
+            return;
+        }
+
+        m_iPower += iPowerOfDigit;
+        if (m_iDigits < DIGITS_MAX)
+            m_aText[POINT_LENGTH + m_iDigits++] = cDigit;
+        else
+            m_bMore = m_bMore || cDigit != '0';
+    }
+
+    char m_aText[POINT_LENGTH + DIGITS_MAX + EXPONENT_LENGTH_MAX] = {'0', '.'};
+    std::size_t m_iDigits = 0;
+    std::int64_t m_iPower;
+    bool m_bMore = false;
+};
+
 /// Reads a number of any length and size, with any letter in front of the exponent. What is too large
 /// becomes infinite, what is too small becomes 0.
 double ReadUnusual(Number const & oNumber)
 {
-    // More significant digits cannot change the result, but for whether there is any behind them.
-    constexpr std::size_t iDigitsMax = 800;
     constexpr std::int64_t iPowerMax = 400;
 
-    // The number becomes 0.ddd times a power of ten, with a first digit that is not zero.
-    char aText[iDigitsMax + 16] = {'0', '.'};
-    char * const pDigits = aText + 2;
-    std::size_t iDigits = 0;
-    std::int64_t iPower = GetExponent(oNumber.sExponent);
-    bool bFraction = false;
-    bool bMore = false;
-    for (std::string_view const sPart : {oNumber.sInteger, oNumber.sFraction})
-        for (char const c : sPart)
-        {
-            bFraction = bFraction || c == '.';
-            if (c == '.')
-                continue;
-            if (iDigits == 0 && c == '0')
-            {
-                iPower -= bFraction ? 1 : 0;
-                continue;
-            }
-
-            iPower += bFraction ? 0 : 1;
-            if (iDigits < iDigitsMax)
-                pDigits[iDigits++] = c;
-            else
-                bMore = bMore || c != '0';
-        }
-
-    if (iDigits == 0 || iPower < -iPowerMax)
+    Decimal oDecimal(oNumber);
+    if (oDecimal.IsZero() || oDecimal.GetPower() < -iPowerMax)
         return 0;
-    if (iPower > iPowerMax)
+    if (oDecimal.GetPower() > iPowerMax)
         return std::numeric_limits<double>::infinity();
 
-    char * pEnd = pDigits + iDigits;
-    if (bMore)
-        *pEnd++ = '1';
-    *pEnd++ = 'e';
-    pEnd = std::to_chars(pEnd, std::end(aText), iPower).ptr;
-
     double fNumber = 0;
-    bool const bOutOfRange = std::from_chars(aText, pEnd, fNumber).ec == std::errc::result_out_of_range;
-    if (!bOutOfRange)
+    if (oDecimal.Read(fNumber) != std::errc::result_out_of_range)
         return fNumber;
-    return iPower > 0 ? std::numeric_limits<double>::infinity() : 0;
+    return oDecimal.GetPower() > 0 ? std::numeric_limits<double>::infinity() : 0;
 }
 
 double ReadUnsigned(Number const & oNumber)

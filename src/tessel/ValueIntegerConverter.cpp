@@ -1,6 +1,7 @@
 #include <tessel/ValueIntegerConverter.h>
 
 #include "ReplacementFormat.h"
+#include "TrimmedText.h"
 #include "ValueCast.h"
 
 #include <tessel/ValueInt32.h>
@@ -16,15 +17,6 @@ namespace
 {
 
 constexpr std::size_t DIGITS_MAX = 10;
-
-std::string_view Trimmed(std::string_view sText)
-{
-    while (!sText.empty() && String::IsSpace(sText.front()))
-        sText.remove_prefix(1);
-    while (!sText.empty() && String::IsSpace(sText.back()))
-        sText.remove_suffix(1);
-    return sText;
-}
 
 /// Reads a whole number: a sign if there is more than it, and digits. The answer is what is wrong with it, or
 /// null.

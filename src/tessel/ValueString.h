@@ -103,7 +103,7 @@ public:
 
     /// As String::Format; makes the value non-null.
     [[gnu::format(printf, 2, 3)]] void Format(char const * sFormat, ...);
-    void FormatArgList(char const * sFormat, va_list oArguments);
+    [[gnu::format(printf, 2, 0)]] void FormatArgList(char const * sFormat, va_list oArguments);
 
     /// Append and make the value non-null. A null ValueString on the right fails the assertion
     /// "!s.IsNull()".
