@@ -29,7 +29,7 @@ Task::Private::Private(TaskProcessor * pTheParent, String const & sTheName)
 {
 }
 
-// The name stays in the source as well, for whom has a reference to it.
+// The name stays in the source as well, for whoever has a reference to it.
 Task::Private::Private(Private && oSource)
     : pParent(oSource.pParent),
       sName(oSource.sName),
@@ -234,34 +234,22 @@ ValueString Task::GetVar(ValueString const & sName, ValueString const & sDefault
 
 void Task::SetLocalVar(ValueString const & sName, int iValue)
 {
-    TaskContext & oContext = GetContext();
-    TaskStack oStack;
-    AcquireTaskStack(oStack);
-    oContext.SetLocalVar(oStack, sName, iValue);
+    GetContext().SetLocalVar(GetTaskStack(), sName, iValue);
 }
 
 void Task::SetLocalVar(ValueString const & sName, ValueString const & sValue)
 {
-    TaskContext & oContext = GetContext();
-    TaskStack oStack;
-    AcquireTaskStack(oStack);
-    oContext.SetLocalVar(oStack, sName, sValue);
+    GetContext().SetLocalVar(GetTaskStack(), sName, sValue);
 }
 
 int Task::GetLocalVar(ValueString const & sName, int iDefault) const
 {
-    TaskContext & oContext = GetContext();
-    TaskStack oStack;
-    AcquireTaskStack(oStack);
-    return oContext.GetLocalVar(oStack, sName, iDefault);
+    return GetContext().GetLocalVar(GetTaskStack(), sName, iDefault);
 }
 
 ValueString Task::GetLocalVar(ValueString const & sName, ValueString const & sDefault) const
 {
-    TaskContext & oContext = GetContext();
-    TaskStack oStack;
-    AcquireTaskStack(oStack);
-    return oContext.GetLocalVar(oStack, sName, sDefault);
+    return GetContext().GetLocalVar(GetTaskStack(), sName, sDefault);
 }
 
 bool Task::GetSimulationMode(int iMode) const
@@ -273,6 +261,13 @@ void Task::AcquireTaskStack(TaskStack & oStack) const
 {
     for (Task const * pTask = this; pTask; pTask = pTask->m->pParent)
         oStack.Push(pTask->GetTaskID());
+}
+
+TaskStack Task::GetTaskStack() const
+{
+    TaskStack oStack;
+    AcquireTaskStack(oStack);
+    return oStack;
 }
 
 std::shared_ptr<Task::Private> const & Task::Share() const

@@ -42,7 +42,7 @@ private:
 ///
 /// The machine calls the three steps: TaskEntry once, Process once per step of the machine and again when
 /// a transition leads back to the same task, TaskExit once. The members of a task last that long and no
-/// longer; what must outlive it belongs into the variables of its TaskContext. The context is there while
+/// longer; what must outlive it belongs in the variables of its TaskContext. The context is there while
 /// one of the three steps runs: every operation that needs it fails the assertion "m->pContext!=NULL" at
 /// any other time, in the constructor above all.
 ///
@@ -169,6 +169,7 @@ private:
     friend class TaskContext;
     friend class TaskProcessor;
 
+    TaskStack GetTaskStack() const;
     std::shared_ptr<Private> const & Share() const;
     bool IsLastOwner() const;
     bool IsInStep() const;

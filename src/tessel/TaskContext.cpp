@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <map>
 #include <utility>
-#include <vector>
 
 namespace tsl
 {
@@ -48,12 +47,6 @@ Type Get(Variables<Type> const & oVariables, ValueString const & sName, Type con
     return oFound == oVariables.end() ? oDefault : oFound->second;
 }
 
-struct Simulation
-{
-    String sTaskName;
-    int iMode;
-};
-
 } // namespace
 
 struct TSL_HIDDEN TaskContext::Private
@@ -71,13 +64,6 @@ struct TSL_HIDDEN TaskContext::Private
         pInput.reset();
         pOutput->Clear();
         pOutput.reset();
-        pProcessor.reset();
-    }
-
-    auto FindSimulation(String const & sTaskName)
-    {
-        return std::find_if(vSimulations.begin(), vSimulations.end(),
-            [&](Simulation const & oSimulation) { return oSimulation.sTaskName == sTaskName; });
     }
 
     Variables<int> oGlobalNumbers;
@@ -90,7 +76,9 @@ struct TSL_HIDDEN TaskContext::Private
     std::unique_ptr<Pipe<Message>> pInput;
     std::unique_ptr<Pipe<Message>> pOutput;
     std::unique_ptr<TaskProcessor> pProcessor;
-    std::vector<Simulation> vSimulations;
+
+    // The mode by task name.
+    std::map<String, int> oSimulations;
 };
 
 TaskContext::TaskContext(TaskProcessor * pProcessor)
@@ -241,31 +229,23 @@ ValueString TaskContext::GetVar(ValueString const & sName, ValueString const & s
 
 void TaskContext::SetLocalVar(TaskStack const & oStack, ValueString const & sName, int iValue)
 {
-    ValueString sKey;
-    FormatTaskIDStack(oStack, sName, sKey);
-    Set(m->oLocalNumbers, sKey, iValue);
+    Set(m->oLocalNumbers, GetLocalName(oStack, sName), iValue);
 }
 
 void TaskContext::SetLocalVar(TaskStack const & oStack, ValueString const & sName, ValueString const & sValue)
 {
-    ValueString sKey;
-    FormatTaskIDStack(oStack, sName, sKey);
-    Set(m->oLocalTexts, sKey, sValue);
+    Set(m->oLocalTexts, GetLocalName(oStack, sName), sValue);
 }
 
 int TaskContext::GetLocalVar(TaskStack const & oStack, ValueString const & sName, int iDefault) const
 {
-    ValueString sKey;
-    FormatTaskIDStack(oStack, sName, sKey);
-    return Get(m->oLocalNumbers, sKey, iDefault);
+    return Get(m->oLocalNumbers, GetLocalName(oStack, sName), iDefault);
 }
 
 ValueString TaskContext::GetLocalVar(
     TaskStack const & oStack, ValueString const & sName, ValueString const & sDefault) const
 {
-    ValueString sKey;
-    FormatTaskIDStack(oStack, sName, sKey);
-    return Get(m->oLocalTexts, sKey, sDefault);
+    return Get(m->oLocalTexts, GetLocalName(oStack, sName), sDefault);
 }
 
 void TaskContext::FormatTaskIDStack(
@@ -275,6 +255,13 @@ void TaskContext::FormatTaskIDStack(
     for (int i = static_cast<int>(oStack.GetSize()); i-- > 0;)
         sKey << oStack[i] << '.';
     sKey << sName;
+}
+
+ValueString TaskContext::GetLocalName(TaskStack const & oStack, ValueString const & sName) const
+{
+    ValueString sKey;
+    FormatTaskIDStack(oStack, sName, sKey);
+    return sKey;
 }
 
 void TaskContext::ProcessContextMessage(TaskContextMessage const & oMessage)
@@ -302,31 +289,24 @@ void TaskContext::ProcessContextMessage(TaskContextMessage const & oMessage)
 
 void TaskContext::SetSimulation(String const & sTaskName, bool bEnable, int iMode)
 {
-    auto const oFound = m->FindSimulation(sTaskName);
-    bool const bFound = oFound != m->vSimulations.end();
     if (!bEnable)
     {
-        if (!bFound)
-            return;
-        m->vSimulations.erase(oFound);
-        Trace("TaskContext", [&] { return String("Simulation disabled for task ") + sTaskName; });
+        if (m->oSimulations.erase(sTaskName) > 0)
+            Trace("TaskContext", [&] { return String("Simulation disabled for task ") + sTaskName; });
         return;
     }
 
-    if (bFound)
-        oFound->iMode = iMode;
-    else
-        m->vSimulations.push_back({sTaskName, iMode});
+    m->oSimulations.insert_or_assign(sTaskName, iMode);
     Trace("TaskContext",
         [&] { return String("Simulation enabled for task ") + sTaskName + " to mode " + iMode; });
 }
 
 bool TaskContext::GetSimulationMode(String const & sTaskName, int & iMode) const
 {
-    auto const oFound = m->FindSimulation(sTaskName);
-    if (oFound == m->vSimulations.end())
+    auto const oFound = m->oSimulations.find(sTaskName);
+    if (oFound == m->oSimulations.end())
         return false;
-    iMode = oFound->iMode;
+    iMode = oFound->second;
     return true;
 }
 

@@ -95,6 +95,8 @@ protected:
     bool GetSimulationMode(String const & sTaskName, int & iMode) const;
 
 private:
+    ValueString GetLocalName(TaskStack const & oStack, ValueString const & sName) const;
+
     struct Private;
 
     friend class Task;
