@@ -75,6 +75,8 @@ public:
 
     /// Puts a message on the application's bus and returns what the processors have left.
     Result DispatchMessage(Message const & oMessage);
+
+    /// The same, under the name that the headers of some systems turn the other into.
     Result DispatchMessageA(Message const & oMessage) { return DispatchMessage(oMessage); }
 
     /// Reports a Result as a ResultMessage on the application's bus.

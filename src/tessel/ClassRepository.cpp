@@ -42,7 +42,7 @@ struct TSL_HIDDEN ClassRepository::Private
     // Classes of one name stand in the order of their ids, since ids only grow.
     std::multimap<std::string_view, ClassDescription const *> oNames;
 
-    mutable ReaderWriterMutex oLock;
+    ReaderWriterMutex oLock;
 };
 
 ClassRepository::ClassRepository() : m(std::make_shared<Private>()) {}

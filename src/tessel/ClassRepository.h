@@ -50,6 +50,8 @@ public:
 
     /// Such as "class tsl::Root".
     char const * GetClassName() const { return m_sClassName; }
+
+    /// The same, under the name that the headers of some systems turn the other into.
     char const * GetClassNameA() const { return GetClassName(); }
 
     /// Null at the top of a hierarchy.

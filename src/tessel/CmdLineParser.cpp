@@ -3,7 +3,6 @@
 #include <tessel/Support.h>
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace tsl
@@ -35,11 +34,10 @@ CmdLineParser::OptionPrefix Classify(String const & sArgument)
 
 struct TSL_HIDDEN CmdLineParser::Private
 {
-    Result Parse(std::vector<String> vNewArguments);
+    Result Parse(std::vector<String> const & vArguments);
 
     std::vector<Option> vOptions;
     std::vector<String> vParameters;
-    std::vector<String> vArguments;
 };
 
 CmdLineParser::CmdLineParser() : m(std::make_shared<Private>()) {}
@@ -53,7 +51,7 @@ Result CmdLineParser::SetCmdLine(int iCount, char ** ppArguments)
     if (ppArguments)
         for (int i = 0; i < iCount; ++i)
             vArguments.emplace_back(ppArguments[i]);
-    return m->Parse(std::move(vArguments));
+    return m->Parse(vArguments);
 }
 
 Result CmdLineParser::SetCmdLine(String const & sCmdLine)
@@ -62,7 +60,7 @@ Result CmdLineParser::SetCmdLine(String const & sCmdLine)
                            | Support::eSplitQuotes | Support::eSplitRemoveEscape;
     std::vector<String> vArguments;
     Support::StringSplitter(sCmdLine, vArguments, ' ', iFlags, '\\');
-    return m->Parse(std::move(vArguments));
+    return m->Parse(vArguments);
 }
 
 bool CmdLineParser::GetOption(char const * sName, String & sValue, OptionPrefix ePrefix) const
@@ -87,11 +85,10 @@ void CmdLineParser::GetParameters(std::vector<String> & vParameters) const
     vParameters = m->vParameters;
 }
 
-Result CmdLineParser::Private::Parse(std::vector<String> vNewArguments)
+Result CmdLineParser::Private::Parse(std::vector<String> const & vArguments)
 {
     vOptions.clear();
     vParameters.clear();
-    vArguments = std::move(vNewArguments);
 
     for (std::size_t i = 0; i < vArguments.size(); ++i)
     {

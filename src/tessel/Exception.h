@@ -3,6 +3,8 @@
 #include <tessel/Export.h>
 #include <tessel/Result.h>
 
+#include <memory>
+
 namespace tsl
 {
 

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace tsl
@@ -14,7 +15,7 @@ namespace tsl
 ///
 /// Machines on any number of threads ask for their next task all the time, while the table hardly ever
 /// changes. So an entry, once made, stays until the table goes, and an erased one has no function; a hash
-/// index that has grown too small stays as well, for whom is reading it.
+/// index that has grown too small stays as well, for whoever is reading it.
 ///
 /// Find may be called by any thread at any time; whoever changes the table excludes others that do.
 ///

@@ -165,7 +165,7 @@ private:
     }
 
     FactoryTable<Key, Function> m_oTable;
-    mutable Mutex m_oLock;
+    Mutex m_oLock;
 
     // Goes away first, so that the observers are told while the table still stands.
     ObserverNotify<Observer, Args, CallBackResult> m_oObservers;
@@ -219,7 +219,9 @@ auto Factory<Key, Creator, Mutex, CallBackResult>::CreateProduct(Key const & oKe
 }
 
 /// An observer that attaches itself to factory F for its lifetime, or until the factory goes away. The
-/// factory must exist already. An application derives from it and implements Invoke.
+/// factory must exist already. An application derives from it and implements Invoke, and makes and destroys
+/// the object only while no other thread registers or unregisters: there is no Invoke before the constructor
+/// of the derived class has begun, nor after its destructor has ended.
 template<class F>
 class TSL_EXPORT SelfRegistrationFactoryCallBack
     : public CallBack<FactoryCallBackArgs<typename F::KeyType>, typename F::CallBackResultType>

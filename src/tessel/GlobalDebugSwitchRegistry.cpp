@@ -2,6 +2,7 @@
 
 #include "BusSilence.h"
 
+#include <tessel/Assertion.h>
 #include <tessel/Exception.h>
 #include <tessel/IniFile.h>
 #include <tessel/Locks.h>
@@ -42,10 +43,11 @@ int GetNumber(char const * sChapter, String const & sKey)
 
 struct TSL_HIDDEN GlobalDebugSwitchRegistry::Private
 {
+    // All under the lock.
     void DemandSwitches();
     void ReadSwitches();
 
-    std::atomic<bool> bInitialised{false};
+    bool bInitialised = false;
     bool bEnabled = false;
     std::vector<Switch> vSwitches;
     ReaderWriterMutex oLock;
@@ -53,11 +55,7 @@ struct TSL_HIDDEN GlobalDebugSwitchRegistry::Private
 
 void GlobalDebugSwitchRegistry::Private::DemandSwitches()
 {
-    if (bInitialised.load(std::memory_order_acquire))
-        return;
-
-    WriteLock const oScope(oLock);
-    if (bInitialised.load(std::memory_order_relaxed))
+    if (bInitialised)
         return;
 
     try
@@ -68,7 +66,7 @@ void GlobalDebugSwitchRegistry::Private::DemandSwitches()
     {
         // Without a configuration all switches are off; the bus has reported why there is none.
     }
-    bInitialised.store(true, std::memory_order_release);
+    bInitialised = true;
 }
 
 void GlobalDebugSwitchRegistry::Private::ReadSwitches()
@@ -124,9 +122,8 @@ int GlobalDebugSwitchRegistry::RegisterLogPoint(
         XAssertionFailed("pLevel!=NULL",
             String("Invalid registration. Identifier=") + sIdentifier + " in " + sFile + ", " + iLine);
 
-    m->DemandSwitches();
-
     WriteLock const oScope(m->oLock);
+    m->DemandSwitches();
     *pLevel = 0;
     if (!m->bEnabled)
         return 0;

@@ -72,7 +72,7 @@ std::vector<String> Sort(std::vector<std::string_view> vNames)
     std::vector<String> vSorted;
     vSorted.reserve(vNames.size());
     for (std::string_view const sName : vNames)
-        vSorted.emplace_back(std::string(sName));
+        vSorted.emplace_back(sName);
     return vSorted;
 }
 
@@ -140,7 +140,7 @@ bool IniFile::GetString(String const & sChapter, String const & sKey, String & s
 {
     auto const sFound = m->Find(sChapter, sKey);
     if (sFound)
-        sValue = String(std::string(*sFound));
+        sValue = String(*sFound);
     return sFound.has_value();
 }
 

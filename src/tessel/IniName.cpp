@@ -55,7 +55,7 @@ public:
 
 } // namespace
 
-IniName::IniName(std::string_view sText) : String(std::string(sText))
+IniName::IniName(std::string_view sText) : String(sText)
 {
     Formate();
 }

@@ -68,7 +68,7 @@ public:
 
     MessageProcessorConfig const & GetConfig() const override;
 
-    /// Anything but a MessageDispatcherConfig is an assertion failure.
+    /// Checks the class and takes nothing over: anything but a MessageDispatcherConfig is an assertion failure.
     [[nodiscard]] Result SetConfig(MessageProcessorConfig const & oConfig) override;
 
     /// A bus works as soon as it is made.

@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <memory>
+#include <utility>
 
 namespace tsl
 {

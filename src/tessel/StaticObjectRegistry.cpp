@@ -19,7 +19,7 @@ struct TSL_HIDDEN StaticObjectRegistry::Private
 {
     std::set<void *> oObjects;
     std::list<std::unique_ptr<StaticObjectPtrBase>> oHandles;
-    mutable ReaderWriterMutex oLock;
+    ReaderWriterMutex oLock;
 };
 
 StaticObjectRegistry & StaticObjectRegistry::Instance()

@@ -46,7 +46,7 @@ std::string RemoveEscapes(std::string_view sText, char cSeparator, char cEscape)
 
 String MakePart(std::string_view sText, char cSeparator, int iFlags, char cEscape)
 {
-    String sPart{std::string(sText)};
+    String sPart(sText);
     if (iFlags & Support::eSplitTrimLeft)
         sPart.TrimLeft();
     if (iFlags & Support::eSplitTrimRight)
@@ -102,8 +102,8 @@ void RemoveOuterPieces(std::vector<Piece> & oStringParts, bool bBegin, bool bEnd
         oStringParts.pop_back();
 }
 
-/// Of the separators between a piece and its quoted neighbours one goes on each side, lest it makes an
-/// empty part.
+/// Of the separators between a piece and its quoted neighbours one goes on each side, so that it makes
+/// no empty part.
 void CutInnerSeparators(std::vector<Piece> & vPieces, char cSeparator)
 {
     for (Piece & oPiece : vPieces)

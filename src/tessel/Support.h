@@ -30,6 +30,8 @@ public:
     /// nothing happens and success is returned.
     static Result DispatchMessage(Message const & oMessage);
     static Result DispatchMessage(Result const & oResult);
+
+    /// The same, under the name that the headers of some systems turn the other into.
     static Result DispatchMessageA(Message const & oMessage);
     static Result DispatchMessageA(Result const & oResult);
 
