@@ -59,7 +59,9 @@ run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${WORK}/build ${OPTIONS}
   -DTESSEL_FROM=${TESSEL_FROM} -DTESSEL_SOURCE=${TESSEL_SOURCE} -DPROGRAM=${WORK}/hello.cpp)
 run(${CMAKE_COMMAND} --build ${WORK}/build)
 
-check_output("Hello Ann\nHello Bob\n" ./hello Ann Bob)
+foreach(program IN ITEMS ./hello ${WORK}/build/hello)
+  check_output("Hello Ann\nHello Bob\n" ${program} Ann Bob)
+endforeach()
 if(NOT TESSEL_FROM STREQUAL "pkg_config")
   check_output("42\n" ./digits)
 endif()
