@@ -9,7 +9,7 @@
 class JobContext : public tsl::TaskContextThread
 {
 public:
-    /// All three must outlive the context.
+    /// The job and the bell must outlive the context.
     JobContext(Job const & oJob, int iRetryPause, Bell & oBell);
 
 protected:

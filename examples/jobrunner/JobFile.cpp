@@ -52,7 +52,7 @@ public:
             m_vProblems.push_back(
                 m_oFile.GetFileName() + " has no chapter [Job/name], so there is nothing to run.");
         if (m_vProblems.empty())
-            FindCycle();
+            RefuseCycle();
         return MakeFailure();
     }
 
@@ -128,9 +128,9 @@ private:
         }
     }
 
-    void FindCycle()
+    void RefuseCycle()
     {
-        std::vector<std::size_t> const vCycle = ::FindCycle(m_oPlan);
+        std::vector<std::size_t> const vCycle = FindCycle(m_oPlan);
         if (vCycle.empty())
             return;
 

@@ -12,16 +12,22 @@ class IniFile;
 /// Reads the plan from an ini file:
 ///
 ///     [Runner]
-///     Parallel=4            ; jobs at once; as many as there are processors if it is missing
-///     RetryPause=500        ; ms
+///     ; Jobs at once; as many as there are processors if it is missing.
+///     Parallel=4
+///     ; In milliseconds.
+///     RetryPause=500
 ///
 ///     [Job/name]
 ///     Command=program "an argument"
-///     Timeout=60000         ; ms for one attempt
+///     ; In milliseconds, for one attempt.
+///     Timeout=60000
 ///     Retries=2
-///     After=other names     ; separated by blanks
-///     Expect=0              ; exit code
-///     Mode=Detached Quiet   ; words, see JobFile.cpp
+///     ; Separated by blanks.
+///     After=other names
+///     ; The exit code of success.
+///     Expect=0
+///     ; Words, also separated by blanks; JobFile.cpp has all of them.
+///     Mode=Detached Quiet
 ///
 /// Whatever is wrong in the file is told with its chapter and key: the failure, code 2, has the first
 /// problem as its text and all others in its history. The plan is of no use then.

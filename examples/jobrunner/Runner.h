@@ -58,6 +58,6 @@ private:
     JobPlan const & m_oPlan;
     Bell m_oBell;
     std::vector<Entry> m_vEntries;
-    int m_iRunning = 0; ///< told to start, and not at an end
+    int m_iRunning = 0; ///< told what to do, and not at an end
     bool m_bInterrupted = false;
 };
