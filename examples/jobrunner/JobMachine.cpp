@@ -69,8 +69,8 @@ protected:
         return eGiveUp;
     }
 
-    /// The attempt was none.
-    int Miss(tsl::String const & sReason)
+    /// The attempt has failed; there is another one if any is left.
+    int FailAttempt(tsl::String const & sReason)
     {
         m_oMachine.SetReason(sReason);
         return m_oMachine.HasAttemptsLeft() ? eRetry : eGiveUp;
@@ -129,7 +129,7 @@ protected:
         // Without its readers the child is of no use; if it was not started, there is none.
         static_cast<void>(oChild.Kill(1));
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT));
-        return Miss(Describe(oResult));
+        return FailAttempt(Describe(oResult));
     }
 
 private:
@@ -156,9 +156,15 @@ protected:
         while (GetMachine().GetChild().IsRunning())
         {
             if (IsCancelled(0))
-                return GiveUp(EndChild("interrupted"));
+            {
+                EndChild();
+                return GiveUp("interrupted");
+            }
             if (iTimeout > 0 && oRunTime.GetDuration() >= iTimeout)
-                return Miss(EndChild(tsl::String("not finished after ") + iTimeout + " ms"));
+            {
+                EndChild();
+                return FailAttempt(tsl::String("not finished after ") + iTimeout + " ms");
+            }
             if (!ReportLines())
                 Wait(LOOK_INTERVAL, false);
         }
@@ -166,8 +172,14 @@ protected:
     }
 
 private:
-    static constexpr int LOOK_INTERVAL = 5;     // ms
-    static constexpr int LINES_PER_LOOK = 1000; // So that a child which never stops writing can be ended.
+    // A child tells of neither its lines nor its end: somebody has to look.
+    static constexpr int LOOK_INTERVAL = 5; // ms
+
+    // So that a child which never stops writing can be ended.
+    static constexpr int LINES_PER_LOOK = 1000;
+
+    // Such a child is far ahead of the log. What it leaves behind must not hold up the runner for minutes.
+    static constexpr int LOOKS_AFTER_FORCED_END = 1000;
 
     int Judge()
     {
@@ -178,17 +190,16 @@ private:
         int const iExpected = GetMachine().GetJob().iExpectedExitCode;
         if (oChild.GetExitCode() == iExpected)
             return eSucceeded;
-        return Miss(tsl::String("exit code ") + oChild.GetExitCode() + " instead of " + iExpected);
+        return FailAttempt(tsl::String("exit code ") + oChild.GetExitCode() + " instead of " + iExpected);
     }
 
-    tsl::String EndChild(tsl::String const & sReason)
+    void EndChild()
     {
         tsl::CmdLine & oChild = GetMachine().GetChild();
         static_cast<void>(oChild.Kill(1)); // It may have just ended by itself.
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT));
-        for (int i = 0; i < LINES_PER_LOOK && ReportLines(); ++i)
+        for (int i = 0; i < LOOKS_AFTER_FORCED_END && ReportLines(); ++i)
             ;
-        return sReason;
     }
 
     /// Puts the lines that have come on the bus; whether there were any.
