@@ -20,15 +20,12 @@ std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> ProgressMessage::Ge
 
 tsl::String & ProgressMessage::AddAsString(tsl::String & sText) const
 {
-    return sText << m_iDone << " of " << m_iParts << (m_bFinished ? ", finished" : "");
+    return sText << m_iDone << " of " << m_iParts;
 }
 
 void ProgressMessage::DoCopy(tsl::Root const & oSource)
 {
-    auto const & oProgress = static_cast<ProgressMessage const &>(oSource);
-    m_iDone = oProgress.m_iDone;
-    m_iParts = oProgress.m_iParts;
-    m_bFinished = oProgress.m_bFinished;
+    *this = static_cast<ProgressMessage const &>(oSource);
 }
 
 tsl::ClassDescription const & StopMessage::GetStaticClassDesc()

@@ -2,15 +2,12 @@
 
 #include <tessel/Message.h>
 
-/// How far the work has come. Goes from the machine to the main thread; the last one has bFinished set.
+/// How far the work has come. Goes from the machine to the main thread.
 class ProgressMessage : public tsl::Message
 {
 public:
     ProgressMessage() = default;
-    ProgressMessage(int iDone, int iParts, bool bFinished)
-        : m_iDone(iDone), m_iParts(iParts), m_bFinished(bFinished)
-    {
-    }
+    ProgressMessage(int iDone, int iParts) : m_iDone(iDone), m_iParts(iParts) {}
 
     tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
     static tsl::ClassDescription const & GetStaticClassDesc();
@@ -21,7 +18,6 @@ public:
 
     int GetDone() const { return m_iDone; }
     int GetParts() const { return m_iParts; }
-    bool IsFinished() const { return m_bFinished; }
 
 protected:
     void DoCopy(tsl::Root const & oSource) override;
@@ -29,7 +25,6 @@ protected:
 private:
     int m_iDone = 0;
     int m_iParts = 0;
-    bool m_bFinished = false;
 };
 
 /// Asks the machine to stop before the next part. Goes from the main thread to the machine.

@@ -3,6 +3,8 @@
 #include "Messages.h"
 
 #include <tessel/Exception.h>
+#include <tessel/ResultMessage.h>
+#include <tessel/Support.h>
 #include <tessel/TaskFactory.h>
 
 #include <memory>
@@ -31,9 +33,8 @@ int Work::DoProcess()
     {
         Wait(m_iPartDuration, false); // the work itself
         ++iDone;
-        Send(ProgressMessage(iDone, m_iParts, false));
+        Send(ProgressMessage(iDone, m_iParts));
     }
-    Send(ProgressMessage(iDone, m_iParts, true));
     return TR_PROCEED;
 }
 
@@ -43,6 +44,26 @@ Worker::Worker(int iParts, int iPartDuration)
     tsl::TaskFactory::Instance().Register(Work::ID, &CreateWork);
     Demand(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, Work::ID));
     Demand(m_oTransitions.AddTransition(Work::ID, TR_PROCEED, TASK_FINE));
+}
+
+int Worker::DoProcess()
+{
+    int iAnswer = TR_RETURN;
+    tsl::Result oOutcome;
+    try
+    {
+        iAnswer = TaskProcessor::DoProcess();
+    }
+    catch (tsl::Exception const & oException)
+    {
+        oOutcome = oException.GetResult();
+        tsl::Support::DispatchMessage(oOutcome); // to the log file
+    }
+
+    // After a failure, too, or the main thread would wait for ever; and last of all, since that thread
+    // deletes the context once it knows of the end.
+    Send(tsl::ResultMessage(oOutcome));
+    return iAnswer;
 }
 
 tsl::Task * Worker::CreateWork(tsl::TaskProcessor * pParent)

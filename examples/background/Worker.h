@@ -14,7 +14,7 @@ public:
 
     int GetTaskID() const override { return ID; }
 
-    /// Asked to stop, and nothing else.
+    /// Whatever comes asks it to stop.
     tsl::MessageFilter const & GetDefinedInputFilter() const override { return m_oFilter; }
 
 protected:
@@ -26,7 +26,7 @@ private:
     tsl::MessageFilterAllMessages m_oFilter;
 };
 
-/// A machine that works and ends.
+/// A machine that works and ends. The last that it sends is a ResultMessage: how the work went.
 class Worker : public tsl::TaskProcessor
 {
 public:
@@ -37,6 +37,9 @@ public:
 
     int GetTaskID() const override { return ID; }
     tsl::TaskTransitionList const & GetTaskTransitionList() const override { return m_oTransitions; }
+
+protected:
+    int DoProcess() override;
 
 private:
     static tsl::Task * CreateWork(tsl::TaskProcessor * pParent);

@@ -46,7 +46,8 @@ protected:
 
     tsl::Result Run() override
     {
-        tsl::TaskContextThread oContext(new Worker(GetNumber("Parts", 20), GetNumber("PartDuration", 100)));
+        ProgressMessage oProgress(0, GetNumber("Parts", 20));
+        tsl::TaskContextThread oContext(new Worker(oProgress.GetParts(), GetNumber("PartDuration", 100)));
         oContext.Process();
 
         bool bStopping = false;
@@ -56,15 +57,12 @@ protected:
                 oContext.WriteMessage(StopMessage());
 
             std::unique_ptr<tsl::Message> const pMessage(oContext.ReadMessage());
-            if (!pMessage)
-            {
+            if (auto const * const pProgress = dynamic_cast<ProgressMessage const *>(pMessage.get()))
+                Draw(oProgress = *pProgress);
+            else if (auto const * const pEnd = dynamic_cast<tsl::ResultMessage const *>(pMessage.get()))
+                return End(oProgress, pEnd->GetResult());
+            else
                 tsl::OS::Sleep(LOOK_INTERVAL);
-                continue;
-            }
-            auto const & oProgress = dynamic_cast<ProgressMessage const &>(*pMessage);
-            if (oProgress.IsFinished())
-                return End(oProgress);
-            Draw(oProgress);
         }
     }
 
@@ -91,11 +89,14 @@ private:
                   << iPercent << " %" << std::flush;
     }
 
-    tsl::Result End(ProgressMessage const & oProgress)
+    tsl::Result End(ProgressMessage const & oProgress, tsl::Result const & oWork)
     {
         std::cout << "\n"
                   << oProgress.GetDone() << " of " << oProgress.GetParts() << " parts done." << std::endl;
-        if (oProgress.GetDone() < oProgress.GetParts())
+        m_oOutcome = oWork;
+        if (oWork.IsError())
+            std::cerr << "background: " << oWork.GetText().s_str() << std::endl;
+        else if (oProgress.GetDone() < oProgress.GetParts())
             m_oOutcome = tsl::MakeResult(tsl::ERR::eTerminated, "The work was stopped by a signal.");
         return m_oOutcome;
     }
