@@ -4,7 +4,7 @@
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>
 
-/// Somebody has been greeted: the how-manieth greeting it is, and its text.
+/// Somebody has been greeted: the greeting's number and its text.
 class GreetingMessage : public tsl::Message
 {
 public:

@@ -6,7 +6,7 @@
 
 #include <iostream>
 
-tsl::Result GreetingPrinter::SetConfig(tsl::MessageProcessorConfig const & oConfig)
+tsl::Result Printer::SetConfig(tsl::MessageProcessorConfig const & oConfig)
 {
     m_oConfig.Set(oConfig);
     return tsl::Result();

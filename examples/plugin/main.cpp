@@ -14,6 +14,7 @@ class CensusMachine : public tsl::TaskProcessor
 public:
     CensusMachine() : TaskProcessor("CensusMachine", nullptr)
     {
+        // The table takes these rows.
         static_cast<void>(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, CENSUS_TASK_ID));
         static_cast<void>(m_oTransitions.AddTransition(CENSUS_TASK_ID, TR_PROCEED, TASK_FINE));
     }
