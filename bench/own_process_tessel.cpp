@@ -1,13 +1,14 @@
 // Child processes under hard conditions: 1 GiB of output on both streams, and a start in a program that has
 // 1,000 open descriptors and may have a million, or as many as the machine grants.
 
+#include "ChildProgram.h"
+
 #include <tessel/CmdLine.h>
 #include <tessel/OS.h>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -40,18 +41,20 @@ static double GetResidentMegabytes()
 
 static void ReadMuchOutput(benchmark::State & oState)
 {
-    std::filesystem::path const oProgram = std::filesystem::read_symlink("/proc/self/exe");
+    std::string const sCommand = tslbench::FindChild("emit_lines") + ' ' + std::to_string(OUTPUT) + " mixed";
     double fResident = 0;
     std::size_t iBytes = 0;
     for (auto _ : oState)
     {
         CmdLine oChild;
         oChild.SetMode(CmdLine::eModeRedirect | CmdLine::eModeReaderThreads);
-        oChild.SetCommand(
-            (oProgram.parent_path() / "emit_lines").string() + ' ' + std::to_string(OUTPUT) + " mixed");
+        oChild.SetCommand(sCommand);
         int iProcessId = 0;
         if (oChild.Run(iProcessId).IsError())
+        {
             oState.SkipWithError("the child cannot be started");
+            break;
+        }
         while (oChild.IsRunning())
         {
             iBytes += TakeBytes(oChild);
@@ -111,7 +114,10 @@ static void StartBesideManyDescriptors(benchmark::State & oState)
         oChild.SetCommand("/bin/true");
         int iProcessId = 0;
         if (oChild.Run(iProcessId).IsError() || oChild.WaitTermination() != CmdLine::eWaitTerminated)
+        {
             oState.SkipWithError("the child has failed");
+            break;
+        }
     }
     oState.counters["limit"] = oDescriptors.GetLimit();
 }

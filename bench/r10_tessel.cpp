@@ -1,12 +1,13 @@
 // Child processes: start and end of a trivial one, without redirection and with reader threads, and 200,000
-// lines of 60 bytes of one. The child of the lines, "emit_lines", lies beside this program.
+// lines of 60 bytes of one.
+
+#include "ChildProgram.h"
 
 #include <tessel/CmdLine.h>
 #include <tessel/OS.h>
 
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -17,8 +18,7 @@ static constexpr long LINES = 200'000;
 
 static std::string GetLinesCommand()
 {
-    std::filesystem::path const oProgram = std::filesystem::read_symlink("/proc/self/exe");
-    return (oProgram.parent_path() / "emit_lines").string() + ' ' + std::to_string(LINES) + " 60";
+    return tslbench::FindChild("emit_lines") + ' ' + std::to_string(LINES) + " 60";
 }
 
 static bool Start(CmdLine & oChild, int iMode, std::string const & sCommand)

@@ -1,24 +1,15 @@
 // Start and end of a program that does nothing but is linked with the library. No ini file; the log file
 // is opened in the current directory as always.
-//
-// The child "start_tessel" lies beside this program, or in the folder that TESSEL_BENCH_PROGRAMS names.
+
+#include "ChildProgram.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-static std::string FindChild()
-{
-    if (char const * const sFolder = std::getenv("TESSEL_BENCH_PROGRAMS"))
-        return std::string(sFolder) + "/start_tessel";
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "start_tessel";
-}
 
 static bool RunOnce(std::string & sProgram)
 {
@@ -33,7 +24,7 @@ static bool RunOnce(std::string & sProgram)
 
 static void StartProcess(benchmark::State & oState)
 {
-    std::string sProgram = FindChild();
+    std::string sProgram = tslbench::FindChild("start_tessel");
     for (auto _ : oState)
     {
         if (!RunOnce(sProgram))
