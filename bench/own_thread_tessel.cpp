@@ -84,7 +84,10 @@ static void CreateAndJoin(benchmark::State & oState)
     {
         pthread_t hThread = {};
         if (::pthread_create(&hThread, nullptr, &CountStep, nullptr) != 0)
+        {
             oState.SkipWithError("no thread");
+            break;
+        }
         ::pthread_join(hThread, nullptr);
     }
     oState.SetItemsProcessed(oState.iterations());
