@@ -71,7 +71,7 @@ static void Dump(benchmark::State & oState)
     }
     oState.SetItemsProcessed(oState.iterations() * COUNT);
 }
-BENCHMARK(Dump)->Name("Own.dump of 10,000 integers/tessel:ValueAbstractValueCollection");
+BENCHMARK(Dump)->Name("own.dump of 10,000 integers/tessel:ValueAbstractValueCollection");
 
 static void PrintAndAppend(benchmark::State & oState)
 {
@@ -92,4 +92,4 @@ static void PrintAndAppend(benchmark::State & oState)
     }
     oState.SetItemsProcessed(oState.iterations() * COUNT);
 }
-BENCHMARK(PrintAndAppend)->Name("Own.dump of 10,000 integers/limit:snprintf and append");
+BENCHMARK(PrintAndAppend)->Name("own.dump of 10,000 integers/limit:snprintf and append");

@@ -70,7 +70,7 @@ static void StepOnThread(benchmark::State & oState)
     }
     oState.SetItemsProcessed(g_iSteps - iFirst);
 }
-BENCHMARK(StepOnThread)->UseRealTime()->Name("Own.step on a thread/tessel:TaskContextThread");
+BENCHMARK(StepOnThread)->UseRealTime()->Name("own.step on a thread/tessel:TaskContextThread");
 
 static void * CountStep(void *)
 {
@@ -92,7 +92,7 @@ static void CreateAndJoin(benchmark::State & oState)
     }
     oState.SetItemsProcessed(oState.iterations());
 }
-BENCHMARK(CreateAndJoin)->UseRealTime()->Name("Own.step on a thread/limit:pthread_create and pthread_join");
+BENCHMARK(CreateAndJoin)->UseRealTime()->Name("own.step on a thread/limit:pthread_create and pthread_join");
 
 static void UseVariables(benchmark::State & oState)
 {
@@ -112,4 +112,4 @@ static void UseVariables(benchmark::State & oState)
         benchmark::DoNotOptimize(oContext.GetVar("a text", ""));
     }
 }
-BENCHMARK(UseVariables)->Name("Own.set and get a number and a text/tessel:TaskContext");
+BENCHMARK(UseVariables)->Name("own.set and get a number and a text/tessel:TaskContext");

@@ -1,5 +1,5 @@
-// Row 7: an ini file of 1,000 chapters with 100 keys each: loading it, and asking for keys at random. Even
-// keys hold a number, odd ones a text.
+// An ini file of 1,000 chapters with 100 keys each: loading it, and asking for keys at random. Even keys
+// hold a number, odd ones a text.
 
 #include <tessel/IniFile.h>
 
@@ -13,7 +13,6 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace

@@ -7,7 +7,6 @@
 
 #include <cstdio>
 #include <random>
-#include <string>
 #include <vector>
 
 static constexpr std::size_t COUNT = 1024;

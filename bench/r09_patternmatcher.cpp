@@ -1,4 +1,4 @@
-// Row 9: one search with a compiled pattern, all groups available; and the first match on 1,000,000 digits
+// One search with a compiled pattern, all groups available; and the first match on 1,000,000 digits
 // in a child process, so that nothing that ran before has warmed anything up.
 
 #include <benchmark/benchmark.h>
