@@ -2,7 +2,7 @@
 # Installs what this project is built and tested with, as far as it is missing:
 #
 #   tools/setup.sh          for the library, the examples and the tests
-#   tools/setup.sh --all    for the benchmarks, the reference, the second compiler and all else in .ci/run as well
+#   tools/setup.sh --all    for the benchmarks, the reference, the second compiler and all else used here as well
 #
 # Packages are installed on Debian and its kin, by root or with a sudo that asks nothing. Elsewhere it says
 # what is missing and fails. Where nothing is missing, it does nothing.
@@ -20,6 +20,7 @@ tzdata|the time zone database|test -e /usr/share/zoneinfo/Europe/Berlin'
 extra_needs='
 clang|clang++ 14 or later|has_version clang++ -dumpversion 14
 clang-format|clang-format|has clang-format
+clang-tidy|clang-tidy|has clang-tidy
 libbenchmark-dev|Google Benchmark|has_header benchmark/benchmark.h
 doxygen|Doxygen|has doxygen
 ccache|ccache|has ccache'
