@@ -1,130 +1,14 @@
 #include "AssertionTest.h"
 #include "ProcessTest.h"
 
-#include <patternmatcher/PatternMatcher.h>
-
 #include <ctime>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace tsl;
 using namespace tsltest;
-
-namespace
-{
-
-std::vector<std::string> GetLines(std::string const & sText)
-{
-    std::vector<std::string> vLines;
-    std::istringstream oText(sText);
-    for (std::string sLine; std::getline(oText, sLine);)
-        vLines.push_back(sLine);
-    return vLines;
-}
-
-/// The log with each timestamp as "T ", and process and thread id as "P ".
-std::string GetLog(TestProgram const & oProgram)
-{
-    tsl::PatternMatcher const oHead(R"(^\d\d\.\d\d\.2\d{3} \d\d:\d\d:\d\d (\d+ \d+ DEB)?)", 0);
-    tsl::PatternMatcher::Matches oMatches;
-    std::string const sFile = oProgram.ReadFile("Logfile.txt");
-    EXPECT_TRUE(sFile.empty() || sFile.ends_with('\n'));
-    std::string sLog;
-    for (std::string const & sLine : GetLines(sFile))
-    {
-        bool const bHead = oHead.Match(sLine, 0, oMatches) > 0;
-        bool const bDebug = bHead && !oMatches.GetText(sLine, 1).empty();
-        sLog += bHead ? "T " : "";
-        sLog += (bDebug ? "P DEB" : "") + sLine.substr(bHead ? oMatches.GetEnd(0) : 0) + '\n';
-    }
-    return sLog;
-}
-
-} // namespace
-
-TEST(LogFile, ShowsEachKindOfMessage)
-{
-    auto const Line = [](std::string const & sNumber)
-    { return "Number=" + sNumber + ",Text=t,File=f.cpp,Line=1"; };
-    std::pair<std::string, std::string> const aRows[] = {{"debug:some text", "T P DEB Id some text\n"},
-        {"debug:two\nlines", "T P DEB Id two\nlines\n"}, {"success", "T ERR \nHistory 0: NULL\n"},
-        {"result:5", "T ERR \nHistory 0: " + Line("5") + "\n"},
-        {"result:5:6:7:8", "T ERR \nHistory 3: " + Line("5") + "'; \nHistory 2: " + Line("6")
-                               + "'\nHistory 1: " + Line("7") + "'\nHistory 0: " + Line("8") + "\n"},
-        {"empty", "T \n"},
-        {"element", "T Result='\nHistory 1: Number=2,Text=b,File=,Line=0'\nHistory 0: "
-                    "Number=1,Text=a,File=,Line=0'\n"}};
-    for (auto const & [sCommand, sLog] : aRows)
-    {
-        TestProgram const oProgram("Reporter");
-        EXPECT_EQ(oProgram.Run({sCommand}).iExitCode, 0) << sCommand;
-        EXPECT_EQ(GetLog(oProgram), sLog) << sCommand;
-    }
-}
-
-TEST(LogFile, IsExtendedAndStaysWhereItWasOpened)
-{
-    TestProgram const oProgram("Reporter");
-    oProgram.WriteFile("Logfile.txt", "earlier\n");
-    oProgram.Run({"debug:a", "cd", "debug:b"});
-    oProgram.Run({"debug:c"});
-    EXPECT_EQ(GetLog(oProgram), "earlier\nT P DEB Id a\nT P DEB Id b\nT P DEB Id c\n");
-}
-
-TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
-{
-    TestProgram const oProgram("Reporter");
-    RunOnThreads(3, [&](int) { EXPECT_EQ(oProgram.Run({"lines:100"}).iExitCode, 0); });
-    oProgram.Run({"long:1000000"});
-    std::vector<std::string> const vLines = GetLines(GetLog(oProgram));
-    ASSERT_EQ(vLines.size(), 3u * 4 * 100 + 1);
-    for (std::size_t i = 0; i + 1 < vLines.size(); ++i)
-        ASSERT_TRUE(vLines[i].starts_with("T P DEB Id x") && vLines[i].find('<') + 5 == vLines[i].size())
-            << vLines[i];
-    EXPECT_EQ(vLines.back().size(), std::string("T P DEB Id ").size() + 1000000);
-}
-
-TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
-{
-    // A directory, a pipe without a reader, for which nobody waits, and a device that is full.
-    TestProgram const aPrograms[] = {
-        TestProgram("Reporter"), TestProgram("Reporter"), TestProgram("Reporter")};
-    std::filesystem::create_directory(aPrograms[0].GetFolder() / "Logfile.txt");
-    ASSERT_EQ(::mkfifo((aPrograms[1].GetFolder() / "Logfile.txt").c_str(), 0600), 0);
-    std::filesystem::create_symlink("/dev/full", aPrograms[2].GetFolder() / "Logfile.txt");
-    for (TestProgram const & oProgram : aPrograms)
-        EXPECT_EQ(oProgram.Run({"debug:a", "result:1"}).iExitCode, 0);
-    EXPECT_EQ(aPrograms[0].Run({"open"}).sOutput, "1 Error while opening file\n");
-
-    TestProgram const oLimited("Reporter");
-    EXPECT_EQ(oLimited.Run({"limit:4", "debug:a", "debug:b"}).iExitCode, 0) << "no signal ends it";
-    EXPECT_EQ(oLimited.ReadFile("Logfile.txt").size(), 4u);
-}
-
-TEST(LogFile, IsServedAfterTheProcessorsOfTheTypeAndWhateverTheyDo)
-{
-    TestProgram const oProgram("Reporter");
-    EXPECT_EQ(oProgram.Run({"ahead"}).sOutput, "6\n");
-    std::string const sLog = GetLog(oProgram);
-    EXPECT_TRUE(sLog.starts_with("T P DEB Id first\nT ERR \n")) << sLog;
-    EXPECT_TRUE(sLog.ends_with("\nT P DEB Id second\n")) << sLog;
-}
-
-TEST(LogFile, IsNotInheritedByPrograms)
-{
-    int iFound = 0;
-    for (auto const & oEntry : std::filesystem::directory_iterator("/proc/self/fd"))
-    {
-        std::error_code oGone; // the folder's own descriptor is listed as well
-        if (!std::filesystem::read_symlink(oEntry.path(), oGone).string().ends_with("/Logfile.txt"))
-            continue;
-        ++iFound;
-        EXPECT_EQ(::fcntl(std::stoi(oEntry.path().filename().string()), F_GETFD), FD_CLOEXEC);
-    }
-    EXPECT_EQ(iFound, 1);
-}
 
 namespace
 {
@@ -158,6 +42,94 @@ std::string GetWallClock(time_t iTime)
 
 } // namespace
 
+TEST(LogFile, ShowsEachKindOfMessage)
+{
+    auto const Line = [](std::string const & sNumber)
+    { return "Number=" + sNumber + ",Text=t,File=f.cpp,Line=1"; };
+    Rows<std::string, std::string> aRows = {{"debug:some text", "T P DEB Id some text\n"},
+        {"debug:two\nlines", "T P DEB Id two\nlines\n"}, {"result", "T ERR \nHistory 0: NULL\n"},
+        {"result:5", "T ERR \nHistory 0: " + Line("5") + "\n"},
+        {"result:5:6:7:8", "T ERR \nHistory 3: " + Line("5") + "'; \nHistory 2: " + Line("6")
+                               + "'\nHistory 1: " + Line("7") + "'\nHistory 0: " + Line("8") + "\n"},
+        {"empty", "T \n"}, {"long:1000000", "T P DEB Id " + std::string(1'000'000, 'y') + "\n"},
+        {"element", "T Result='\nHistory 1: Number=2,Text=b,File=,Line=0'\nHistory 0: "
+                    "Number=1,Text=a,File=,Line=0'\n"}};
+    for (auto const & [sCommand, sLog] : aRows)
+    {
+        TestProgram const oProgram("Reporter");
+        EXPECT_EQ(oProgram.Run({sCommand}).iExitCode, 0) << sCommand;
+        EXPECT_EQ(ReadLog(oProgram), sLog) << sCommand;
+    }
+}
+
+TEST(LogFile, IsExtendedAndStaysWhereItWasOpened)
+{
+    TestProgram const oProgram("Reporter");
+    oProgram.WriteFile("Logfile.txt", "earlier\n");
+    oProgram.Run({"debug:a", "cd", "debug:b"});
+    EXPECT_EQ(ReadLog(oProgram), "earlier\nT P DEB Id a\nT P DEB Id b\n");
+}
+
+TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
+{
+    TestProgram const oProgram("Reporter");
+    RunOnThreads(3, [&](int) { EXPECT_EQ(oProgram.Run({"lines:100"}).iExitCode, 0); });
+    std::istringstream oLog(ReadLog(oProgram));
+    int iLines = 0;
+    for (std::string sLine; std::getline(oLog, sLine); ++iLines)
+        ASSERT_TRUE(sLine.starts_with("T P DEB Id x") && sLine.find('<') + 5 == sLine.size()) << sLine;
+    EXPECT_EQ(iLines, 3 * 4 * 100);
+}
+
+TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
+{
+    TestProgram const oProgram("Reporter");
+    EXPECT_EQ(oProgram.Run({"limit:4", "debug:a", "debug:b"}).iExitCode, 0) << "no signal ends it";
+    EXPECT_EQ(oProgram.ReadFile("Logfile.txt").size(), 4u);
+
+    // A directory, a device that is full, and a pipe without a reader, for which nobody waits.
+    std::string const sLog = oProgram.GetFolder() / "Logfile.txt";
+    std::function<void()> const aPreparations[] = {[&] { std::filesystem::create_directory(sLog); },
+        [&] { std::filesystem::create_symlink("/dev/full", sLog); },
+        [&] { ASSERT_EQ(::mkfifo(sLog.c_str(), 0600), 0); }};
+    for (auto const & fPrepare : aPreparations)
+    {
+        std::filesystem::remove(sLog);
+        fPrepare();
+        EXPECT_EQ(oProgram.Run({"debug:a", "result:1"}).iExitCode, 0);
+    }
+    EXPECT_EQ(oProgram.Run({"open"}).sOutput, "1 Error while opening file\n");
+
+    // With a reader the pipe is a log.
+    int const iReader = ::open(sLog.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    EXPECT_EQ(oProgram.Run({"debug:through the pipe"}).iExitCode, 0);
+    char aText[256] = "";
+    EXPECT_GT(::read(iReader, aText, sizeof aText - 1), 0);
+    ::close(iReader);
+    EXPECT_TRUE(std::string(aText).ends_with(" DEB Id through the pipe\n")) << aText;
+}
+
+TEST(LogFile, IsOpenedOnceByEachProcessorForTheProgramAlone)
+{
+    std::unique_ptr<MessageProcessor> const pLog(
+        MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
+    EXPECT_TRUE(pLog->Open().IsOk());
+    EXPECT_TRUE(pLog->Open().IsOk());
+    EXPECT_TRUE(Asserts("false", "Unknown", [&] { (void)pLog->SetConfig(MessageDispatcherConfig()); }));
+    EXPECT_TRUE(Asserts("false", "Unknown", [&] { delete pLog->GetConfig().GetCopy(); }));
+
+    int iFound = 0;
+    for (auto const & oEntry : std::filesystem::directory_iterator("/proc/self/fd"))
+    {
+        std::error_code oGone; // the folder's own descriptor is listed as well
+        if (!std::filesystem::read_symlink(oEntry.path(), oGone).string().ends_with("/Logfile.txt"))
+            continue;
+        ++iFound;
+        EXPECT_EQ(::fcntl(std::stoi(oEntry.path().filename().string()), F_GETFD), FD_CLOEXEC);
+    }
+    EXPECT_EQ(iFound, 2) << "that of the bus and the second one";
+}
+
 TEST(LogFile, FollowsTheWallClockInEveryZone)
 {
     TestProgram oProgram("Reporter");
@@ -188,9 +160,9 @@ TEST(Assertions, ReportOnceAndAreThrownAlsoWhereReportingFails)
     TestProgram const oProgram("Reporter");
     std::string const sText = "XAssertion. Expression \"x>0\" failed. \nInfo: \"bad\"";
     EXPECT_EQ(oProgram.Run({"assert"}).sOutput, "6 2 f.cpp 7 0 " + sText + "\n");
-    EXPECT_EQ(GetLog(oProgram), "T ERR \nHistory 0: Number=6,Text=" + sText + ",File=f.cpp,Line=7\n");
+    EXPECT_EQ(ReadLog(oProgram), "T ERR \nHistory 0: Number=6,Text=" + sText + ",File=f.cpp,Line=7\n");
     EXPECT_EQ(oProgram.Run({"nested", "debug:after"}).sOutput, "6 2 f.cpp 7 0 " + sText + "\n1 calls\n");
-    EXPECT_TRUE(GetLog(oProgram).ends_with("T P DEB Id after\n")) << "no lock is left held";
+    EXPECT_TRUE(ReadLog(oProgram).ends_with("T P DEB Id after\n")) << "no lock is left held";
 }
 
 TEST(LogPoints, AreSwitchedByTheIniFile)
@@ -207,8 +179,10 @@ TEST(LogPoints, AreSwitchedByTheIniFile)
         TestProgram const oProgram("Reporter");
         oProgram.WriteFile("Reporter.ini", sIni);
         EXPECT_EQ(oProgram.Run({"level:Task", "level:Pipe", "level:Off", "trace:Task"}).sOutput, sLevels);
-        EXPECT_EQ(GetLog(oProgram), sLog) << sIni;
+        EXPECT_EQ(ReadLog(oProgram), sLog) << sIni;
     }
+    EXPECT_TRUE(Asserts("pLevel!=NULL", "Invalid registration. Identifier=Id in f.cpp, 7",
+        [] { Support::RegisterLogPoint(nullptr, "Id", "f.cpp", 7); }));
 }
 
 TEST(ApplicationIni, IsReadBeforeTheFirstLineAndCountsAsAWhole)
@@ -234,33 +208,14 @@ TEST(ApplicationIni, IsReadBeforeTheFirstLineAndCountsAsAWhole)
 
 TEST(ApplicationIni, NeverBlocksTheStart)
 {
-    TestProgram const oPipe("Reporter");
-    ASSERT_EQ(::mkfifo((oPipe.GetFolder() / "Reporter.ini").c_str(), 0600), 0);
-    EXPECT_EQ(oPipe.Run({"chapters"}).sOutput, "0 chapters\n");
-    EXPECT_FALSE(oPipe.HasFile("error_opening_inifile.log")) << "as if there were none";
-
-    TestProgram const oDirectory("Reporter");
-    std::filesystem::create_directory(oDirectory.GetFolder() / "Reporter.ini");
-    EXPECT_EQ(oDirectory.Run({"chapters"}).sOutput, "0 chapters\n");
-    EXPECT_TRUE(oDirectory.HasFile("error_opening_inifile.log"));
-}
-
-TEST(LogFile, MayBeAPipeWithAReader)
-{
     TestProgram const oProgram("Reporter");
-    std::string const sPipe = oProgram.GetFolder() / "Logfile.txt";
-    ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
-    int const iReader = ::open(sPipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    ASSERT_GE(iReader, 0);
-    EXPECT_EQ(oProgram.Run({"debug:through the pipe"}).iExitCode, 0);
-    char aText[256] = "";
-    EXPECT_GT(::read(iReader, aText, sizeof aText - 1), 0);
-    ::close(iReader);
-    EXPECT_NE(std::string(aText).find(" DEB Id through the pipe\n"), std::string::npos) << aText;
-}
+    std::string const sIni = oProgram.GetFolder() / "Reporter.ini";
+    ASSERT_EQ(::mkfifo(sIni.c_str(), 0600), 0);
+    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
+    EXPECT_FALSE(oProgram.HasFile("error_opening_inifile.log")) << "as if there were none";
 
-TEST(LogPoints, NeedAPlaceForTheirLevel)
-{
-    EXPECT_TRUE(Asserts("pLevel!=NULL", "Invalid registration. Identifier=Id in f.cpp, 7",
-        [] { tsl::Support::RegisterLogPoint(nullptr, "Id", "f.cpp", 7); }));
+    std::filesystem::remove(sIni);
+    std::filesystem::create_directory(sIni);
+    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
+    EXPECT_TRUE(oProgram.HasFile("error_opening_inifile.log"));
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,9 +23,8 @@ struct ProgramOutcome
 /// A program of tests/programs and a temporary folder of its own, in which it runs.
 ///
 /// The folder begins empty, is the program's current directory in every run and is removed with the
-/// object, so "Logfile.txt", ini files and the like belong to one test alone. Separate objects are
-/// independent of each other, also on several threads. Whatever the operating system refuses is thrown
-/// as std::system_error.
+/// object. Separate objects are independent of each other, also on several threads. Whatever the operating
+/// system refuses is thrown as std::system_error.
 class TestProgram
 {
 public:
@@ -54,5 +54,13 @@ private:
     std::filesystem::path m_oFolder;
     std::vector<std::string> m_vEnvironment;
 };
+
+/// The program's log with each timestamp as "T ", and process and thread id as "P ".
+inline std::string ReadLog(TestProgram const & oProgram)
+{
+    std::regex const oTime(R"((^|\n)\d\d\.\d\d\.2\d{3} \d\d:\d\d:\d\d )");
+    std::string const sLog = std::regex_replace(oProgram.ReadFile("Logfile.txt"), oTime, "$1T ");
+    return std::regex_replace(sLog, std::regex(R"((^|\n)T \d+ \d+ DEB )"), "$1T P DEB ");
+}
 
 } // namespace tsltest

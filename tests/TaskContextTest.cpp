@@ -1,7 +1,6 @@
 #include "AssertionTest.h"
 #include "ProcessTest.h"
 #include "TestMachine.h"
-#include "TestMessages.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -32,55 +31,24 @@ int TakeNumber(Message * pMessage)
     return pOwner ? dynamic_cast<NumberMessage &>(*pOwner).iNumber : 0;
 }
 
-TaskContextMessage MakeContextMessage(
-    int iAction, char const * sTaskName, bool bEnabled = false, int iMode = 0)
-{
-    TaskContextMessage oMessage;
-    oMessage.SetActionId(iAction);
-    oMessage.SetTaskName(sTaskName);
-    oMessage.SetEnabled(bEnabled);
-    oMessage.SetMode(iMode);
-    return oMessage;
-}
-
-/// The text of the next message for the application, empty for none.
-std::string ReadText(TaskContext & oContext)
-{
-    std::unique_ptr<Message> const pMessage(oContext.ReadMessage());
-    String sText;
-    return pMessage ? pMessage->AddAsString(sText).s_str() : "";
-}
-
 } // namespace
-
-TEST(TaskContext, NeedsAMachine)
-{
-    EXPECT_TRUE(Asserts("pProcessor", "TaskProcessor darf nicht NULL sein", [] { TaskContext{nullptr}; }));
-}
 
 TEST(TaskContextReceive, WaitsInSlicesUntilAMessageComes)
 {
     constexpr int iMax = std::numeric_limits<int>::max();
     constexpr int iMin = std::numeric_limits<int>::min();
-    constexpr int iNever = -1;
-    // The time-out, the wait in which the message comes (from 0), all waits, and what is left of the time-out.
-    Rows<int, int, std::string, int> vRows = {{250, iNever, "100 100 50 ", 0}, {200, iNever, "100 100 ", 0},
-        {101, iNever, "100 1 ", 0}, {40, iNever, "40 ", 0}, {0, iNever, "", 0}, {250, 1, "100 100 ", 50},
-        {40, 0, "40 ", 0}, {iMax, 0, "100 ", iMax - 100}, {-1, 2, "100 100 100 ", -1},
-        {iMin, 0, "100 ", iMin}};
-    for (auto const & [iGiven, iArrival, sWaits, iLeft] : vRows)
+    // The time-out, what arrives with each wait (0 for nothing), all waits, and what is left of the time-out.
+    Rows<int, std::vector<int>, std::string, int> vRows = {{250, {}, "100 100 50 ", 0},
+        {200, {}, "100 100 ", 0}, {101, {}, "100 1 ", 0}, {40, {}, "40 ", 0}, {0, {}, "", 0},
+        {250, {0, 5}, "100 100 ", 50}, {40, {5}, "40 ", 0}, {iMax, {5}, "100 ", iMax - 100},
+        {-1, {0, 0, 5}, "100 100 100 ", -1}, {iMin, {5}, "100 ", iMin}};
+    for (auto const & [iGiven, vArriving, sWaits, iLeft] : vRows)
     {
-        SCOPED_TRACE(testing::Message() << iGiven << ", arrival " << iArrival);
+        SCOPED_TRACE(testing::Message() << iGiven << ", waits " << sWaits);
         IdleContext oContext;
-        oContext.fOnWait = [&, iAwaited = iArrival](int iWait)
-        {
-            if (iWait == iAwaited)
-                oContext.WriteMessage(NumberMessage(5));
-        };
+        oContext.vArriving = vArriving;
         int iTimeout = iGiven;
-        EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), iArrival == iNever ? 0 : 5);
-        EXPECT_EQ(oContext.sWaits, sWaits);
-        EXPECT_EQ(iTimeout, iLeft);
+        EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), vArriving.empty() ? 0 : 5);
 
         // What is there already comes without a wait.
         oContext.WriteMessage(NumberMessage(6));
@@ -92,8 +60,8 @@ TEST(TaskContextReceive, WaitsInSlicesUntilAMessageComes)
 
 TEST(TaskContextReceive, DiscardsWhatTheFilterDoesNotTake)
 {
-    // The time-out, what is queued, what arrives with each wait (0 for nothing), what is received (0 for nothing),
-    // the waits, and what stays in the queue.
+    // The time-out, what is queued, what arrives with each wait, what is received (0 for nothing), the waits, and
+    // what stays in the queue.
     Rows<int, std::vector<int>, std::vector<int>, int, std::string, int> vRows = {{0, {}, {}, 0, "", 0},
         {0, {2, 4}, {}, 2, "", 4}, {0, {1, 2}, {}, 0, "", 2}, {150, {1, 3, 4, 6}, {}, 4, "", 6},
         {150, {1}, {3, 2}, 2, "100 50 ", 0}, {150, {1}, {3, 0}, 0, "100 50 ", 0},
@@ -105,12 +73,7 @@ TEST(TaskContextReceive, DiscardsWhatTheFilterDoesNotTake)
         IdleContext oContext;
         for (int const iNumber : vQueued)
             oContext.WriteMessage(NumberMessage(iNumber));
-        oContext.fOnWait = [&, &vNumbers = vArriving](int iWait)
-        {
-            auto const i = static_cast<std::size_t>(iWait);
-            if (i < vNumbers.size() && vNumbers[i] != 0)
-                oContext.WriteMessage(NumberMessage(vNumbers[i]));
-        };
+        oContext.vArriving = vArriving;
         EXPECT_EQ(TakeNumber(oContext.ReceiveFilter(EvenFilter(), iTimeout)), iReceived);
         EXPECT_EQ(oContext.sWaits, sWaits);
         EXPECT_EQ(TakeNumber(oContext.Receive()), iNext);
@@ -157,6 +120,7 @@ TEST(TaskVariables, AreKeptByNameAndKind)
     EXPECT_EQ(oContext.GetVar("", 0), 3);
     oContext.SetVar("x", ValueString::Null());
     EXPECT_TRUE(oContext.GetVar("x", "none").IsNull());
+    EXPECT_EQ(TestProgram("Allocations").Run({"variables"}).sOutput, "0\n") << "once they are there";
 
     ValueString const & sNull = ValueString::Null();
     std::function<void()> const vCalls[] = {[&] { oContext.SetVar(sNull, 1); },
@@ -186,15 +150,9 @@ TEST(TaskVariables, OfAPlaceAreFoundThereAlone)
         EXPECT_TRUE(Asserts("iIndex >= 0 && iIndex < GetSize()",
             "TaskStack hat kein Element " + std::to_string(i), [&] { oStack[i]; }));
     oContext.SetLocalVar(oStack, "x", 1);
-    oContext.SetLocalVar(oStack, "x", "text");
-    EXPECT_TRUE(oContext.GetLocalVar(oStack, "x", 0) == 1 && oContext.GetLocalVar(oStack, "x", "") == "text");
-    EXPECT_TRUE(oContext.GetLocalVar(oOther, "x", 0) == 0 && oContext.GetLocalVar(oOther, "x", "") == "");
+    EXPECT_EQ(oContext.GetLocalVar(oStack, "x", 0), 1);
+    EXPECT_EQ(oContext.GetLocalVar(oOther, "x", 0), 0);
     EXPECT_EQ(oContext.GetVar("12.3.7.x", 0), 0) << "global ones are others";
-}
-
-TEST(TaskVariables, AskForNoMemoryOnceTheyAreThere)
-{
-    EXPECT_EQ(TestProgram("Allocations").Run({"variables"}).sOutput, "0\n");
 }
 
 TEST(TaskVariables, OutliveTheTask)
@@ -243,37 +201,46 @@ TEST(Simulation, IsSetByTheNameOfATask)
 {
     constexpr int eSet = TaskContextMessage::eActionSet;
     constexpr int eQuery = TaskContextMessage::eActionQuery;
-    // The message, the reply, and whether the task "task" is simulated afterwards.
-    Rows<TaskContextMessage, std::string, bool> vRows = {
-        {MakeContextMessage(eQuery, "task", true, 9), "ActionId='1'; TaskName='task'; Mode='0'; Enabled='0'",
-            false},
-        {MakeContextMessage(eSet, "task", false, 3), "", false},
-        {MakeContextMessage(eSet, "Task", true, 3), "", false},
-        {MakeContextMessage(eSet, "task", true, 3), "", true},
-        {MakeContextMessage(eSet, "task", true, -4), "", true},
-        {MakeContextMessage(eQuery, "task"), "ActionId='1'; TaskName='task'; Mode='-4'; Enabled='1'", true},
-        {MakeContextMessage(eQuery, "other"), "ActionId='1'; TaskName='other'; Mode='0'; Enabled='0'", true},
-        {MakeContextMessage(2, "task"), "", true}, {MakeContextMessage(-1, "task"), "", true},
-        {MakeContextMessage(eSet, "task", false, -4), "", false},
-        {MakeContextMessage(eQuery, "Task"), "ActionId='1'; TaskName='Task'; Mode='3'; Enabled='1'", false}};
+    // Action, task, enabled, mode; the reply, and whether the task "task" is simulated afterwards.
+    Rows<int, char const *, bool, int, std::string, bool> vRows = {
+        {eQuery, "task", true, 9, "ActionId='1'; TaskName='task'; Mode='0'; Enabled='0'", false},
+        {eSet, "task", false, 3, "", false}, {eSet, "Task", true, 3, "", false},
+        {eSet, "task", true, 3, "", true}, {eSet, "task", true, -4, "", true},
+        {eQuery, "task", false, 0, "ActionId='1'; TaskName='task'; Mode='-4'; Enabled='1'", true},
+        {eQuery, "other", false, 0, "ActionId='1'; TaskName='other'; Mode='0'; Enabled='0'", true},
+        {2, "task", false, 0, "", true}, {-1, "task", false, 0, "", true},
+        {eSet, "task", false, -4, "", false},
+        {eQuery, "Task", false, 0, "ActionId='1'; TaskName='Task'; Mode='3'; Enabled='1'", false}};
     bool bSimulated = false;
+    String sName("task");
     OpenContext oContext(new OneTaskMachine(
         [&](OpenTask & oTask)
         {
+            oTask.SetTaskName(sName);
             bSimulated = oTask.GetSimulationMode(0);
             return Task::TR_REMAIN;
         }));
-    for (auto const & [oMessage, sReply, bExpected] : vRows)
+    for (auto const & [iAction, sTask, bEnabled, iMode, sReply, bExpected] : vRows)
     {
-        String sText;
-        SCOPED_TRACE(oMessage.AddAsString(sText).s_str());
+        SCOPED_TRACE(testing::Message() << iAction << ' ' << sTask << ' ' << bEnabled << ' ' << iMode);
+        TaskContextMessage oMessage;
+        oMessage.SetActionId(iAction);
+        oMessage.SetTaskName(sTask);
+        oMessage.SetEnabled(bEnabled);
+        oMessage.SetMode(iMode);
         oContext.WriteMessage(oMessage);
-        EXPECT_EQ(ReadText(oContext), sReply);
+        String sText;
+        if (std::unique_ptr<Message> const pReply{oContext.ReadMessage()})
+            pReply->AddAsString(sText);
+        EXPECT_EQ(sText.s_str(), sReply);
         EXPECT_EQ(oContext.ReadMessage(), nullptr);
         EXPECT_EQ(oContext.Receive(), nullptr) << "no task sees it";
         oContext.Process();
         EXPECT_EQ(bSimulated, bExpected);
     }
+    sName = "Task";
+    oContext.Process();
+    EXPECT_TRUE(bSimulated) << "under its new name";
     int iMode = 7;
     EXPECT_FALSE(oContext.GetSimulationMode("task", iMode));
     EXPECT_EQ(iMode, 7);
@@ -281,47 +248,40 @@ TEST(Simulation, IsSetByTheNameOfATask)
 
 TEST(TaskTrace, TellsEveryStepAndMessageIfItIsSwitchedOn)
 {
-    // sSwitch and sOutput: each line without its identifier.
-    Rows<std::string, std::string> vRows = {{"Off", ""},
-        {"Task", "Task 'machine' starts DoProcess \n"
-                 "Task 'task' starts DoTaskEntry \n"
-                 "Task 'task' starts DoProcess \n"
-                 "Task 'task' received message note 1\n"
-                 "Task 'task' sends message note 9\n"
-                 "Task 'task' ClearSendBuffer\n"
-                 "Task 'task' ClearReveiveBuffer\n"
-                 "Task 'task' starts DoTaskExit \n"},
-        {"TaskContext", "Receive\n"
-                        "ReceiveFilter. Wait 0 ms for specified message.\nReceive\n"
-                        "ReceiveFilter. Discard message note 2\n"
-                        "ReceiveFilter. Timeout.\n"
-                        "ReceiveFilter. Wait -1(INFINITE) for specified message.\nReceive\n"
-                        "ReceiveFilter. Received message note 3\n"
-                        "ReceiveFilter. Wait 0 ms for specified message.\nReceive\n"
-                        "ReceiveFilter. Timeout.\n"
-                        "Simulation enabled for task task to mode 3\n"
-                        "Simulation disabled for task task\n"},
-        {"Pipe", "GUI->TASK Send note 1; New size=1\n"
-                 "GUI->TASK Send note 2; New size=2\n"
-                 "GUI->TASK Send note 3; New size=3\n"
-                 "GUI->TASK Received note 1; New size=2\n"
-                 "GUI->TASK Received note 2; New size=1\n"
-                 "GUI->TASK Received note 3; New size=0\n"
-                 "GUI->TASK Received nothing.\n"
-                 "TASK->GUI Send note 9; New size=1\n"
-                 "TASK->GUI Clear\n"
-                 "GUI->TASK Clear\n"
-                 "TASK->GUI Received nothing.\n"
-                 "GUI->TASK Clear\n"
-                 "TASK->GUI Clear\n"}};
-    for (auto const & [sSwitch, sOutput] : vRows)
-    {
-        TestProgram const oProgram("TaskTrace");
-        oProgram.WriteFile("TaskTrace.ini", "[Debug]\nEnable=1\n[Debug/Switch]\n" + sSwitch + "=1\n");
-        std::string sExpected;
-        std::istringstream oLines(sOutput);
-        for (std::string sLine; std::getline(oLines, sLine);)
-            sExpected += sSwitch + ": " + sLine + "\n";
-        EXPECT_EQ(oProgram.Run().sOutput, sExpected);
-    }
+    TestProgram const oProgram("Reporter");
+    oProgram.WriteFile("Reporter.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nTask=1\nTaskContext=1\nPipe=1\n");
+    oProgram.Run({"machine"});
+    std::string const sExpected = R"(
+Pipe GUI->TASK Send note 1; New size=1
+Pipe GUI->TASK Send note 2; New size=2
+Pipe GUI->TASK Send note 3; New size=3
+Task Task 'machine' starts DoProcess 
+Task Task 'task' starts DoTaskEntry 
+Task Task 'task' starts DoProcess 
+TaskContext Receive
+Pipe GUI->TASK Received note 1; New size=2
+Task Task 'task' received message note 1
+TaskContext ReceiveFilter. Wait 0 ms for specified message.
+TaskContext Receive
+Pipe GUI->TASK Received note 2; New size=1
+TaskContext ReceiveFilter. Discard message note 2
+TaskContext ReceiveFilter. Timeout.
+TaskContext ReceiveFilter. Wait -1(INFINITE) for specified message.
+TaskContext Receive
+Pipe GUI->TASK Received note 3; New size=0
+TaskContext ReceiveFilter. Received message note 3
+Task Task 'task' sends message note 9
+Pipe TASK->GUI Send note 9; New size=1
+Task Task 'task' ClearSendBuffer
+Pipe TASK->GUI Clear
+Task Task 'task' ClearReveiveBuffer
+Pipe GUI->TASK Clear
+Task Task 'task' starts DoTaskExit 
+Pipe TASK->GUI Received nothing.
+TaskContext Simulation enabled for task task to mode 3
+TaskContext Simulation disabled for task task
+Pipe GUI->TASK Clear
+Pipe TASK->GUI Clear
+)";
+    EXPECT_EQ('\n' + std::regex_replace(ReadLog(oProgram), std::regex("T P DEB "), ""), sExpected);
 }

@@ -7,15 +7,6 @@ using namespace tsltest;
 namespace
 {
 
-char const * const RUN_TWICE = "Context wird für die Task zum zweiten Mal Instanziiert. "
-                               "Entweder durch 2. Thread oder durch Rekursion!";
-
-template<class Call>
-testing::AssertionResult NeedsAStep(Call fCall)
-{
-    return Asserts("m->pContext!=NULL", "", fCall);
-}
-
 /// A machine that is its own parent.
 class SelfParent : public OneTaskMachine
 {
@@ -25,11 +16,12 @@ public:
 
 } // namespace
 
-TEST(TaskConstruction, RefusesAnEmptyNameAndItselfAsParent)
+TEST(TaskConstruction, RefusesAnEmptyNameAndItselfAsParentAndNoMachine)
 {
     EXPECT_TRUE(Asserts(
         "!m->sName.IsEmpty()", "Name darf nicht leer sein", [] { OpenTask("", nullptr, 1, nullptr); }));
     EXPECT_TRUE(Asserts("m->pParent != this", "Parent darf nicht this sein!", [] { SelfParent(); }));
+    EXPECT_TRUE(Asserts("pProcessor", "TaskProcessor darf nicht NULL sein", [] { TaskContext{nullptr}; }));
     EXPECT_TRUE(Asserts("false", "Unexpected", [] { OneTaskMachine(nullptr).GetDefinedInputFilter(); }));
 }
 
@@ -44,32 +36,40 @@ TEST(TaskOutsideAStep, RefusesWhatNeedsTheContext)
         [&] { oTask.SetLocalVar("x", "t"); }, [&] { oTask.GetLocalVar("x", "t"); },
         [&] { oTask.GetSimulationMode(0); }};
     for (auto const & fCall : vCalls)
-        EXPECT_TRUE(NeedsAStep(fCall)) << &fCall - vCalls;
+        EXPECT_TRUE(Asserts("m->pContext!=NULL", "", fCall)) << &fCall - vCalls;
+}
+
+TEST(TaskResults, HaveNames)
+{
+    std::string sNames;
+    for (int const iResult : {Task::TR_REMAIN + 0, Task::TR_PROCEED + 0, Task::TR_RETURN + 0, 0, -4})
+        sNames += Task::GetTaskResultName(iResult) + std::string(" ");
+    EXPECT_EQ(sNames, "TR_REMAIN TR_PROCEED TR_RETURN USER_DEFINED USER_DEFINED ");
 }
 
 TEST(TaskSteps, MeetNoSecondOneFromWithinOrFromAnotherThread)
 {
-    TaskProcessor * pMachine = nullptr;
-    TaskContext * pContext = nullptr;
-    auto const fRunMachine = [&] { pMachine->Process(*pContext); };
     int iSteps = 0;
     auto const fWork = [&](OpenTask & oTask)
     {
         ++iSteps;
-        EXPECT_TRUE(Asserts("p==NULL", RUN_TWICE, fRunMachine));
-        EXPECT_TRUE(
-            Asserts("p==NULL", RUN_TWICE, [&] { std::async(std::launch::async, fRunMachine).get(); }));
-        EXPECT_TRUE(Asserts("p==NULL", RUN_TWICE, [&] { oTask.Process(*pContext); }));
-        EXPECT_TRUE(Asserts("p==NULL", RUN_TWICE, [&] { oTask.TaskExit(*pContext); }));
-        EXPECT_TRUE(Asserts("p==NULL", RUN_TWICE, [&] { oTask = OpenTask(oTask); }));
-        EXPECT_EQ(&oTask.GetContext(), pContext) << "only the outer step takes the context away";
+        TaskContext & oContext = oTask.GetContext();
+        auto const fRunMachine = [&] { oTask.GetParent()->Process(oContext); };
+        std::function<void()> const vCalls[] = {fRunMachine,
+            [&] { std::async(std::launch::async, fRunMachine).get(); }, [&] { oTask.Process(oContext); },
+            [&] { oTask.TaskExit(oContext); }, [&] { oTask = OpenTask(oTask); }};
+        for (auto const & fCall : vCalls)
+            EXPECT_TRUE(Asserts("p==NULL",
+                "Context wird für die Task zum zweiten Mal Instanziiert. "
+                "Entweder durch 2. Thread oder durch Rekursion!",
+                fCall))
+                << &fCall - vCalls;
+        EXPECT_EQ(&oTask.GetContext(), &oContext) << "only the outer step takes the context away";
         return Task::TR_REMAIN;
     };
-    pMachine = new OneTaskMachine(fWork);
-    TaskContext oContext(pMachine);
-    pContext = &oContext;
-    fRunMachine();
-    fRunMachine();
+    OpenContext oContext(new OneTaskMachine(fWork));
+    oContext.Process();
+    oContext.Process();
     EXPECT_EQ(iSteps, 2);
 }
 

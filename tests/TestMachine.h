@@ -1,8 +1,7 @@
 #pragma once
 
-#include <tessel/Tessel.h>
+#include "TestMessages.h"
 
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -62,13 +61,15 @@ public:
         tsl::TaskFactory::Instance().Register(TASK_ID, &Create<TASK_ID>);
         tsl::TaskFactory::Instance().Register(OTHER_TASK_ID, &Create<OTHER_TASK_ID>);
         // The table takes these ids.
-        static_cast<void>(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, TASK_ID));
-        static_cast<void>(m_oTransitions.AddTransition(TASK_ID, 0, OTHER_TASK_ID));
-        static_cast<void>(m_oTransitions.AddTransition(OTHER_TASK_ID, 0, TASK_ID));
+        static_cast<void>(oTransitions.AddTransition(TASK_INIT, TR_PROCEED, TASK_ID));
+        static_cast<void>(oTransitions.AddTransition(TASK_ID, 0, OTHER_TASK_ID));
+        static_cast<void>(oTransitions.AddTransition(OTHER_TASK_ID, 0, TASK_ID));
     }
 
     int GetTaskID() const override { return m_iId; }
-    tsl::TaskTransitionList const & GetTaskTransitionList() const override { return m_oTransitions; }
+    tsl::TaskTransitionList const & GetTaskTransitionList() const override { return oTransitions; }
+
+    tsl::TaskTransitionList oTransitions;
 
 private:
     template<int iId>
@@ -79,7 +80,6 @@ private:
 
     int m_iId;
     OpenTask::Work m_fWork;
-    tsl::TaskTransitionList m_oTransitions;
 };
 
 /// A context whose operations are open to the test and whose waiting takes no time.
@@ -91,7 +91,6 @@ public:
     using TaskContext::FormatTaskIDStack;
     using TaskContext::GetLocalVar;
     using TaskContext::GetSimulationMode;
-    using TaskContext::GetTaskProcessor;
     using TaskContext::GetVar;
     using TaskContext::Receive;
     using TaskContext::ReceiveFilter;
@@ -100,8 +99,8 @@ public:
     using TaskContext::SetVar;
     using TaskContext::TaskContext;
 
-    /// Called by each wait with the number of those before.
-    std::function<void(int)> fOnWait;
+    /// The messages that arrive with the waits to come, one with each; 0 for none.
+    std::vector<int> vArriving;
 
     /// The durations so far, each followed by a blank.
     std::string sWaits;
@@ -110,13 +109,13 @@ protected:
     void Wait(int iDuration, bool bAlertable) override
     {
         sWaits += std::to_string(iDuration) + (bAlertable ? "a " : " ");
-        if (fOnWait)
-            fOnWait(m_iWaits);
+        if (m_iWaits < vArriving.size() && vArriving[m_iWaits] != 0)
+            WriteMessage(NumberMessage(vArriving[m_iWaits]));
         ++m_iWaits;
     }
 
 private:
-    int m_iWaits = 0;
+    std::size_t m_iWaits = 0;
 };
 
 } // namespace tsltest

@@ -3,27 +3,42 @@
 #include <tessel/Tessel.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <functional>
 #include <string>
 
 namespace tsltest
 {
 
-/// A message class of the tests' own, directly below tsl::Message, with a number that tells copies from
-/// other objects.
-class NumberMessage : public tsl::Message
+/// A failure as "code text", with " <- code text" for each one of its history.
+inline std::string Tell(tsl::Result const & oResult)
+{
+    std::string sText = std::to_string(oResult.GetErrorCode()) + ' ' + oResult.GetText().s_str();
+    for (int i = 0; i < oResult.GetHistorySize(); ++i)
+        sText += " <- " + Tell(oResult.GetHistory(i).GetWithoutHistory());
+    return sText;
+}
+
+/// Gives a class its description.
+template<class Self, class Base>
+class Described : public Base
 {
 public:
-    explicit NumberMessage(int iNumber_ = 0) : iNumber(iNumber_) {}
-
     tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
     static tsl::ClassDescription const & GetStaticClassDesc()
     {
-        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<NumberMessage>(
-            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
+        static tsl::ClassDescription const & oDescription =
+            tsl::DescribeClass<Self>(&Base::GetStaticClassDesc(), tsl::ClassDescription::eConcrete,
+                []() -> tsl::Root * { return new Self; });
         return oDescription;
     }
-    static tsl::Root * CreateNew() { return new NumberMessage; }
+};
+
+/// A message class directly below tsl::Message, with a number that tells copies from other objects.
+class NumberMessage : public Described<NumberMessage, tsl::Message>
+{
+public:
+    explicit NumberMessage(int iNumber_ = 0) : iNumber(iNumber_) {}
 
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
     {
@@ -42,17 +57,8 @@ protected:
 };
 
 /// A message class that stands one level too deep for a bus.
-class DeepMessage : public NumberMessage
+class DeepMessage : public Described<DeepMessage, NumberMessage>
 {
-public:
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    static tsl::ClassDescription const & GetStaticClassDesc()
-    {
-        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<DeepMessage>(
-            &NumberMessage::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-        return oDescription;
-    }
-    static tsl::Root * CreateNew() { return new DeepMessage; }
 };
 
 /// A processor that does what the test says.
@@ -61,8 +67,7 @@ class TestProcessor : public tsl::MessageProcessor
 public:
     using Work = std::function<void(tsl::Message const &, tsl::Result &)>;
 
-    TestProcessor() = default;
-    explicit TestProcessor(Work fWork) : m_fWork(std::move(fWork)) {}
+    explicit TestProcessor(Work fWork = {}) : m_fWork(std::move(fWork)) {}
 
     void SetWork(Work fWork) { m_fWork = std::move(fWork); }
 
@@ -93,9 +98,16 @@ private:
     mutable std::atomic<int> m_iDestructions{0};
 };
 
-inline unsigned int GetTypeOf(tsl::ClassDescription const & oClass)
+/// A processor that listens to the global bus for as long as it lives.
+class BusListener : public TestProcessor
 {
-    return oClass.GetClassId();
-}
+public:
+    BusListener(unsigned int iType, Work fWork) : TestProcessor(std::move(fWork))
+    {
+        if (tsl::Support::GetAppDisp().Register(*this, {iType}).IsError())
+            std::abort();
+    }
+    ~BusListener() override { tsl::Support::GetAppDisp().Unregister(*this); }
+};
 
 } // namespace tsltest

@@ -1,8 +1,7 @@
 #include "AssertionTest.h"
 #include "NoMoreThreads.h"
 #include "ProcessTest.h"
-
-#include <regex>
+#include "TestMessages.h"
 
 using namespace tsltest;
 using tsl::Result;
@@ -16,22 +15,18 @@ char const * const KILLS = "10000";
 class OpenThread : public tsl::Thread
 {
 public:
-    explicit OpenThread(std::function<void()> fWork = {}) : m_fWork(std::move(fWork)) {}
+    explicit OpenThread(std::function<void()> fWork = [] {}) : m_fWork(std::move(fWork)) {}
     ~OpenThread() override { static_cast<void>(Kill(1)); }
 
 private:
-    void Process() override
-    {
-        if (m_fWork)
-            m_fWork();
-    }
+    void Process() override { m_fWork(); }
 
     std::function<void()> m_fWork;
 };
 
-bool Ends(tsl::Thread const & oThread)
+bool RunsToItsEnd(OpenThread & oThread)
 {
-    return WaitUntil([&] { return !oThread.IsRunning(); });
+    return oThread.Run().IsOk() && WaitUntil([&] { return !oThread.IsRunning(); });
 }
 
 /// "running exit code", and whether there is an id.
@@ -40,6 +35,16 @@ std::string GetState(tsl::Thread const & oThread)
     return std::string(oThread.IsRunning() ? "running " : "still ") + std::to_string(oThread.GetExitCode())
            + (oThread.GetThreadId() ? " id" : " -");
 }
+
+/// Tests that end threads from outside.
+class ForcedThreadEnd : public testing::Test
+{
+    void SetUp() override
+    {
+        if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)
+            GTEST_SKIP() << "the sanitizer puts signals off and keeps account of the end of each thread";
+    }
+};
 
 } // namespace
 
@@ -60,20 +65,16 @@ TEST(ThreadRun, GoesThroughItsStates)
     ASSERT_TRUE(oThread.Run().IsOk());
     unsigned long const iFirstId = oThread.GetThreadId();
     EXPECT_EQ(GetState(oThread), "running 259 id");
-    Result const oSecond = oThread.Run();
-    EXPECT_EQ(oSecond.GetErrorCode(), 3);
-    EXPECT_EQ(oSecond.GetText().s_str(), "Cannot start new thread. There is still one running.");
-    EXPECT_NE(oSecond.GetSourceLine(), 0);
+    EXPECT_EQ(Tell(oThread.Run()), "3 Cannot start new thread. There is still one running.");
 
     oGo.set_value();
-    ASSERT_TRUE(Ends(oThread));
+    ASSERT_TRUE(WaitUntil([&] { return !oThread.IsRunning(); }));
     EXPECT_EQ(iId, iFirstId);
     EXPECT_TRUE(oThread.Kill(3).IsOk()) << "it has ended";
     EXPECT_EQ(GetState(oThread), "still 0 id");
     EXPECT_EQ(oThread.GetThreadId(), iFirstId);
 
-    ASSERT_TRUE(oThread.Run().IsOk());
-    ASSERT_TRUE(Ends(oThread));
+    ASSERT_TRUE(RunsToItsEnd(oThread));
     EXPECT_EQ(oThread.GetThreadId(), iId);
 }
 
@@ -82,35 +83,26 @@ TEST(ThreadRun, TellsWhyNoThreadCanBeStarted)
     OpenThread oThread;
     {
         NoMoreThreads const oScope;
-        Result const oResult = oThread.Run();
-        EXPECT_EQ(oResult.GetErrorCode(), 10);
-        EXPECT_EQ(oResult.GetText().s_str(), "Error while starting new thread.");
-        ASSERT_EQ(oResult.GetHistorySize(), 1);
-        EXPECT_EQ(oResult.GetHistory(0), tsl::OS::FormatError(EAGAIN));
+        EXPECT_EQ(Tell(oThread.Run()),
+            "10 Error while starting new thread. <- " + Tell(tsl::OS::FormatError(EAGAIN)));
         EXPECT_EQ(GetState(oThread), "still -1 -");
     }
-    EXPECT_TRUE(oThread.Run().IsOk());
-    EXPECT_TRUE(Ends(oThread));
+    EXPECT_TRUE(RunsToItsEnd(oThread));
 }
 
-TEST(ThreadKill, IsRefusedToTheThreadItself)
+TEST(ThreadRun, EndsInNoKillOfItsOwn)
 {
     OpenThread * pThread = nullptr;
     Result oResult;
     OpenThread oThread([&] { oResult = pThread->Kill(1); });
     pThread = &oThread;
-    ASSERT_TRUE(oThread.Run().IsOk());
-    ASSERT_TRUE(Ends(oThread));
+    ASSERT_TRUE(RunsToItsEnd(oThread));
     EXPECT_EQ(oResult.GetErrorCode(), 3);
     EXPECT_EQ(GetState(oThread), "still 0 id");
 }
 
-TEST(ThreadEnd, OfTheObjectMayComeOnItsOwnThread)
+TEST_F(ForcedThreadEnd, OfTheObjectMayComeOnItsOwnThread)
 {
-    if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)
-        GTEST_SKIP()
-            << "nothing that the sanitizer knows orders the thread's last steps and the end of the process";
-
     std::promise<unsigned long> oDeleted;
     std::future<unsigned long> oId = oDeleted.get_future();
     OpenThread * pThread = nullptr;
@@ -127,11 +119,8 @@ TEST(ThreadEnd, OfTheObjectMayComeOnItsOwnThread)
     EXPECT_TRUE(WaitUntil([&] { return !std::filesystem::exists(sThread); }));
 }
 
-TEST(ThreadKill, LeavesAllThatTheThreadsShareInOrder)
+TEST_F(ForcedThreadEnd, LeavesAllThatTheThreadsShareInOrder)
 {
-    if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)
-        GTEST_SKIP() << "the sanitizer puts signals off and keeps account of the end of each thread";
-
     // What killed threads have allocated is lost.
     TestProgram oProgram("ThreadKills");
     oProgram.SetEnvironment("ASAN_OPTIONS", "detect_leaks=0");
@@ -140,39 +129,17 @@ TEST(ThreadKill, LeavesAllThatTheThreadsShareInOrder)
     EXPECT_EQ(oOutcome.iExitCode, 0) << oOutcome.sErrors;
     EXPECT_EQ(oOutcome.sOutput, "ok\n");
 
-    std::regex const oWhole(R"([0-9.]{10} [0-9:]{8} \d+ \d+ DEB Kill a line that has to be whole)");
-    std::istringstream oLog(oProgram.ReadFile("Logfile.txt"));
+    std::istringstream oLog(ReadLog(oProgram));
     int iLines = 0;
     for (std::string sLine; std::getline(oLog, sLine); ++iLines)
-        ASSERT_TRUE(std::regex_match(sLine, oWhole)) << sLine;
+        ASSERT_EQ(sLine, "T P DEB Kill a line that has to be whole");
     EXPECT_GT(iLines, 1);
-}
 
-TEST(ThreadKill, ComesWithTheAssignmentOfAnotherThread)
-{
-    if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)
-        GTEST_SKIP() << "as above";
-
-    OpenThread oThread(
-        []
-        {
-            for (;;)
-                tsl::OS::Sleep(1000);
-        });
-    ASSERT_TRUE(oThread.Run().IsOk());
-    static_cast<tsl::Thread &>(oThread) = OpenThread();
-    EXPECT_EQ(GetState(oThread), "still -1 -");
-}
-
-TEST(ThreadTrace, TellsOfStartsAndEndsIfItIsSwitchedOn)
-{
-    if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)
-        GTEST_SKIP() << "as above";
-
-    TestProgram const oProgram("ThreadTrace");
-    oProgram.WriteFile("ThreadTrace.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nThread=1\n");
-    EXPECT_EQ(oProgram.Run().iExitCode, 0);
-    std::string sLog = oProgram.ReadFile("Logfile.txt");
+    // Once more with a few kills and with all that is traced.
+    oProgram.WriteFile("Logfile.txt", "");
+    oProgram.WriteFile("ThreadKills.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nThread=1\n");
+    EXPECT_EQ(oProgram.Run({"40", "throw"}).sOutput, "ok\n");
+    std::string sLog = ReadLog(oProgram);
     sLog = std::regex_replace(sLog, std::regex("((ThreadId|TheadId)=|Thread |id )\\d+"), "$1N");
     sLog = std::regex_replace(sLog, std::regex("=0x[0-9a-f]+"), "=H");
     for (std::string const sText : {"DEB Thread New thread created. ThreadId=N, handle=H\n",
@@ -184,4 +151,17 @@ TEST(ThreadTrace, TellsOfStartsAndEndsIfItIsSwitchedOn)
              "DEB Thread ThreadFunction finished with ERROR. TheadId=N\n", "thrown",
              "Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate."})
         EXPECT_NE(sLog.find(sText), std::string::npos) << sText << "in " << sLog;
+}
+
+TEST_F(ForcedThreadEnd, ComesWithTheAssignmentOfAnotherThread)
+{
+    OpenThread oThread(
+        []
+        {
+            for (;;)
+                tsl::OS::Sleep(1000);
+        });
+    ASSERT_TRUE(oThread.Run().IsOk());
+    static_cast<tsl::Thread &>(oThread) = OpenThread();
+    EXPECT_EQ(GetState(oThread), "still -1 -");
 }

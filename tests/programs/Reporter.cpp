@@ -1,30 +1,7 @@
-// Reports on the global bus what the arguments say, in their order:
-//   debug:TEXT        a debug message with the identifier "Id"
-//   trace:ID          passes a log point that is called ID
-//   result:CODE       a Result with the text "t"; each further ":CODE" is the previous failure
-//   success           a success
-//   element           a message with a Result as its element
-//   empty             a message without elements
-//   long:COUNT        a debug message of that many bytes
-//   lines:COUNT       so many debug messages of four threads each
-//   assert            fails an assertion, and prints the exception
-//   nested            the same while a processor fails one for every message
-//   level:ID          prints the level that is registered for ID
-//   late              reports when the bus goes away
-//   chapters          prints the chapters of the ini file
-//   ahead             reports and fails in a processor that is served before the log, and prints the code
-//   load:NAME         loads a library and unloads it twice, and prints what the loading comes to
-//   closed            closes its own streams
-//   deaf              ignores the ends of its children
-//   start:COMMAND     starts a child with redirected streams, and leaves what comes of it in the file "outcome"
-//   open              prints what the opening of a second log comes to
-//   unlink            removes the program's file, and prints the program's name
-//   limit:COUNT       starts the program anew, which may write that many bytes to a file, for what follows
-//   cd                enters a new folder, to show that the log file stays where it is
+// Reports on the global bus what the arguments say, in their order; g_oCommands has them.
+// What stands behind a colon is given to the command.
 
-#include "../TestMessages.h"
-
-#include <tessel/Tessel.h>
+#include "../TestMachine.h"
 
 #include <csignal>
 #include <cstddef>
@@ -45,30 +22,19 @@
 namespace
 {
 
-class ElementMessage : public tsl::Message
+/// A message with a Result as its element.
+class ElementMessage : public tsltest::Described<ElementMessage, tsl::Message>
 {
 public:
-    explicit ElementMessage(bool bElement) : m_bElement(bElement) {}
-
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
     {
-        if (m_bElement)
-            return std::make_unique<tsl::ResultMessageConstIterator>(m_oMessage);
-        return tsl::Message::GetConstIterator();
-    }
-
-    tsl::ClassDescription const & GetClassDesc() const override
-    {
-        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<ElementMessage>(
-            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, nullptr);
-        return oDescription;
+        return std::make_unique<tsl::ResultMessageConstIterator>(m_oMessage);
     }
 
 protected:
     void DoCopy(tsl::Root const &) override {}
 
 private:
-    bool m_bElement;
     tsl::ResultMessage m_oMessage{tsl::Result(1, "a", tsl::Result(2, "b", tsl::Result::eCategoryDefault))};
 };
 
@@ -77,7 +43,7 @@ void Debug(tsl::String const & sText)
     tsl::Support::DispatchDebugMessage("Id", sText, "f.cpp", 1);
 }
 
-/// Each of the codes has those in front of it as its history.
+/// The codes are separated by colons; each has those in front of it as its history. Without one it is a success.
 void ReportResult(std::string const & sCodes)
 {
     tsl::Result oResult;
@@ -86,9 +52,7 @@ void ReportResult(std::string const & sCodes)
     {
         tsl::Result oNext(std::stoi(sCode), "t", tsl::Result::eCategoryDefault);
         oNext.SetSource("f.cpp", 1);
-        oNext.SetPrevious(oResult);
-        oResult.Clear();
-        oResult = oNext;
+        oResult.InsertFront(oNext);
     }
     tsl::Support::DispatchMessage(oResult);
 }
@@ -105,6 +69,7 @@ void ReportLines(int iCount)
             });
 }
 
+/// Prints the exception of a failed assertion.
 void FailAssertion()
 {
     try
@@ -120,33 +85,13 @@ void FailAssertion()
     }
 }
 
+/// The same while a processor fails one for every message.
 void FailNested()
 {
-    tsltest::TestProcessor const oProcessor(
-        [](auto &, auto &) { tsl::XAssertionFailed("inner", "Unknown"); });
-    static_cast<void>(tsl::Support::GetAppDisp().Register(oProcessor, {tsl::Message::GetBaseType()}));
+    tsltest::BusListener const oProcessor(
+        tsl::Message::GetBaseType(), [](auto &, auto &) { tsl::XAssertionFailed("inner", "Unknown"); });
     FailAssertion();
-    tsl::Support::GetAppDisp().Unregister(oProcessor);
     std::cout << oProcessor.GetCalls() << " calls" << std::endl;
-}
-
-void ReportHastily()
-{
-    // Reports something of its own for the first message before it fails.
-    tsltest::TestProcessor oProcessor;
-    oProcessor.SetWork(
-        [&](auto &, auto &)
-        {
-            if (oProcessor.GetCalls() > 1)
-                return;
-            Debug("first");
-            tsl::XAssertionFailed("inner", "Unknown");
-        });
-    static_cast<void>(tsl::Support::GetAppDisp().Register(
-        oProcessor, {tsl::DebugMessage::GetStaticClassDesc().GetClassId()}));
-    tsl::Result const oResult = tsl::Support::DispatchDebugMessage("Id", "second", "f.cpp", 1);
-    tsl::Support::GetAppDisp().Unregister(oProcessor);
-    std::cout << oResult.GetErrorCode() << std::endl;
 }
 
 void OpenSecondLog()
@@ -165,7 +110,7 @@ void UnlinkProgram()
     std::cout << sName.c_str() << std::endl;
 }
 
-/// Starts the program anew with the arguments behind this one.
+/// Starts the program anew, which may write that many bytes to a file, with the arguments behind this one.
 void StartLimited(std::string const & sCount, char ** pArguments)
 {
     rlimit oLimit{};
@@ -210,20 +155,52 @@ public:
     }
 };
 
-/// Outlives the bus, since nothing ever destroys it.
+/// The reporter outlives the bus, since nothing ever destroys it.
 void RegisterLateReporter()
 {
     alignas(LateReporter) static std::byte aMemory[sizeof(LateReporter)];
     auto const * const pReporter = new (aMemory) LateReporter;
-    static_cast<void>(tsl::Support::GetAppDisp().Register(*pReporter, {ElementMessage(false).GetType()}));
+    static_cast<void>(tsl::Support::GetAppDisp().Register(*pReporter, {tsltest::NumberMessage().GetType()}));
 }
 
 void LoadLibrary(std::string const & sName)
 {
     tsl::LibraryProxy oProxy{tsl::String(sName)};
-    std::cout << oProxy.Load().GetErrorCode() << std::endl;
+    std::cout << oProxy.Load().GetErrorCode() << ' ' << oProxy.Load().GetErrorCode() << std::endl;
     oProxy.Unload();
     oProxy.Unload();
+}
+
+/// Does all that tasks and contexts trace.
+int Talk(tsltest::OpenTask & oTask)
+{
+    tsl::MessageFilterNoMessage const oNothing;
+    tsl::MessageFilterAllMessages const oAll;
+    delete oTask.Receive(0);
+    delete oTask.ReceiveFilter(oNothing, 0);
+    delete oTask.ReceiveFilter(oAll, -1);
+    oTask.Send(tsltest::NumberMessage(9));
+    oTask.ClearSendBuffer();
+    oTask.ClearReveiveBuffer();
+    return tsl::Task::TR_RETURN;
+}
+
+void RunMachine()
+{
+    tsl::TaskContext oContext(new tsltest::OneTaskMachine(&Talk));
+    for (int i = 1; i <= 3; ++i)
+        oContext.WriteMessage(tsltest::NumberMessage(i));
+    oContext.Process();
+    delete oContext.ReadMessage();
+
+    tsl::TaskContextMessage oMessage;
+    oMessage.SetTaskName("task");
+    oMessage.SetMode(3);
+    for (bool const bEnabled : {true, false})
+    {
+        oMessage.SetEnabled(bEnabled);
+        oContext.WriteMessage(oMessage);
+    }
 }
 
 void CloseStreams()
@@ -232,6 +209,7 @@ void CloseStreams()
         ::close(iStream);
 }
 
+/// Starts a child with redirected streams, and leaves what comes of it in the file "outcome".
 void StartChild(std::string const & sCommand)
 {
     tsl::CmdLine oChild;
@@ -254,18 +232,17 @@ using Command = std::function<void(std::string const &)>;
 
 std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) { Debug(sText); }},
     {"trace", [](auto & sId) { tsl::Trace(sId.c_str(), [&] { return tsl::String("traced ") + sId; }); }},
-    {"result", &ReportResult}, {"success", [](auto &) { tsl::Support::DispatchMessage(tsl::Result()); }},
-    {"element", [](auto &) { tsl::Support::DispatchMessage(ElementMessage(true)); }},
-    {"empty", [](auto &) { tsl::Support::DispatchMessage(ElementMessage(false)); }},
+    {"result", &ReportResult}, {"machine", [](auto &) { RunMachine(); }},
+    {"element", [](auto &) { tsl::Support::DispatchMessage(ElementMessage()); }},
+    {"empty", [](auto &) { tsl::Support::DispatchMessage(tsltest::NumberMessage()); }},
     {"long", [](auto & sCount) { Debug(tsl::String('y', static_cast<unsigned int>(std::stoul(sCount)))); }},
     {"lines", [](auto & sCount) { ReportLines(std::stoi(sCount)); }},
     {"assert", [](auto &) { FailAssertion(); }}, {"nested", [](auto &) { FailNested(); }},
     {"level", &PrintLevel}, {"late", [](auto &) { RegisterLateReporter(); }},
-    {"ahead", [](auto &) { ReportHastily(); }}, {"open", [](auto &) { OpenSecondLog(); }},
-    {"unlink", [](auto &) { UnlinkProgram(); }}, {"chapters", [](auto &) { PrintChapters(); }},
-    {"cd", [](auto &) { EnterNewFolder(); }}, {"load", &LoadLibrary},
-    {"closed", [](auto &) { CloseStreams(); }}, {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }},
-    {"start", &StartChild}};
+    {"open", [](auto &) { OpenSecondLog(); }}, {"unlink", [](auto &) { UnlinkProgram(); }},
+    {"chapters", [](auto &) { PrintChapters(); }}, {"cd", [](auto &) { EnterNewFolder(); }},
+    {"load", &LoadLibrary}, {"closed", [](auto &) { CloseStreams(); }},
+    {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }}, {"start", &StartChild}};
 
 } // namespace
 

@@ -1,5 +1,6 @@
 // Kills threads at random moments of all kinds of work, the number of times that is the argument, and shows then
-// that all that they had in common still serves.
+// that all that they had in common still serves. With a second argument one more thread is started twice, and
+// one throws.
 
 #include <tessel/ScopedLock.h>
 #include <tessel/Tessel.h>
@@ -64,8 +65,7 @@ void Throw()
 
 void Print()
 {
-    std::ostringstream oText;
-    oText << 1.5 << ' ' << 17;
+    std::ostringstream() << 1.5 << ' ' << 17;
     char aText[64];
     std::snprintf(aText, sizeof aText, "%g %d", 1.5, 17);
     std::fputs("", stdout);
@@ -84,11 +84,6 @@ void HoldLock()
     ++g_iUnderLock[0];
     Compute();
     ++g_iUnderLock[1];
-}
-
-void Sleep()
-{
-    OS::Sleep(1'000'000);
 }
 
 void Read()
@@ -136,7 +131,7 @@ void Demand(bool bHolds, char const * sWhat)
 }
 
 void (*const g_aWorks[])() = {&Compute, &Allocate, &Log, &Throw, &Print, &Send, &HoldLock, // come to an end
-    &Sleep, &Read, &WaitForEvent};
+    [] { OS::Sleep(1'000'000); }, &Read, &WaitForEvent};
 
 /// Lets the thread run for a moment and kills it.
 void Kill(Worker & oWorker, std::mt19937 & oRandom)
@@ -149,7 +144,20 @@ void Kill(Worker & oWorker, std::mt19937 & oRandom)
     Demand(!oWorker.IsRunning() && oWorker.GetExitCode() == -1 && oWorker.GetThreadId() == 0, "killed");
 }
 
-/// Everything once more, on a thread that comes to its end, and here.
+/// Does the work twice on threads that come to their ends.
+void RunToTheEnd(std::function<void()> fWork)
+{
+    Worker oWorker(std::move(fWork));
+    oWorker.bForEver = false;
+    for (int i = 0; i < 2; ++i)
+    {
+        Demand(oWorker.Run().IsOk(), "run in the end");
+        while (oWorker.IsRunning())
+            OS::Sleep(1);
+    }
+}
+
+/// Everything once more, on a thread and here.
 void DemandThatAllServes()
 {
     {
@@ -158,11 +166,7 @@ void DemandThatAllServes()
     }
     for (auto const fWork : std::span(g_aWorks).first(7))
     {
-        Worker oWorker(fWork);
-        oWorker.bForEver = false;
-        Demand(oWorker.Run().IsOk(), "run in the end");
-        while (oWorker.IsRunning())
-            OS::Sleep(1);
+        RunToTheEnd(fWork);
         fWork();
     }
 }
@@ -171,10 +175,6 @@ void DemandThatAllServes()
 
 int main(int iCount, char ** pArguments)
 {
-    if (iCount < 2)
-        return 2;
-    int const iKills = std::atoi(pArguments[1]);
-
     std::vector<std::unique_ptr<Worker>> vWorkers;
     for (auto const fWork : g_aWorks)
         for (int iTwin = 0; iTwin < 2; ++iTwin)
@@ -182,7 +182,7 @@ int main(int iCount, char ** pArguments)
 
     std::mt19937 oRandom(7);
     Worker * pLast = nullptr;
-    for (int i = 0; i < iKills;)
+    for (int i = 0; i < std::atoi(pArguments[1]);)
     {
         // One more goes on, so that they get into each other's way.
         Worker & oWorker = *vWorkers[oRandom() % vWorkers.size()];
@@ -197,6 +197,12 @@ int main(int iCount, char ** pArguments)
     }
     vWorkers.clear();
     DemandThatAllServes();
+    if (iCount > 2)
+    {
+        Worker oWorker(&Compute);
+        Demand(oWorker.Run().IsOk() && oWorker.Run().IsError(), "run twice");
+        RunToTheEnd([] { Exception::Throw(Result(77, "thrown", Result::eCategoryDefault)); });
+    }
     std::puts("ok");
     return 0;
 }
