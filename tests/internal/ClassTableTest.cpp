@@ -5,9 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
 #include <memory>
 #include <string>
+
+#include <cxxabi.h>
 
 using namespace tsl;
 
@@ -23,77 +24,7 @@ enum EKind
     eApplication ///< there is no function, and the class is abstract
 };
 
-template<class T>
-constexpr ClassDescription const & (*Of)() = &T::GetStaticClassDesc;
-
-struct Row
-{
-    ClassDescription const & (*fDescription)();
-    std::string sName, sBase;
-    EKind eKind;
-};
-
-// Every class with a description, by registered base.
-Row const g_aRows[] = {{Of<Root>, "Root", "", eAbstract},
-    {Of<Singleton<Application>>, "Singleton<tsl::Application>", "", eSingleton},
-    {Of<Singleton<GlobalApplicationIni>>, "Singleton<tsl::GlobalApplicationIni>", "", eSingleton},
-    {Of<Singleton<GlobalDebugSwitchRegistry>>, "Singleton<tsl::GlobalDebugSwitchRegistry>", "", eSingleton},
-    {Of<Singleton<GlobalMessageDispatcher>>, "Singleton<tsl::GlobalMessageDispatcher>", "", eSingleton},
-    // Of an alias one compiler writes the name, and the other what it stands for.
-    {Of<Singleton<MessageProcessorFactoryBase>>, "Singleton<tsl::", "", eSingleton},
-    {Of<Singleton<TaskFactoryBase>>, "Singleton<tsl::", "", eSingleton},
-    {Of<Configuration>, "Configuration", "Root", eAbstract}, {Of<Message>, "Message", "Root", eAbstract},
-    {Of<MessageProcessor>, "MessageProcessor", "Root", eAbstract},
-    {Of<StringFormator>, "StringFormator", "Root", eConcrete},
-    {Of<StringValidator>, "StringValidator", "Root", eConcrete}, {Of<Value>, "Value", "Root", eAbstract},
-    {Of<ValueConverter>, "ValueConverter", "Root", eAbstract},
-    {Of<ValueConverterLayout>, "ValueConverterLayout", "Root", eAbstract},
-    {Of<ValueFormator>, "ValueFormator", "Root", eAbstract},
-    {Of<ValueValidator>, "ValueValidator", "Root", eAbstract},
-    {Of<ApplicationConfig>, "ApplicationConfig", "Configuration", eAbstract},
-    {Of<MessageProcessorConfig>, "MessageProcessorConfig", "Configuration", eAbstract},
-    {Of<ConsoleApplicationConfig>, "ConsoleApplicationConfig", "ApplicationConfig", eAbstract},
-    {Of<Application>, "Application", "Singleton<tsl::Application>", eApplication},
-    {Of<ConsoleApplication>, "ConsoleApplication", "Application", eApplication},
-    {Of<GlobalApplicationIni>, "GlobalApplicationIni", "Singleton<tsl::GlobalApplicationIni>", eSingleton},
-    {Of<GlobalDebugSwitchRegistry>, "GlobalDebugSwitchRegistry", "Singleton<tsl::GlobalDebugSwitchRegistry>",
-        eSingleton},
-    {Of<GlobalMessageDispatcher>, "GlobalMessageDispatcher", "Singleton<tsl::GlobalMessageDispatcher>",
-        eSingleton},
-    {Of<DebugMessage>, "DebugMessage", "Message", eConcrete},
-    {Of<ResultMessage>, "ResultMessage", "Message", eConcrete},
-    {Of<TaskContextMessage>, "TaskContextMessage", "Message", eConcrete},
-    {Of<LogFileProcessor>, "LogFileProcessor", "MessageProcessor", eConcrete},
-    {Of<MessageDispatcher>, "MessageDispatcher", "MessageProcessor", eConcrete},
-    {Of<MessageDispatcherClient>, "MessageDispatcherClient", "MessageProcessor", eAbstract},
-    {Of<MessageDispatcherClientConfig>, "MessageDispatcherClientConfig", "MessageProcessor", eAbstract},
-    {Of<LogFileProcessorConfig>, "LogFileProcessorConfig", "MessageProcessorConfig", eConcrete},
-    {Of<MessageDispatcherConfig>, "MessageDispatcherConfig", "MessageProcessorConfig", eConcrete},
-    {Of<NamedValue>, "NamedValue", "Value", eConcrete}, {Of<Result>, "Result", "Value", eConcrete},
-    {Of<ValueAbstractValueCollection>, "ValueAbstractValueCollection", "Value", eAbstract},
-    {Of<ValueDateTime>, "ValueDateTime", "Value", eConcrete},
-    {Of<ValueFloat32>, "ValueFloat32", "Value", eConcrete},
-    {Of<ValueInt32>, "ValueInt32", "Value", eConcrete}, {Of<ValueNull>, "ValueNull", "Value", eConcrete},
-    {Of<ValueString>, "ValueString", "Value", eConcrete},
-    {Of<NamedValueConverter>, "NamedValueConverter", "ValueConverter", eConcrete},
-    {Of<ResultConverter>, "ResultConverter", "ValueConverter", eConcrete},
-    {Of<ValueAbstractValueCollectionConverter>, "ValueAbstractValueCollectionConverter", "ValueConverter",
-        eConcrete},
-    {Of<ValueDateTimeConverter>, "ValueDateTimeConverter", "ValueConverter", eConcrete},
-    {Of<ValueFloatConverter>, "ValueFloatConverter", "ValueConverter", eConcrete},
-    {Of<ValueIntegerConverter>, "ValueIntegerConverter", "ValueConverter", eConcrete},
-    {Of<ValueNullConverter>, "ValueNullConverter", "ValueConverter", eConcrete},
-    {Of<ValueStringConverter>, "ValueStringConverter", "ValueConverter", eConcrete},
-    {Of<ResultConverterLayout>, "ResultConverterLayout", "ValueConverterLayout", eConcrete},
-    {Of<ValueConverterLayoutCollection>, "ValueConverterLayoutCollection", "ValueConverterLayout", eAbstract},
-    {Of<ValueDateTimeConverterLayout>, "ValueDateTimeConverterLayout", "ValueConverterLayout", eConcrete},
-    {Of<ValueFloatConverterLayout>, "ValueFloatConverterLayout", "ValueConverterLayout", eConcrete},
-    {Of<ValueIntegerConverterLayout>, "ValueIntegerConverterLayout", "ValueConverterLayout", eConcrete},
-    {Of<ValueNullConverterLayout>, "ValueNullConverterLayout", "ValueConverterLayout", eConcrete},
-    {Of<ValueStringConverterLayout>, "ValueStringConverterLayout", "ValueConverterLayout", eConcrete},
-    {Of<NamedValueConverterLayout>, "NamedValueConverterLayout", "ValueConverterLayoutCollection", eConcrete},
-    {&ValueAbstractValueCollectionConverterLayout::GetStaticClassDesc,
-        "ValueAbstractValueCollectionConverterLayout", "ValueConverterLayoutCollection", eAbstract}};
+std::size_t g_iClasses = 0;
 
 EKind GetKind(ClassDescription const & oClass)
 {
@@ -115,21 +46,73 @@ EKind GetKind(ClassDescription const & oClass)
     }
 }
 
+template<class T>
+std::string GetName()
+{
+    std::unique_ptr<char, void (*)(void *)> const pName(
+        abi::__cxa_demangle(typeid(T).name(), nullptr, nullptr, nullptr), &std::free);
+    std::string const sName = std::string("class ") + pName.get();
+
+    // Of an alias one compiler writes the name, and the other what it stands for.
+    return sName.substr(0, sName.find("Factory"));
+}
+
+template<class... Classes>
+void Check(std::string const & sBase, EKind eKind)
+{
+    auto const fCheck = [&](ClassDescription const & oClass, std::string const & sName)
+    {
+        SCOPED_TRACE(sName);
+        EXPECT_TRUE(std::string(oClass.GetClassName()).starts_with(sName)) << oClass.GetClassName();
+        EXPECT_EQ(oClass.GetBaseClassName(), sBase);
+        EXPECT_EQ(GetKind(oClass), eKind);
+        EXPECT_EQ(ClassRepository::Instance().GetClassDescription(oClass.GetClassId()), &oClass);
+        EXPECT_TRUE(std::string(oClass.GetFile()).starts_with("src/tessel/")) << oClass.GetFile();
+    };
+    (fCheck(Classes::GetStaticClassDesc(), GetName<Classes>()), ...);
+    g_iClasses += sizeof...(Classes);
+}
+
+template<class Base, class... Classes>
+void CheckBelow(EKind eKind)
+{
+    Check<Classes...>(GetName<Base>(), eKind);
+}
+
 } // namespace
 
 TEST(ClassTable, HoldsForEveryClass)
 {
-    for (auto const & [fDescription, sExpected, sBase, eKind] : g_aRows)
-    {
-        ClassDescription const & oClass = fDescription();
-        std::string const sName = oClass.GetClassName();
-        SCOPED_TRACE(sName);
-        EXPECT_TRUE(sName.starts_with("class tsl::" + sExpected)) << sExpected;
-        EXPECT_EQ(oClass.GetBaseClassName(), sBase.empty() ? "<keine>" : "class tsl::" + sBase);
-        EXPECT_EQ(GetKind(oClass), eKind);
-        EXPECT_EQ(ClassRepository::Instance().GetClassDescription(oClass.GetClassId()), &oClass);
-        EXPECT_TRUE(std::string(oClass.GetFile()).starts_with("src/tessel/")) << oClass.GetFile();
-    }
-    EXPECT_EQ(std::size(g_aRows), 59u);
+    Check<Root>("<keine>", eAbstract);
+    Check<Singleton<Application>, Singleton<GlobalApplicationIni>, Singleton<GlobalDebugSwitchRegistry>,
+        Singleton<GlobalMessageDispatcher>, Singleton<MessageProcessorFactoryBase>,
+        Singleton<TaskFactoryBase>>("<keine>", eSingleton);
+    CheckBelow<Singleton<Application>, Application>(eApplication);
+    CheckBelow<Application, ConsoleApplication>(eApplication);
+    CheckBelow<Singleton<GlobalApplicationIni>, GlobalApplicationIni>(eSingleton);
+    CheckBelow<Singleton<GlobalDebugSwitchRegistry>, GlobalDebugSwitchRegistry>(eSingleton);
+    CheckBelow<Singleton<GlobalMessageDispatcher>, GlobalMessageDispatcher>(eSingleton);
+    CheckBelow<Root, Configuration, Message, MessageProcessor, Value, ValueConverter, ValueConverterLayout,
+        ValueFormator, ValueValidator>(eAbstract);
+    CheckBelow<Root, StringFormator, StringValidator>(eConcrete);
+    CheckBelow<Configuration, ApplicationConfig, MessageProcessorConfig>(eAbstract);
+    CheckBelow<ApplicationConfig, ConsoleApplicationConfig>(eAbstract);
+    CheckBelow<Message, DebugMessage, ResultMessage, TaskContextMessage>(eConcrete);
+    CheckBelow<MessageProcessor, LogFileProcessor, MessageDispatcher>(eConcrete);
+    CheckBelow<MessageProcessor, MessageDispatcherClient, MessageDispatcherClientConfig>(eAbstract);
+    CheckBelow<MessageProcessorConfig, LogFileProcessorConfig, MessageDispatcherConfig>(eConcrete);
+    CheckBelow<Value, ValueAbstractValueCollection>(eAbstract);
+    CheckBelow<Value, NamedValue, Result, ValueDateTime, ValueFloat32, ValueInt32, ValueNull, ValueString>(
+        eConcrete);
+    CheckBelow<ValueConverter, NamedValueConverter, ResultConverter, ValueAbstractValueCollectionConverter,
+        ValueDateTimeConverter, ValueFloatConverter, ValueIntegerConverter, ValueNullConverter,
+        ValueStringConverter>(eConcrete);
+    CheckBelow<ValueConverterLayout, ResultConverterLayout, ValueDateTimeConverterLayout,
+        ValueFloatConverterLayout, ValueIntegerConverterLayout, ValueNullConverterLayout,
+        ValueStringConverterLayout>(eConcrete);
+    CheckBelow<ValueConverterLayout, ValueConverterLayoutCollection>(eAbstract);
+    CheckBelow<ValueConverterLayoutCollection, NamedValueConverterLayout>(eConcrete);
+    CheckBelow<ValueConverterLayoutCollection, ValueAbstractValueCollectionConverterLayout>(eAbstract);
+    EXPECT_EQ(g_iClasses, 59u);
     EXPECT_EQ(ClassRepository::Instance().GetClassList().size(), 59u) << "there is a class without a row";
 }
