@@ -1,21 +1,12 @@
 /* Does what its arguments say, in their order, and ends with 0. It is no program of the library, which would
-   open a log file.
+   open a log file. Actions whose names do not tell:
 
-   exit CODE        ends
    once FILE        ends if the file is there, else makes it
    tell FILE        writes its parent's id into the file
-   signal NUMBER    sends itself a signal
-   ignore NUMBER    ignores a signal
-   hang             waits for ever
-   close            closes all three streams
-   out TEXT         writes a text to the standard output; "\n", "\r", "\t" are written so
-   err TEXT         the same to the standard error
+   out TEXT         writes a text to the standard output; "\n", "\r", "\t" are written so; err likewise
    flood BYTES      writes lines of 1 to 100,000 bytes to both streams in turn, so many bytes in sum
    daemon           leaves a child of its own behind, which keeps the streams until its input ends
    noise            the same, but the child writes until nobody reads any more
-   descriptors      writes the numbers of its open descriptors in one line
-   signals          writes the numbers of its blocked and ignored signals in one line
-   session          writes whether it leads a session
    arguments        writes all that follows, each as hexadecimal digits in a line of its own, and ends */
 
 #define _POSIX_C_SOURCE 200809L
