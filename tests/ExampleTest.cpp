@@ -2,7 +2,6 @@
 #include "ProcessTest.h"
 
 #include <csignal>
-#include <regex>
 
 using namespace tsltest;
 
@@ -34,22 +33,6 @@ std::vector<ShownRun> ReadRuns(std::istream && oPage)
             vRuns.back().sPrinted += sLine.substr(4) + '\n';
     }
     return vRuns;
-}
-
-/// The id of the process that has written such a line into the log, waited for; 0 if there is none in time.
-int AwaitLogLine(TestProgram const & oProgram, std::string const & sText)
-{
-    std::regex const oLine(R"([0-9.]{10} [0-9:]{8} (\d+) \d+ DEB )" + sText);
-    int iProcess = 0;
-    WaitUntil(
-        [&]
-        {
-            std::smatch oMatch;
-            std::string const sLog = oProgram.ReadFile("Logfile.txt");
-            iProcess = std::regex_search(sLog, oMatch, oLine) ? std::stoi(oMatch[1]) : 0;
-            return iProcess != 0;
-        });
-    return iProcess;
 }
 
 } // namespace
@@ -90,32 +73,26 @@ TEST(Examples, PrintWhatTheirPagesShow)
 
 TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
 {
-    struct Row
-    {
-        std::string sProgram;
-        std::string sIni;
-        std::string sArgument;
-        std::string sPrinted; ///< behind what begins every message, or the whole
-        int iExitCode = 6;
-    };
+    // Program, ini file, argument, what is printed behind what begins every message, exit code.
     std::string const sBad = "Ungültiger Formatstring! String : ";
-    Row const aRows[] = {{"greeter", "[Greeter]\nFormat=${%s%n}", "Ann", sBad + "\"%s%n\""},
-        {"greeter", "[Greeter]\nFormat=${%*s}", "Ann", sBad + "\"%*s\""},
-        {"values", "[Values/Integer]\nFormat=${%n}", "7", sBad + "\"%n\""},
-        {"values", "[Values/Integer]\nFormat=${clsid}", "7", "in einem Collection-Layout erlaubt!"},
-        {"values", "[Values/Float]\nFormat=${%*f}", "0.5", sBad + "\"%*f\""},
-        {"values", "[Values/Float]\nDecimalPlaces=99999", "0.5", sBad + "\"%.99999f\""},
-        {"values", "[Values]\nFormat=${dump", "7", "Zeichen '}' nicht gefunden. String : \"${dump\""},
+    Rows<std::string, char const *, char const *, std::string, int> aRows = {
+        {"greeter", "[Greeter]\nFormat=${%s%n}", "Ann", sBad + "\"%s%n\"", 6},
+        {"greeter", "[Greeter]\nFormat=${%*s}", "Ann", sBad + "\"%*s\"", 6},
+        {"values", "[Values/Integer]\nFormat=${%n}", "7", sBad + "\"%n\"", 6},
+        {"values", "[Values/Integer]\nFormat=${clsid}", "7", "in einem Collection-Layout erlaubt!", 6},
+        {"values", "[Values/Float]\nFormat=${%*f}", "0.5", sBad + "\"%*f\"", 6},
+        {"values", "[Values/Float]\nDecimalPlaces=99999", "0.5", sBad + "\"%.99999f\"", 6},
+        {"values", "[Values]\nFormat=${dump", "7", "Zeichen '}' nicht gefunden. String : \"${dump\"", 6},
         {"values", "[Values]\nFormat=${%n%s}", "7", "${%n%s}\n", 0},
         {"values", "[Values/Named]\nFormat=${%n%s}", "a=7", "(${%n%s})\n", 0}};
-    for (Row const & oRow : aRows)
+    for (auto const & [sProgram, sIni, sArgument, sPrinted, iExitCode] : aRows)
     {
-        TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + oRow.sProgram);
-        oProgram.WriteFile(oRow.sProgram + ".ini", oRow.sIni);
-        ProgramOutcome const oOutcome = oProgram.Run({oRow.sArgument});
-        EXPECT_EQ(oOutcome.iExitCode, oRow.iExitCode) << oRow.sIni;
-        EXPECT_NE((oOutcome.sOutput + oOutcome.sErrors).find(oRow.sPrinted), std::string::npos)
-            << oRow.sIni << " gives " << oOutcome.sOutput << oOutcome.sErrors;
+        TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + sProgram);
+        oProgram.WriteFile(sProgram + ".ini", sIni);
+        ProgramOutcome const oOutcome = oProgram.Run({sArgument});
+        EXPECT_EQ(oOutcome.iExitCode, iExitCode) << sIni;
+        EXPECT_NE((oOutcome.sOutput + oOutcome.sErrors).find(sPrinted), std::string::npos)
+            << sIni << " gives " << oOutcome.sOutput << oOutcome.sErrors;
     }
 }
 
@@ -136,9 +113,16 @@ TEST(BackgroundExample, EndsCleanlyBySignal)
     oProgram.WriteFile("background.ini", "[Background]\nParts=1000000\nPartDuration=1\n"
                                          "[Debug]\nEnable=1\n[Debug/Switch]\nTask=1\n");
     auto oRun = std::async(std::launch::async, [&] { return oProgram.Run(); });
-    int const iProcess = AwaitLogLine(oProgram, "Task Task 'Work' starts DoProcess ");
-    ASSERT_NE(iProcess, 0);
-    ASSERT_EQ(::kill(iProcess, SIGTERM), 0);
+    std::regex const oWorking(R"( (\d+) \d+ DEB Task Task 'Work' starts DoProcess )");
+    std::smatch oMatch;
+    std::string sLog;
+    ASSERT_TRUE(WaitUntil(
+        [&]
+        {
+            sLog = oProgram.ReadFile("Logfile.txt");
+            return std::regex_search(sLog, oMatch, oWorking);
+        }));
+    ASSERT_EQ(::kill(std::stoi(oMatch[1]), SIGTERM), 0);
 
     ProgramOutcome const oOutcome = oRun.get();
     EXPECT_EQ(oOutcome.iExitCode, 12);

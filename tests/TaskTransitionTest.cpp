@@ -3,25 +3,17 @@
 using namespace tsl;
 using namespace tsltest;
 
-namespace
+/// What the table answers, or 99 where it has no answer.
+static int GetNext(TaskTransitionList const & oList, int iSource, int iResult)
 {
-
-/// What the table answers, or the given number where it has no answer.
-int GetNext(TaskTransitionList const & oList, int iSource, int iResult, int iOtherwise)
-{
-    int iNext = iOtherwise;
+    int iNext = 99;
     oList.GetNextTaskId(iSource, iResult, iNext);
     return iNext;
 }
 
-} // namespace
-
 TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
 {
-    constexpr int TASK_INIT = Task::TASK_INIT;
-    constexpr int TASK_FINE = Task::TASK_FINE;
-    constexpr int TR_PROCEED = Task::TR_PROCEED;
-
+    constexpr int TASK_INIT = Task::TASK_INIT, TASK_FINE = Task::TASK_FINE, TR_PROCEED = Task::TR_PROCEED;
     char const * const sBadSource =
         "' is invalid. Use of predefined tasks but TASK_INIT isnot allowed as source task."
         " Use own task ids > RESERVED_TASK_ID_MAX.";
@@ -33,8 +25,8 @@ TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
         " Use own task ids > RESERVED_TASK_ID_MAX.";
 
     // The text is empty for a success; in the end comes the number of source tasks afterwards.
-    Rows<int, int, int, std::string, int> vRows = {{TASK_INIT, TR_PROCEED, 1, "", 1},
-        {TASK_INIT, TR_PROCEED, TASK_FINE, "", 1}, {0, 0, 0, "", 1}, {3, TR_PROCEED, TASK_FINE, "", 1},
+    Rows<int, int, int, std::string, int> vRows = {{TASK_INIT, TR_PROCEED, 1, "", 1}, {0, 0, 0, "", 1},
+        {3, TR_PROCEED, TASK_FINE, "", 1},
         {TASK_INIT, 5, 1,
             "Transition id '5' is invalid. With TASK_INIT as source task, TR_PROCEED is the only allowed"
             " transition.",
@@ -53,23 +45,20 @@ TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
         EXPECT_EQ(oResult.GetErrorCode(), bTaken ? 0 : 2);
         EXPECT_EQ(bTaken ? "" : oResult.GetText().s_str(), sText);
         EXPECT_EQ(oList.GetCount(), iCount);
-        EXPECT_EQ(GetNext(oList, iSource, iResult, 99), bTaken ? iDestination : 99);
+        EXPECT_EQ(GetNext(oList, iSource, iResult), bTaken ? iDestination : 99);
     }
 }
 
 TEST(TransitionTable, AnswersForEachTaskAndResultWithTheLastWord)
 {
     TaskTransitionList oList;
-    EXPECT_TRUE(oList.AddTransition(3, 7, 4).IsOk());
-    EXPECT_TRUE(oList.AddTransition(4, 7, 3).IsOk());
-    EXPECT_TRUE(oList.AddTransition(3, 8, 6).IsOk());
-    EXPECT_TRUE(oList.AddTransition(3, 7, 5).IsOk());
+    Rows<int, int, int> vTransitions = {{3, 7, 4}, {4, 7, 3}, {3, 8, 6}, {3, 7, 5}};
+    Rows<int, int, int> vAnswers = {{3, 7, 5}, {3, 8, 6}, {4, 7, 3}, {4, 8, 99}, {5, 7, 99}};
+    for (auto const & [iSource, iResult, iDestination] : vTransitions)
+        EXPECT_TRUE(oList.AddTransition(iSource, iResult, iDestination).IsOk());
     EXPECT_EQ(oList.GetCount(), 2);
-    EXPECT_EQ(GetNext(oList, 3, 7, 99), 5);
-    EXPECT_EQ(GetNext(oList, 3, 8, 99), 6);
-    EXPECT_EQ(GetNext(oList, 4, 7, 99), 3);
-    EXPECT_EQ(GetNext(oList, 4, 8, 99), 99);
-    EXPECT_EQ(GetNext(oList, 5, 7, 99), 99);
+    for (auto const & [iSource, iResult, iAnswer] : vAnswers)
+        EXPECT_EQ(GetNext(oList, iSource, iResult), iAnswer) << iSource << ' ' << iResult;
 
     // A row takes the pair of its constructor as it is.
     TaskTransition oRow(Task::TR_REMAIN, -7);

@@ -1,5 +1,5 @@
-// An application whose steps do what the arguments say, as STEP=OUTCOME: "ok", "fail:CODE", "throw:CODE" (a
-// Result) or "assert". Prints the steps that ran and what came on the application's own bus. With "plain" as
+// An application whose steps do what the chapters of its ini file say that have their names: fail=CODE, throw=CODE
+// (a Result) or assert=0. Prints the steps that ran and what came on the application's own bus. With "plain" as
 // the first argument the application is none of the console.
 
 #include "../TestMessages.h"
@@ -49,31 +49,23 @@ protected:
     tsl::Result PostRun() override { return DoStep("PostRun", ConsoleApplication::PostRun()); }
 
 private:
-    tsl::Result DoStep(std::string const & sStep, tsl::Result const & oBase)
+    tsl::Result DoStep(char const * sStep, tsl::Result const & oBase)
     {
         std::cout << sStep << "\n";
-        std::string const sOutcome = GetOutcome(sStep);
-        std::string const sAction = sOutcome.substr(0, sOutcome.find(':'));
-        int const iCode = std::atoi(sOutcome.substr(sOutcome.find(':') + 1).c_str());
-        tsl::Result const oFailure(
-            iCode, tsl::String(sStep), tsl::Result(90 + iCode, "cause", tsl::Result::eCategoryDefault));
-        if (sAction == "fail")
-            return oFailure;
-        if (sAction == "throw")
-            throw oFailure;
-        if (sAction == "assert")
+        tsl::IniFile const & oIni = tsl::Support::GetAppIni();
+        int iCode = 0;
+        if (oIni.GetInt32(sStep, "fail", iCode))
+            return MakeFailure(sStep, iCode);
+        if (oIni.GetInt32(sStep, "throw", iCode))
+            throw MakeFailure(sStep, iCode);
+        if (oIni.GetInt32(sStep, "assert", iCode))
             tsl::XAssertionFailed("false", "Unknown");
         return oBase;
     }
 
-    std::string GetOutcome(std::string const & sStep) const
+    static tsl::Result MakeFailure(char const * sText, int iCode)
     {
-        std::vector<tsl::String> vParameters;
-        GetConfig().GetCmdLineParser().GetParameters(vParameters);
-        for (tsl::String const & sParameter : vParameters)
-            if (sParameter.s_str().starts_with(sStep + "="))
-                return sParameter.s_str().substr(sStep.size() + 1);
-        return "ok";
+        return {iCode, sText, tsl::Result(90 + iCode, "cause", tsl::Result::eCategoryDefault)};
     }
 
     tsltest::TestProcessor m_oPrinter{&Print};
