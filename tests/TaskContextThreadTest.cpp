@@ -1,6 +1,7 @@
 #include "AssertionTest.h"
-#include "NoMoreThreads.h"
 #include "TestMachine.h"
+
+#include <pthread.h>
 
 using namespace tsltest;
 using tsl::Message;
@@ -22,6 +23,23 @@ int ReadNumber(tsl::TaskContext & oContext)
         });
     return pMessage ? dynamic_cast<NumberMessage const &>(*pMessage).iNumber : -1;
 }
+
+/// While it lives, no thread can be started: none gets a stack.
+class NoMoreThreads
+{
+public:
+    NoMoreThreads()
+    {
+        ::pthread_getattr_default_np(&m_oFormer);
+        pthread_attr_t oHuge = m_oFormer;
+        ::pthread_attr_setstacksize(&oHuge, std::size_t{1} << 50);
+        ::pthread_setattr_default_np(&oHuge);
+    }
+    ~NoMoreThreads() { ::pthread_setattr_default_np(&m_oFormer); }
+
+private:
+    pthread_attr_t m_oFormer;
+};
 
 /// Writes the failures that reach the global bus.
 class FailureWriter : public BusListener
@@ -78,18 +96,27 @@ TEST(TaskContextThread, RunsEachStepOnAThreadOfItsOwnAlsoAfterAnException)
         "6 Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate. <- 77 thrown\n");
 }
 
-TEST(TaskContextThread, FailsIfNoThreadCanBeStarted)
+TEST(TaskContextThread, FailsAsLongAsNoThreadCanBeStarted)
 {
-    TaskContextThread oContext(new OneTaskMachine({}));
-    NoMoreThreads const oScope;
-    std::string sFailures;
-    FailureWriter const oWriter(sFailures);
-    EXPECT_TRUE(Asserts("false", "Cannot recover from previous error.", [&] { oContext.Process(); }));
-    std::string const sNoThread =
-        "10 Error while starting new thread. <- " + Tell(tsl::OS::FormatError(EAGAIN));
-    EXPECT_TRUE(sFailures.starts_with(
-        "6 Cannot start a thread that processes the statemachine. <- " + sNoThread + "\n6 XAssertion"))
-        << sFailures;
+    TaskContextThread oContext(new OneTaskMachine(
+        [](OpenTask & oTask)
+        {
+            oTask.Send(NumberMessage(5));
+            return Task::TR_REMAIN;
+        }));
+    {
+        NoMoreThreads const oScope;
+        std::string sFailures;
+        FailureWriter const oWriter(sFailures);
+        EXPECT_TRUE(Asserts("false", "Cannot recover from previous error.", [&] { oContext.Process(); }));
+        std::string const sCause =
+            "10 Error while starting new thread. <- " + Tell(tsl::OS::FormatError(EAGAIN));
+        EXPECT_TRUE(sFailures.starts_with(
+            "6 Cannot start a thread that processes the statemachine. <- " + sCause + "\n6 XAssertion"))
+            << sFailures;
+    }
+    oContext.Process();
+    EXPECT_EQ(ReadNumber(oContext), 5);
 }
 
 // Messages from four threads; some of the machines end in the middle of a step.

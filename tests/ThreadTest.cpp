@@ -1,5 +1,4 @@
 #include "AssertionTest.h"
-#include "NoMoreThreads.h"
 #include "ProcessTest.h"
 #include "TestMessages.h"
 
@@ -76,18 +75,6 @@ TEST(ThreadRun, GoesThroughItsStates)
 
     ASSERT_TRUE(RunsToItsEnd(oThread));
     EXPECT_EQ(oThread.GetThreadId(), iId);
-}
-
-TEST(ThreadRun, TellsWhyNoThreadCanBeStarted)
-{
-    OpenThread oThread;
-    {
-        NoMoreThreads const oScope;
-        EXPECT_EQ(Tell(oThread.Run()),
-            "10 Error while starting new thread. <- " + Tell(tsl::OS::FormatError(EAGAIN)));
-        EXPECT_EQ(GetState(oThread), "still -1 -");
-    }
-    EXPECT_TRUE(RunsToItsEnd(oThread));
 }
 
 TEST(ThreadRun, EndsInNoKillOfItsOwn)
