@@ -1,19 +1,16 @@
 #include "ProcessTest.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,33 +27,27 @@ int Check(long iNumber, char const * sWhat)
     return static_cast<int>(iNumber);
 }
 
-class Descriptor
+/// Takes one stream of a program. A file in memory, since a pipe would have to be emptied all the time
+/// and stays open for as long as the program's own children hold it.
+class StreamFile
 {
 public:
-    explicit Descriptor(int iNumber) : m_iNumber(iNumber) {}
-    ~Descriptor() { ::close(m_iNumber); }
-    Descriptor(Descriptor const &) = delete;
-    Descriptor & operator=(Descriptor const &) = delete;
+    StreamFile() = default;
+    ~StreamFile() { ::close(m_iNumber); }
+    StreamFile(StreamFile const &) = delete;
 
     int Get() const { return m_iNumber; }
 
-private:
-    int m_iNumber;
-};
-
-/// Takes one stream of a program. A file in memory, since a pipe would have to be emptied all the time
-/// and stays open for as long as the program's own children hold it.
-class StreamFile : public Descriptor
-{
-public:
-    StreamFile() : Descriptor(Check(::memfd_create("stream", MFD_CLOEXEC), "memfd_create")) {}
-
     std::string Read() const
     {
-        std::string sText(static_cast<std::size_t>(::lseek(Get(), 0, SEEK_END)), '\0');
-        sText.resize(static_cast<std::size_t>(Check(::pread(Get(), sText.data(), sText.size(), 0), "pread")));
+        std::string sText(static_cast<std::size_t>(::lseek(m_iNumber, 0, SEEK_END)), '\0');
+        sText.resize(
+            static_cast<std::size_t>(Check(::pread(m_iNumber, sText.data(), sText.size(), 0), "pread")));
         return sText;
     }
+
+private:
+    int const m_iNumber = Check(::memfd_create("stream", MFD_CLOEXEC), "memfd_create");
 };
 
 std::vector<char *> GetPointers(std::vector<std::string> & vTexts)
@@ -91,22 +82,6 @@ pid_t Start(std::filesystem::path const & oProgram, std::filesystem::path const 
     ::posix_spawnattr_destroy(&oAttributes);
     ::posix_spawn_file_actions_destroy(&oActions);
     return iProcess;
-}
-
-/// False if the process still runs when the limit is over.
-bool WaitForEnd(pid_t iProcess, std::chrono::milliseconds iLimit)
-{
-    Descriptor const oHandle(Check(::syscall(SYS_pidfd_open, iProcess, 0), "pidfd_open"));
-    auto const iDeadline = std::chrono::steady_clock::now() + iLimit;
-    pollfd oPoll = {oHandle.Get(), POLLIN, 0};
-    int iReady = 0;
-    do
-    {
-        auto const iRest =
-            std::chrono::ceil<std::chrono::milliseconds>(iDeadline - std::chrono::steady_clock::now());
-        iReady = ::poll(&oPoll, 1, static_cast<int>(std::max<std::int64_t>(iRest.count(), 0)));
-    } while (iReady < 0 && errno == EINTR);
-    return Check(iReady, "poll") > 0;
 }
 
 std::filesystem::path MakeFolder()
@@ -144,15 +119,17 @@ ProgramOutcome TestProgram::Run(
     StreamFile const oErrors;
     pid_t const iProcess = Start(m_oProgram, m_oFolder, oOutput, oErrors, vArguments, m_vEnvironment);
     ProgramOutcome oOutcome;
-    oOutcome.bTimedOut = !WaitForEnd(iProcess, iLimit);
-    if (oOutcome.bTimedOut)
-        ::kill(-iProcess, SIGKILL);
-
     int iStatus = 0;
-    while (::waitpid(iProcess, &iStatus, 0) < 0)
-        Check(errno == EINTR ? 0 : -1, "waitpid");
-    (WIFEXITED(iStatus) ? oOutcome.iExitCode : oOutcome.iSignal) =
-        WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : WTERMSIG(iStatus);
+    auto const oDeadline = std::chrono::steady_clock::now() + iLimit;
+    while (Check(::waitpid(iProcess, &iStatus, WNOHANG), "waitpid") == 0)
+    {
+        oOutcome.bTimedOut = std::chrono::steady_clock::now() > oDeadline;
+        if (oOutcome.bTimedOut)
+            ::kill(-iProcess, SIGKILL);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    if (WIFEXITED(iStatus))
+        oOutcome.iExitCode = WEXITSTATUS(iStatus);
     oOutcome.sOutput = oOutput.Read();
     oOutcome.sErrors = oErrors.Read();
     return oOutcome;

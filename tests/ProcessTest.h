@@ -14,7 +14,6 @@ namespace tsltest
 struct ProgramOutcome
 {
     int iExitCode = -1;     ///< -1 if a signal ended the program
-    int iSignal = 0;        ///< 0 if the program ended by itself
     bool bTimedOut = false; ///< The program ran past its limit and was killed, with all of its children.
     std::string sOutput;
     std::string sErrors;
