@@ -16,7 +16,6 @@ namespace
 constexpr float INF = std::numeric_limits<float>::infinity();
 constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float FLOAT_MAX = std::numeric_limits<float>::max();
-constexpr float FLOAT_MIN = std::numeric_limits<float>::min();
 constexpr float FLOAT_DENORM = std::numeric_limits<float>::denorm_min();
 
 std::string Write(ValueFloat32 const & oNumber, std::string const & sIdentifier)
@@ -46,34 +45,6 @@ struct Read
     Result oResult;
 };
 
-/// Gives the process a decimal comma. The file is what the system's locale compiler makes of a locale with
-/// nothing else in it; where this test runs, no such locale need be installed.
-class CommaLocale
-{
-public:
-    CommaLocale()
-    {
-        std::uint32_t const aContent[] = {0x20031115 ^ 1, 6, 32, 34, 35, 36, 40, 44, ',', ',', 0};
-        std::filesystem::create_directory(m_oPlace.GetFolder() / "comma");
-        std::string const sContent(reinterpret_cast<char const *>(aContent), sizeof aContent);
-        m_oPlace.WriteFile("comma/LC_NUMERIC", sContent + std::string("UTF-8", 6));
-        ::setenv("LOCPATH", m_oPlace.GetFolder().c_str(), 1);
-        std::setlocale(LC_NUMERIC, "comma");
-    }
-
-    ~CommaLocale()
-    {
-        std::setlocale(LC_NUMERIC, "C");
-        ::unsetenv("LOCPATH");
-    }
-
-    CommaLocale(CommaLocale const &) = delete;
-    CommaLocale & operator=(CommaLocale const &) = delete;
-
-private:
-    TestProgram const m_oPlace{"Reporter"};
-};
-
 std::string Print(char const * sFormat, double fNumber)
 {
     std::array<char, 4096> aText{};
@@ -83,35 +54,25 @@ std::string Print(char const * sFormat, double fNumber)
 
 TEST(ValueFloat32Arithmetic, ChangesTheNumberAndKeepsTheNullState)
 {
-    Rows<std::function<void(ValueFloat32 &)>, float, float> aRows = {
-        {[](ValueFloat32 & f) { f += 0.5f; }, 1.0f, 1.5f},
-        {[](ValueFloat32 & f) { f -= ValueFloat32(0.5f); }, 1.0f, 0.5f},
-        {[](ValueFloat32 & f) { f -= std::as_const(f); }, 1.5f, 0.0f},
-        {[](ValueFloat32 & f) { f *= 2.0f; }, FLOAT_MAX, INF},
-        {[](ValueFloat32 & f) { f /= ValueFloat32(4.0f); }, 6.0f, 1.5f},
-        {[](ValueFloat32 & f) { f /= ValueFloat32(); }, -6.0f, -INF},
-        {[](ValueFloat32 & f) { ++f; }, 1.5f, 2.5f}, {[](ValueFloat32 & f) { --f; }, 0.5f, -0.5f},
-        {[](ValueFloat32 & f) { f = -f + +f - f; }, 1.5f, -1.5f},
-        {[](ValueFloat32 & f) { f = f + 2.0f - ValueFloat32(0.5f); }, 1.0f, 2.5f},
-        {[](ValueFloat32 & f) { f = f * 3.0f / ValueFloat32(2.0f); }, 1.0f, 1.5f},
-        {[](ValueFloat32 & f) { f = 3.0f - f; }, 1.0f, 2.0f}};
-    for (int i = 0; auto const & [fCall, fBefore, fAfter] : aRows)
-    {
-        ValueFloat32 oNumber(fBefore);
-        fCall(oNumber);
-        EXPECT_EQ(oNumber.AsFloat32(), fAfter) << "row " << i++;
-    }
+    ValueFloat32 oNumber(1.5f);
+    ++oNumber;
+    oNumber -= 0.25f;
+    oNumber /= ValueFloat32(0.5f);
+    EXPECT_EQ(oNumber.AsFloat32(), 4.5f);
+    oNumber = 3.0f - oNumber * 3.0f / ValueFloat32(2.0f) + 0.75f;
+    --oNumber;
+    oNumber *= 2.0f;
+    EXPECT_EQ(oNumber.AsFloat32(), -8.0f);
+    oNumber /= ValueFloat32();
+    EXPECT_EQ(oNumber.AsFloat32(), -INF);
 
     ValueFloat32 oNull;
     oNull += 3.0f;
     ++oNull;
     EXPECT_TRUE(oNull.IsNull() && (+oNull).IsNull());
     EXPECT_EQ((-oNull).AsFloat32(), -4.0f);
-
-    // The stored number comes to light, and not what it was before the value became null.
-    EXPECT_EQ(ValueFloat32(4.0f).Compare(oNull), 0);
     oNull.SetNull();
-    EXPECT_EQ(ValueFloat32(0.0f).Compare(oNull), 0);
+    EXPECT_EQ((-oNull).AsFloat32(), 0.0f) << "the former number is gone";
     oNull = 0.5f;
     EXPECT_FALSE(oNull.IsNull());
 }
@@ -122,63 +83,47 @@ TEST(ValueFloat32Null, IsRefusedWhereANumberIsNeeded)
     ValueFloat32 const oOne(1.0f);
     ValueFloatConverterLayout oLayout;
     ASSERT_TRUE(oLayout.SetFormat("${%f}", "${%f}"));
-    std::function<void()> const aCalls[] = {[&] { static_cast<void>(oNull.AsFloat32()); },
-        [&] { static_cast<void>(oNull + oOne); }, [&] { static_cast<void>(oOne - oNull); },
-        [&] { static_cast<void>(oNull * 1.0f); }, [&] { static_cast<void>(oOne / oNull); },
-        [&] { static_cast<void>(oNull == 0.0f); }, [&] { static_cast<void>(oNull < oOne); },
-        [&] { GetText(oNull, oLayout); }};
+    std::function<void()> const aCalls[] = {[&] { return oNull.AsFloat32(); }, [&] { return oNull + oOne; },
+        [&] { return oOne - oNull; }, [&] { return oNull * 1.0f; }, [&] { return oOne / oNull; },
+        [&] { return oNull == 0.0f; }, [&] { return oNull < oOne; }, [&] { return GetText(oNull, oLayout); }};
     for (auto const & fCall : aCalls)
         EXPECT_TRUE(Asserts("!m_bNull", "Value must not be NULL", fCall)) << &fCall - aCalls;
 }
 
 TEST(ValueFloat32Comparing, KnowsAToleranceThatCompareToDoesNot)
 {
-    float const fTolerance = ValueFloat32().GetTolerance();
-    EXPECT_EQ(fTolerance, 0x1p-23f);
-
+    constexpr float fTolerance = 0x1p-23f;
     Rows<float, float, int, Value::eCompare> aRows = {{0.25f, 0.25f, 0, Value::eEqual},
-        {0.25f, 0.25f + 0x1p-25f, 0, Value::eLess}, {0.25f + 0x1p-25f, 0.25f, 0, Value::eGreater},
         {0.25f, 0.25f + fTolerance, 0, Value::eLess}, {0.25f, 0.25f - fTolerance, 0, Value::eGreater},
         {0.25f, 0.25f + fTolerance + 0x1p-25f, -1, Value::eLess},
         {0.25f, 0.25f - fTolerance - 0x1p-26f, 1, Value::eGreater}, {0.0f, -0.0f, 0, Value::eEqual},
-        {1e-8f, -1e-8f, 0, Value::eGreater}, {16777216.0f, 16777218.0f, -1, Value::eLess},
         {-FLOAT_MAX, FLOAT_MAX, -1, Value::eLess}, {INF, INF, 0, Value::eEqual},
-        {-INF, INF, -1, Value::eLess}, {INF, FLOAT_MAX, 1, Value::eGreater},
-        {NOT_A_NUMBER, 1.0f, 0, Value::eEqual}, {1.0f, NOT_A_NUMBER, 0, Value::eEqual}};
+        {INF, FLOAT_MAX, 1, Value::eGreater}, {NOT_A_NUMBER, 1.0f, 0, Value::eEqual},
+        {1.0f, NOT_A_NUMBER, 0, Value::eEqual}};
     for (auto const & [fLeft, fRight, iCompare, eCompareTo] : aRows)
     {
         SCOPED_TRACE(Print("%a", fLeft) + " and " + Print("%a", fRight));
-        ValueFloat32 const oLeft(fLeft);
-        ValueFloat32 const oRight(fRight);
-        EXPECT_EQ(oLeft.Compare(oRight), iCompare);
-        EXPECT_EQ(oLeft.CompareTo(oRight), eCompareTo);
-        EXPECT_EQ(GetOrder(oLeft, fRight), iCompare);
+        EXPECT_EQ(ValueFloat32(fLeft).CompareTo(ValueFloat32(fRight)), eCompareTo);
+        EXPECT_EQ(GetOrder(ValueFloat32(fLeft), fRight), iCompare);
     }
     EXPECT_TRUE(ValueFloat32(0.5f) == 0.5 && 0.5f == ValueFloat32(0.5f) && 1 > ValueFloat32(0.5f));
 }
 
 TEST(ValueFloat32Writing, FollowsTheFormat)
 {
-    Rows<float, std::string, std::string> aRows = {{-1.5f, "%.0f", "-2"}, {2.5f, "%.0f", "2"},
-        {-0.0f, "%f", "-0.000000"}, {-0.001f, "%.2f", "-0.00"}, {0.1f, "%.20f", "0.10000000149011611938"},
-        {FLOAT_MAX, "%.1f", "340282346638528859811704183484516925440.0"},
+    Rows<float, std::string, std::string> aRows = {{-0.0f, "%f", "-0.000000"},
         {FLOAT_DENORM, "%.50f", "0.00000000000000000000000000000000000000000000140130"}, {INF, "%.3f", "inf"},
         {-INF, "%f", "-inf"}, {-NOT_A_NUMBER, "%.2f", "-nan"}, {INF, "%08.3f", "     inf"},
-        {1.5f, "%-8.3f|", "1.500   |"}, {1.5f, "%+08.3f", "+001.500"}, {1.5f, "% f", " 1.500000"},
-        {2.0f, "%#.0f", "2."}, {1.5f, "%.f", "2"}, {1.5f, "%lf", "1.500000"},
-        {1.5f, "about %.1f %%", "about 1.5 %"}, {1.5f, "half", "half"},
-        {1.5f, "%e is of size e", "1.500000e+00 is of size e"}, {1.5f, "%F of", "1.500000 of"},
-        {1.5f, "%a for", "0x1.8p+0 for"}, {1.5f, "%e", "${%e}"}, {1.5f, "%.3g", "${%.3g}"},
+        {1.5f, "about %.1f %%", "about 1.5 %"}, {1.5f, "%e is of size e", "1.500000e+00 is of size e"},
+        {1.5f, "%F of", "1.500000 of"}, {1.5f, "%a for", "0x1.8p+0 for"}, {1.5f, "%.3g", "${%.3g}"},
         {1.5f, std::string("%.1f\0%n", 7), "1.5"}, {1.5f, "%3998.0f", std::string(3997, ' ') + '2'},
         {1.5f, "%.3990f", "1.5" + std::string(3989, '0')}};
     for (auto const & [fNumber, sIdentifier, sExpected] : aRows)
         EXPECT_EQ(Write(fNumber, sIdentifier), sExpected) << sIdentifier;
-}
 
-TEST(ValueFloat32Writing, GivesWhatPrintfGives)
-{
     std::mt19937 oRandom(1);
-    char const * const aFormats[] = {"%f", "%.0f", "%.1f", "%.3f", "%.7f", "%.99f", "%13.4f", "%.100f"};
+    char const * const aFormats[] = {"%f", "%.0f", "%.1f", "%.3f", "%.7f", "%.99f", "%13.4f", "%.100f",
+        "%-8.3f|", "%+08.3f", "% f", "%#.0f", "%.f", "%lf"};
     for (int i = 0; i < 4000; ++i)
     {
         // Every bit pattern, and numbers that lie halfway between two texts.
@@ -198,16 +143,14 @@ TEST(ValueFloat32Writing, RefusesAFormatThatDoesNotSuitAFloat)
             "ValueConverter : Ungültiger Formatstring! String : \"" + std::string(sIdentifier) + '"',
             [&] { Write(1.5f, sIdentifier); }));
 
-    for (std::string const sIdentifier : {"%3998.3f!", "%.3998f"})
-        EXPECT_TRUE(Asserts("i >= 0",
-            "Buffer overflow. Formatting argList with string as \"" + sIdentifier + "\" failed.",
-            [&] { Write(1.5f, sIdentifier); }));
+    EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%.3998f\" failed.",
+        [] { Write(1.5f, "%.3998f"); }));
 
     ValueString sText("x");
     sText << ValueFloat32(1.5f);
     EXPECT_TRUE(
         Asserts("!f.IsNull()", "Invalid operation. Value is NULL", [&] { sText += ValueFloat32::Null(); }));
-    EXPECT_EQ(sText + ValueFloat32(-2.0f), "x1.500000-2.000000");
+    EXPECT_EQ(sText, "x1.500000");
 }
 
 TEST(ValueFloatLayout, MakesItsFormatOfDecimalPlaces)
@@ -215,15 +158,13 @@ TEST(ValueFloatLayout, MakesItsFormatOfDecimalPlaces)
     ValueFloatConverterLayout oLayout("about ${%e of}");
     EXPECT_TRUE(oLayout.GetDecimalPlaces().IsNull());
     oLayout.SetDecimalPlaces(2);
-    ValueFloatConverterLayout const oCopy(oLayout);
     ValueFloatConverterLayout oTarget;
-    oTarget.Set(oLayout);
-    EXPECT_TRUE(oCopy.GetDecimalPlaces() == 2 && oTarget.GetDecimalPlaces() == 2);
+    oTarget.Set(ValueFloatConverterLayout(oLayout));
+    EXPECT_EQ(oTarget.GetDecimalPlaces(), 2);
     oLayout.SetDecimalPlaces(ValueInt32());
-    EXPECT_TRUE(oLayout.GetDecimalPlaces().IsNull());
     EXPECT_EQ(GetText(ValueFloat32(1.0f), oTarget) + GetText(ValueFloat32(1.0f), oLayout), "1.001.000000");
 
-    for (int const iPlaces : {-1, 3999, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
+    for (int const iPlaces : {-1, 3999, INT_MIN, INT_MAX})
     {
         oLayout.SetDecimalPlaces(iPlaces);
         EXPECT_TRUE(Asserts("false",
@@ -232,36 +173,44 @@ TEST(ValueFloatLayout, MakesItsFormatOfDecimalPlaces)
     }
 }
 
-TEST(ValueFloat32Reading, TakesANumberAndLeavesTheRest)
+TEST(ValueFloat32Reading, TakesANumberAndLeavesTheRestOrFailsWithoutAChange)
 {
-    struct Row
-    {
-        std::string sText;
-        float fExpected;
-        std::string sRest = "";
-    };
-    Row const aRows[] = {{"  1.5  x", 1.5f, "x"}, {"\t\n 1.5\t\n", 1.5f}, {".5", 0.5f},
-        {"-.5e1x", -5.0f, "x"}, {"5.", 5.0f, "."}, {"5.e1", 5.0f, ".e1"}, {"1e+", 1.0f, "e+"},
-        {"1D3", 1000.0f}, {"-1.25d-1", -0.125f}, {"1E+3,", 1000.0f, ","}, {"1,5", 1.0f, ",5"},
-        {"0x10", 0.0f, "x10"}, {"1.5.5", 1.5f, ".5"}, {"-", 0.0f}, {"+-1", 0.0f, "-1"}, {"e5", 0.0f},
-        {"-d5", 0.0f}, {"-0", -0.0f}, {"-0d9", -0.0f}, {"007", 7.0f}, {"0.1", 0.1f},
-        {std::string("1\0002", 3), 1.0f, std::string("\0002", 2)}, {"3.4028234663852886e38", FLOAT_MAX},
-        {"-3.4028234663852886d38", -FLOAT_MAX}, {"340282346638528859811704183484516925440", FLOAT_MAX},
-        {"1.17549435e-38", FLOAT_MIN}, {"0.7e-45", 0.0f}, {"0.8e-45", FLOAT_DENORM}, {"-1e-46", -0.0f},
-        {"1e-400", 0.0f}, {"-1e-400", -0.0f}, {"1e-99999999999999999999", 0.0f},
-        {"0e99999999999999999999", 0.0f}, {"0.000e400", 0.0f},
-        {"1e0000000000000000000000000000000000000000000000000000000000000000000002", 100.0f},
+    Rows<std::string, float, std::string> aRows = {{"  1.5  x", 1.5f, "x"}, {"\t\n 1.5\t\n", 1.5f, ""},
+        {"-.5e1x", -5.0f, "x"}, {"5.e1", 5.0f, ".e1"}, {"1e+", 1.0f, "e+"}, {"1D3", 1000.0f, ""},
+        {"-1.25d-1", -0.125f, ""}, {"0x10", 0.0f, "x10"}, {"-", 0.0f, ""}, {"+-1", 0.0f, "-1"},
+        {"e5", 0.0f, ""}, {"-d5", 0.0f, ""}, {"-0d9", -0.0f, ""},
+        {std::string("1\0002", 3), 1.0f, std::string("\0002", 2)}, {"3.4028234663852886e38", FLOAT_MAX, ""},
+        {"-3.4028234663852886d38", -FLOAT_MAX, ""}, {"0.7e-45", 0.0f, ""}, {"0.8e-45", FLOAT_DENORM, ""},
+        {"-1e-400", -0.0f, ""}, {"0e99999999999999999999", 0.0f, ""},
+        {"1e0000000000000000000000000000000000000000000000000002", 100.0f, ""},
         // Read as a double first, so that the last digit has no say any more.
-        {"16777217.0000001", 16777218.0f}, {"16777217.000000000000000000000000001", 16777216.0f}};
-    for (Row const & oRow : aRows)
+        {"16777217.0000001", 16777218.0f, ""}, {"16777217.000000000000000000000000001", 16777216.0f, ""}};
+    for (auto const & [sText, fExpected, sRest] : aRows)
     {
-        SCOPED_TRACE(oRow.sText);
-        Read const oRead(oRow.sText);
+        SCOPED_TRACE(sText);
+        Read const oRead(sText);
         EXPECT_TRUE(oRead.oResult.IsOk());
-        EXPECT_EQ(oRead.oNumber.AsFloat32(), oRow.fExpected);
-        EXPECT_EQ(std::signbit(oRead.oNumber.AsFloat32()), std::signbit(oRow.fExpected));
-        EXPECT_EQ(oRead.sRest, oRow.sRest);
+        EXPECT_EQ(oRead.oNumber.AsFloat32(), fExpected);
+        EXPECT_EQ(std::signbit(oRead.oNumber.AsFloat32()), std::signbit(fExpected));
+        EXPECT_EQ(oRead.sRest, sRest);
     }
+
+    std::string const sTooSmall = "Overflow. Biggest number for ValueFloat32 is FLOAT32_MIN.";
+    std::string const sTooBig = "Overflow. Smalest number for ValueFloat32 is FLOAT32_MAX.";
+    std::pair<std::string, std::string> const aFailures[] = {
+        {" x1", "Invalid syntax. Cannot convert ' x1' to ValueFloat."},
+        {".", "Invalid syntax. Cannot convert '.' to ValueFloat."},
+        {"inf", "Invalid syntax. Cannot convert 'inf' to ValueFloat."}, {"3.4028235e38", sTooBig},
+        {"-3.402823466385289e38", sTooSmall}, {"-1d400", sTooSmall}, {"1e99999999999999999999", sTooBig}};
+    for (auto const & [sText, sError] : aFailures)
+    {
+        Read const oRead(sText);
+        EXPECT_EQ(oRead.oResult.GetErrorCode(), sError.starts_with("Invalid") ? 2 : 4) << sText;
+        EXPECT_EQ(oRead.oResult.GetText(), sError);
+        EXPECT_TRUE(oRead.oNumber.AsFloat32() == 77.0f && oRead.sRest == sText) << sText;
+    }
+    EXPECT_EQ(Read("1.5", "%e").oResult.GetText(), "sIdentifier unknown");
+    EXPECT_TRUE(Read("1.5", "any f").oResult.IsOk());
 }
 
 TEST(ValueFloat32Reading, TakesTextsOfAnyLength)
@@ -300,32 +249,6 @@ TEST(ValueFloat32Reading, RoundsAsTheRuntimeLibraryDoes)
     }
 }
 
-TEST(ValueFloat32Reading, FailsWithoutAChange)
-{
-    std::string const sTooSmall = "Overflow. Biggest number for ValueFloat32 is FLOAT32_MIN.";
-    std::string const sTooBig = "Overflow. Smalest number for ValueFloat32 is FLOAT32_MAX.";
-    std::pair<std::string, std::string> const aRows[] = {
-        {"", "Invalid syntax. Cannot convert '' to ValueFloat."},
-        {" x1", "Invalid syntax. Cannot convert ' x1' to ValueFloat."},
-        {".", "Invalid syntax. Cannot convert '.' to ValueFloat."},
-        {"inf", "Invalid syntax. Cannot convert 'inf' to ValueFloat."},
-        {"nan", "Invalid syntax. Cannot convert 'nan' to ValueFloat."}, {"3.4028235e38", sTooBig},
-        {"-3.402823466385289e38", sTooSmall}, {"1e400", sTooBig}, {"-1d400", sTooSmall},
-        {"1e99999999999999999999", sTooBig}};
-    for (auto const & [sText, sError] : aRows)
-    {
-        SCOPED_TRACE(sText);
-        Read const oRead(sText);
-        EXPECT_EQ(oRead.oResult.GetErrorCode(), sError.starts_with("Invalid") ? 2 : 4);
-        EXPECT_EQ(oRead.oResult.GetText(), sError);
-        EXPECT_EQ(oRead.oNumber.AsFloat32(), 77.0f);
-        EXPECT_EQ(oRead.sRest, sText);
-    }
-
-    EXPECT_EQ(Read("1.5", "%e").oResult.GetText(), "sIdentifier unknown");
-    EXPECT_TRUE(Read("1.5", "any f").oResult.IsOk());
-}
-
 TEST(ValueFloat32Threads, ReadAndWriteAtTheSameTime)
 {
     std::atomic<int> iWrong{0};
@@ -345,8 +268,16 @@ TEST(ValueFloat32Threads, ReadAndWriteAtTheSameTime)
 
 TEST(ValueFloat32Locale, IsOfNoInfluence)
 {
-    CommaLocale const oLocale;
-    ASSERT_EQ(Print("%.1f", 1.5), "1,5");
+    // What the system's locale compiler makes of a locale with a decimal comma and nothing else in it; none
+    // like it need be installed.
+    TestProgram const oPlace("Reporter");
+    std::uint32_t const aContent[] = {0x20031115 ^ 1, 6, 32, 34, 35, 36, 40, 44, ',', ',', 0};
+    std::filesystem::create_directory(oPlace.GetFolder() / "comma");
+    std::string const sContent(reinterpret_cast<char const *>(aContent), sizeof aContent);
+    oPlace.WriteFile("comma/LC_NUMERIC", sContent + std::string("UTF-8", 6));
+    ::setenv("LOCPATH", oPlace.GetFolder().c_str(), 1);
+    std::setlocale(LC_NUMERIC, "comma");
+    EXPECT_EQ(Print("%.1f", 1.5), "1,5");
 
     for (char const * const sFormat : {"%f", "%.6f", "%+f", "%#f", "%9.6f", "%.06f of", "%e of", "%G of"})
         EXPECT_EQ(Write(1.5f, sFormat).find(','), std::string::npos) << sFormat;
@@ -356,6 +287,8 @@ TEST(ValueFloat32Locale, IsOfNoInfluence)
 
     // The program keeps the locale that it has chosen.
     EXPECT_EQ(Print("%.1f", 1.5), "1,5");
+    std::setlocale(LC_NUMERIC, "C");
+    ::unsetenv("LOCPATH");
 }
 
 } // namespace

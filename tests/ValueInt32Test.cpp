@@ -17,54 +17,42 @@ TEST(ValueInt32Arithmetic, WrapsAround)
         {INT_MIN, [](ValueInt32 & i) { i -= ValueInt32(1); }, INT_MAX},
         {-46341, [](ValueInt32 & i) { i *= i; }, -2147479015},
         {INT_MIN, [](ValueInt32 & i) { i /= -1; }, INT_MIN}, {INT_MIN, [](ValueInt32 & i) { i %= -1; }, 0},
-        {-7, [](ValueInt32 & i) { i %= ValueInt32(4); }, -3}, {12, [](ValueInt32 & i) { i &= 6; }, 4},
-        {12, [](ValueInt32 & i) { i |= ValueInt32(3); }, 15}, {12, [](ValueInt32 & i) { i ^= 6; }, 10},
+        {-7, [](ValueInt32 & i) { i %= ValueInt32(4); }, -3},
+        {12, [](ValueInt32 & i) { ((i &= 6) |= ValueInt32(3)) ^= 5; }, 2},
         {INT_MAX, [](ValueInt32 & i) { ++i; }, INT_MIN}, {INT_MIN, [](ValueInt32 & i) { i--; }, INT_MAX},
         {INT_MIN, [](ValueInt32 & i) { i = -i; }, INT_MIN},
         {5, [](ValueInt32 & i) { i = (i + 5 - ValueInt32(2)) * 7 / 3 % 10; }, 8},
-        {4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i; }, 4},
-        {1, [](ValueInt32 & i) { i = i + eAnswer - 2L; }, 41}};
+        {4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i + eAnswer - 2L; }, 44}};
     for (int iRow = 0; auto const & [iBefore, fChange, iAfter] : aRows)
     {
         ValueInt32 iNumber(iBefore);
         fChange(iNumber);
         EXPECT_EQ(iNumber.AsInt32(), iAfter) << "row " << iRow++;
     }
+
+    ValueInt32 iNumber(5);
+    std::function<void()> const aCalls[] = {
+        [&] { iNumber /= 0; }, [&] { iNumber %= ValueInt32(); }, [] { return 5 / ValueInt32(0); }};
+    for (auto const & fCall : aCalls)
+        EXPECT_TRUE(Asserts("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero", fCall));
+    EXPECT_EQ(iNumber, 5);
 }
 
 TEST(ValueInt32Arithmetic, TakesTheNullStateFromTheLeft)
 {
     ValueInt32 const iNull;
     EXPECT_TRUE((iNull + 5).IsNull());
-    EXPECT_EQ((iNull + 5).AsInt32(), 5);
-    EXPECT_FALSE((ValueInt32(5) + iNull).IsNull());
-    EXPECT_EQ(5 + iNull, 5);
-    EXPECT_FALSE((-iNull).IsNull());
+    EXPECT_FALSE((ValueInt32(5) + iNull).IsNull() || (-iNull).IsNull());
 
     ValueInt32 iNumber;
     iNumber += 3;
     EXPECT_TRUE((++iNumber).IsNull());
     EXPECT_FALSE((iNumber++).IsNull());
     EXPECT_EQ((iNumber--).AsInt32(), 5);
-    iNumber = 0;
-    EXPECT_FALSE(iNumber.IsNull());
     iNumber = 7;
+    EXPECT_FALSE(iNumber.IsNull());
     iNumber.SetNull();
     EXPECT_EQ(iNumber.AsInt32(), 0);
-    iNumber = ValueInt32(5);
-    EXPECT_EQ(iNumber, 5);
-    iNumber = ValueInt32::Null();
-    EXPECT_TRUE(iNumber.IsNull());
-}
-
-TEST(ValueInt32Arithmetic, RefusesToDivideByZero)
-{
-    ValueInt32 iNumber(5);
-    std::function<void()> const aCalls[] = {[&] { iNumber /= 0; }, [&] { iNumber %= ValueInt32(); },
-        [&] { static_cast<void>(5 / ValueInt32(0)); }};
-    for (auto const & fCall : aCalls)
-        EXPECT_TRUE(Asserts("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero", fCall));
-    EXPECT_EQ(iNumber, 5);
 }
 
 /// A number of a class of its own that has no description.
@@ -76,25 +64,18 @@ class Index : public ValueInt32
 TEST(ValueInt32Comparing, RefusesNullOnTheLeftAlone)
 {
     ValueInt32 const iNull;
-    EXPECT_EQ(ValueInt32(-1).Compare(iNull), -1);
-    EXPECT_EQ(ValueInt32(INT_MAX).Compare(INT_MIN), 1);
     EXPECT_TRUE(ValueInt32(0) == iNull && ValueInt32(1) > iNull && ValueInt32(42) == eAnswer);
     EXPECT_TRUE(ValueInt32(1) != 2 && ValueInt32(1) < 2 && ValueInt32(1) <= 1L && ValueInt32(1) >= 1);
     EXPECT_TRUE(Index(1) == Index(1) && Index(1) < Index(2) && Index(1) + Index(2) == 3);
 
-    std::function<void()> const aCalls[] = {[&] { static_cast<void>(iNull == 0); },
-        [&] { static_cast<void>(iNull != 0L); }, [&] { static_cast<void>(iNull < ValueInt32(1)); },
-        [&] { static_cast<void>(iNull >= eAnswer); }};
+    std::function<void()> const aCalls[] = {[&] { return iNull == 0; }, [&] { return iNull != 0L; },
+        [&] { return iNull < ValueInt32(1); }, [&] { return iNull >= eAnswer; }};
     for (auto const & fCall : aCalls)
         EXPECT_TRUE(Asserts("!m_bNull", "Invalid operation. ValueInt32 is NULL", fCall));
-
     EXPECT_EQ(ValueInt32(INT_MIN).CompareTo(ValueInt32(INT_MAX)), Value::eLess);
-    EXPECT_EQ(ValueInt32(INT_MAX).CompareTo(ValueInt32(INT_MIN)), Value::eGreater);
-    EXPECT_EQ(ValueInt32(3).CompareTo(ValueInt32(3)), Value::eEqual);
-    EXPECT_EQ(ValueInt32(0).CompareTo(iNull), Value::eNotComparable);
 }
 
-TEST(ValueInt32Text, IsReadFromDigitsAlone)
+TEST(ValueInt32Text, IsReadFromDigitsAloneAndWrittenInTheDefaultLayout)
 {
     char const * const sOnlyDigits = "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*";
     char const * const sTooLong = "Overflow. Max 10 digits allowed for ValueInt32.";
@@ -104,8 +85,8 @@ TEST(ValueInt32Text, IsReadFromDigitsAlone)
         {"2147483648", 77, "Overflow. Biggest number for ValueInt32 is 2147483647."},
         {"-2147483649", 77, "Overflow. Smalest number for ValueInt32 is -2147483648."},
         {"+12345678901", 77, sTooLong}, {"00000000001", 77, sTooLong},
-        {"   ", 77, "At least one digit expected."}, {"-", 77, sOnlyDigits}, {"+-1", 77, sOnlyDigits},
-        {"12 3", 77, sOnlyDigits}, {"1234567890123x", 77, sOnlyDigits}};
+        {"   ", 77, "At least one digit expected."}, {"-", 77, sOnlyDigits}, {"12 3", 77, sOnlyDigits},
+        {"1234567890123x", 77, sOnlyDigits}};
     for (auto const & [sText, iExpected, sFailure] : aRows)
     {
         ValueInt32 iNumber(77);
@@ -115,20 +96,14 @@ TEST(ValueInt32Text, IsReadFromDigitsAlone)
         EXPECT_EQ(oResult.IsOk() ? "" : oResult.GetText().s_str(), sFailure);
     }
 
-    ValueInt32 iNumber(5);
-    EXPECT_TRUE(iNumber.GetConverter().ConvertFromText("NULL", iNumber).IsOk());
-    EXPECT_TRUE(iNumber.IsNull());
+    ValueInt32 iNumber;
     EXPECT_TRUE(iNumber.GetConverter().ConvertFromText("0", iNumber).IsOk());
     EXPECT_FALSE(iNumber.IsNull());
-}
 
-TEST(ValueInt32Text, IsWrittenInTheDefaultLayout)
-{
     ValueString sText;
     ValueInt32().AddAsString(sText);
     EXPECT_EQ(ValueInt32(INT_MIN).AddAsString(sText) + ValueInt32(5), "NULL-21474836485");
     EXPECT_TRUE(Asserts("!i.IsNull()", "Invalid operation. Value is NULL", [&] { sText += ValueInt32(); }));
-    EXPECT_EQ(sText, "NULL-2147483648");
 }
 
 } // namespace

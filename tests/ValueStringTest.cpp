@@ -12,29 +12,17 @@ TEST(ValueStringNull, IsRefusedByAllThatNeedsText)
 {
     ValueString const sOther("x");
     std::string const sOwn = "!m_bNull";
-    std::string const sBoth = "!m_bNull && !Source.m_bNull";
     std::pair<std::string, Call> const aRows[] = {{sOwn, [](ValueString & s) { s.Trim(); }},
         {sOwn, [](ValueString & s) { s.GetLength(); }}, {sOwn, [](ValueString & s) { s.IsEmpty(); }},
         {sOwn, [](ValueString & s) { s.GetAt(0); }}, {sOwn, [](ValueString & s) { s.Mid(0, 1); }},
-        {sOwn, [](ValueString & s) { s.Left(0); }}, {sOwn, [](ValueString & s) { s.Right(0); }},
-        {sOwn, [](ValueString & s) { s.CutLeft(0); }}, {sOwn, [](ValueString & s) { s.CutRight(0); }},
+        {sOwn, [](ValueString & s) { s.Right(0); }}, {sOwn, [](ValueString & s) { s.CutLeft(0); }},
         {sOwn, [](ValueString & s) { s.CutMid(0, 0); }}, {sOwn, [](ValueString & s) { s.Find('x', 0); }},
-        {sOwn, [&](ValueString & s) { s.Find(sOther, 0); }},
-        {sOwn, [](ValueString & s) { s.FindReverse('x'); }},
         {sOwn, [](ValueString & s) { s.Replace("x", "y", 0); }},
-        {sOwn, [&](ValueString & s) { s.Replace(sOther, sOther, 0); }},
-        {sOwn, [&](ValueString & s) { ValueString("x").Replace(s, sOther, 0); }},
         {sOwn, [&](ValueString & s) { ValueString("x").Replace(sOther, s, 0); }},
-        {sOwn, [](ValueString & s) { s.c_str(); }}, {sOwn, [](ValueString & s) { s.Compare(""); }},
-        {sOwn, [](ValueString & s) { s.Compare('x'); }},
-        {sOwn, [](ValueString & s) { static_cast<void>("x" == s); }},
-        {sOwn, [](ValueString & s) { static_cast<void>(std::string() != s); }},
-        {"!m_bNull && !s.m_bNull", [&](ValueString & s) { s.Insert(0, sOther); }},
+        {sOwn, [](ValueString & s) { s.c_str(); }}, {sOwn, [](ValueString & s) { return "x" == s; }},
         {"!m_bNull && !s.m_bNull", [](ValueString & s) { ValueString("x").Insert(0, s); }},
-        {sBoth, [&](ValueString & s) { s.Compare(sOther); }},
-        {sBoth, [&](ValueString & s) { static_cast<void>(sOther == s); }},
-        {"!s.IsNull()", [](ValueString & s) { ValueString("x") << s; }},
-        {"!s.IsNull()", [](ValueString & s) { ValueString("x") + s; }}};
+        {"!m_bNull && !Source.m_bNull", [&](ValueString & s) { return sOther == s; }},
+        {"!s.IsNull()", [](ValueString & s) { ValueString("x") << s; }}};
     for (int iRow = 0; auto const & [sExpression, fCall] : aRows)
     {
         SCOPED_TRACE(iRow++);
@@ -48,9 +36,8 @@ TEST(ValueStringNull, IsRefusedByAllThatNeedsText)
 TEST(ValueStringNull, EndsWithEveryTextThatIsPutIn)
 {
     std::pair<char const *, Call> const aRows[] = {{"", [](ValueString & s) { s.Clear(); }},
-        {"", [](ValueString & s) { s = ""; }}, {"a", [](ValueString & s) { s = std::string("a"); }},
-        {"b", [](ValueString & s) { s = 'b'; }}, {"c", [](ValueString & s) { s = String("c"); }},
-        {"1", [](ValueString & s) { s.Format("%d", 1); }},
+        {"a", [](ValueString & s) { s = std::string("a"); }}, {"b", [](ValueString & s) { s = 'b'; }},
+        {"c", [](ValueString & s) { s = String("c"); }}, {"1", [](ValueString & s) { s.Format("%d", 1); }},
         {"", [](ValueString & s) { s += ValueString(""); }},
         {"-5d0.500000", [](ValueString & s) { s << -5 << 'd' << 0.5f; }},
         {"x7", [](ValueString & s) { s = s + "x" + ValueInt32(7); }}};
@@ -68,7 +55,6 @@ TEST(ValueStringNull, StaysWhereNoTextIsNeeded)
     ValueString sText;
     sText.Reserve(100);
     sText.Delete(0, 1);
-    EXPECT_TRUE(sText.IsNull());
     EXPECT_THROW(sText.Format("%3999d", 1), Exception);
     EXPECT_TRUE(sText.IsNull());
     EXPECT_EQ(ValueString("x").Find(sText, 0), 0);
@@ -77,26 +63,20 @@ TEST(ValueStringNull, StaysWhereNoTextIsNeeded)
     sText.SetNull();
     EXPECT_EQ(sText << "x", "x") << "the old text is gone";
     EXPECT_EQ(sText << sText, "xx");
-    sText = ValueString::Null();
-    EXPECT_TRUE(sText.IsNull());
-    sText.Set(ValueString("set"));
     ValueString sMoved(std::move(sText));
     EXPECT_TRUE(sText.IsNull());
-    EXPECT_EQ(sMoved = sMoved.c_str() + 1, "et");
+    EXPECT_EQ(sMoved = sMoved.c_str() + 1, "x");
 }
 
 TEST(ValueComparing, NeedsTheSameClassAndTakesNullForNull)
 {
     ValueString const sNull;
-    ValueString const sA("a");
     EXPECT_EQ(sNull.CompareTo(ValueString()), Value::eEqual);
     EXPECT_EQ(sNull.CompareTo(ValueInt32()), Value::eNotComparable);
-    EXPECT_EQ(ValueNull::Null().CompareTo(sNull), Value::eNotComparable);
-    EXPECT_EQ(sNull.CompareTo(sA), Value::eNotComparable);
-    EXPECT_EQ(sA.CompareTo(sNull), Value::eNotComparable);
-    EXPECT_EQ(sA.CompareTo(ValueString("b")), Value::eLess);
-    EXPECT_EQ(sA.CompareTo(ValueString("")), Value::eGreater);
-    EXPECT_EQ(sA.CompareTo(ValueString("a")), Value::eEqual);
+    EXPECT_EQ(sNull.CompareTo(ValueString("")), Value::eNotComparable);
+    EXPECT_EQ(ValueString("").CompareTo(sNull), Value::eNotComparable);
+    EXPECT_EQ(ValueString("a").CompareTo(ValueString("b")), Value::eLess);
+    EXPECT_EQ(ValueString("a").CompareTo(ValueString("")), Value::eGreater);
 }
 
 } // namespace
