@@ -57,56 +57,46 @@ TEST(CommandLine, IsSplitIfItIsOneText)
     CmdLineParser oParser;
     EXPECT_TRUE(oParser.SetCmdLine("  -a \"b c\"  d e\\ f \"/g\" ").IsOk());
     EXPECT_EQ(Dump(oParser), "a=b c g= | d e f");
-    EXPECT_TRUE(oParser.SetCmdLine("").IsOk());
-    EXPECT_EQ(Dump(oParser), "|");
+
+    // Entries and counts that no program receives.
+    char aWord[] = "word";
+    char * aArguments[] = {aWord, nullptr, aWord};
+    CmdLineParser const oCopy(oParser); // copies share all
+    EXPECT_TRUE(oParser.SetCmdLine(3, aArguments).IsOk());
+    EXPECT_EQ(Dump(oCopy), "| word  word");
+    EXPECT_TRUE(oParser.SetCmdLine(-1, aArguments).IsOk() && oParser.SetCmdLine(3, nullptr).IsOk());
+    EXPECT_EQ(Dump(oCopy), "|");
 }
 
 TEST(CommandLine, RefusesAnOptionWithoutNameAndKeepsWhatStandsInFront)
 {
+    CmdLineParser oParser;
+    Result const oRefusal(
+        1, "Syntaxfehler: Eine Option muss aus midestens einem Zeichen bestehen.", Result::eCategoryDefault);
     for (char const * sOption : {"-", "--", "/"})
     {
-        CmdLineParser oParser;
-        EXPECT_TRUE(Parse(oParser, {"earlier"}).IsOk());
-        EXPECT_EQ(Parse(oParser, {"p", "-a", "1", sOption, "q"}),
-            Result(1, "Syntaxfehler: Eine Option muss aus midestens einem Zeichen bestehen.",
-                Result::eCategoryDefault))
-            << sOption;
+        EXPECT_EQ(Parse(oParser, {"p", "-a", "1", sOption, "q"}), oRefusal) << sOption;
         EXPECT_EQ(Dump(oParser), "a=1 | p") << sOption;
     }
 }
 
-TEST(CommandLine, DefinesCountsAndEntriesThatNoProgramReceives)
-{
-    char aWord[] = "word";
-    char * aArguments[] = {aWord, nullptr, aWord};
-    CmdLineParser oParser;
-    CmdLineParser const oCopy(oParser); // copies share all
-    EXPECT_TRUE(oParser.SetCmdLine(3, aArguments).IsOk());
-    EXPECT_EQ(Dump(oCopy), "| word  word");
-    EXPECT_TRUE(oParser.SetCmdLine(-1, aArguments).IsOk());
-    EXPECT_EQ(Dump(oCopy), "|");
-    EXPECT_TRUE(oParser.SetCmdLine(3, nullptr).IsOk());
-    EXPECT_EQ(Dump(oCopy), "|");
-}
-
 TEST(CommandLine, FindsAnOptionByNameAndPrefix)
 {
-    // The value is null if there is no such option.
-    Rows<char const *, CmdLineParser::OptionPrefix, char const *> aRows = {
-        {"a", CmdLineParser::eOptionAny, "dash"}, {"a", CmdLineParser::eOptionDash, "dash"},
-        {"a", CmdLineParser::eOptionDoubleDash, "double"}, {"a", CmdLineParser::eOptionSlash, "slash"},
-        {"B", CmdLineParser::eOptionDash, ""}, {"B", CmdLineParser::eOptionSlash, nullptr},
-        {"b", CmdLineParser::eOptionAny, nullptr}, {"-a", CmdLineParser::eOptionAny, nullptr},
-        {nullptr, CmdLineParser::eOptionAny, nullptr}};
     CmdLineParser oParser;
     EXPECT_TRUE(Parse(oParser, {"-a", "dash", "--a", "double", "/a", "slash", "-B"}).IsOk());
-    for (auto const & [sName, ePrefix, sExpected] : aRows)
+    auto const fGet = [&](char const * sName, CmdLineParser::OptionPrefix ePrefix)
     {
-        std::string const sRow = (sName ? sName : "null") + std::to_string(ePrefix);
         String sValue = "former";
-        EXPECT_EQ(oParser.GetOption(sName, sValue, ePrefix), sExpected != nullptr) << sRow;
-        EXPECT_EQ(sValue.s_str(), sExpected ? sExpected : "") << sRow;
-    }
+        bool const bFound = oParser.GetOption(sName, sValue, ePrefix);
+        return (bFound ? "=" : "none") + sValue.s_str();
+    };
+    EXPECT_EQ(fGet("a", CmdLineParser::eOptionAny), "=dash");
+    EXPECT_EQ(fGet("a", CmdLineParser::eOptionDoubleDash), "=double");
+    EXPECT_EQ(fGet("a", CmdLineParser::eOptionSlash), "=slash");
+    EXPECT_EQ(fGet("B", CmdLineParser::eOptionDash), "=");
+    EXPECT_EQ(fGet("B", CmdLineParser::eOptionSlash), "none");
+    EXPECT_EQ(fGet("b", CmdLineParser::eOptionAny), "none");
+    EXPECT_EQ(fGet(nullptr, CmdLineParser::eOptionAny), "none");
 }
 
 } // namespace

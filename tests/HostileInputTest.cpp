@@ -4,7 +4,6 @@
 
 using namespace tsl;
 using namespace tsltest;
-using namespace std::string_literals;
 
 namespace
 {
@@ -47,20 +46,14 @@ TEST(HugeTexts, AreWrittenReadAndSearched)
 
 TEST(ZeroBytes, AreBytesLikeOthersButForPrintf)
 {
-    EXPECT_EQ(GetText(ValueInt32(7), ValueIntegerConverterLayout("a\0${%d}\0b"s)), "a\0"
-                                                                                   "7\0b"s);
-    EXPECT_EQ(GetText(ValueInt32(7), ValueIntegerConverterLayout("${%d\0%n}"s)), "7");
-    EXPECT_EQ(GetText(ValueString("a\0b"s), ValueStringConverterLayout()), "a");
-    EXPECT_EQ(ReadInteger("a\0"
-                          "7"s,
-                  "a\0${%d}"s),
-        "7");
-    for (std::string const & sText : {"7\0"s,
-             "\0"
-             "7"s,
-             "7\0"
-             "7"s,
-             "NULL\0"s})
+    std::string const sZero(1, '\0');
+    std::string const sFormat = "a" + sZero + "${%d}";
+    EXPECT_EQ(
+        GetText(ValueInt32(7), ValueIntegerConverterLayout(sFormat + sZero)), "a" + sZero + "7" + sZero);
+    EXPECT_EQ(GetText(ValueInt32(7), ValueIntegerConverterLayout("${%d" + sZero + "%n}")), "7");
+    EXPECT_EQ(GetText(ValueString("a" + sZero + "b"), ValueStringConverterLayout()), "a");
+    EXPECT_EQ(ReadInteger("a" + sZero + "7", sFormat), "7");
+    for (std::string const & sText : {"7" + sZero, sZero + "7", "7" + sZero + "7", "NULL" + sZero})
         EXPECT_EQ(ReadInteger(sText, "${%d}"),
             "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*");
 }

@@ -6,25 +6,20 @@ using namespace tsltest;
 
 TEST(OSErrors, AreFailuresWhateverTheNumber)
 {
-    Result const oNone = OS::FormatError(0);
-    EXPECT_TRUE(oNone.IsError());
-    EXPECT_EQ(oNone.GetErrorCode(), 0);
+    EXPECT_TRUE(OS::FormatError(0).IsError());
     errno = ENOENT;
-    Result const oMissing = OS::GetLastError();
-    EXPECT_EQ(oMissing.GetErrorCode(), ENOENT);
-    EXPECT_TRUE(oMissing.GetText() == "No such file or directory");
+    EXPECT_EQ(OS::GetLastError(), OS::FormatError(ENOENT));
+    EXPECT_EQ(OS::FormatError(ENOENT).GetErrorCode(), ENOENT);
+    EXPECT_EQ(OS::FormatError(ENOENT).GetText(), "No such file or directory");
 }
 
 TEST(OSPlaces, AreThoseOfTheProgram)
 {
-    String sName;
-    String sPath;
-    EXPECT_TRUE(OS::GetApplicationFileName(sName).IsOk());
-    EXPECT_TRUE(OS::GetApplicationFilePath(sPath).IsOk());
+    String sName, sPath, sDirectory;
+    EXPECT_TRUE(OS::GetApplicationFileName(sName).IsOk() && OS::GetApplicationFilePath(sPath).IsOk());
     EXPECT_EQ(sName.s_str(), "tessel_tests");
     EXPECT_TRUE(std::filesystem::exists((sPath + "/" + sName).s_str()));
 
-    String sDirectory;
     EXPECT_TRUE(OS::GetWorkingDirectory(sDirectory).IsOk());
     EXPECT_EQ(sDirectory.s_str(), std::filesystem::current_path().string());
 

@@ -17,15 +17,11 @@ TEST(StringEditing, CutsAndInsertsWhereItIsTold)
         {"abcde", [](String & s) { s.CutLeft(UINT_MAX); }, ""},
         {"abcde", [](String & s) { s.CutRight(2); }, "abc"},
         {"abcde", [](String & s) { s.CutRight(UINT_MAX); }, ""},
-        {"abcde", [](String & s) { s.CutMid(1, 3); }, "ae"},
         {"abcde", [](String & s) { s.CutMid(1, UINT_MAX); }, "a"},
         {"abcde", [](String & s) { s.Delete(6, 1); }, "abcde"},
-        {"abcde", [](String & s) { s.Insert(1, "--"); }, "a--bcde"},
         {"abcde", [](String & s) { s.Insert(UINT_MAX, "-"); }, "abcde-"},
         {"abcde", [](String & s) { s.Insert(2, s); }, "ababcdecde"},
-        {"abcde", [](String & s) { s.Insert(0, "xyz", 10); }, "xyzabcde"},
         {"abcde", [](String & s) { s.Insert(1, s.c_str() + 3, 1); }, "adbcde"},
-        {"abcde", [](String & s) { s.Append("xyz", 1); }, "abcdex"},
         {"abcde", [](String & s) { s.Append(nullptr, 4); }, "abcde"},
         {"abcde", [](String & s) { s << s.c_str(); }, "abcdeabcde"},
         {"ab", [](String & s) { s.Replace(s, s + "c", 0); }, "abc"},
@@ -41,60 +37,41 @@ TEST(StringEditing, CutsAndInsertsWhereItIsTold)
     }
 }
 
-TEST(StringEditing, ReplacesTheFirstOccurrenceOnly)
-{
-    Rows<char const *, unsigned int, int, char const *> aRows = {{"an", 0, 1, "b-ana"}, {"an", 2, 3, "ban-a"},
-        {"", 2, 2, "ba-nana"}, {"", 6, 6, "banana-"}, {"", 7, -1, "banana"}, {"nix", 0, -1, "banana"}};
-    for (auto const & [sWhat, iPosition, iFound, sAfter] : aRows)
-    {
-        String sText("banana");
-        EXPECT_EQ(sText.Replace(sWhat, "-", iPosition), iFound) << sAfter;
-        EXPECT_EQ(sText.s_str(), sAfter);
-    }
-}
-
 TEST(StringParts, StopAtAZeroByteUnlessTheWholeTextIsTaken)
 {
     EXPECT_TRUE(WITH_ZERO.Mid(0) == "ab" && WITH_ZERO.Mid(1, UINT_MAX) == "b" && WITH_ZERO.Left(9) == "ab");
-    EXPECT_TRUE(WITH_ZERO.Right(5) == "ab" && WITH_ZERO.Right(2) == "cd");
+    EXPECT_TRUE(WITH_ZERO.Right(5) == "ab" && WITH_ZERO.Right(2) == "cd" && WITH_ZERO != "ab");
     EXPECT_EQ(WITH_ZERO.Right(6).GetLength(), 5u);
     EXPECT_TRUE(String("abc").Mid(3).IsEmpty());
     EXPECT_THROW(static_cast<void>(String("abc").Mid(4)), std::out_of_range);
-    EXPECT_THROW(static_cast<void>(String("abc").Mid(4, 0)), std::out_of_range);
     EXPECT_THROW(static_cast<void>(String("abc")[3]), std::out_of_range);
 }
 
 TEST(StringSearching, FindsFromAPositionAndNothingPastTheEnd)
 {
     String const sText("banana");
-    EXPECT_TRUE(sText.Find('a', 2) == 3 && sText.Find('a', 6) == -1);
-    EXPECT_TRUE(sText.Find("na", 3) == 4 && sText.Find(String("nan"), 3) == -1);
-    EXPECT_TRUE(sText.Find("", 6) == 6 && sText.Find("", 7) == -1);
+    EXPECT_TRUE(sText.Find('a', 2) == 3 && sText.Find("na", 3) == 4 && sText.Find(String("nan"), 3) == -1);
+    EXPECT_TRUE(sText.Find('a', 6) == -1 && sText.Find("", 6) == 6 && sText.Find("", 7) == -1);
     EXPECT_TRUE(sText.FindFirstOf("nx", 0) == 2 && sText.FindFirstOf(String("b"), 1) == -1);
     EXPECT_TRUE(sText.FindReverse('n') == 4 && sText.FindReverse('n', 3) == 2);
     EXPECT_TRUE(sText.FindReverse('a', 6) == 5 && sText.FindReverse('a', 7) == -1);
+
+    // What Replace finds, and what it leaves: the first occurrence goes alone.
+    Rows<char const *, unsigned int, int, char const *> aRows = {
+        {"an", 2, 3, "ban-a"}, {"", 6, 6, "banana-"}, {"", 7, -1, "banana"}, {"nix", 0, -1, "banana"}};
+    for (auto const & [sWhat, iPosition, iFound, sAfter] : aRows)
+    {
+        String sReplaced(sText);
+        EXPECT_EQ(sReplaced.Replace(sWhat, "-", iPosition), iFound) << sAfter;
+        EXPECT_EQ(sReplaced.s_str(), sAfter);
+    }
 }
 
-TEST(StringComparing, MeetsASingleByteWithItsFirstByteAlone)
-{
-    // In the last row the bytes are signed.
-    Rows<String, char, int> aRows = {
-        {"", 'a', -1}, {"abc", 'a', 0}, {"abc", 'b', -1}, {"b", 'a', 1}, {"\xE4", 'a', -1}};
-    for (auto const & [sText, cOther, iOrder] : aRows)
-        EXPECT_EQ(GetOrder(sText, cOther), iOrder) << sText.c_str() << " and " << cOther;
-}
-
-/// A text with rules of its own.
+/// A text with a form of its own.
 class Name : public String
 {
 public:
     using String::String;
-
-    StringValidator const & GetValidator() const override
-    {
-        static StringValidator const oValidator(2, 4);
-        return oValidator;
-    }
 
     StringFormator const & GetFormator() const override
     {
@@ -111,7 +88,12 @@ TEST(StringComparing, TakesEveryKindOfTextOnBothSides)
     EXPECT_TRUE(sText < "abd" && sText <= String("abc") && sText > std::string("ab") && sText >= "");
     EXPECT_TRUE(Name("x") == Name("x") && Name("x") != Name("y") && Name("x") < Name("y"));
     EXPECT_GT(String("\xE4"), "a") << "bytes are unsigned between texts";
-    EXPECT_NE(WITH_ZERO, "ab");
+
+    // A single byte meets the first byte alone, and there bytes are signed.
+    Rows<String, char, int> aRows = {
+        {"", 'a', -1}, {"abc", 'a', 0}, {"abc", 'b', -1}, {"b", 'a', 1}, {"\xE4", 'a', -1}};
+    for (auto const & [sLeft, cOther, iOrder] : aRows)
+        EXPECT_EQ(GetOrder(sLeft, cOther), iOrder) << sLeft.c_str() << " and " << cOther;
 }
 
 TEST(StringAppending, WritesNumbersAsPrintfDoes)
@@ -126,7 +108,6 @@ TEST(StringAppending, WritesNumbersAsPrintfDoes)
     String const sLeft("a");
     EXPECT_EQ(sLeft + std::string("b") + 'c' + 1 + 2u + sLeft, "abc12a");
     EXPECT_EQ("b" + sLeft, "ba");
-    EXPECT_EQ(std::string("<") + aAddress, std::string("<").append(aAddress)); // none of ours
     EXPECT_EQ((String() << -1.7976931348623157e308).GetLength(), 317u);
 }
 
@@ -139,21 +120,16 @@ TEST(StringFormatting, EndsAtItsLimitAndKeepsTheTextThen)
     sText.Format("%3998d", 1);
     EXPECT_EQ(sText.GetLength(), 3998u);
     sText.Format("<%s%c%s", sText.Right(2).c_str(), '\0', "lost");
-    EXPECT_EQ(sText, "< 1");
     sText.Format("%s>", sText.c_str());
     EXPECT_EQ(sText, "< 1>");
 }
 
 TEST(StringRules, AreThoseOfTheTextsClass)
 {
-    EXPECT_TRUE(String("").Validate().IsOk() && Name("ab").Validate().IsOk());
-    EXPECT_EQ(Name("a").Validate().GetErrorCode(), 4);
     Name sName("  aB ");
     sName.Formate();
     EXPECT_EQ(sName, "AB");
-    String sPlain(" aB ");
-    sPlain.Formate();
-    EXPECT_EQ(sPlain, " aB ");
+    EXPECT_TRUE(String("").Validate().IsOk());
 }
 
 } // namespace
