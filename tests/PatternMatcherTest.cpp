@@ -81,96 +81,76 @@ constexpr char const * pFloat = R"(^[+-]?(\d*)(\.\d+|)((d|D|e|E)[+-]?(\d+)|))";
 
 } // namespace
 
+// Branches, repetitions, groups and places of lines are also those of the random patterns below.
 TEST(PatternMatcherSyntax, EachElementMatchesWhatItStandsFor)
 {
-    Check({{"", "abc", "0,0"}, {"bc", "abcbc", "1,3"}, {"a.c", "a\nc abc", "4,7"},
-        {"a.c", std::string("a\0c", 3), "0,3"}, {R"(a\.c)", "abc a.c", "4,7"},
-        {R"(\\\^\$\*\{\}\[\]\(\)\|\-\_\ )", R"(\^$*{}[]()|-_ )", "0,14"},
+    constexpr int iCase = PatternMatcher::eIgnoreCase;
+    constexpr int iLines = PatternMatcher::eLineAnchors;
+    Check({{"", "abc", "0,0"}, {"a.c", std::string("a\0c", 3), "0,3"},
+        {R"(\\\^\$\*\{\}\[\]\(\)\|\-\_\ \.)", R"(\^$*{}[]()|-_ .)", "0,15"},
         // escapes
         {R"(\d+)", "ab/0189:", "3,7"}, {R"(\D+)", "01a/b2", "2,5"}, {R"(\w+)", "-[azAZ09_]`@", "2,9"},
         {R"(\W+)", "a_9 -{\xe4z", "3,7"}, {R"(\s+)", "a \t\n\r\f\v\b", "1,7"}, {R"(\S+)", " ab\x1f ", "1,4"},
         {R"(\t\n\r\f\a\e)", "\t\n\r\f\a\x1b", "0,6"}, {R"(\x41\x7a\xFF\xfe)", "Az\xff\xfe", "0,4"},
         {R"(\x00)", std::string("a\0", 2), "1,2"},
         // classes
-        {"[bc]+", "abcd", "1,3"}, {"[^bc]+", "cb\nax", "2,5"}, {"[b-d-]+", "ab-de", "1,4"},
-        {"[-b]+", "ab-c", "1,3"}, {"[]a]+", "b]a", "1,3"}, {"[^]a]+", "]ab", "2,3"}, {"[a^]+", "b^a", "1,3"},
-        {R"([\d.x-]+)", "a-1.5x", "1,6"}, {R"([\d-z]+)", "y3-z", "1,4"}, {R"([a-\d]+)", "ba-7b", "1,4"},
-        {R"([^\d\s]+)", "1 ab 2", "2,4"}, {R"([\x41-\x43\]\\]+)", "aAB]\\C", "1,6"},
-        {R"([\b])", "a\b", "1,2"}, {"[.$(|]+", "a.$(|b", "1,5"}, {"[[:a]+", ":[ab", "0,3"},
-        {"[\x80-\xff]+", "a\x80\xc3\xff", "1,4"}, {R"([^\x00-\xff])", "abc", "none"},
-        // groups and branches
-        {"(a)(?:b)(c)", "abc", "0,3 0,1 2,3"}, {"((a)(b))c", "abc", "0,3 0,2 0,1 1,2"}, {"a|b", "cb", "1,2"},
-        {"(a|)b|", "b", "0,1 0,0"}, {"(|a)b", "ab", "0,2 0,1"}, {"x(?:|)y", "xy", "0,2"},
-        {"()", "a", "0,0 0,0"}, {"(a)|(b)", "b", "0,1 - 0,1"},
+        {"[b-d-]+", "ab-de", "1,4"}, {"[]a]+", "b]a", "1,3"}, {"[^]a]+", "]ab", "2,3"},
+        {R"([\d.x-]+)", "a-1.5x", "1,6"}, {R"([a-\d]+)", "ba-7b", "1,4"},
+        {R"([\x41-\x43\]\\]+)", "aAB]\\C", "1,6"}, {R"([\b])", "a\b", "1,2"}, {"[.$(|]+", "a.$(|b", "1,5"},
+        {"[[:a]+", ":[ab", "0,3"}, {"[\x80-\xff]+", "a\x80\xc3\xff", "1,4"},
+        {R"([^\x00-\xff])", "abc", "none"},
         // repetitions
-        {"a*", "aab", "0,2"}, {"ba+", "bb baa", "3,6"}, {"colou?r", "color", "0,5"}, {"a{2}", "a aaa", "2,4"},
-        {"a{2,}", "a aaaa", "2,6"}, {"a{2,3}", "aaaa", "0,3"}, {"a{0}b", "ab", "1,2"},
-        {"(a){0}b", "ab", "1,2 -"}, {"(?:ab){2,3}c", "abababc", "0,7"}, {"a*?b", "aab", "0,3"},
-        {"a+?", "aaa", "0,1"}, {"a??", "a", "0,0"}, {"a{2,3}?", "aaa", "0,2"}, {"a{2,}?b", "aaab", "0,4"},
-        {"^*a", "ba", "1,2"}, {"a{,3}", "a{,3}", "0,5"}, {"a{x}{1,b", "a{x}{1,b", "0,8"}, {"{}", "{}", "0,2"},
-        {"a]}", "a]}", "0,3"},
+        {"(a){0}b", "ab", "1,2 -"}, {"^*a", "ba", "1,2"}, {"a{,3}", "a{,3}", "0,5"},
+        {"a{x}{1,b", "a{x}{1,b", "0,8"}, {"{}a]}", "{}a]}", "0,5"},
         // places
-        {"^b", "ab\nb", "none"}, {"^a|^b", "bab", "0,1"}, {"a$", "a\na\n", "2,3"}, {"a$", "a\n\n", "none"},
-        {"$", "ab\n", "2,2"}, {R"(a\z)", "a\n", "none"}, {R"(a\Z)", "a\n", "0,1"}, {R"(\Aa)", "ba", "none"},
-        {R"(\bb\w*\b)", "ab b_1-", "3,6"}, {R"(\Bb)", "b ab", "3,4"}, {R"(\b)", "", "none"},
-        {R"(\B)", "", "0,0"}, {"a^b|b$c", "abc", "none"}});
-}
-
-TEST(PatternMatcherSyntax, FlagsChangeCaseLinesAndDot)
-{
-    constexpr int iCase = PatternMatcher::eIgnoreCase;
-    constexpr int iLines = PatternMatcher::eLineAnchors;
-    constexpr int iDot = PatternMatcher::eDotMatchesLineEnd;
-    Check({{"aB[c-d]\\x45", "AbDe", "0,4", iCase}, {"[^a]", "Aab", "2,3", iCase},
-        {"[@[{`]", "aZzA[", "4,5", iCase}, {"\xe4", "\xc4", "none", iCase}, {"^b", "ab\nb", "3,4", iLines},
-        {"a$", "ab\na\nb", "3,4", iLines}, {"^$", "\n", "0,0", iLines}, {"b\n^", "ab\n", "none", iLines},
-        {"b$\n$", "ab\n", "1,3", iLines}, {R"(\Ab|b\z)", "a\nb\nb", "4,5", iLines},
-        {"a.b", "a\nb", "0,3", iDot}, {"^A.B$", "x\na\nb\n", "2,5", iCase | iLines | iDot}});
+        {"a$", "a\n\n", "none"}, {R"(a\z)", "a\n", "none"}, {R"(a\Z)", "a\n", "0,1"},
+        {R"(\Aa)", "ba", "none"}, {R"(\bb\w*\b)", "ab b_1-", "3,6"},
+        // flags
+        {"aB[c-d]\\x45", "AbDe", "0,4", iCase}, {"[@[{`]", "aZzA[", "4,5", iCase},
+        {"\xe4", "\xc4", "none", iCase}, {R"(\Ab|b\z)", "a\nb\nb", "4,5", iLines},
+        {"^A.B$", "x\na\nb\n", "2,5", iCase | iLines | PatternMatcher::eDotMatchesLineEnd}});
     EXPECT_THROW(PatternMatcher("a", 8), std::invalid_argument);
     EXPECT_THROW(PatternMatcher("a", -1), std::invalid_argument);
 }
 
 TEST(PatternMatcherSyntax, BadPatternIsRefusedWithItsPlace)
 {
-    std::tuple<std::string, std::string, int> const vRows[] = {{"a(b(c)", "missing )", 1},
-        {"ab)c", "unmatched )", 2}, {"a[b", "missing ]", 1}, {"[]", "missing ]", 0}, {"[a-", "missing ]", 0},
-        {"a[z-b]", "runs backwards", 2}, {"a[[:alpha:]]", "named classes", 2}, {"*a", "nothing to repeat", 0},
-        {"a|+", "nothing to repeat", 2}, {"(?:{2})", "nothing to repeat", 3}, {"a**", "nothing to repeat", 2},
-        {"a{2}{3}", "nothing to repeat", 4}, {"a++", "nothing to repeat", 2},
+    constexpr int iAny = -1;
+    tsltest::Rows<std::string, std::string, int> aRows = {{"a(b(c)", "missing )", 1},
+        {"ab)c", "unmatched )", 2}, {"[]", "missing ]", 0}, {"[a-", "missing ]", 0},
+        {"a[[:alpha:]]", "named classes", 2}, {"*a", "nothing to repeat", 0},
+        {"(?:{2})", "nothing to repeat", 3}, {"a{2}{3}", "nothing to repeat", 4},
         {"ab{3,2}", "runs backwards", 2}, {"a{65536}", "above 65535", 1},
         {"a{1,99999999999999999999999}", "above 65535", 1}, {"ab\\", "backslash", 2},
         {R"(a\q)", "unknown escape", 1}, {R"((a)\1)", "references", 3}, {R"(a\x4)", "hexadecimal", 1},
-        {R"([\xg1])", "hexadecimal", 1}, {"a(?=b)", "(?", 1}, {"(?i)a", "(?", 0}};
-    for (auto const & [sPattern, sReason, iPlace] : vRows)
+        {R"([\xg1])", "hexadecimal", 1}, {"a(?=b)", "(?", 1}, {"(?i)a", "(?", 0},
+        {Repeat("(", 1'001) + "a" + Repeat(")", 1'001), "nested too deeply", 1000},
+        {Repeat("(", 1'000'000), "nested too deeply", 1000}, {std::string(1'000'000, '['), "missing ]", 0},
+        {"(?:a{1000}){1000}", "too large", iAny}, {"(?:(?:(?:a?){65535}){65535}){65535}", "too large", iAny},
+        {std::string(1'000'000, 'a'), "too large", iAny}, {Repeat("(a)", 10'000), "too many groups", 30'000},
+        {Repeat("(", 1'000) + "a?" + Repeat(")*", 1'000), "loops are nested", 3'002}};
+    for (auto const & [sPattern, sReason, iPlace] : aRows)
     {
         std::string const sFailure = Refusal(sPattern);
-        EXPECT_NE(sFailure.find(sReason), sFailure.npos) << sFailure;
-        EXPECT_TRUE(sFailure.ends_with(
-            "at position " + std::to_string(iPlace) + " of the pattern \"" + sPattern + "\""))
-            << sFailure;
+        std::string const sPlace =
+            iPlace == iAny ? "" : std::to_string(iPlace) + " of the pattern \"" + sPattern;
+        EXPECT_NE(sFailure.find(sReason), sFailure.npos) << sFailure.substr(0, 100);
+        EXPECT_NE(sFailure.find("at position " + sPlace), sFailure.npos) << sFailure.substr(0, 100);
     }
     EXPECT_THROW(PatternMatcher(nullptr, 0), std::invalid_argument);
 }
 
 TEST(PatternMatcherPriority, FirstBranchAndNearestStartWin)
 {
-    Check({{"b|abc|ab", "xabc", "1,4"}, {"(a|ab)(c|bcd)(d*)", "abcd", "0,4 0,1 1,4 4,4"},
-        {"(a+?)(a*)", "aaa", "0,3 0,1 1,3"}, {"(a*)(ab)*(b*)", "abb", "0,3 0,1 - 1,3"},
-        {"(.*)(\\d+)", "a123", "0,4 0,3 3,4"}, {"(.*?)(\\d+)", "a123", "0,4 0,1 1,4"},
+    Check({{"(a|ab)(c|bcd)(d*)", "abcd", "0,4 0,1 1,4 4,4"}, {"(|a)+$", "aa", "0,2 2,2"},
+
         // Greedy, but further than the place where the assertion holds.
         {R"(^-(?:\Ba|))", "-a", "0,1"}, {R"(^[a-]*\b)", "a--", "0,1"},
         // A repeated group gives its last turn, and keeps it when a later turn goes another way.
-        {"(?:(a)|(b)|c)*", "abc", "0,3 0,1 1,2"}, {"(a|ab)*c", "aabc", "0,4 1,3"},
-        // Turns that match nothing.
-        {"(a*)*", "aab", "0,2 2,2"}, {"(a*)*?b", "aab", "0,3 0,2"}, {"(|a)+$", "aa", "0,2 2,2"},
-        {"((a*)*)*", "aab", "0,2 2,2 2,2"}, {"(?:a?|(b))*c", "abac", "0,4 1,2"}});
-}
-
-TEST(PatternMatcherPriority, SearchFromTheMiddleStillSeesWhatStandsInFront)
-{
-    Check({{"a", "aba", "2,3", 0, 1}, {"^b", "ab", "none", 0, 1},
-        {"^b", "a\nb", "2,3", PatternMatcher::eLineAnchors, 2}, {R"(\bb)", "ab b", "3,4", 0, 1},
-        {"b*", "ab", "2,2", 0, 2}, {"", "ab", "none", 0, 3}, {"a", "a", "none", 0, SIZE_MAX},
+        {"(?:(a)|(b)|c)*", "abc", "0,3 0,1 1,2"},
+        // From the middle the search still sees what stands in front.
+        {"^b", "ab", "none", 0, 1}, {R"(\bb)", "ab b", "3,4", 0, 1}, {"b*", "ab", "2,2", 0, 2},
+        {"", "ab", "none", 0, 3}, {"a", "a", "none", 0, SIZE_MAX},
         {pFloat, "-12.375e-3", "0,10 1,3 3,7 7,10 7,8 9,10"}, {pFloat, "+e5", "0,3 1,1 1,1 1,3 1,2 2,3"}});
 }
 
@@ -180,10 +160,8 @@ TEST(PatternMatcherResult, SubstrGivesTheGroupsOfTheLastMatch)
     std::string const sText = "--aab";
     EXPECT_EQ(oMatcher.substr(sText, 0), "");
     EXPECT_EQ(oMatcher.Match(sText, 0), 4u);
-    std::string const vGroups[] = {"aab", "aa", "", "b", ""};
-    for (unsigned int i = 0; i < std::size(vGroups); ++i)
-        EXPECT_EQ(oMatcher.substr(sText, i), vGroups[i]) << i;
-    EXPECT_EQ(oMatcher.substr(sText, UINT_MAX), "");
+    EXPECT_EQ(oMatcher.substr(sText, 0) + '/' + oMatcher.substr(sText, 1), "aab/aa");
+    EXPECT_EQ(oMatcher.substr(sText, 2) + oMatcher.substr(sText, 4) + oMatcher.substr(sText, UINT_MAX), "");
 
     // Shorter texts than the one that was searched.
     EXPECT_EQ(oMatcher.substr("--a", 0), "a");
@@ -197,25 +175,13 @@ TEST(PatternMatcherResult, SearchesStopAllocating)
     EXPECT_EQ(tsltest::TestProgram("Allocations").Run({"matches"}).sOutput, "0\n");
 }
 
-TEST(PatternMatcherLimits, HugePatternsAreRefusedOrWork)
+TEST(PatternMatcherLimits, HugePatternsWork)
 {
     std::string const sNested = Repeat("(", 1'000) + "a" + Repeat(")", 1'000);
     EXPECT_EQ(Search(sNested, "ba").substr(0, 8), "1,2 1,2 ");
     Check({{"^a{65535}", std::string(65'535, 'a'), "0,65535"},
         {Repeat("(?:a?", 1'000) + Repeat(")?", 1'000), std::string(1'000, 'a'), "0,1000"},
         {"(?:(?:(?:){65535}){65535}){65535}b", "b", "0,1"}});
-
-    std::pair<std::string, char const *> const vRows[] = {{"(" + sNested + ")", "nested too deeply"},
-        {"a{1000000}", "above 65535"}, {"(?:a{1000}){1000}", "too large"},
-        {"(?:(?:(?:a?){65535}){65535}){65535}", "too large"}, {std::string(1'000'000, 'a'), "too large"},
-        {Repeat("(", 1'000) + "a?" + Repeat(")*", 1'000), "loops are nested"},
-        {Repeat("(a)", 10'000), "too many groups"}, {Repeat("(", 1'000'000), "nested too deeply"},
-        {std::string(1'000'000, '['), "missing ]"}};
-    for (auto const & [sPattern, pReason] : vRows)
-    {
-        std::string const sFailure = Refusal(sPattern);
-        EXPECT_NE(sFailure.find(pReason), sFailure.npos) << sFailure.substr(0, 100);
-    }
 }
 
 TEST(PatternMatcherLimits, NoPatternBlowsUp)
