@@ -1,6 +1,7 @@
 #include <tessel/Locks.h>
 
 #include "ForcedEnd.h"
+#include "PlatformProcessor.h"
 
 #include <atomic>
 
@@ -18,6 +19,9 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
         eWanted ///< held, and others may be waiting
     };
 
+    // Some two microseconds, as long as a line of the log takes.
+    static constexpr int LOOKS_BEFORE_SLEEP = 100;
+
     std::atomic<int> eState{eFree};
 
     /// The thread, told by the address of its state.
@@ -26,8 +30,23 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
     /// Entries of the owner beyond the first one.
     unsigned int iMoreEntries = 0;
 
+    bool TryToTake()
+    {
+        int eExpected = eFree;
+        return eState.load(std::memory_order_relaxed) == eFree
+               && eState.compare_exchange_strong(eExpected, eHeld, std::memory_order_acquire);
+    }
+
     void WaitAndTake()
     {
+        // Most locks are held for less time than it takes to sleep and to be woken.
+        for (int i = 0; i < LOOKS_BEFORE_SLEEP; ++i)
+        {
+            if (TryToTake())
+                return;
+            Platform::Relax();
+        }
+
         while (eState.exchange(eWanted, std::memory_order_acquire) != eFree)
         {
             WaitScope const oScope(ForcedEndState::eForHold);
@@ -54,8 +73,7 @@ void CriticalSectionMutex::Lock()
     }
 
     oSelf.BeginHold();
-    int eState = Section::eFree;
-    if (!oSection.eState.compare_exchange_strong(eState, Section::eHeld, std::memory_order_acquire))
+    if (!oSection.TryToTake())
         oSection.WaitAndTake();
     oSection.pOwner.store(&oSelf, std::memory_order_relaxed);
 }

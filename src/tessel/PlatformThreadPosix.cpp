@@ -1,7 +1,7 @@
 #include "Platform.h"
 
 #include "ForcedEnd.h"
-#include "PlatformInterruption.h"
+#include "PlatformProcessor.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "PlatformInterruption.h"
+#include "PlatformProcessor.h"
 
 namespace tsl::Platform
 {
@@ -12,5 +12,7 @@ bool IsBehindSystemCall(std::uintptr_t)
 {
     return false;
 }
+
+void Relax() {}
 
 } // namespace tsl::Platform

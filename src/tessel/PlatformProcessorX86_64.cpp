@@ -1,4 +1,4 @@
-#include "PlatformInterruption.h"
+#include "PlatformProcessor.h"
 
 #include <cstring>
 
@@ -20,6 +20,11 @@ bool IsBehindSystemCall(std::uintptr_t iInstruction)
     return std::memcmp(reinterpret_cast<void const *>(iInstruction - sizeof aSystemCall), aSystemCall,
                sizeof aSystemCall)
            == 0;
+}
+
+void Relax()
+{
+    __builtin_ia32_pause();
 }
 
 } // namespace tsl::Platform
