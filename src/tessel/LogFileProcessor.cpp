@@ -108,8 +108,9 @@ void LogFileProcessor::Process(Message const & oMessage, Result &) const
 
     {
         WriteLock const oScope(m->oLock);
-        if (m->oFile.IsOpen() && !m->bFailed)
-            m->bFailed = Platform::Append(m->oFile, pLine->c_str(), pLine->GetLength()) != 0;
+        if (m->oFile.IsOpen() && !m->bFailed
+            && Platform::Append(m->oFile, pLine->c_str(), pLine->GetLength()) != 0)
+            m->bFailed = true;
     }
     m->oSpareLine.GiveBack(std::move(pLine));
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Platform.h"
+
+#include <array>
 #include <atomic>
 #include <memory>
 #include <utility>
@@ -7,33 +10,49 @@
 namespace tsl
 {
 
-/// Keeps one object for whoever needs one next, so that what it has allocated need not be asked for anew.
+/// Keeps some objects for whoever needs one next, so that what they have allocated need not be asked for
+/// anew.
 ///
-/// Any thread may take and give back; several at once get new objects. Nothing belongs to a thread: what
-/// did would keep the library in the process for as long as the thread runs.
+/// Any thread may take and give back. A few threads at once each find their own object again, which then
+/// need not move from one processor to another; more of them share, and get new objects now and then.
+/// Nothing belongs to a thread: what did would keep the library in the process for as long as the thread
+/// runs.
 template<class T>
 class Spare
 {
 public:
     Spare() = default;
-    ~Spare() { delete m_pSpare.load(std::memory_order_acquire); }
+    ~Spare()
+    {
+        for (Slot & oSlot : m_aSlots)
+            delete oSlot.pSpare.load(std::memory_order_acquire);
+    }
     Spare(Spare const &) = delete;
     Spare & operator=(Spare const &) = delete;
 
     /// The object that was given back, as it was left, or else a new one.
     std::unique_ptr<T> Take()
     {
-        std::unique_ptr<T> pSpare(m_pSpare.exchange(nullptr, std::memory_order_acquire));
+        std::unique_ptr<T> pSpare(GetSlot().exchange(nullptr, std::memory_order_acquire));
         return pSpare ? std::move(pSpare) : std::make_unique<T>();
     }
 
     void GiveBack(std::unique_ptr<T> pSpare)
     {
-        delete m_pSpare.exchange(pSpare.release(), std::memory_order_acq_rel);
+        delete GetSlot().exchange(pSpare.release(), std::memory_order_acq_rel);
     }
 
 private:
-    std::atomic<T *> m_pSpare{nullptr};
+    // No two of them share a cache line.
+    struct alignas(64) Slot
+    {
+        std::atomic<T *> pSpare{nullptr};
+    };
+
+    // Ids of threads that were started one after the other differ by one.
+    std::atomic<T *> & GetSlot() { return m_aSlots[Platform::GetThreadId() % m_aSlots.size()].pSpare; }
+
+    std::array<Slot, 8> m_aSlots;
 };
 
 } // namespace tsl
