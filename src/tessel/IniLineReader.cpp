@@ -7,10 +7,6 @@ namespace tsl
 
 static constexpr std::size_t BUFFER_SIZE = 65536;
 
-IniLineReader::IniLineReader() : m_aBuffer(std::make_unique<char[]>(BUFFER_SIZE)), m_sRest(m_aBuffer.get(), 0)
-{
-}
-
 IniLineReader::~IniLineReader()
 {
     Platform::CloseFile(m_oFile);
@@ -18,7 +14,14 @@ IniLineReader::~IniLineReader()
 
 int IniLineReader::Open(char const * sName)
 {
-    return Platform::OpenForRead(sName, m_oFile);
+    int const iError = Platform::OpenForRead(sName, m_oFile);
+    if (iError == 0)
+    {
+        // Not cleared: each page of it would cost the start of every program more than all of a short file.
+        m_aBuffer = std::make_unique_for_overwrite<char[]>(BUFFER_SIZE);
+        m_sRest = std::string_view(m_aBuffer.get(), 0);
+    }
+    return iError;
 }
 
 bool IniLineReader::Read(std::string_view & sLine)

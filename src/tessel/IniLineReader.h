@@ -15,7 +15,7 @@ class IniLineReader
 public:
     static constexpr std::size_t LENGTH_MAX = 499;
 
-    IniLineReader();
+    IniLineReader() = default;
     ~IniLineReader();
     IniLineReader(IniLineReader const &) = delete;
     IniLineReader & operator=(IniLineReader const &) = delete;
