@@ -15,6 +15,7 @@ using namespace tsl;
 
 static constexpr int WITH_READERS = CmdLine::eModeRedirect | CmdLine::eModeReaderThreads;
 static constexpr long LINES = 200'000;
+static constexpr unsigned int READ_SIZE = 65536; // bytes, as much as a pipe holds
 
 static std::string GetLinesCommand()
 {
@@ -66,6 +67,7 @@ static void ReadLines(benchmark::State & oState, bool bMeanwhile)
     for (auto _ : oState)
     {
         CmdLine oChild;
+        oChild.SetBufferSize(READ_SIZE);
         bool const bStarted = Start(oChild, WITH_READERS, sCommand);
         long iCount = 0;
         while (oChild.IsRunning())
