@@ -4,13 +4,13 @@
 #include "PlatformProcessor.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <iterator>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include <limits.h>
 #include <link.h>
@@ -52,8 +52,9 @@ public:
     /// Looks for them anew, since some are loaded late.
     void Find()
     {
-        m_iCount = 0;
-        m_bMore = false;
+        // Enough for most, so that memory is hardly ever needed while the loader is locked.
+        m_vRanges.clear();
+        m_vRanges.reserve(COUNT_USUAL);
         ::dl_iterate_phdr(
             [](dl_phdr_info * pObject, std::size_t, void * pThis)
             {
@@ -65,10 +66,7 @@ public:
 
     bool Contain(std::uintptr_t iAddress) const
     {
-        // Of more than were expected it is not known where they lie.
-        if (m_bMore)
-            return true;
-        return std::any_of(m_aRanges.begin(), m_aRanges.begin() + m_iCount,
+        return std::any_of(m_vRanges.begin(), m_vRanges.end(),
             [iAddress](Range const & oRange) { return oRange.Contains(iAddress); });
     }
 
@@ -113,20 +111,13 @@ private:
         std::string_view const sPath = oObject.dlpi_name;
         Range const oRange = GetRange(oObject);
         bool const bOwn = oRange.Contains(reinterpret_cast<std::uintptr_t>(&IsRuntimeName));
-        if (sPath.empty() || !(bOwn || IsRuntimeName(sPath)))
-            return;
-        if (m_iCount < m_aRanges.size())
-            m_aRanges[m_iCount++] = oRange;
-        else
-            m_bMore = true;
+        if (!sPath.empty() && (bOwn || IsRuntimeName(sPath)))
+            m_vRanges.push_back(oRange);
     }
 
-    // A handler reads them, so they do not lie in memory that grows. A process has one library of a kind.
-    static constexpr std::size_t COUNT_MAX = 32;
+    static constexpr std::size_t COUNT_USUAL = 32;
 
-    std::array<Range, COUNT_MAX> m_aRanges;
-    std::size_t m_iCount = 0;
-    bool m_bMore = false;
+    std::vector<Range> m_vRanges;
 };
 
 /// Sends a signal to one thread when a time is over. Unlike one that the asking thread sends, it comes in
