@@ -182,7 +182,8 @@ TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
         Child oDetached("session", iMode | CmdLine::eModeDetached);
         oChild.Start();
         oDetached.Start();
-        // A child that runs is left alone: the signal would disturb the sanitizer that looks through it at its end.
+        // A child that runs is left alone: the signal would disturb the sanitizer that looks through it at
+        // its end.
         for (Child * const pChild : {&oChild, &oDetached})
             if (iMode & CmdLine::eModeSuspended)
             {

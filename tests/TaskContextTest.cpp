@@ -60,8 +60,8 @@ TEST(TaskContextReceive, WaitsInSlicesUntilAMessageComes)
 
 TEST(TaskContextReceive, DiscardsWhatTheFilterDoesNotTake)
 {
-    // The time-out, what is queued, what arrives with each wait, what is received (0 for nothing), the waits, and
-    // what stays in the queue.
+    // The time-out, what is queued, what arrives with each wait, what is received (0 for nothing), the waits,
+    // and what stays in the queue.
     Rows<int, std::vector<int>, std::vector<int>, int, std::string, int> vRows = {{0, {}, {}, 0, "", 0},
         {0, {2, 4}, {}, 2, "", 4}, {0, {1, 2}, {}, 0, "", 2}, {150, {1, 3, 4, 6}, {}, 4, "", 6},
         {150, {1}, {3, 2}, 2, "100 50 ", 0}, {150, {1}, {3, 0}, 0, "100 50 ", 0},

@@ -132,7 +132,7 @@ TEST_F(ForcedThreadEnd, LeavesAllThatTheThreadsShareInOrder)
     for (std::string const sText : {"DEB Thread New thread created. ThreadId=N, handle=H\n",
              "DEB Thread Thread N, handle=H has terminated.\n",
              "DEB Thread Thread N, handle=H is still active.\n",
-             "DEB Thread Thread with id N successfully killed\n",
+             "DEB Thread Thread with id N successfully killed\n", "DEB Thread Cannot kill thread id N\n",
              "DEB Thread ThreadFunction started. TheadId=N\n",
              "DEB Thread ThreadFunction finished successfull. TheadId=N\n",
              "DEB Thread ThreadFunction finished with ERROR. TheadId=N\n", "thrown",

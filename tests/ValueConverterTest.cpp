@@ -170,7 +170,8 @@ TEST(ConverterReading, FollowsTheFormatFromItsHead)
     char const * const sNoPostfix = "Ungültiges Format. Geforderter Postfix nicht gefunden";
     char const * const sRest =
         "Ungültiges Format. Es wurden nicht alle Zeichen des Eingangsstring konvertiert.";
-    // Prefix, format, postfix, text, what is read (-2 for nothing, for text bytes have other numbers), failure.
+    // Prefix, format, postfix, text, what is read (-2 for nothing, for text bytes have other numbers),
+    // failure.
     Rows<std::string, std::string, std::string, std::string, int, std::string> aRows = {
         {"", "${x}", "", "AB", 'A', sRest}, {"", "n=${x}", "", "n=A", 'A', ""},
         {"", "n=${x}", "", "n", -2,

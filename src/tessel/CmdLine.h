@@ -20,7 +20,8 @@ namespace tsl
 ///
 /// With eModeReaderThreads two threads read the child's output and put each line into a queue, from which
 /// ReceiveStdOut and ReceiveStdErr take. The queues have no limit, and survive the child. A line ends at
-/// any control character of the process's locale, a tab included; empty lines are not queued, nor is a last line without an end.
+/// any control character of the process's locale, a tab included; empty lines are not queued, nor is a last
+/// line without an end.
 ///
 /// A child that still runs when the last copy of its object goes away runs on, with its redirected streams
 /// closed; after its end nothing is left of it.
@@ -113,9 +114,11 @@ public:
 
     /// Waits so many milliseconds for the end of the child, without limit for a negative number. Once it
     /// has ended, the reader threads take what stands in the pipes and end, the streams are closed, and
-    /// the child is forgotten. This may last 400 ms longer for each reader that a processor of its lines
-    /// keeps, which is then killed, as it is by Run and by the destructor. A program that the child has started and that holds its streams is not
+    /// the child is forgotten. A program that the child has started and that holds its streams is not
     /// waited for, as IsRunning does.
+    ///
+    /// A reader that a processor of its lines keeps from ending is killed after 400 ms; Run and the
+    /// destructor do the same.
     int WaitTermination(int iTimeout) const;
     int WaitTermination() const;
 

@@ -220,8 +220,8 @@ auto Factory<Key, Creator, Mutex, CallBackResult>::CreateProduct(Key const & oKe
 
 /// An observer that attaches itself to factory F for its lifetime, or until the factory goes away. The
 /// factory must exist already. An application derives from it and implements Invoke, and makes and destroys
-/// the object only while no other thread registers or unregisters: there is no Invoke before the constructor
-/// of the derived class has begun, nor after its destructor has ended.
+/// the object only while no other thread registers or unregisters: this base is attached longer than there is
+/// an Invoke to call.
 template<class F>
 class TSL_EXPORT SelfRegistrationFactoryCallBack
     : public CallBack<FactoryCallBackArgs<typename F::KeyType>, typename F::CallBackResultType>

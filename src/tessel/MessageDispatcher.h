@@ -68,7 +68,8 @@ public:
 
     MessageProcessorConfig const & GetConfig() const override;
 
-    /// Checks the class and takes nothing over: anything but a MessageDispatcherConfig is an assertion failure.
+    /// Checks the class and takes nothing over. Anything but a MessageDispatcherConfig is an assertion
+    /// failure.
     [[nodiscard]] Result SetConfig(MessageProcessorConfig const & oConfig) override;
 
     /// A bus works as soon as it is made.

@@ -43,7 +43,8 @@ void Debug(tsl::String const & sText)
     tsl::Support::DispatchDebugMessage("Id", sText, "f.cpp", 1);
 }
 
-/// The codes are separated by colons; each has those in front of it as its history. Without one it is a success.
+/// The codes are separated by colons; each has those in front of it as its history. Without one it is a
+/// success.
 void ReportResult(std::string const & sCodes)
 {
     tsl::Result oResult;

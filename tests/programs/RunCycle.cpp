@@ -1,6 +1,6 @@
-// An application whose steps do what the chapters of its ini file say that have their names: fail=CODE, throw=CODE
-// (a Result) or assert=0. Prints the steps that ran and what came on the application's own bus. With "plain" as
-// the first argument the application is none of the console.
+// An application whose steps do what the chapters of its ini file say that have their names: fail=CODE,
+// throw=CODE (a Result) or assert=0. Prints the steps that ran and what came on the application's own bus.
+// With "plain" as the first argument the application is none of the console.
 
 #include "../TestMessages.h"
 

@@ -1,6 +1,6 @@
-// Kills threads at random moments of all kinds of work, the number of times that is the argument, and shows then
-// that all that they had in common still serves. With a second argument one more thread is started twice, and
-// one throws.
+// Kills threads at random moments of all kinds of work, the number of times that is the argument, and shows
+// then that all that they had in common still serves. With a second argument one more thread is started
+// twice, one throws, and one tries to kill itself.
 
 #include <tessel/ScopedLock.h>
 #include <tessel/Tessel.h>
@@ -157,6 +157,18 @@ void RunToTheEnd(std::function<void()> fWork)
     }
 }
 
+/// A thread that wants to kill itself.
+void KillFromWithin()
+{
+    Worker * pWorker = nullptr;
+    Worker oWorker([&] { Demand(pWorker->Kill(1).IsError(), "killed itself"); });
+    pWorker = &oWorker;
+    oWorker.bForEver = false;
+    Demand(oWorker.Run().IsOk(), "run to kill itself");
+    while (oWorker.IsRunning())
+        OS::Sleep(1);
+}
+
 /// Everything once more, on a thread and here.
 void DemandThatAllServes()
 {
@@ -202,6 +214,7 @@ int main(int iCount, char ** pArguments)
         Worker oWorker(&Compute);
         Demand(oWorker.Run().IsOk() && oWorker.Run().IsError(), "run twice");
         RunToTheEnd([] { Exception::Throw(Result(77, "thrown", Result::eCategoryDefault)); });
+        KillFromWithin();
     }
     std::puts("ok");
     return 0;
