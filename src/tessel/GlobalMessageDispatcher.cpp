@@ -22,13 +22,22 @@ static std::atomic<bool> g_bGone{false};
 
 struct TSL_HIDDEN GlobalMessageDispatcher::Private
 {
+    ~Private();
+
     void SelectProcessor(std::string const & sClassName);
     void DemandConfiguration();
 
-    // Goes after the dispatcher, which knows it.
     std::unique_ptr<MessageProcessor> pProcessor;
     MessageDispatcher oDispatcher;
 };
+
+GlobalMessageDispatcher::Private::~Private()
+{
+    // It is not told of the end of the bus, since it goes first.
+    if (pProcessor)
+        oDispatcher.Unregister(*pProcessor);
+    pProcessor.reset();
+}
 
 void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClassName)
 {
