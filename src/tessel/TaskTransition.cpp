@@ -4,6 +4,8 @@
 #include <tessel/String.h>
 #include <tessel/Task.h>
 
+#include <iterator>
+
 namespace tsl
 {
 
@@ -53,18 +55,23 @@ Result CheckSource(int iTaskId, int iResultId)
               " Use own task ids > RESERVED_TASK_ID_MAX.");
 }
 
-/// Looks for a key from the front: tables are short. The place is their length if the key is not there.
+/// Looks for a key from the front: tables are short. Null if it is not there.
 template<class Entry>
-inline bool Find(std::vector<Entry> const & vEntries, int iKey, unsigned int & iIndex)
+inline Entry const * Find(std::vector<Entry> const & vEntries, int iKey)
 {
-    iIndex = 0;
     for (Entry const & oEntry : vEntries)
-    {
         if (oEntry.first == iKey)
-            return true;
-        ++iIndex;
-    }
-    return false;
+            return &oEntry;
+    return nullptr;
+}
+
+/// The place of a key, which is the number of entries if it is not there.
+template<class Entry>
+bool FindPlace(std::vector<Entry> const & vEntries, int iKey, unsigned int & iIndex)
+{
+    Entry const * const pEntry = Find(vEntries, iKey);
+    iIndex = static_cast<unsigned int>(pEntry ? pEntry - vEntries.data() : std::ssize(vEntries));
+    return pEntry != nullptr;
 }
 
 } // namespace
@@ -97,16 +104,16 @@ Result TaskTransition::AddTransition(int iResultId, int iDestinationTaskId)
 
 bool TaskTransition::GetNextTaskId(int iResultId, int & iNextTaskId) const
 {
-    unsigned int iIndex = 0;
-    if (!FindResult(iResultId, iIndex))
+    auto const * const pFound = Find(m_vPairs, iResultId);
+    if (!pFound)
         return false;
-    iNextTaskId = m_vPairs[iIndex].second;
+    iNextTaskId = pFound->second;
     return true;
 }
 
 bool TaskTransition::FindResult(int iResultId, unsigned int & iIndex) const
 {
-    return Find(m_vPairs, iResultId, iIndex);
+    return FindPlace(m_vPairs, iResultId, iIndex);
 }
 
 int TaskTransitionList::GetCount() const
@@ -127,13 +134,13 @@ Result TaskTransitionList::AddTransition(int iSourceTaskId, int iResultId, int i
 
 bool TaskTransitionList::GetNextTaskId(int iSourceTaskId, int iResultId, int & iNextTaskId) const
 {
-    unsigned int iIndex = 0;
-    return FindTask(iSourceTaskId, iIndex) && m_vTasks[iIndex].second.GetNextTaskId(iResultId, iNextTaskId);
+    auto const * const pFound = Find(m_vTasks, iSourceTaskId);
+    return pFound && pFound->second.GetNextTaskId(iResultId, iNextTaskId);
 }
 
 bool TaskTransitionList::FindTask(int iTaskId, unsigned int & iIndex) const
 {
-    return Find(m_vTasks, iTaskId, iIndex);
+    return FindPlace(m_vTasks, iTaskId, iIndex);
 }
 
 void TaskTransitionList::AddTask(int iTaskId, unsigned int & iIndex)
