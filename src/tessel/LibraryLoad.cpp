@@ -5,6 +5,7 @@
 #include "LogFileProcessor.h"
 
 #include <tessel/Exception.h>
+#include <tessel/FineTask.h>
 #include <tessel/GlobalMessageDispatcher.h>
 #include <tessel/InitDllTessel.h>
 #include <tessel/MessageProcessorFactory.h>

@@ -105,18 +105,35 @@ Task & Task::operator=(Task const & oSource)
 
 Task::~Task() = default;
 
+inline int Task::RunEntry()
+{
+    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoTaskEntry "; });
+    return DoTaskEntry();
+}
+
+inline int Task::RunProcess()
+{
+    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoProcess "; });
+    return DoProcess();
+}
+
 int Task::Process(TaskContext & oContext)
 {
     StepScope const oScope(*this, oContext);
-    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoProcess "; });
-    return DoProcess();
+    return RunProcess();
 }
 
 int Task::TaskEntry(TaskContext & oContext)
 {
     StepScope const oScope(*this, oContext);
-    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoTaskEntry "; });
-    return DoTaskEntry();
+    return RunEntry();
+}
+
+int Task::Begin(TaskContext & oContext)
+{
+    StepScope const oScope(*this, oContext);
+    int const iResult = RunEntry();
+    return iResult == TR_REMAIN ? RunProcess() : iResult;
 }
 
 void Task::TaskExit(TaskContext & oContext)
@@ -199,17 +216,9 @@ void Task::SetTaskName(String const & sName)
     m->sName = sName;
 }
 
-TaskProcessor * Task::GetParent() const
+[[gnu::cold]] void Task::FailWithoutContext()
 {
-    return m->pParent;
-}
-
-TaskContext & Task::GetContext() const
-{
-    TaskContext * const pContext = m->pContext.load(std::memory_order_relaxed);
-    if (!pContext)
-        XAssertionFailed("m->pContext!=NULL", "");
-    return *pContext;
+    XAssertionFailed("m->pContext!=NULL", "");
 }
 
 void Task::SetVar(ValueString const & sName, int iValue)
@@ -289,26 +298,6 @@ bool Task::IsLastOwner() const
 bool Task::IsInStep() const
 {
     return m->pContext.load(std::memory_order_relaxed) != nullptr;
-}
-
-FineTask::FineTask(TaskProcessor * pParent)
-    : Task("FineTask", pParent), m_pFilter(std::make_shared<MessageFilterNoMessage>())
-{
-}
-
-int FineTask::GetTaskID() const
-{
-    return TASK_FINE;
-}
-
-MessageFilter const & FineTask::GetDefinedInputFilter() const
-{
-    return *m_pFilter;
-}
-
-int FineTask::DoProcess()
-{
-    return TR_RETURN;
 }
 
 } // namespace tsl

@@ -123,8 +123,14 @@ protected:
 
     void SetTaskName(String const & sName);
 
-    TaskProcessor * GetParent() const;
-    TaskContext & GetContext() const;
+    TaskProcessor * GetParent() const { return m->pParent; }
+    TaskContext & GetContext() const
+    {
+        TaskContext * const pContext = m->pContext.load(std::memory_order_relaxed);
+        if (!pContext) [[unlikely]]
+            FailWithoutContext();
+        return *pContext;
+    }
 
     /// Variables of the whole machine; they live as long as its context. Numbers and texts are separate,
     /// even under one name. A null name is an assertion failure, and an absent one gives the default.
@@ -169,6 +175,12 @@ private:
     friend class TaskContext;
     friend class TaskProcessor;
 
+    /// Entry and, unless the task leaves in it, the first Process, as one.
+    int Begin(TaskContext & oContext);
+
+    int RunEntry();
+    int RunProcess();
+    [[noreturn]] static void FailWithoutContext();
     TaskStack GetTaskStack() const;
     std::shared_ptr<Private> const & Share() const;
     bool IsLastOwner() const;
@@ -179,20 +191,6 @@ private:
     mutable Private m_oOwn;
     mutable std::shared_ptr<Private> m_pShared;
     mutable Private * m;
-};
-
-/// The end of every machine.
-class TSL_EXPORT FineTask : public Task
-{
-public:
-    explicit FineTask(TaskProcessor * pParent);
-
-    int GetTaskID() const override;
-    MessageFilter const & GetDefinedInputFilter() const override;
-    int DoProcess() override;
-
-private:
-    std::shared_ptr<MessageFilterNoMessage> m_pFilter;
 };
 
 } // namespace tsl

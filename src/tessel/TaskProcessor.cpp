@@ -54,21 +54,11 @@ int TaskProcessor::DoProcess()
 {
     TaskContext & oContext = GetContext();
 
-    // What an entry answers counts like what a task's process answers, except that a task which remains
-    // in its entry is processed at once.
-    int iResult = m->pCurrentTask ? TR_REMAIN : InitTask(oContext);
-    for (;;)
-    {
-        if (iResult == TR_REMAIN)
-        {
-            iResult = m->pCurrentTask->Process(oContext);
-            if (iResult == TR_REMAIN)
-                return TR_REMAIN;
-        }
-        if (iResult == TR_RETURN)
-            break;
+    int iResult = m->pCurrentTask ? m->pCurrentTask->Process(oContext) : InitTask(oContext);
+    while (iResult != TR_REMAIN && iResult != TR_RETURN)
         iResult = SwitchTask(iResult, oContext);
-    }
+    if (iResult == TR_REMAIN)
+        return TR_REMAIN;
 
     m->pCurrentTask->TaskExit(oContext);
     return GetParent() ? TR_PROCEED : TR_RETURN;
@@ -83,7 +73,7 @@ int TaskProcessor::InitTask(TaskContext & oContext)
         FailFirstTask();
 
     SetNewTask(iNextTaskId);
-    return m->pCurrentTask->TaskEntry(oContext);
+    return m->pCurrentTask->Begin(oContext);
 }
 
 int TaskProcessor::SwitchTask(int iTaskResult, TaskContext & oContext)
@@ -96,11 +86,11 @@ int TaskProcessor::SwitchTask(int iTaskResult, TaskContext & oContext)
 
     // The same object goes on.
     if (iNextTaskId == iCurrentTaskId)
-        return TR_REMAIN;
+        return oCurrentTask.Process(oContext);
 
     oCurrentTask.TaskExit(oContext);
     SetNewTask(iNextTaskId);
-    return m->pCurrentTask->TaskEntry(oContext);
+    return m->pCurrentTask->Begin(oContext);
 }
 
 void TaskProcessor::SetNewTask(int iTaskId)

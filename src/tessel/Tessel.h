@@ -19,6 +19,7 @@
 #include <tessel/Export.h>
 #include <tessel/FactoryTable.h>
 #include <tessel/FactoryTemplate.h>
+#include <tessel/FineTask.h>
 #include <tessel/Float32Validator.h>
 #include <tessel/FloatComparison.h>
 #include <tessel/GlobalMessageDispatcher.h>
