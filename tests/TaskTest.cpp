@@ -1,6 +1,10 @@
 #include "AssertionTest.h"
 #include "TestMachine.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
 using namespace tsl;
 using namespace tsltest;
 
@@ -23,6 +27,25 @@ TEST(TaskConstruction, RefusesAnEmptyNameAndItselfAsParentAndNoMachine)
     EXPECT_TRUE(Asserts("m->pParent != this", "Parent darf nicht this sein!", [] { SelfParent(); }));
     EXPECT_TRUE(Asserts("pProcessor", "TaskProcessor darf nicht NULL sein", [] { TaskContext{nullptr}; }));
     EXPECT_TRUE(Asserts("false", "Unexpected", [] { OneTaskMachine(nullptr).GetDefinedInputFilter(); }));
+}
+
+TEST(TaskConstruction, HasTheFormsOfEveryClass)
+{
+    struct alignas(128) Aligned : OpenTask
+    {
+        Aligned() : OpenTask("aligned", nullptr, 1, nullptr) {}
+    };
+    for (Aligned * const pTask : {new Aligned, new (std::nothrow) Aligned})
+    {
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pTask) % alignof(Aligned), 0U);
+        delete pTask;
+    }
+    std::unique_ptr<Task> const pTask(new (std::nothrow) OpenTask("task", nullptr, 2, nullptr));
+    EXPECT_EQ(pTask->GetTaskID(), 2);
+    alignas(OpenTask) std::byte aRoom[sizeof(OpenTask)];
+    auto * const pPlaced = new (aRoom) OpenTask("task", nullptr, 3, nullptr);
+    EXPECT_EQ(static_cast<void *>(pPlaced), aRoom);
+    pPlaced->~OpenTask();
 }
 
 TEST(TaskOutsideAStep, RefusesWhatNeedsTheContext)

@@ -1,6 +1,7 @@
 #include <tessel/Task.h>
 
 #include "MessageElements.h"
+#include "TaskMemory.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/LogPoint.h>
@@ -105,6 +106,21 @@ Task & Task::operator=(Task const & oSource)
 
 Task::~Task() = default;
 
+void * Task::operator new(std::size_t iSize)
+{
+    TaskMemory * const pMemory = TaskMemory::GetCurrent();
+    return pMemory ? pMemory->Take(iSize) : ::operator new(iSize);
+}
+
+void Task::operator delete(void * pBlock, std::size_t iSize)
+{
+    TaskMemory * const pMemory = TaskMemory::GetCurrent();
+    if (pMemory && pBlock)
+        pMemory->Give(pBlock, iSize);
+    else
+        ::operator delete(pBlock);
+}
+
 inline int Task::RunEntry()
 {
     Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoTaskEntry "; });
@@ -120,6 +136,13 @@ inline int Task::RunProcess()
 int Task::Process(TaskContext & oContext)
 {
     StepScope const oScope(*this, oContext);
+    return RunProcess();
+}
+
+int Task::RunStep(TaskContext & oContext, TaskMemory & oMemory)
+{
+    StepScope const oScope(*this, oContext);
+    TaskMemory::Scope const oMemoryScope(oMemory);
     return RunProcess();
 }
 
@@ -216,7 +239,7 @@ void Task::SetTaskName(String const & sName)
     m->sName = sName;
 }
 
-[[gnu::cold]] void Task::FailWithoutContext()
+void Task::FailWithoutContext()
 {
     XAssertionFailed("m->pContext!=NULL", "");
 }

@@ -6,7 +6,9 @@
 #include <tessel/ValueString.h>
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace tsl
@@ -14,6 +16,7 @@ namespace tsl
 
 class Message;
 class TaskContext;
+class TaskMemory;
 class TaskProcessor;
 
 /// The ids of the tasks from one of them up to the root of its tree.
@@ -85,6 +88,38 @@ public:
 
     /// "TR_REMAIN", "TR_PROCEED", "TR_RETURN", or "USER_DEFINED" for any other number.
     static char const * GetTaskResultName(int iTaskResult);
+
+    /// How tasks are allocated. A machine makes and deletes one with every transition, so the memory of those
+    /// that it leaves goes to those that it comes to; anything else is allocated on the heap as ever. A class
+    /// that has more than one base with an operator new says with a using-declaration which one is meant.
+    static void * operator new(std::size_t iSize);
+    static void operator delete(void * pBlock, std::size_t iSize);
+
+    // The other forms of every class, which those above hide.
+    static void * operator new(std::size_t iSize, std::nothrow_t const &) noexcept
+    {
+        return ::operator new(iSize, std::nothrow);
+    }
+    static void * operator new(std::size_t iSize, std::align_val_t iAlignment)
+    {
+        return ::operator new(iSize, iAlignment);
+    }
+    static void * operator new(
+        std::size_t iSize, std::align_val_t iAlignment, std::nothrow_t const &) noexcept
+    {
+        return ::operator new(iSize, iAlignment, std::nothrow);
+    }
+    static void * operator new(std::size_t, void * pPlace) noexcept { return pPlace; }
+    static void operator delete(void * pBlock, std::nothrow_t const &) noexcept { ::operator delete(pBlock); }
+    static void operator delete(void * pBlock, std::align_val_t iAlignment) noexcept
+    {
+        ::operator delete(pBlock, iAlignment);
+    }
+    static void operator delete(void * pBlock, std::align_val_t iAlignment, std::nothrow_t const &) noexcept
+    {
+        ::operator delete(pBlock, iAlignment);
+    }
+    static void operator delete(void *, void *) noexcept {}
 
 protected:
     /// The name must not be empty, and the parent not this task itself: assertion failures. A null parent
@@ -175,12 +210,15 @@ private:
     friend class TaskContext;
     friend class TaskProcessor;
 
-    /// Entry and, unless the task leaves in it, the first Process, as one.
-    int Begin(TaskContext & oContext);
+    /// Process of the topmost machine, whose tasks lie in that memory.
+    TSL_HIDDEN int RunStep(TaskContext & oContext, TaskMemory & oMemory);
 
-    int RunEntry();
-    int RunProcess();
-    [[noreturn]] static void FailWithoutContext();
+    /// The entry and, if the task remains in it, the first Process, with the context given once.
+    TSL_HIDDEN int Begin(TaskContext & oContext);
+
+    TSL_HIDDEN int RunEntry();
+    TSL_HIDDEN int RunProcess();
+    [[noreturn, gnu::cold]] static void FailWithoutContext();
     TaskStack GetTaskStack() const;
     std::shared_ptr<Private> const & Share() const;
     bool IsLastOwner() const;

@@ -1,6 +1,7 @@
 #include <tessel/TaskContext.h>
 
 #include "MessageElements.h"
+#include "TaskMemory.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/LogPoint.h>
@@ -73,6 +74,8 @@ struct TSL_HIDDEN TaskContext::Private
     Variables<int> oLocalNumbers;
     Variables<ValueString> oLocalTexts;
 
+    TaskMemory oTaskMemory;
+
     std::unique_ptr<Pipe<Message>> pInput;
     std::unique_ptr<Pipe<Message>> pOutput;
     std::unique_ptr<TaskProcessor> pProcessor;
@@ -107,7 +110,7 @@ TaskContext::~TaskContext() = default;
 void TaskContext::Process()
 {
     // How the machine stands, the tasks tell by messages.
-    static_cast<void>(m->pProcessor->Process(*this));
+    static_cast<void>(m->pProcessor->RunStep(*this, m->oTaskMemory));
 }
 
 void TaskContext::WriteMessage(Message const & oMessage)

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <functional>
 #include <new>
+#include <string>
+#include <utility>
 
 static int g_iAllocations = 0;
 
@@ -95,10 +97,33 @@ void CountVariables()
         Count([&] { return fUse(2, "fifteen letters"); });
 }
 
+/// Steps with a transition each, after both tasks were there.
+void CountTransitions()
+{
+    bool bSwitch = false;
+    auto const fSwitchOnce = [&](tsltest::OpenTask &)
+    {
+        bSwitch = !bSwitch;
+        return bSwitch ? 0 : tsl::Task::TR_REMAIN;
+    };
+    tsltest::OpenContext oContext(new tsltest::OneTaskMachine(fSwitchOnce));
+    auto const fStep = [&]
+    {
+        oContext.Process();
+        return !bSwitch;
+    };
+    if (fStep() && fStep())
+        Count([&] { return fStep() && fStep(); });
+}
+
 } // namespace
 
 int main(int iCount, char ** pArguments)
 {
     std::string const sArea = iCount > 1 ? pArguments[1] : "";
-    sArea == "results" ? CountResults() : sArea == "matches" ? CountMatches() : CountVariables();
+    std::pair<char const *, void (*)()> const aAreas[] = {{"results", &CountResults},
+        {"matches", &CountMatches}, {"variables", &CountVariables}, {"transitions", &CountTransitions}};
+    for (auto const & [sName, fCount] : aAreas)
+        if (sArea == sName)
+            fCount();
 }
