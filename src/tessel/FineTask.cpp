@@ -8,6 +8,10 @@ FineTask::FineTask(TaskProcessor * pParent)
 {
 }
 
+FineTask::FineTask(FineTask const & oSource) = default;
+FineTask & FineTask::operator=(FineTask const & oSource) = default;
+FineTask::~FineTask() = default;
+
 int FineTask::GetTaskID() const
 {
     return TASK_FINE;

@@ -14,6 +14,9 @@ class TSL_EXPORT FineTask : public Task
 {
 public:
     explicit FineTask(TaskProcessor * pParent);
+    FineTask(FineTask const & oSource);
+    FineTask & operator=(FineTask const & oSource);
+    ~FineTask() override;
 
     int GetTaskID() const override;
     MessageFilter const & GetDefinedInputFilter() const override;
