@@ -117,6 +117,26 @@ TEST(TaskSteps, LetOneOfManyThreadsIn)
     EXPECT_LT(iRefused, 400);
 }
 
+TEST(TaskCreation, MakesATaskOfItsOwnEachTime)
+{
+    static OpenTask * pOnly = nullptr;
+    auto const fGiveTheOnlyOne = [](TaskProcessor * pParent) -> Task *
+    {
+        if (!pOnly)
+            pOnly = new OpenTask("only", pParent, 103, [](OpenTask &) { return 0; });
+        return pOnly;
+    };
+    TaskFactory::Instance().Register(103, fGiveTheOnlyOne);
+    TaskFactory::Instance().Register(104, fGiveTheOnlyOne);
+    auto * const pMachine = new OneTaskMachine(nullptr);
+    TaskContext oContext(pMachine);
+    EXPECT_TRUE(pMachine->oTransitions.AddTransition(Task::TASK_INIT, Task::TR_PROCEED, 103).IsOk());
+    EXPECT_TRUE(pMachine->oTransitions.AddTransition(103, 0, 104).IsOk());
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(Asserts(
+            "pTask != NULL", "Task-Objekt 104 could not be found or created.", [&] { oContext.Process(); }));
+}
+
 TEST(TaskCopies, ShareNameParentContextAndTheTaskInWhichAMachineStands)
 {
     OneTaskMachine oMachine(nullptr);

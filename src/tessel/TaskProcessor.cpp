@@ -96,6 +96,10 @@ int TaskProcessor::SwitchTask(int iTaskResult, TaskContext & oContext)
 void TaskProcessor::SetNewTask(int iTaskId)
 {
     std::unique_ptr<Task> pTask(TaskFactory::Instance().CreateProduct(iTaskId, TaskCreator(this)));
+
+    // A function that gives the current task once more has made none.
+    if (pTask == m->pCurrentTask)
+        static_cast<void>(pTask.release());
     if (!pTask)
         FailTask(iTaskId);
 

@@ -22,8 +22,8 @@ class TaskTransitionList;
 /// object goes on with its DoProcess in the same step.
 ///
 /// Assertion failures: the table has no first transition, or none for a task's result; the factory knows
-/// no task of an id, or its function gives null. The machine then stands in the task in which it stood,
-/// and the next step tries again there.
+/// no task of an id, or its function gives null or the current task. The machine then stands in the task in
+/// which it stood, and the next step tries again there.
 ///
 /// A machine that is deleted in the middle deletes its current task without an exit. Copies share the
 /// current task as well.
