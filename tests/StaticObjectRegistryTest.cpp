@@ -110,9 +110,15 @@ TEST(StaticObjects, AreListedInTheOrderOfTheirRegistration)
 
 TEST(StaticObjects, GoInTheReverseOrderOfTheirRegistration)
 {
-    EXPECT_EQ(TestProgram("StaticObjects").Run().sOutput,
-        "Result is not known\nResult is known\nmain ends\n-2 leaves\nLogFileProcessor leaves\n"
-        "last goes\n100 followers went, late class\nsecond goes\nfirst goes\n");
+    TestProgram const oProgram("StaticObjects");
+    EXPECT_EQ(oProgram.Run().sOutput,
+        "Result is not known\nResult is known\n6\nreported\nmain ends\n-2 leaves\nLogFileProcessor leaves\n"
+        "last goes\n100 followers went, late class\nsecond goes\nfirst goes\n7\nreported\n");
+
+    // What the last one needs was made after it.
+    std::string const sLog = oProgram.ReadFile("Logfile.txt");
+    EXPECT_NE(sLog.find(" DEB Word 7\n"), std::string::npos) << sLog;
+    EXPECT_NE(sLog.find("Number=7,Text=7,"), std::string::npos) << sLog;
 }
 
 } // namespace

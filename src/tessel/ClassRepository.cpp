@@ -67,14 +67,14 @@ ClassRepository::~ClassRepository()
 
 ClassRepository & ClassRepository::Instance()
 {
-    static ClassRepository & oRepository = *RegisterStaticObject(new ClassRepository);
+    static ClassRepository & oRepository = *RegisterLastingObject(new ClassRepository);
     return oRepository;
 }
 
 unsigned int ClassRepository::Register(ClassDescription const & oDescription)
 {
     WriteLock const oScope(m->oLock);
-    static unsigned int & iCounter = *RegisterStaticObject(new unsigned int(0));
+    static unsigned int & iCounter = *RegisterLastingObject(new unsigned int(0));
     ++iCounter;
     m->oClasses.emplace(iCounter, &oDescription);
     m->oNames.emplace(oDescription.GetClassName(), &oDescription);

@@ -147,7 +147,7 @@ ClassDescription const & DescribeClass(ClassDescription const * pBase, ClassDesc
 {
     constexpr unsigned int iNoClassId = 0xFFFFFFFF;
     bool const bAbstract = eKind == ClassDescription::eAbstract;
-    return *RegisterStaticObject(
+    return *RegisterLastingObject(
         new ClassDescription(GetTypeName<T>(), iNoClassId, sFile, bAbstract, fFactory, pBase, &typeid(T)));
 }
 

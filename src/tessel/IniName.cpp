@@ -62,13 +62,13 @@ IniName::IniName(std::string_view sText) : String(sText)
 
 StringValidator const & IniName::GetValidator() const
 {
-    static ValidatorName const & oValidator = *RegisterStaticObject(new ValidatorName);
+    static ValidatorName const & oValidator = *RegisterLastingObject(new ValidatorName);
     return oValidator;
 }
 
 StringFormator const & IniName::GetFormator() const
 {
-    static FormatorName const & oFormator = *RegisterStaticObject(new FormatorName);
+    static FormatorName const & oFormator = *RegisterLastingObject(new FormatorName);
     return oFormator;
 }
 

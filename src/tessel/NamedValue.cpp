@@ -60,7 +60,7 @@ void NamedValue::SetNull()
 
 ValueConverter const & NamedValue::GetConverter() const
 {
-    static NamedValueConverter const & oConverter = *RegisterStaticObject(new NamedValueConverter);
+    static NamedValueConverter const & oConverter = *RegisterLastingObject(new NamedValueConverter);
     return oConverter;
 }
 

@@ -62,7 +62,7 @@ Root * NamedValueConverter::CreateNew()
 
 ValueConverterLayout const & NamedValueConverter::GetDefaultLayout() const
 {
-    static NamedValueConverterLayout const & oLayout = *RegisterStaticObject(new NamedValueConverterLayout);
+    static NamedValueConverterLayout const & oLayout = *RegisterLastingObject(new NamedValueConverterLayout);
     return oLayout;
 }
 

@@ -157,13 +157,13 @@ Root * Result::CreateNew()
 
 ValueConverter const & Result::GetConverter() const
 {
-    static ResultConverter const & oConverter = *RegisterStaticObject(new ResultConverter);
+    static ResultConverter const & oConverter = *RegisterLastingObject(new ResultConverter);
     return oConverter;
 }
 
 Result const & Result::Null()
 {
-    static Result const & oNull = *RegisterStaticObject(new Result);
+    static Result const & oNull = *RegisterLastingObject(new Result);
     return oNull;
 }
 

@@ -51,7 +51,7 @@ Root * ResultConverter::CreateNew()
 
 ValueConverterLayout const & ResultConverter::GetDefaultLayout() const
 {
-    static ResultConverterLayout const & oLayout = *RegisterStaticObject(new ResultConverterLayout);
+    static ResultConverterLayout const & oLayout = *RegisterLastingObject(new ResultConverterLayout);
     return oLayout;
 }
 

@@ -5,8 +5,10 @@
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
 
+#include <algorithm>
 #include <cstring>
 #include <iostream>
+#include <iterator>
 #include <list>
 #include <set>
 
@@ -17,8 +19,16 @@ StaticObjectPtrBase::~StaticObjectPtrBase() = default;
 
 struct TSL_HIDDEN StaticObjectRegistry::Private
 {
+    struct Entry
+    {
+        std::unique_ptr<StaticObjectPtrBase> pHandle;
+        bool bLasting;
+    };
+
+    Entry TakeNext();
+
     std::set<void *> oObjects;
-    std::list<std::unique_ptr<StaticObjectPtrBase>> oHandles;
+    std::list<Entry> oEntries;
     ReaderWriterMutex oLock;
 };
 
@@ -34,16 +44,34 @@ StaticObjectRegistry::~StaticObjectRegistry()
 {
     // No lock, and each handle leaves before its object ends: the object's destructor may register
     // further objects, which this loop then meets, and their addresses may be the one just freed.
-    while (!m->oHandles.empty())
-    {
-        std::unique_ptr<StaticObjectPtrBase> const pHandle = std::move(m->oHandles.back());
-        m->oHandles.pop_back();
-        m->oObjects.erase(pHandle->GetObject());
-        pHandle->DeleteObject();
-    }
+    while (!m->oEntries.empty())
+        m->TakeNext().pHandle->DeleteObject();
+}
+
+/// The newest object that does not last, or else the newest one.
+StaticObjectRegistry::Private::Entry StaticObjectRegistry::Private::TakeNext()
+{
+    auto const oNewest = std::find_if(
+        oEntries.rbegin(), oEntries.rend(), [](Entry const & oEntry) { return !oEntry.bLasting; });
+    auto const oPlace = std::prev(oNewest == oEntries.rend() ? oEntries.end() : oNewest.base());
+
+    Entry oEntry = std::move(*oPlace);
+    oEntries.erase(oPlace);
+    oObjects.erase(oEntry.pHandle->GetObject());
+    return oEntry;
 }
 
 StaticObjectPtrBase const & StaticObjectRegistry::RegisterStaticObject(StaticObjectPtrBase const & oHandle)
+{
+    return Register(oHandle, false);
+}
+
+StaticObjectPtrBase const & StaticObjectRegistry::RegisterLastingObject(StaticObjectPtrBase const & oHandle)
+{
+    return Register(oHandle, true);
+}
+
+StaticObjectPtrBase const & StaticObjectRegistry::Register(StaticObjectPtrBase const & oHandle, bool bLasting)
 {
     std::unique_ptr<StaticObjectPtrBase> pHandle(oHandle.Clone());
 
@@ -55,8 +83,8 @@ StaticObjectPtrBase const & StaticObjectRegistry::RegisterStaticObject(StaticObj
         XAssertionFailed("false", sText);
     }
 
-    m->oHandles.push_back(std::move(pHandle));
-    return *m->oHandles.back();
+    m->oEntries.push_back({std::move(pHandle), bLasting});
+    return *m->oEntries.back().pHandle;
 }
 
 /// Whether a new singleton object meets an earlier one of its type.
@@ -76,14 +104,14 @@ StaticObjectPtrBase const & StaticObjectRegistry::RegisterSingletonObject(Static
     bool bFound = false;
     {
         ReadLock const oScope(m->oLock);
-        auto oEntry = m->oHandles.begin();
-        while (oEntry != m->oHandles.end() && !bFound)
+        auto oEntry = m->oEntries.begin();
+        while (oEntry != m->oEntries.end() && !bFound)
         {
-            bFound = Matches(oHandle, **oEntry);
+            bFound = Matches(oHandle, *oEntry->pHandle);
             ++oEntry;
         }
-        if (oEntry != m->oHandles.end())
-            pNext = oEntry->get();
+        if (oEntry != m->oEntries.end())
+            pNext = oEntry->pHandle.get();
     }
 
     if (!bFound)
@@ -100,10 +128,10 @@ void StaticObjectRegistry::Dump() const
 {
     ReadLock const oScope(m->oLock);
     String sText("StaticObjectRegistry::Dump RegisteredObjectList : \n");
-    for (auto const & pHandle : m->oHandles)
+    for (Private::Entry const & oEntry : m->oEntries)
     {
         sText << "Object = ";
-        DumpObject(*pHandle, sText);
+        DumpObject(*oEntry.pHandle, sText);
         sText << '\n';
     }
     sText << "StaticObjectRegistry::Dump End";

@@ -76,6 +76,10 @@ inline ClassDescription const * StaticObjectPtr<ClassDescription>::GetDescriptio
 /// of the library all are deleted in the reverse order of their registration, so that what an object
 /// was built on outlives it.
 ///
+/// What an object was built on is not all that it may need: its destructor may report something, and show a
+/// value, the first of its kind. So class descriptions, converters, null values and their like are registered
+/// as lasting objects, which go when no other object is left, in the reverse order as well.
+///
 /// Any thread may register. An object that is deleted at the end may register further objects, which are
 /// deleted in turn.
 class TSL_EXPORT StaticObjectRegistry
@@ -87,6 +91,9 @@ public:
     /// Takes the object over. The handle is copied, and the stored copy is returned. An object that is
     /// registered already is an assertion failure.
     StaticObjectPtrBase const & RegisterStaticObject(StaticObjectPtrBase const & oHandle);
+
+    /// The same for an object that others may need in their destructors.
+    StaticObjectPtrBase const & RegisterLastingObject(StaticObjectPtrBase const & oHandle);
 
     /// Takes the object over unless an object of a type of the same name is registered already. In that
     /// case the new object is deleted, and the handle registered next after the one that matched is
@@ -103,6 +110,7 @@ private:
     StaticObjectRegistry();
     ~StaticObjectRegistry();
 
+    TSL_HIDDEN StaticObjectPtrBase const & Register(StaticObjectPtrBase const & oHandle, bool bLasting);
     void DumpObject(StaticObjectPtrBase const & oHandle, String & sText) const;
 
     struct Private;
@@ -117,6 +125,14 @@ T * RegisterStaticObject(T * pObject)
         XAssertionFailed("pObj", "RegisterStaticObject : Pointer ist NULL!");
 
     StaticObjectRegistry::Instance().RegisterStaticObject(StaticObjectPtr<T>(pObject));
+    return pObject;
+}
+
+/// The same for an object that others may need in their destructors.
+template<class T>
+T * RegisterLastingObject(T * pObject)
+{
+    StaticObjectRegistry::Instance().RegisterLastingObject(StaticObjectPtr<T>(pObject));
     return pObject;
 }
 

@@ -376,13 +376,13 @@ void String::Formate()
 
 StringValidator const & String::GetValidator() const
 {
-    static StringValidator const & oValidator = *RegisterStaticObject(new StringValidator);
+    static StringValidator const & oValidator = *RegisterLastingObject(new StringValidator);
     return oValidator;
 }
 
 StringFormator const & String::GetFormator() const
 {
-    static StringFormator const & oFormator = *RegisterStaticObject(new StringFormator(0));
+    static StringFormator const & oFormator = *RegisterLastingObject(new StringFormator(0));
     return oFormator;
 }
 

@@ -43,7 +43,7 @@ void ValueAbstractValueCollection::DoCopy(Root const & oSource)
 ValueConverter const & ValueAbstractValueCollection::GetConverter() const
 {
     static ValueAbstractValueCollectionConverter const & oConverter =
-        *RegisterStaticObject(new ValueAbstractValueCollectionConverter);
+        *RegisterLastingObject(new ValueAbstractValueCollectionConverter);
     return oConverter;
 }
 

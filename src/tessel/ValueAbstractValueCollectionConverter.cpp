@@ -81,7 +81,7 @@ Root * ValueAbstractValueCollectionConverter::CreateNew()
 ValueConverterLayout const & ValueAbstractValueCollectionConverter::GetDefaultLayout() const
 {
     static ValueAbstractValueCollectionConverterLayout const & oLayout =
-        *RegisterStaticObject(new ValueAbstractValueCollectionConverterLayout);
+        *RegisterLastingObject(new ValueAbstractValueCollectionConverterLayout);
     return oLayout;
 }
 

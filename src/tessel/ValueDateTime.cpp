@@ -56,13 +56,13 @@ Root * ValueDateTime::CreateNew()
 
 ValueConverter const & ValueDateTime::GetConverter() const
 {
-    static ValueDateTimeConverter const & oConverter = *RegisterStaticObject(new ValueDateTimeConverter);
+    static ValueDateTimeConverter const & oConverter = *RegisterLastingObject(new ValueDateTimeConverter);
     return oConverter;
 }
 
 ValueDateTime const & ValueDateTime::Null()
 {
-    static ValueDateTime const & oNull = *RegisterStaticObject(new ValueDateTime);
+    static ValueDateTime const & oNull = *RegisterLastingObject(new ValueDateTime);
     return oNull;
 }
 

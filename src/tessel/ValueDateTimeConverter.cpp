@@ -47,7 +47,7 @@ Root * ValueDateTimeConverter::CreateNew()
 ValueConverterLayout const & ValueDateTimeConverter::GetDefaultLayout() const
 {
     static ValueDateTimeConverterLayout const & oLayout =
-        *RegisterStaticObject(new ValueDateTimeConverterLayout);
+        *RegisterLastingObject(new ValueDateTimeConverterLayout);
     return oLayout;
 }
 

@@ -44,13 +44,13 @@ void ValueFloat32::SetNull()
 
 ValueConverter const & ValueFloat32::GetConverter() const
 {
-    static ValueFloatConverter const & oConverter = *RegisterStaticObject(new ValueFloatConverter);
+    static ValueFloatConverter const & oConverter = *RegisterLastingObject(new ValueFloatConverter);
     return oConverter;
 }
 
 ValueFloat32 const & ValueFloat32::Null()
 {
-    static ValueFloat32 const & oNull = *RegisterStaticObject(new ValueFloat32);
+    static ValueFloat32 const & oNull = *RegisterLastingObject(new ValueFloat32);
     return oNull;
 }
 

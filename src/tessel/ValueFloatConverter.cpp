@@ -242,7 +242,7 @@ Root * ValueFloatConverter::CreateNew()
 
 ValueConverterLayout const & ValueFloatConverter::GetDefaultLayout() const
 {
-    static ValueFloatConverterLayout const & oLayout = *RegisterStaticObject(new ValueFloatConverterLayout);
+    static ValueFloatConverterLayout const & oLayout = *RegisterLastingObject(new ValueFloatConverterLayout);
     return oLayout;
 }
 

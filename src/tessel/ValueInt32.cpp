@@ -58,13 +58,13 @@ void ValueInt32::SetNull()
 
 ValueConverter const & ValueInt32::GetConverter() const
 {
-    static ValueIntegerConverter const & oConverter = *RegisterStaticObject(new ValueIntegerConverter);
+    static ValueIntegerConverter const & oConverter = *RegisterLastingObject(new ValueIntegerConverter);
     return oConverter;
 }
 
 ValueInt32 const & ValueInt32::Null()
 {
-    static ValueInt32 const & oNull = *RegisterStaticObject(new ValueInt32);
+    static ValueInt32 const & oNull = *RegisterLastingObject(new ValueInt32);
     return oNull;
 }
 

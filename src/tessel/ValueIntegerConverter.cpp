@@ -97,7 +97,7 @@ Root * ValueIntegerConverter::CreateNew()
 ValueConverterLayout const & ValueIntegerConverter::GetDefaultLayout() const
 {
     static ValueIntegerConverterLayout const & oLayout =
-        *RegisterStaticObject(new ValueIntegerConverterLayout);
+        *RegisterLastingObject(new ValueIntegerConverterLayout);
     return oLayout;
 }
 

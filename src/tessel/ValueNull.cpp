@@ -24,13 +24,13 @@ Root * ValueNull::CreateNew()
 
 ValueConverter const & ValueNull::GetConverter() const
 {
-    static ValueNullConverter const & oConverter = *RegisterStaticObject(new ValueNullConverter);
+    static ValueNullConverter const & oConverter = *RegisterLastingObject(new ValueNullConverter);
     return oConverter;
 }
 
 ValueNull const & ValueNull::Null()
 {
-    static ValueNull const & oNull = *RegisterStaticObject(new ValueNull);
+    static ValueNull const & oNull = *RegisterLastingObject(new ValueNull);
     return oNull;
 }
 

@@ -43,7 +43,7 @@ Root * ValueNullConverter::CreateNew()
 
 ValueConverterLayout const & ValueNullConverter::GetDefaultLayout() const
 {
-    static ValueNullConverterLayout const & oLayout = *RegisterStaticObject(new ValueNullConverterLayout);
+    static ValueNullConverterLayout const & oLayout = *RegisterLastingObject(new ValueNullConverterLayout);
     return oLayout;
 }
 

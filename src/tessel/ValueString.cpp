@@ -80,13 +80,13 @@ void ValueString::Clear()
 
 ValueConverter const & ValueString::GetConverter() const
 {
-    static ValueStringConverter const & oConverter = *RegisterStaticObject(new ValueStringConverter);
+    static ValueStringConverter const & oConverter = *RegisterLastingObject(new ValueStringConverter);
     return oConverter;
 }
 
 ValueString const & ValueString::Null()
 {
-    static ValueString const & sNull = *RegisterStaticObject(new ValueString);
+    static ValueString const & sNull = *RegisterLastingObject(new ValueString);
     return sNull;
 }
 

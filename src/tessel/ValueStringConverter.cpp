@@ -46,7 +46,8 @@ Root * ValueStringConverter::CreateNew()
 
 ValueConverterLayout const & ValueStringConverter::GetDefaultLayout() const
 {
-    static ValueStringConverterLayout const & oLayout = *RegisterStaticObject(new ValueStringConverterLayout);
+    static ValueStringConverterLayout const & oLayout =
+        *RegisterLastingObject(new ValueStringConverterLayout);
     return oLayout;
 }
 

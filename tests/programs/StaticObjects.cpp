@@ -5,7 +5,9 @@
 #include <tessel/MessageProcessorFactory.h>
 #include <tessel/Result.h>
 #include <tessel/StaticObjectRegistry.h>
+#include <tessel/Support.h>
 #include <tessel/TaskFactory.h>
+#include <tessel/ValueInt32.h>
 
 #include <cstdio>
 #include <iostream>
@@ -64,6 +66,26 @@ public:
     }
 };
 
+/// Shows a value, and reports it, when hardly anything is left.
+class LastWord
+{
+public:
+    LastWord() = default;
+    ~LastWord() { Tell(7); }
+    LastWord(LastWord const &) = delete;
+    LastWord & operator=(LastWord const &) = delete;
+
+    static void Tell(int iNumber)
+    {
+        tsl::ValueString sValue;
+        tsl::String const sText(tsl::ValueInt32(iNumber).AddAsString(sValue).c_str());
+        std::cout << sText.s_str() << '\n';
+        if (tsl::Support::DispatchDebugMessage("Word", sText, __FILE__, __LINE__).IsOk()
+            && tsl::Support::DispatchMessage(tsl::MakeResult(iNumber, sText)).IsOk())
+            std::cout << "reported\n";
+    }
+};
+
 using TaskWatcher = LeavingWatcher<tsl::TaskFactoryCallBack, tsl::TaskFactory::Args>;
 using ProcessorWatcher =
     LeavingWatcher<tsl::MessageProcessorFactoryCallBack, tsl::MessageProcessorFactory::Args>;
@@ -78,6 +100,7 @@ void PrintWhetherResultIsKnown()
 
 int main()
 {
+    tsl::RegisterStaticObject(new LastWord);
     PrintWhetherResultIsKnown();
     static_cast<void>(tsl::Result::GetStaticClassDesc());
     PrintWhetherResultIsKnown();
@@ -88,6 +111,7 @@ int main()
     tsl::RegisterStaticObject(new Announcer("second"));
     tsl::RegisterStaticObject(new Follower);
     tsl::RegisterStaticObject(new Announcer("last"));
+    LastWord::Tell(6);
     std::puts("main ends");
     return 0;
 }
