@@ -169,7 +169,7 @@ TEST(TimeZoneMisuse, TimesThatCannotBeConvertedAreFailures)
         Exception const oException = Catch([&] { oMoment.SetElements(oElements); });
         EXPECT_STREQ(oException.GetText(), "Time components cannot be converted to time");
         EXPECT_EQ(oException.GetResult().GetErrorCode(), 2);
-        EXPECT_EQ(oMoment, DateTime(SUMMER, Time::ePrecisionHour));
+        EXPECT_EQ(oMoment, DateTime(SUMMER, oElements.GetPrecision()));
     }
 }
 
@@ -199,7 +199,8 @@ TEST(DateTimeElementsOrder, GoesByEachSidesOwnPrecision)
     oTm.tm_isdst = 2;
     std::string const sExpression = "dls==Time::eDLSOff || dls==Time::eDLSOn || dls==Time::eDLSUnknown";
     EXPECT_TRUE(Asserts(sExpression, "Invalid enum", [&] { oElements.SetDLS(-2); }));
-    EXPECT_TRUE(Asserts(sExpression, "Invalid enum", [&] { oElements.FromTm(oTm, Time::ePrecisionSecond); }));
+    EXPECT_TRUE(Asserts(sExpression, "Invalid enum", [&] { oElements.FromTm(oTm, Time::ePrecisionHour); }));
+    EXPECT_EQ(oElements.GetPrecision(), Time::ePrecisionHour);
     EXPECT_EQ(oElements, oDay);
 }
 

@@ -88,8 +88,8 @@ void DateTimeElements::SetDLS(int iDLS)
 
 void DateTimeElements::FromTm(std::tm const & oTm, Time::Precision ePrecision)
 {
-    SetDLS(oTm.tm_isdst);
     m_ePrecision = ePrecision;
+    SetDLS(oTm.tm_isdst);
 
     // A wrapped year becomes the right one again in ToTm, and compares rightly as an unsigned number.
     m_iYear = static_cast<int>(std::int64_t{oTm.tm_year} + Platform::YEAR_BASE);
@@ -177,10 +177,10 @@ DateTimeElements DateTime::GetElements(TimeZone::EZone eZone) const
 
 void DateTime::SetElements(DateTimeElements const & oElements)
 {
+    m_ePrecision = oElements.GetPrecision();
     std::tm oTm{};
     oElements.ToTm(oTm);
     TimeZone::ConvertFromZone(oTm, oElements.m_eZone, m_iTime);
-    m_ePrecision = oElements.GetPrecision();
 }
 
 int DateTime::GetYear(TimeZone::EZone eZone) const

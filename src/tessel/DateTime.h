@@ -120,7 +120,8 @@ public:
     void GetElements(DateTimeElements & oElements) const;
     DateTimeElements GetElements(TimeZone::EZone eZone) const;
 
-    /// Takes moment and precision from the elements. Overflows such as second 75 count on.
+    /// Takes moment and precision from the elements. Overflows such as second 75 count on. After a failure the
+    /// precision is the new one, and the moment the old one.
     void SetElements(DateTimeElements const & oElements);
 
     /// Single elements, in the ranges that DateTimeElements tells. Elements that the precision does not
