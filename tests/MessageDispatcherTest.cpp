@@ -197,6 +197,12 @@ TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
     }
     EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
 
+    auto pDispatcher = std::make_unique<OpenDispatcher>();
+    Client oSurvivor(*pDispatcher, {g_iNumber, g_iBase});
+    EXPECT_TRUE(oSurvivor.Open().IsOk());
+    pDispatcher.reset();
+    oSurvivor.Close();
+
     // The types in front of a bad one stay with the bus.
     for (unsigned int const iBad : {0u, 4000000000u, Root::GetStaticClassDesc().GetClassId()})
     {

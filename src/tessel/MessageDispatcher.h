@@ -102,9 +102,9 @@ protected:
     MessageDispatcherClientConfig() = default;
 };
 
-/// A processor that knows its bus, which must outlive it unless it is closed before, and registers itself
-/// when it is opened for the types of its configuration. Where other threads dispatch, a derived class
-/// closes it in its own destructor: by the time the base does so, the derived part is gone.
+/// A processor that knows its bus and registers itself when it is opened for the types of its configuration.
+/// Once the bus has ended, it counts as closed and must not be opened again. Where other threads dispatch, a
+/// derived class closes it in its own destructor: by the time the base does so, the derived part is gone.
 class TSL_EXPORT MessageDispatcherClient : public MessageProcessor
 {
 public:
@@ -122,13 +122,16 @@ public:
     /// Unregisters from all types. Does nothing to a client that is not open.
     void Close() override;
 
+    /// The bus has ended. A derived class that has something to do then calls this as well.
+    void HandlerDestruction() const override { m_bRegistered = false; }
+
 protected:
     explicit MessageDispatcherClient(MessageDispatcher & oDispatcher) : m_oDispatcher(oDispatcher) {}
     MessageDispatcherClient(MessageDispatcherClient const & oSource) = default;
 
 private:
     MessageDispatcher & m_oDispatcher;
-    bool m_bRegistered = false;
+    mutable bool m_bRegistered = false;
 };
 
 } // namespace tsl
