@@ -14,8 +14,9 @@ namespace tsl
 ///
 /// Of all matches the leftmost is found, and of those that begin there the one that the Perl family of
 /// expressions prefers: branches from left to right, greedy repetitions long, lazy ones short. The time of
-/// a search grows in proportion to the text, whatever the pattern; both searching and compiling need a few
-/// kilobytes of stack and no more for long texts or deep patterns.
+/// a search grows in proportion to the text, whatever the pattern, and for one text at most in proportion to
+/// the pattern's instructions, so a byte may take the longest patterns of all some tenths of a millisecond.
+/// Both searching and compiling need a few kilobytes of stack and no more for long texts or deep patterns.
 ///
 /// Texts are bytes. Zero bytes are bytes like any other, a line ends with "\n", and letters, digits and
 /// blanks are those of ASCII, whatever the locale. A pattern is made of:
