@@ -81,7 +81,8 @@ inline ClassDescription const * StaticObjectPtr<ClassDescription>::GetDescriptio
 /// as lasting objects, which go when no other object is left, in the reverse order as well.
 ///
 /// Any thread may register. An object that is deleted at the end may register further objects, which are
-/// deleted in turn.
+/// deleted in turn. A thread that goes on until then, past the end of main, must not use the library any
+/// more.
 class TSL_EXPORT StaticObjectRegistry
 {
 public:
