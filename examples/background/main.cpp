@@ -4,6 +4,7 @@
 #include <tessel/Tessel.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <iostream>
 #include <memory>
@@ -16,12 +17,14 @@ namespace
 constexpr int LOOK_INTERVAL = 20; // milliseconds
 constexpr int BAR_WIDTH = 20;
 
-/// All that a signal's handler may touch.
-volatile std::sig_atomic_t g_iStopSignal = 0;
+/// All that a signal's handler touches. It may run on any thread, so that the main one needs an atomic to see
+/// it, and must not take a lock.
+std::atomic<bool> g_bStopAsked{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 
-void AskToStop(int iSignal)
+void AskToStop(int)
 {
-    g_iStopSignal = iSignal;
+    g_bStopAsked = true;
 }
 
 class BackgroundConfig : public tsl::ConsoleApplicationConfig
@@ -53,7 +56,7 @@ protected:
         bool bStopping = false;
         for (;;)
         {
-            if (g_iStopSignal && !std::exchange(bStopping, true))
+            if (g_bStopAsked && !std::exchange(bStopping, true))
                 oContext.WriteMessage(StopMessage());
 
             std::unique_ptr<tsl::Message> const pMessage(oContext.ReadMessage());

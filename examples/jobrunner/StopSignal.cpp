@@ -1,15 +1,18 @@
 #include "StopSignal.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace
 {
 
-std::sig_atomic_t volatile g_bHasCome = 0;
+// The handler may run on any thread, so that the main one needs an atomic to see it, and must not take a lock.
+std::atomic<bool> g_bHasCome{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 void Remember(int)
 {
-    g_bHasCome = 1;
+    g_bHasCome = true;
 }
 
 } // namespace
@@ -22,5 +25,5 @@ void StopSignal::Watch()
 
 bool StopSignal::HasCome()
 {
-    return g_bHasCome != 0;
+    return g_bHasCome;
 }
