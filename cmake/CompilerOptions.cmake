@@ -34,6 +34,7 @@ function(tessel_compile_options target)
     -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wno-format-nonliteral -Wextra-semi -Wundef
     # As the paths are written here, and as a compiler cache may write them.
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${source_from_build}=)
+  target_compile_definitions(${target} PRIVATE TESSEL_SANITIZE="${TESSEL_SANITIZE}")
   if(TESSEL_SANITIZE)
     # The checks that a sanitizer adds mislead the warnings of g++ that follow values through the code.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)

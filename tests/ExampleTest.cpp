@@ -112,20 +112,12 @@ TEST(BackgroundExample, EndsCleanlyBySignal)
     TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/background");
     oProgram.WriteFile("background.ini", "[Background]\nParts=1000000\nPartDuration=1\n"
                                          "[Debug]\nEnable=1\n[Debug/Switch]\nTask=1\n");
-    auto oRun = std::async(std::launch::async, [&] { return oProgram.Run(); });
-    std::regex const oWorking(R"( (\d+) \d+ DEB Task Task 'Work' starts DoProcess )");
-    std::smatch oMatch;
-    std::string sLog;
-    ASSERT_TRUE(WaitUntil(
-        [&]
-        {
-            sLog = oProgram.ReadFile("Logfile.txt");
-            return std::regex_search(sLog, oMatch, oWorking);
-        }));
-    ASSERT_EQ(::kill(std::stoi(oMatch[1]), SIGTERM), 0);
-
-    ProgramOutcome const oOutcome = oRun.get();
-    EXPECT_EQ(oOutcome.iExitCode, 12);
+    ProgramOutcome const oOutcome = oProgram.RunToSignal(SIGTERM,
+        [&] {
+            return oProgram.ReadFile("Logfile.txt").find("Task 'Work' starts DoProcess ")
+                   != std::string::npos;
+        });
+    EXPECT_EQ(oOutcome.iExitCode, 12) << oOutcome.sErrors;
     EXPECT_TRUE(std::regex_search(oOutcome.sOutput, std::regex("\\d+ of 1000000 parts done\\.\n$")))
-        << oOutcome.sOutput.substr(0, 200);
+        << oOutcome.sOutput.substr(oOutcome.sOutput.rfind('\r') + 1);
 }

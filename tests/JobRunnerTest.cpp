@@ -105,14 +105,10 @@ TEST(JobRunnerRunning, EndsItsChildrenAndItselfInOrderAtASignal)
 {
     for (int const iSignal : {SIGINT, SIGTERM})
     {
-        JobRunner const oRunner("[Job/a]\nCommand=% tell started hang\n[Job/b]\nAfter=a\nCommand=% exit 0\n");
-        auto oRun = std::async(std::launch::async, [&] { return oRunner.Run(); });
-        // The child writes the number of its parent, once it runs.
-        ASSERT_TRUE(WaitUntil([&] { return oRunner.ReadFile("started").ends_with('\n'); }));
-        ::kill(std::stoi(oRunner.ReadFile("started")), iSignal);
-
-        ProgramOutcome const oOutcome = oRun.get();
-        EXPECT_EQ(oOutcome.iExitCode, 1) << iSignal;
+        JobRunner const oRunner("[Job/a]\nCommand=% once started hang\n[Job/b]\nAfter=a\nCommand=% exit 0\n");
+        ProgramOutcome const oOutcome =
+            oRunner.RunToSignal(iSignal, [&] { return oRunner.HasFile("started"); });
+        EXPECT_EQ(oOutcome.iExitCode, 1) << iSignal << oOutcome.sErrors;
         EXPECT_TRUE(Ends(oOutcome.sOutput, "a", "failed"));
         EXPECT_TRUE(Ends(oOutcome.sOutput, "b", "skipped"));
         EXPECT_TRUE(Contains(oOutcome.sErrors, "Interrupted. 1 of 2 jobs failed."));

@@ -115,6 +115,29 @@ void TestProgram::SetEnvironment(std::string const & sName, std::string const & 
 ProgramOutcome TestProgram::Run(
     std::vector<std::string> const & vArguments, std::chrono::milliseconds iLimit) const
 {
+    return Run(vArguments, iLimit, [](int) {});
+}
+
+ProgramOutcome TestProgram::RunToSignal(int iSignal, std::function<bool()> const & fIsTime) const
+{
+    // The sanitizer of threads loses a signal that comes while a thread is about to block for the first time.
+    constexpr bool bMayBeLost = std::string_view(TESSEL_SANITIZE) == "thread";
+
+    using Clock = std::chrono::steady_clock;
+    auto oNext = Clock::time_point::min();
+    return Run({}, std::chrono::seconds(60),
+        [&](int iProcess)
+        {
+            if (Clock::now() < oNext || !fIsTime())
+                return;
+            ::kill(iProcess, iSignal);
+            oNext = bMayBeLost ? Clock::now() + std::chrono::seconds(1) : Clock::time_point::max();
+        });
+}
+
+ProgramOutcome TestProgram::Run(std::vector<std::string> const & vArguments, std::chrono::milliseconds iLimit,
+    std::function<void(int)> const & fLook) const
+{
     StreamFile const oOutput;
     StreamFile const oErrors;
     pid_t const iProcess = Start(m_oProgram, m_oFolder, oOutput, oErrors, vArguments, m_vEnvironment);
@@ -126,6 +149,7 @@ ProgramOutcome TestProgram::Run(
         oOutcome.bTimedOut = std::chrono::steady_clock::now() > oDeadline;
         if (oOutcome.bTimedOut)
             ::kill(-iProcess, SIGKILL);
+        fLook(iProcess);
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     if (WIFEXITED(iStatus))

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <regex>
 #include <string>
 #include <string_view>
@@ -41,6 +42,9 @@ public:
     ProgramOutcome Run(std::vector<std::string> const & vArguments = {},
         std::chrono::milliseconds iLimit = std::chrono::seconds(60)) const;
 
+    /// Runs the program likewise, and sends it the signal as soon as the condition holds.
+    ProgramOutcome RunToSignal(int iSignal, std::function<bool()> const & fIsTime) const;
+
     std::filesystem::path const & GetFolder() const { return m_oFolder; }
 
     /// Files of the folder. A file that is not there reads as empty.
@@ -49,6 +53,10 @@ public:
     bool HasFile(std::string const & sName) const;
 
 private:
+    /// Calls fLook every millisecond with the number of the process.
+    ProgramOutcome Run(std::vector<std::string> const & vArguments, std::chrono::milliseconds iLimit,
+        std::function<void(int)> const & fLook) const;
+
     std::filesystem::path m_oProgram;
     std::filesystem::path m_oFolder;
     std::vector<std::string> m_vEnvironment;

@@ -2,7 +2,6 @@
    open a log file. Actions whose names do not tell:
 
    once FILE        ends if the file is there, else makes it
-   tell FILE        writes its parent's id into the file
    out TEXT         writes a text to the standard output; "\n", "\r", "\t" are written so; err likewise
    flood BYTES      writes lines of 1 to 100,000 bytes to both streams in turn, so many bytes in sum
    daemon           leaves a child of its own behind, which keeps the streams until its input ends
@@ -119,13 +118,6 @@ static void EndIfThereIs(char const * sFile)
     fclose(fopen(sFile, "w"));
 }
 
-static void TellParent(char const * sFile)
-{
-    FILE * const pFile = fopen(sFile, "w");
-    fprintf(pFile, "%ld\n", (long)getppid());
-    fclose(pFile);
-}
-
 static void CloseStreams(void)
 {
     for (int iStream = 0; iStream < 3; ++iStream)
@@ -140,8 +132,6 @@ static int Do(char const * sAction, char const * sArgument)
         _exit(atoi(sArgument));
     else if (strcmp(sAction, "once") == 0)
         EndIfThereIs(sArgument);
-    else if (strcmp(sAction, "tell") == 0)
-        TellParent(sArgument);
     else if (strcmp(sAction, "signal") == 0)
         kill(getpid(), atoi(sArgument));
     else if (strcmp(sAction, "ignore") == 0)
