@@ -153,22 +153,25 @@ protected:
         tsl::Duration oRunTime;
         oRunTime.Start();
         int const iTimeout = GetMachine().GetJob().iTimeout;
-        while (GetMachine().GetChild().IsRunning())
+        for (;;)
         {
+            bool const bRunning = GetMachine().GetChild().IsRunning();
             if (IsCancelled(0))
             {
                 EndChild();
                 return GiveUp("interrupted");
             }
-            if (iTimeout > 0 && oRunTime.GetDuration() >= iTimeout)
+            if (bRunning && iTimeout > 0 && oRunTime.GetDuration() >= iTimeout)
             {
                 EndChild();
                 return FailAttempt(tsl::String("not finished after ") + iTimeout + " ms");
             }
-            if (!ReportLines())
-                Wait(LOOK_INTERVAL, false);
+            if (ReportLines(LOOK_DURATION))
+                continue;
+            if (!bRunning)
+                return Judge();
+            Wait(LOOK_INTERVAL, false);
         }
-        return Judge();
     }
 
 private:
@@ -176,15 +179,14 @@ private:
     static constexpr int LOOK_INTERVAL = 5; // ms
 
     // So that a child which never stops writing can be ended.
-    static constexpr int LINES_PER_LOOK = 1000;
+    static constexpr int LOOK_DURATION = 20; // ms
 
-    // Such a child is far ahead of the log. What it leaves behind must not hold up the runner for minutes.
-    static constexpr int LOOKS_AFTER_FORCED_END = 1000;
+    // Such a child is far ahead of the log. What it leaves behind must not hold up the runner.
+    static constexpr int LAST_LOOK_DURATION = 2000; // ms
 
+    /// Of a child that has ended and whose lines are reported.
     int Judge()
     {
-        while (ReportLines())
-            ;
         tsl::CmdLine const & oChild = GetMachine().GetChild();
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT)); // Has ended; this clears up.
         int const iExpected = GetMachine().GetJob().iExpectedExitCode;
@@ -198,16 +200,17 @@ private:
         tsl::CmdLine & oChild = GetMachine().GetChild();
         static_cast<void>(oChild.Kill(1)); // It may have just ended by itself.
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT));
-        for (int i = 0; i < LOOKS_AFTER_FORCED_END && ReportLines(); ++i)
-            ;
+        static_cast<void>(ReportLines(LAST_LOOK_DURATION));
     }
 
-    /// Puts the lines that have come on the bus; whether there were any.
-    bool ReportLines()
+    /// Puts the lines that have come on the bus, for so many milliseconds; whether there were any.
+    bool ReportLines(int iDuration)
     {
         tsl::CmdLine & oChild = GetMachine().GetChild();
+        tsl::Duration oTime;
+        oTime.Start();
         bool bAny = false;
-        for (int i = 0; i < LINES_PER_LOOK; ++i)
+        do
         {
             std::unique_ptr<tsl::String> const pOutput(oChild.ReceiveStdOut());
             std::unique_ptr<tsl::String> const pError(oChild.ReceiveStdErr());
@@ -216,7 +219,7 @@ private:
             ReportLine("out", pOutput.get());
             ReportLine("err", pError.get());
             bAny = true;
-        }
+        } while (oTime.GetDuration() < iDuration);
         return bAny;
     }
 
