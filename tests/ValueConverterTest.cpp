@@ -136,6 +136,8 @@ TEST(ConverterIdentifiers, AreRefusedWherePrintfCannotBeTrusted)
 
     EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"x%3998d\" failed.",
         [&] { GetText(iNumber, TextLayout("${x%3998d}")); }));
+    EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%s\" failed.",
+        [&] { GetText(ValueString(std::string(3999, 'x')), TextLayout("${%s}")); }));
     EXPECT_TRUE(Asserts("!m_bNull", "Invalid operation. ValueString is NULL",
         [] { GetText(ValueString(), TextLayout("", "${%s}")); }));
 }

@@ -20,8 +20,13 @@ public:
     {
         int const i = fPrint(m_aText, sizeof m_aText);
         if (i < 0 || i >= static_cast<int>(sizeof m_aText))
-            XAssertionFailed("i >= 0",
-                String("Buffer overflow. Formatting argList with string as \"") + sFormat + "\" failed.");
+            Fail(sFormat);
+    }
+
+    [[noreturn]] static void Fail(char const * sFormat)
+    {
+        XAssertionFailed("i >= 0",
+            String("Buffer overflow. Formatting argList with string as \"") + sFormat + "\" failed.");
     }
 
     char const * c_str() const { return m_aText; }

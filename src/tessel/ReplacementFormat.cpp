@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <string_view>
@@ -171,7 +172,13 @@ void AppendFloat(ValueString & sOut, ValueString const & sFormat, double fNumber
 
 void AppendText(ValueString & sOut, ValueString const & sFormat, char const * sText)
 {
-    AppendFormatted(sOut, Checker(sFormat, "s").GetChecked().c_str(), sText);
+    // The default format needs no printf, which looks at every byte of a text that is too long.
+    if (sFormat != "%s")
+        AppendFormatted(sOut, Checker(sFormat, "s").GetChecked().c_str(), sText);
+    else if (std::strlen(sText) > String::FORMAT_LENGTH_MAX)
+        FormattedText::Fail("%s");
+    else
+        sOut << sText;
 }
 
 } // namespace tsl::ReplacementFormat
