@@ -79,6 +79,15 @@ TEST(JobRunnerRunning, LogsTheLinesOfBothStreamsWithTheNameOfTheJob)
     for (char const * const sLine : {"Job='talk'; Stream='out'; Line='hello'\n",
              "Job='talk'; Stream='out'; Line='two words'\n", "Job='warn'; Stream='err'; Line='beware'\n"})
         EXPECT_TRUE(Contains(sLog, sLine));
+
+    // Long lines come in pieces.
+    JobRunner const oLongLines("[Job/a]\nCommand=% flood 1000000\n");
+    EXPECT_EQ(oLongLines.Run().iExitCode, 0);
+    std::string const sLongLog = oLongLines.ReadFile("Logfile.txt");
+    ProgramOutcome const oChild = TestProgram("Child").Run({"flood", "1000000"});
+    EXPECT_EQ(std::count(sLongLog.begin(), sLongLog.end(), 'x'),
+        std::count(oChild.sOutput.begin(), oChild.sOutput.end(), 'x')
+            + std::count(oChild.sErrors.begin(), oChild.sErrors.end(), 'x'));
 }
 
 TEST(JobRunnerRunning, LoadsItsPlugIns)

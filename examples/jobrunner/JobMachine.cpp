@@ -223,10 +223,13 @@ private:
         return bAny;
     }
 
+    /// A line that is longer than a message may show comes in pieces.
     void ReportLine(char const * sStream, tsl::String const * pLine)
     {
-        if (pLine)
-            tsl::Support::DispatchMessage(JobLineMessage(GetMachine().GetJob().sName, sStream, *pLine));
+        constexpr unsigned int iLengthMax = tsl::String::FORMAT_LENGTH_MAX;
+        for (unsigned int i = 0; pLine && i < pLine->GetLength(); i += iLengthMax)
+            tsl::Support::DispatchMessage(
+                JobLineMessage(GetMachine().GetJob().sName, sStream, pLine->Mid(i, iLengthMax)));
     }
 };
 
