@@ -7,6 +7,7 @@
 
 #include <iostream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 
@@ -45,12 +46,13 @@ struct Progress::Private
 
     void Draw() const
     {
-        std::string sLine = "[" + std::to_string(iEnded) + "/" + std::to_string(iJobs) + "]";
+        std::ostringstream oLine;
+        oLine << '[' << iEnded << '/' << iJobs << ']';
         if (iFailed > 0)
-            sLine += " failed: " + std::to_string(iFailed);
+            oLine << " failed: " << iFailed;
         for (std::string const & sJob : oRunning)
-            sLine += ' ' + sJob;
-        std::cout << CLEAR_LINE << sLine.substr(0, WIDTH) << std::flush;
+            oLine << ' ' << sJob;
+        std::cout << CLEAR_LINE << oLine.str().substr(0, WIDTH) << std::flush;
     }
 
     static void Print(JobStateMessage const & oMessage)
