@@ -8,7 +8,7 @@ check_cxx_compiler_flag(-fno-gnu-unique TESSEL_HAS_NO_GNU_UNIQUE)
 check_cxx_compiler_flag(-fno-semantic-interposition TESSEL_HAS_NO_SEMANTIC_INTERPOSITION)
 check_cxx_compiler_flag(-ftls-model=initial-exec TESSEL_HAS_TLS_MODEL)
 
-option(TESSEL_WARNINGS_AS_ERRORS "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
+option(TESSEL_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 set(TESSEL_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
 if(TESSEL_SANITIZE)

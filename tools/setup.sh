@@ -23,7 +23,8 @@ clang-format|clang-format|has clang-format
 clang-tidy|clang-tidy|has clang-tidy
 libbenchmark-dev|Google Benchmark|has_header benchmark/benchmark.h
 doxygen|Doxygen|has doxygen
-ccache|ccache|has ccache'
+ccache|ccache|has ccache
+make|make|has make'
 
 has() {
     command -v "$1" >/dev/null 2>&1
