@@ -89,7 +89,7 @@ TEST(FactoryTables, FindWhatAMapFinds)
 {
     using Function = int (*)();
     Function const aFunctions[] = {[] { return 1; }, [] { return 2; }};
-    FactoryTable<int, Function> oTable;
+    TesselDetails::FactoryTable<int, Function> oTable;
     std::map<int, Function> oModel;
     std::mt19937 oRandom(3);
     for (std::size_t i = 0; i < 5'000; ++i)
@@ -105,8 +105,8 @@ TEST(FactoryTables, FindWhatAMapFinds)
             ASSERT_EQ(
                 oTable.Insert(iKey, aFunctions[i % 2]), oModel.insert({iKey, aFunctions[i % 2]}).second);
     }
-    FactoryTable<int, Function> oCopy;
-    oCopy = FactoryTable<int, Function>(oTable);
+    TesselDetails::FactoryTable<int, Function> oCopy;
+    oCopy = TesselDetails::FactoryTable<int, Function>(oTable);
     oTable.Erase(oModel.begin()->first);
     for (int iKey = -2'500; iKey < 2'500; ++iKey)
         EXPECT_EQ(oCopy.Find(iKey), oModel.contains(iKey) ? oModel[iKey] : nullptr) << iKey;
@@ -115,7 +115,7 @@ TEST(FactoryTables, FindWhatAMapFinds)
 
 TEST(FactoryTables, AreReadWhileTheyGrow)
 {
-    FactoryTable<std::string, MessageProcessor * (*)()> oTable;
+    TesselDetails::FactoryTable<std::string, MessageProcessor * (*)()> oTable;
     EXPECT_TRUE(oTable.Insert("stays", &CreateTestProcessor));
     std::atomic<bool> bDone{false};
     auto oReader = std::async(std::launch::async,

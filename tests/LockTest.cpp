@@ -9,7 +9,7 @@ namespace
 template<class Mutex>
 std::future<void> Visit(Mutex & oMutex)
 {
-    return std::async(std::launch::async, [&oMutex] { ReadLock<Mutex> const oScope(oMutex); });
+    return std::async(std::launch::async, [&oMutex] { TesselDetails::ReadLock<Mutex> const oScope(oMutex); });
 }
 
 /// Whether the thread has to wait. An answer of true takes a moment, since it proves that nothing happens.
@@ -51,8 +51,8 @@ TEST(ExclusiveLocks, LetEveryWaitingThreadInSometime)
         {
             for (int i = 0; i < 20'000; ++i)
             {
-                WriteLock const oOuter(oMutex);
-                ReadLock const oInner(oMutex);
+                TesselDetails::WriteLock const oOuter(oMutex);
+                TesselDetails::ReadLock const oInner(oMutex);
                 ++iCount;
             }
         });

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace tsl
+namespace tsl::TesselDetails
 {
 
 /// The table of a factory: functions by key, found without a lock.
@@ -137,4 +137,4 @@ private:
     std::atomic<Index const *> m_pIndex{nullptr};
 };
 
-} // namespace tsl
+} // namespace tsl::TesselDetails

@@ -3,7 +3,7 @@
 #include <tessel/Assertion.h>
 #include <tessel/FactoryTable.h>
 #include <tessel/ObserverNotifyTemplate.h>
-#include <tessel/ScopedLock.h>
+#include <tessel/ScopedLockTemplate.h>
 #include <tessel/SingletonTemplate.h>
 #include <tessel/String.h>
 #include <tessel/TypeName.h>
@@ -164,7 +164,7 @@ private:
         oObserver.Invoke(oArgs, oResult);
     }
 
-    FactoryTable<Key, Function> m_oTable;
+    TesselDetails::FactoryTable<Key, Function> m_oTable;
     Mutex m_oLock;
 
     // Goes away first, so that the observers are told while the table still stands.
@@ -182,7 +182,7 @@ bool Factory<Key, Creator, Mutex, CallBackResult>::Register(
     Notify(oKey, FactoryBase::eBeforeRegister, oResult);
     bool bNew = false;
     {
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         bNew = m_oTable.Insert(oKey, fFunction);
     }
     if (bNew)
@@ -195,7 +195,7 @@ void Factory<Key, Creator, Mutex, CallBackResult>::Unregister(Key const & oKey, 
 {
     Notify(oKey, FactoryBase::eBeforeUnregister, oResult);
     {
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         m_oTable.Erase(oKey);
     }
     Notify(oKey, FactoryBase::eAfterUnregister, oResult);

@@ -2,7 +2,7 @@
 
 #include <tessel/Exception.h>
 #include <tessel/Locks.h>
-#include <tessel/ScopedLock.h>
+#include <tessel/ScopedLockTemplate.h>
 #include <tessel/TypeName.h>
 
 #include <algorithm>
@@ -50,7 +50,7 @@ public:
 
         // The two locks are never held together, so that two threads may assign crosswise.
         std::vector<Observer *> const vObservers = oSource.GetObservers();
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         m_fInvoker = oSource.m_fInvoker;
         std::erase_if(m_vEntries, [](Entry const & oEntry) { return oEntry.bLent; });
         Borrow(vObservers);
@@ -60,7 +60,7 @@ public:
 
     ~ObserverNotify()
     {
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         Walk(
             [](Entry const & oEntry)
             {
@@ -73,7 +73,7 @@ public:
     void Attach(Observer * pObserver)
     {
         DemandObserver(pObserver);
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         auto const oPlace = FindPlace(pObserver);
         if (IsAt(oPlace, pObserver))
         {
@@ -87,7 +87,7 @@ public:
     void Detatch(Observer * pObserver)
     {
         DemandObserver(pObserver);
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         auto const oPlace = FindPlace(pObserver);
         if (IsAt(oPlace, pObserver))
         {
@@ -98,7 +98,7 @@ public:
 
     bool IsAttached(Observer const * pObserver) const
     {
-        ReadLock const oScope(m_oLock);
+        TesselDetails::ReadLock const oScope(m_oLock);
         return IsAt(FindPlace(pObserver), pObserver);
     }
 
@@ -106,7 +106,7 @@ public:
     /// What an observer throws ends the walk.
     void Notify(Args const & oArgs, CallResult & oResult) const
     {
-        ReadLock const oScope(m_oLock);
+        TesselDetails::ReadLock const oScope(m_oLock);
         Walk([&](Entry const & oEntry) { m_fInvoker(*oEntry.pObserver, oArgs, oResult); });
     }
 
@@ -143,7 +143,7 @@ private:
 
     std::vector<Observer *> GetObservers() const
     {
-        ReadLock const oScope(m_oLock);
+        TesselDetails::ReadLock const oScope(m_oLock);
         std::vector<Observer *> vObservers;
         for (Entry const & oEntry : m_vEntries)
             vObservers.push_back(oEntry.pObserver);

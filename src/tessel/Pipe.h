@@ -3,7 +3,7 @@
 #include <tessel/Export.h>
 #include <tessel/Locks.h>
 #include <tessel/Message.h>
-#include <tessel/ScopedLock.h>
+#include <tessel/ScopedLockTemplate.h>
 #include <tessel/String.h>
 
 #include <deque>
@@ -68,33 +68,33 @@ public:
 
     void Clear() override
     {
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         while (!m_oQueue.empty())
             TakeFirst();
     }
 
     bool IsEmpty() const override
     {
-        ReadLock const oScope(m_oLock);
+        TesselDetails::ReadLock const oScope(m_oLock);
         return m_oQueue.empty();
     }
 
     void Send(T const & oItem) override
     {
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         m_oQueue.push_back(std::unique_ptr<T>(ClonePolicy::Clone(oItem)));
     }
 
     T * Receive() override
     {
-        WriteLock const oScope(m_oLock);
+        TesselDetails::WriteLock const oScope(m_oLock);
         return m_oQueue.empty() ? nullptr : TakeFirst().release();
     }
 
     /// Number of queued items.
     unsigned int GetSize() const
     {
-        ReadLock const oScope(m_oLock);
+        TesselDetails::ReadLock const oScope(m_oLock);
         return static_cast<unsigned int>(m_oQueue.size());
     }
 

@@ -1,34 +1,12 @@
 #pragma once
 
+#include <tessel/ScopedLockTemplate.h>
+
 namespace tsl
 {
 
-/// Holds a mutex for reading until the end of the scope, whichever way it is left.
-template<class Mutex>
-class ReadLock
-{
-public:
-    explicit ReadLock(Mutex & oMutex) : m_oMutex(oMutex) { m_oMutex.LockRead(); }
-    ~ReadLock() { m_oMutex.UnlockRead(); }
-    ReadLock(ReadLock const &) = delete;
-    ReadLock & operator=(ReadLock const &) = delete;
-
-private:
-    Mutex & m_oMutex;
-};
-
-/// Holds a mutex for writing until the end of the scope, whichever way it is left.
-template<class Mutex>
-class WriteLock
-{
-public:
-    explicit WriteLock(Mutex & oMutex) : m_oMutex(oMutex) { m_oMutex.LockWrite(); }
-    ~WriteLock() { m_oMutex.UnlockWrite(); }
-    WriteLock(WriteLock const &) = delete;
-    WriteLock & operator=(WriteLock const &) = delete;
-
-private:
-    Mutex & m_oMutex;
-};
+// Names for the library's own source files. In a public header they would hide or collide with a program's.
+using TesselDetails::ReadLock;
+using TesselDetails::WriteLock;
 
 } // namespace tsl

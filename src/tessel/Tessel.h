@@ -17,7 +17,6 @@
 #include <tessel/ErrorCodes.h>
 #include <tessel/Exception.h>
 #include <tessel/Export.h>
-#include <tessel/FactoryTable.h>
 #include <tessel/FactoryTemplate.h>
 #include <tessel/FineTask.h>
 #include <tessel/Float32Validator.h>
@@ -45,7 +44,6 @@
 #include <tessel/ResultConverter.h>
 #include <tessel/ResultMessage.h>
 #include <tessel/Root.h>
-#include <tessel/ScopedLock.h>
 #include <tessel/SingletonTemplate.h>
 #include <tessel/StaticObjectRegistry.h>
 #include <tessel/String.h>

@@ -15,7 +15,7 @@ namespace tsl
 /// The display text of a type that is only known at run time, such as "class tsl::Message".
 TSL_EXPORT std::string GetTypeName(std::type_info const & oType);
 
-namespace Detail
+namespace TesselDetails
 {
 
 template<class T>
@@ -56,14 +56,14 @@ constexpr auto MakeTypeName()
 template<class T>
 TSL_HIDDEN inline constexpr auto g_aTypeName = MakeTypeName<T>();
 
-} // namespace Detail
+} // namespace TesselDetails
 
 /// The display text of type T, such as "class tsl::Root" or "unsigned int". It is made at compile time,
 /// costs nothing at run time and lives as long as the code that asks for it.
 template<class T>
 constexpr char const * GetTypeName()
 {
-    return Detail::g_aTypeName<T>.data();
+    return TesselDetails::g_aTypeName<T>.data();
 }
 
 } // namespace tsl
