@@ -3,7 +3,6 @@
 #include <tessel/Assertion.h>
 #include <tessel/FactoryTable.h>
 #include <tessel/ObserverNotifyTemplate.h>
-#include <tessel/ScopedLockTemplate.h>
 #include <tessel/SingletonTemplate.h>
 #include <tessel/String.h>
 #include <tessel/TypeName.h>
@@ -90,11 +89,14 @@ private:
 
 /// A process-wide table of creation functions by key, with observers that are told of every change.
 ///
-/// Any thread may use it. The table's lock is held around a change of the table alone; creation functions
-/// and observers run outside of it, the observers under a lock of their own. An observer can veto nothing.
+/// Any thread may use it. The table's lock is held while a key is searched or the table changes; an integer is
+/// searched without it. Creation functions and observers run outside of it, the observers under a lock of their
+/// own. An observer can veto nothing. The memory of a key that is not registered is used again for others.
 ///
 /// A copy has the same entries and calls the same observers, which ObserverNotify tells more of: the end of
 /// a copy is not told to them. No other thread may use either factory while one is copied or assigned.
+///
+/// @tparam Key has an operator<
 template<class Key, class Creator, class Mutex, class CallBackResult>
 class TSL_EXPORT Factory : public Singleton<Factory<Key, Creator, Mutex, CallBackResult>>, public FactoryBase
 {
@@ -164,8 +166,7 @@ private:
         oObserver.Invoke(oArgs, oResult);
     }
 
-    TesselDetails::FactoryTable<Key, Function> m_oTable;
-    Mutex m_oLock;
+    TesselDetails::FactoryTable<Key, Function, Mutex> m_oTable;
 
     // Goes away first, so that the observers are told while the table still stands.
     ObserverNotify<Observer, Args, CallBackResult> m_oObservers;
@@ -180,11 +181,7 @@ bool Factory<Key, Creator, Mutex, CallBackResult>::Register(
                                       + "," + GetTypeName<Function>() + ") : pFunc is NULL!");
 
     Notify(oKey, FactoryBase::eBeforeRegister, oResult);
-    bool bNew = false;
-    {
-        TesselDetails::WriteLock const oScope(m_oLock);
-        bNew = m_oTable.Insert(oKey, fFunction);
-    }
+    bool const bNew = m_oTable.Insert(oKey, fFunction);
     if (bNew)
         Notify(oKey, FactoryBase::eAfterRegister, oResult);
     return bNew;
@@ -194,10 +191,7 @@ template<class Key, class Creator, class Mutex, class CallBackResult>
 void Factory<Key, Creator, Mutex, CallBackResult>::Unregister(Key const & oKey, CallBackResult & oResult)
 {
     Notify(oKey, FactoryBase::eBeforeUnregister, oResult);
-    {
-        TesselDetails::WriteLock const oScope(m_oLock);
-        m_oTable.Erase(oKey);
-    }
+    m_oTable.Erase(oKey);
     Notify(oKey, FactoryBase::eAfterUnregister, oResult);
 }
 
