@@ -1,4 +1,5 @@
 #include "AssertionTest.h"
+#include "ProcessTest.h"
 
 using namespace tsl;
 
@@ -57,4 +58,14 @@ TEST(ExclusiveLocks, LetEveryWaitingThreadInSometime)
             }
         });
     EXPECT_EQ(iCount, 4 * 20'000);
+}
+
+TEST(ForkedChildren, DoEverythingWhateverTheOtherThreadsOfTheParentWereDoing)
+{
+    for (std::string const sPlace : {"main", "threads", "callback", "fresh"})
+    {
+        tsltest::TestProgram const oProgram("Forks");
+        tsltest::ProgramOutcome const oOutcome = oProgram.Run({"100", sPlace}, std::chrono::minutes(4));
+        EXPECT_EQ(oOutcome.sOutput, "ok\n") << sPlace << ": " << oOutcome.sErrors;
+    }
 }

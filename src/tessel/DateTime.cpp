@@ -1,5 +1,6 @@
 #include <tessel/DateTime.h>
 
+#include "ForcedEnd.h"
 #include "Platform.h"
 
 #include <tessel/Assertion.h>
@@ -43,11 +44,19 @@ void CheckDLS(int iDLS)
         XAssertionFailed("dls==Time::eDLSOff || dls==Time::eDLSOn || dls==Time::eDLSUnknown", "Invalid enum");
 }
 
+/// As strftime, which may look up the zone under a lock of the runtime library. A forked child would find that
+/// as it was; the hold keeps a fork away from it.
+std::size_t WriteTime(char * pText, std::size_t iSize, char const * sFormat, std::tm const & oTm)
+{
+    HoldScope const oScope;
+    return std::strftime(pText, iSize, sFormat, &oTm);
+}
+
 /// Throws an Exception if the text is empty or longer than anybody could want.
 void DemandFormattable(char const * sFormat, std::tm const & oTm)
 {
     char aText[TEXT_SIZE_MAX];
-    if (std::strftime(aText, sizeof aText, sFormat, &oTm) != 0)
+    if (WriteTime(aText, sizeof aText, sFormat, oTm) != 0)
         return;
 
     String sText("Function strftime cannot format DateTime object. Formatted string exceeds size of ");
@@ -235,7 +244,7 @@ void DateTime::Format(char const * sFormat, String & sText, TimeZone::EZone eZon
 
     char const * const sDirectives = sFormat ? sFormat : "";
     char aText[TEXT_SIZE];
-    if (std::strftime(aText, sizeof aText, sDirectives, &oTm) == 0)
+    if (WriteTime(aText, sizeof aText, sDirectives, oTm) == 0)
     {
         DemandFormattable(sDirectives, oTm);
         // strftime tells nothing of what a buffer holds that was too small.

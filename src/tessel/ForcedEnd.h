@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Platform.h"
+#include "ThreadPresence.h"
 
 #include <atomic>
+#include <cstdint>
 
 namespace tsl
 {
@@ -26,17 +28,42 @@ struct ForcedEndState
     /// It was asked to end, at a moment that was not the right one.
     std::atomic<bool> bWanted{false};
 
+    /// What the others may read of it, null until its first hold.
+    ThreadPresence * pPresence = nullptr;
+
+    /// Tells it from every other thread that there is or was, in this process and in those that it was forked
+    /// from. 0 until its first hold.
+    std::uint64_t iThread = 0;
+
     void BeginHold()
     {
-        iHolds.store(iHolds.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+        unsigned int const iFormer = iHolds.load(std::memory_order_relaxed);
+        iHolds.store(iFormer + 1, std::memory_order_relaxed);
         std::atomic_signal_fence(std::memory_order_seq_cst);
+        if (iFormer == 0)
+            GoIn();
     }
 
     void EndHold()
     {
+        unsigned int const iRest = iHolds.load(std::memory_order_relaxed) - 1;
+        if (iRest == 0)
+            GoOut();
         std::atomic_signal_fence(std::memory_order_seq_cst);
-        iHolds.store(iHolds.load(std::memory_order_relaxed) - 1, std::memory_order_relaxed);
+        iHolds.store(iRest, std::memory_order_relaxed);
     }
+
+    void GoIn()
+    {
+        if (!pPresence) [[unlikely]]
+            Presence::Register(*this);
+        pPresence->bInside.store(true, std::memory_order_relaxed);
+        std::atomic_signal_fence(std::memory_order_seq_cst);
+        if (Presence::g_iForking.load(std::memory_order_relaxed) != 0) [[unlikely]]
+            Presence::WaitForFork(*pPresence);
+    }
+
+    void GoOut() { pPresence->bInside.store(false, std::memory_order_release); }
 };
 
 /// That of the calling thread.
@@ -60,6 +87,81 @@ public:
     ~HoldScope() { t_oForcedEnd.EndHold(); }
     HoldScope(HoldScope const &) = delete;
     HoldScope & operator=(HoldScope const &) = delete;
+};
+
+/// The calling thread, in the middle of a hold, waits for another thread, which may wait for a fork.
+class OutsideScope
+{
+public:
+    OutsideScope()
+    {
+        if (m_bInside)
+            t_oForcedEnd.GoOut();
+    }
+    ~OutsideScope()
+    {
+        if (m_bInside)
+            t_oForcedEnd.GoIn();
+    }
+    OutsideScope(OutsideScope const &) = delete;
+    OutsideScope & operator=(OutsideScope const &) = delete;
+
+private:
+    bool const m_bInside = t_oForcedEnd.iHolds.load(std::memory_order_relaxed) > 0;
+};
+
+/// The calling thread waits for the lock that it has counted last.
+class LockWaitScope
+{
+public:
+    LockWaitScope()
+    {
+        if (m_bFirst)
+            t_oForcedEnd.GoOut();
+        else
+            CountWait();
+    }
+    ~LockWaitScope()
+    {
+        if (m_bFirst)
+            t_oForcedEnd.GoIn();
+        else
+            CountWait();
+    }
+    LockWaitScope(LockWaitScope const &) = delete;
+    LockWaitScope & operator=(LockWaitScope const &) = delete;
+
+private:
+    static void CountWait()
+    {
+        std::atomic<unsigned int> & iWaits = t_oForcedEnd.pPresence->iWaits;
+        iWaits.store(iWaits.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+    }
+
+    bool const m_bFirst = t_oForcedEnd.iHolds.load(std::memory_order_relaxed) == 1;
+};
+
+/// The calling thread is in the global bus until the end of the scope.
+class BusVisit
+{
+public:
+    BusVisit()
+    {
+        if (!t_oForcedEnd.pPresence) [[unlikely]]
+            Presence::Register(t_oForcedEnd);
+        Count(1);
+        std::atomic_signal_fence(std::memory_order_seq_cst);
+    }
+    ~BusVisit() { Count(-1U); }
+    BusVisit(BusVisit const &) = delete;
+    BusVisit & operator=(BusVisit const &) = delete;
+
+private:
+    static void Count(unsigned int iChange)
+    {
+        std::atomic<unsigned int> & iVisits = t_oForcedEnd.pPresence->iVisits;
+        iVisits.store(iVisits.load(std::memory_order_relaxed) + iChange, std::memory_order_release);
+    }
 };
 
 /// Tells that the calling thread waits, until the end of the scope.

@@ -3,6 +3,7 @@
 #include "GlobalApplicationIni.h"
 #include "GlobalDebugSwitchRegistry.h"
 #include "LogFileProcessor.h"
+#include "ThreadPresence.h"
 
 #include <tessel/Exception.h>
 #include <tessel/FineTask.h>
@@ -49,6 +50,7 @@ LibraryLoad const g_oLibraryLoad;
 
 LibraryLoad::LibraryLoad()
 {
+    Presence::WatchForks();
     // The log file's class has to be known before the bus is made, and the factory is the first to use
     // the registry of static objects, which thus outlives all that follows.
     MessageProcessorFactory::Instance().Register(LogFileProcessor::CLASS_NAME, &CreateLogFileProcessor);

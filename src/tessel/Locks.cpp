@@ -4,6 +4,7 @@
 #include "PlatformProcessor.h"
 
 #include <atomic>
+#include <cstdint>
 
 namespace tsl
 {
@@ -22,10 +23,11 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
     // Some two microseconds, as long as a line of the log takes.
     static constexpr int LOOKS_BEFORE_SLEEP = 100;
 
-    std::atomic<int> eState{eFree};
+    // Of no thread, not even of one that has not held anything yet.
+    static constexpr std::uint64_t NOBODY = UINT64_MAX;
 
-    /// The thread, told by the address of its state.
-    std::atomic<ForcedEndState const *> pOwner{nullptr};
+    std::atomic<int> eState{eFree};
+    std::atomic<std::uint64_t> iOwner{NOBODY};
 
     /// Entries of the owner beyond the first one.
     unsigned int iMoreEntries = 0;
@@ -37,7 +39,7 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
                && eState.compare_exchange_strong(eExpected, eHeld, std::memory_order_acquire);
     }
 
-    void WaitAndTake()
+    void WaitAndTake(ForcedEndState const & oSelf)
     {
         // Most locks are held for less time than it takes to sleep and to be woken.
         for (int i = 0; i < LOOKS_BEFORE_SLEEP; ++i)
@@ -49,9 +51,23 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
 
         while (eState.exchange(eWanted, std::memory_order_acquire) != eFree)
         {
+            if (TakeFromLostOwner(oSelf))
+                return;
+            LockWaitScope const oWait;
             WaitScope const oScope(ForcedEndState::eForHold);
             eState.wait(eWanted, std::memory_order_relaxed);
         }
+    }
+
+    bool TakeFromLostOwner(ForcedEndState const & oSelf)
+    {
+        std::uint64_t iFormer = iOwner.load(std::memory_order_relaxed);
+        if (!Presence::HasLostOwner(iFormer)
+            || !iOwner.compare_exchange_strong(iFormer, oSelf.iThread, std::memory_order_relaxed))
+            return false;
+
+        iMoreEntries = 0;
+        return true;
     }
 };
 
@@ -66,7 +82,7 @@ void CriticalSectionMutex::Lock()
 
     // Only this thread itself can have entered this thread as the owner.
     ForcedEndState & oSelf = t_oForcedEnd;
-    if (oSection.pOwner.load(std::memory_order_relaxed) == &oSelf)
+    if (oSection.iOwner.load(std::memory_order_relaxed) == oSelf.iThread)
     {
         ++oSection.iMoreEntries;
         return;
@@ -74,8 +90,8 @@ void CriticalSectionMutex::Lock()
 
     oSelf.BeginHold();
     if (!oSection.TryToTake())
-        oSection.WaitAndTake();
-    oSection.pOwner.store(&oSelf, std::memory_order_relaxed);
+        oSection.WaitAndTake(oSelf);
+    oSection.iOwner.store(oSelf.iThread, std::memory_order_relaxed);
 }
 
 void CriticalSectionMutex::Unlock()
@@ -87,7 +103,7 @@ void CriticalSectionMutex::Unlock()
         return;
     }
 
-    oSection.pOwner.store(nullptr, std::memory_order_relaxed);
+    oSection.iOwner.store(Section::NOBODY, std::memory_order_relaxed);
     if (oSection.eState.exchange(Section::eFree, std::memory_order_release) == Section::eWanted)
         oSection.eState.notify_one();
     t_oForcedEnd.EndHold();

@@ -41,8 +41,11 @@ unsigned long GetThreadId(Thread const & oThread);
 
 bool IsThisThread(Thread const & oThread);
 
-/// Whether the thread exists no more. The answer true stays.
+/// Whether the thread exists no more, as in a child that another thread has forked off. The answer true stays.
 bool HasEnded(Thread & oThread);
+
+/// Called in a forked child, whose only thread is the one that forked it.
+void KeepThisThreadInChild();
 
 /// Asks the thread to end where it stands: nothing is unwound, and no destructor runs. It ends as soon as
 /// that does no harm to the rest of the process: while it neither holds a lock of the library nor is within
@@ -186,6 +189,10 @@ extern char const * const LIBRARY_ENDING;
 /// Loads a library, or null if that fails; the file is looked for as the system does.
 void * LoadLibrary(char const * sFile);
 void FreeLibrary(void * pLibrary);
+
+/// Whether the library is being unloaded, which nobody uses any more, and not the process ended, where other
+/// threads may. To be asked by what runs at the end.
+bool IsUnloading();
 
 /// Writes the text to the standard error stream.
 void WriteToStandardError(std::string const & sText);

@@ -29,46 +29,35 @@ namespace tsl::Platform
 namespace
 {
 
+bool g_bUnloading = false;
+
+/// When a library is unloaded, this runs before the destructors of its static objects; at the end of the
+/// process, all of those have run before it.
+[[gnu::destructor]] void NoteUnload()
+{
+    g_bUnloading = true;
+}
+
 constexpr char const * PROGRAM_LINK = "/proc/self/exe";
 constexpr std::string_view MARK_OF_DELETED = " (deleted)";
 
 /// What a thread has asked for once. It is thrown away when the process has been forked.
 struct Identity
 {
-    unsigned int iGeneration = 0;
+    unsigned int iForkCount = 0;
     int iProcessId = 0;
     unsigned long iThreadId = 0;
 };
 
-// Counts the forks between the first process and this one, from 1.
-std::atomic<unsigned int> g_iGeneration{0};
-
 // The runtime library's own number is overwritten by later conversions of daylight-saving zones.
 std::atomic<long> g_iSecondsWest{0};
-
-void CountFork()
-{
-    g_iGeneration.fetch_add(1, std::memory_order_relaxed);
-}
-
-/// The current generation; the first call arranges that it is counted.
-unsigned int GetGeneration()
-{
-    static bool const bWatched = []
-    {
-        CountFork();
-        return ::pthread_atfork(nullptr, nullptr, &CountFork) == 0;
-    }();
-    static_cast<void>(bWatched);
-    return g_iGeneration.load(std::memory_order_relaxed);
-}
 
 Identity const & GetIdentity()
 {
     static thread_local Identity oIdentity;
-    unsigned int const iGeneration = GetGeneration();
-    if (oIdentity.iGeneration != iGeneration) [[unlikely]]
-        oIdentity = {iGeneration, ::getpid(), static_cast<unsigned long>(::syscall(SYS_gettid))};
+    unsigned int const iForkCount = Presence::GetForkCount();
+    if (oIdentity.iForkCount != iForkCount || oIdentity.iProcessId == 0) [[unlikely]]
+        oIdentity = {iForkCount, ::getpid(), static_cast<unsigned long>(::syscall(SYS_gettid))};
     return oIdentity;
 }
 
@@ -157,11 +146,16 @@ std::string DecodeTypeName(char const * sTypeName)
     return sDecoded ? sDecoded.get() : sTypeName;
 }
 
+static locale_t GetPlainLocale()
+{
+    static locale_t const oPlain = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    return oPlain;
+}
+
 int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat, std::va_list oArguments)
 {
     // The calling thread alone changes its locale; the process keeps the one that it has.
-    static locale_t const oPlain = ::newlocale(LC_ALL_MASK, "C", nullptr);
-    locale_t const oFormer = ::uselocale(oPlain);
+    locale_t const oFormer = ::uselocale(GetPlainLocale());
     int const iLength = std::vsnprintf(pBuffer, iSize, sFormat, oArguments);
     ::uselocale(oFormer);
     return iLength;
@@ -205,6 +199,8 @@ int GetLastError()
 
 std::string GetErrorText(int iError)
 {
+    // The text may be looked up in a catalogue.
+    HoldScope const oScope;
     char aBuffer[256];
     return ::strerror_r(iError, aBuffer, sizeof aBuffer);
 }
@@ -254,8 +250,12 @@ std::int64_t GetSteadyTime()
     return std::int64_t{oNow.tv_sec} * 1000 + oNow.tv_nsec / 1'000'000;
 }
 
+// The runtime library's functions of time have a lock of their own, which a forked child finds as it was. The
+// holds keep a fork away from it.
+
 void LoadTimeZone()
 {
+    HoldScope const oScope;
     ::tzset();
     g_iSecondsWest.store(::timezone, std::memory_order_relaxed);
 }
@@ -268,22 +268,26 @@ int GetSecondsWest(long & iSeconds)
 
 int ToLocalTime(std::int64_t iTime, std::tm & oElements)
 {
+    HoldScope const oScope;
     time_t const iSystemTime = iTime;
     return ::localtime_r(&iSystemTime, &oElements) ? 0 : errno;
 }
 
 int ToGreenwichTime(std::int64_t iTime, std::tm & oElements)
 {
+    HoldScope const oScope;
     time_t const iSystemTime = iTime;
     return ::gmtime_r(&iSystemTime, &oElements) ? 0 : errno;
 }
 
 std::int64_t FromLocalTime(std::tm & oElements)
 {
+    HoldScope const oScope;
     return ::mktime(&oElements);
 }
 std::int64_t FromGreenwichTime(std::tm & oElements)
 {
+    HoldScope const oScope;
     return ::timegm(&oElements);
 }
 
@@ -352,6 +356,11 @@ void CloseFile(File & oFile)
 {
     if (oFile.IsOpen())
         ::close(GetHandle(std::exchange(oFile, File())));
+}
+
+bool IsUnloading()
+{
+    return g_bUnloading;
 }
 
 void WriteToStandardError(std::string const & sText)

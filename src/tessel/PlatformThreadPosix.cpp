@@ -168,6 +168,9 @@ struct Thread
     std::atomic<unsigned long> iId{0}; ///< 0 until the thread runs
     bool bEnded = false;
 
+    // In a child that another thread has forked off, the thread does not exist.
+    std::atomic<unsigned int> iForkCount{Presence::GetForkCount()};
+
     std::atomic<bool> bAsked{false};
 
     long iInterval = ASKING_INTERVAL;
@@ -213,6 +216,8 @@ bool MayEnd(Interruption const & oPlace, RuntimeLibraries const & oRuntime)
     sigset_t oSignals;
     ::sigfillset(&oSignals);
     ::pthread_sigmask(SIG_BLOCK, &oSignals, nullptr);
+
+    Presence::Abandon(t_oForcedEnd.pPresence);
 
     // The runtime library leaves these values to the next thread on the same stack.
     for (pthread_key_t iKey = 0; iKey < PTHREAD_KEYS_MAX; ++iKey)
@@ -309,9 +314,17 @@ bool IsThisThread(Thread const & oThread)
     return t_pThis == &oThread;
 }
 
+void KeepThisThreadInChild()
+{
+    if (t_pThis)
+        t_pThis->iForkCount.store(Presence::GetForkCount(), std::memory_order_relaxed);
+}
+
 bool HasEnded(Thread & oThread)
 {
-    oThread.bEnded = oThread.bEnded || ::pthread_tryjoin_np(oThread.hThread, nullptr) == 0;
+    oThread.bEnded = oThread.bEnded
+                     || oThread.iForkCount.load(std::memory_order_relaxed) != Presence::GetForkCount()
+                     || ::pthread_tryjoin_np(oThread.hThread, nullptr) == 0;
     return oThread.bEnded;
 }
 
@@ -349,7 +362,10 @@ void CloseThread(Thread * pThread)
         ::pthread_detach(pThread->hThread);
     }
     else if (!HasEnded(*pThread))
+    {
+        OutsideScope const oScope;
         ::pthread_join(pThread->hThread, nullptr);
+    }
 }
 
 } // namespace tsl::Platform

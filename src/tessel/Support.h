@@ -14,9 +14,8 @@ class IniFile;
 class Message;
 
 /// The library's shared helpers: the short calls by which all code reports on the global bus and asks for
-/// its configuration, and the splitting of texts. All are callable from any thread. A thread that runs on
-/// while the library is unloaded must not be inside of one of them at the moment when the bus goes, and a
-/// child that was forked off a program with threads must not report before it starts a program of its own.
+/// its configuration, and the splitting of texts. All are callable from any thread, also in a child that was
+/// forked off a program with threads (see CriticalSectionMutex).
 class TSL_EXPORT Support
 {
 public:

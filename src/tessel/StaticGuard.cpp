@@ -1,0 +1,82 @@
+#include "ForcedEnd.h"
+
+#include <tessel/Export.h>
+
+#include <atomic>
+#include <cstdint>
+
+// The guards of the library's function-local statics, in the place of the runtime library's: a thread that
+// makes such an object holds something, so that no child is forked off meanwhile, which would find the guard
+// taken for ever. The names and the first byte's meaning are fixed by the C++ ABI, which all compilers here
+// follow; nobody outside of the library sees these functions.
+
+namespace
+{
+
+enum State : int
+{
+    eUnmade = 0,
+    eMade = 1, ///< what the compiler's code looks for in the first byte
+    eInMaking = 0x100,
+    eAwaited = 0x200 ///< in making, and others may be waiting
+};
+
+static_assert(std::atomic_ref<int>::is_always_lock_free);
+
+/// Whether the calling thread is to make the object; else it has been made.
+bool Acquire(std::atomic_ref<int> eState)
+{
+    for (;;)
+    {
+        int eFound = eUnmade;
+        if (eState.compare_exchange_strong(eFound, eInMaking, std::memory_order_acquire))
+            return true;
+        if (eFound == eMade)
+            return false;
+        if (eFound == eInMaking
+            && !eState.compare_exchange_strong(eFound, eAwaited, std::memory_order_relaxed))
+            continue;
+        tsl::LockWaitScope const oScope;
+        eState.wait(eAwaited, std::memory_order_relaxed);
+    }
+}
+
+void Release(int * pGuard, State eResult)
+{
+    std::atomic_ref<int> eState(*pGuard);
+    if (eState.exchange(eResult, std::memory_order_release) == eAwaited)
+        eState.notify_all();
+    tsl::t_oForcedEnd.EndHold();
+}
+
+} // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C"
+{
+
+    TSL_HIDDEN int __cxa_guard_acquire(int * pGuard);
+    TSL_HIDDEN void __cxa_guard_release(int * pGuard);
+    TSL_HIDDEN void __cxa_guard_abort(int * pGuard);
+
+    int __cxa_guard_acquire(int * pGuard)
+    {
+        tsl::t_oForcedEnd.BeginHold();
+        if (Acquire(std::atomic_ref<int>(*pGuard)))
+            return 1;
+        tsl::t_oForcedEnd.EndHold();
+        return 0;
+    }
+
+    void __cxa_guard_release(int * pGuard)
+    {
+        Release(pGuard, eMade);
+    }
+
+    void __cxa_guard_abort(int * pGuard)
+    {
+        Release(pGuard, eUnmade);
+    }
+
+} // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
