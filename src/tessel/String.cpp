@@ -40,6 +40,24 @@ static std::string_view AsView(char const * sText)
     return sText ? sText : "";
 }
 
+static int FindText(std::string const & sText, std::string_view sWhat, unsigned int pos)
+{
+    return AsIndex(sText.find(sWhat, pos));
+}
+
+static int ReplaceText(std::string & sText, std::string_view sWhat, std::string_view sWith, unsigned int pos)
+{
+    int const iFound = FindText(sText, sWhat, pos);
+    if (iFound >= 0)
+        sText.replace(static_cast<std::size_t>(iFound), sWhat.size(), sWith);
+    return iFound;
+}
+
+static void InsertText(std::string & sText, unsigned int pos, std::string_view sAdded)
+{
+    sText.insert(std::min<std::size_t>(pos, sText.size()), sAdded);
+}
+
 String & String::operator=(std::string const & sSource)
 {
     m_sText = sSource;
@@ -157,7 +175,7 @@ void String::CutMid(unsigned int pos, unsigned int n)
 
 void String::Insert(unsigned int pos, String const & s)
 {
-    InsertText(pos, s.m_sText);
+    InsertText(m_sText, pos, s.m_sText);
 }
 
 void String::Insert(unsigned int pos, char const * s, unsigned int n)
@@ -167,7 +185,7 @@ void String::Insert(unsigned int pos, char const * s, unsigned int n)
 
     void const * const pZero = std::memchr(s, '\0', n);
     std::size_t const iLength = pZero ? static_cast<std::size_t>(static_cast<char const *>(pZero) - s) : n;
-    InsertText(pos, std::string_view(s, iLength));
+    InsertText(m_sText, pos, std::string_view(s, iLength));
 }
 
 void String::Append(String const & s)
@@ -180,31 +198,21 @@ void String::Append(char const * s, unsigned int n)
     Insert(GetLength() + 1, s, n);
 }
 
-void String::InsertText(unsigned int pos, std::string_view sText)
-{
-    m_sText.insert(std::min<std::size_t>(pos, m_sText.size()), sText);
-}
-
 int String::Find(char c, unsigned int pos) const
 {
     return AsIndex(m_sText.find(c, pos));
 }
 int String::Find(char const * s, unsigned int pos) const
 {
-    return FindText(AsView(s), pos);
+    return FindText(m_sText, AsView(s), pos);
 }
 int String::Find(std::string const & s, unsigned int pos) const
 {
-    return FindText(s, pos);
+    return FindText(m_sText, s, pos);
 }
 int String::Find(String const & s, unsigned int pos) const
 {
-    return FindText(s.m_sText, pos);
-}
-
-int String::FindText(std::string_view sWhat, unsigned int pos) const
-{
-    return AsIndex(m_sText.find(sWhat, pos));
+    return FindText(m_sText, s.m_sText, pos);
 }
 
 int String::FindFirstOf(char const * s, unsigned int pos) const
@@ -229,20 +237,12 @@ int String::FindReverse(char c, unsigned int pos) const
 
 int String::Replace(char const * sWhat, char const * sWith, unsigned int pos)
 {
-    return ReplaceText(AsView(sWhat), AsView(sWith), pos);
+    return ReplaceText(m_sText, AsView(sWhat), AsView(sWith), pos);
 }
 
 int String::Replace(String const & sWhat, String const & sWith, unsigned int pos)
 {
-    return ReplaceText(sWhat.m_sText, sWith.m_sText, pos);
-}
-
-int String::ReplaceText(std::string_view sWhat, std::string_view sWith, unsigned int pos)
-{
-    int const iFound = FindText(sWhat, pos);
-    if (iFound >= 0)
-        m_sText.replace(static_cast<std::size_t>(iFound), sWhat.size(), sWith);
-    return iFound;
+    return ReplaceText(m_sText, sWhat.m_sText, sWith.m_sText, pos);
 }
 
 void String::Upper()
@@ -292,30 +292,6 @@ static void AppendNumber(std::string & sText, Number iNumber)
     char aDigits[16];
     auto const oEnd = std::to_chars(std::begin(aDigits), std::end(aDigits), iNumber);
     sText.append(aDigits, static_cast<std::size_t>(oEnd.ptr - aDigits));
-}
-
-String & String::operator<<(String const & s)
-{
-    m_sText.append(s.m_sText);
-    return *this;
-}
-
-String & String::operator<<(std::string const & s)
-{
-    m_sText.append(s);
-    return *this;
-}
-
-String & String::operator<<(char const * s)
-{
-    m_sText.append(AsView(s));
-    return *this;
-}
-
-String & String::operator<<(char c)
-{
-    m_sText.push_back(c);
-    return *this;
 }
 
 String & String::operator<<(int i)

@@ -3,11 +3,9 @@
 #include <tessel/Export.h>
 
 #include <compare>
-#include <concepts>
 #include <cstdarg>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 
 namespace tsl
@@ -137,21 +135,37 @@ public:
 
     /// Append; numbers are written as printf writes them with %d, %u, %f and %p, which for %f means the
     /// decimal sign of the process's locale.
-    String & operator<<(String const & s);
-    String & operator<<(std::string const & s);
-    String & operator<<(char const * s);
-    String & operator<<(char c);
+    String & operator<<(String const & s) { return *this << s.m_sText; }
+    String & operator<<(std::string const & s)
+    {
+        m_sText.append(s);
+        return *this;
+    }
+    String & operator<<(char const * s)
+    {
+        m_sText.append(s ? s : "");
+        return *this;
+    }
+    String & operator<<(char c)
+    {
+        m_sText.push_back(c);
+        return *this;
+    }
     String & operator<<(int i);
     String & operator<<(unsigned int i);
     String & operator<<(float f);
     String & operator<<(double f);
     String & operator<<(void * p);
 
-    template<class Right>
-    String & operator+=(Right const & oRight)
-    {
-        return *this << oRight;
-    }
+    String & operator+=(String const & s) { return *this << s; }
+    String & operator+=(std::string const & s) { return *this << s; }
+    String & operator+=(char const * s) { return *this << s; }
+    String & operator+=(char c) { return *this << c; }
+    String & operator+=(int i) { return *this << i; }
+    String & operator+=(unsigned int i) { return *this << i; }
+    String & operator+=(float f) { return *this << f; }
+    String & operator+=(double f) { return *this << f; }
+    String & operator+=(void * p) { return *this << p; }
 
     /// Replaces the text by what printf makes of the arguments in the process's locale, up to its first
     /// zero byte. A result of more than FORMAT_LENGTH_MAX bytes is an assertion failure; the text then stays.
@@ -170,10 +184,6 @@ public:
     virtual StringFormator const & GetFormator() const;
 
 private:
-    int FindText(std::string_view sWhat, unsigned int pos) const;
-    int ReplaceText(std::string_view sWhat, std::string_view sWith, unsigned int pos);
-    void InsertText(unsigned int pos, std::string_view sText);
-
     std::string m_sText;
 };
 
@@ -211,25 +221,54 @@ inline std::strong_ordering operator<=>(String const & sLeft, char cRight)
     return sLeft.Compare(cRight) <=> 0;
 }
 
-/// A right operand that a String can append.
-template<class Right>
-concept AppendableToString = requires(String & sLeft, Right const & oRight)
+/// Sums: the left text with the right operand appended. The left one is taken by value: a temporary's memory
+/// is reused, and an operator of a program's own for a derived class, on either side, fits better there.
+inline String operator+(String sLeft, String const & sRight)
 {
-    sLeft << oRight;
-};
-
-/// The operands of a sum: the left one becomes a String, and one of the two is one already, so that sums of
-/// other texts stay what they are.
-template<class Left, class Right>
-concept SummandsOfString = std::convertible_to<Left, String> && AppendableToString<Right> &&(
-    std::derived_from<std::remove_cvref_t<Left>, String> || std::derived_from<Right, String>);
-
-template<class Left, class Right>
-requires SummandsOfString<Left, Right> String operator+(Left && oLeft, Right const & oRight)
-{
-    String sSum(std::forward<Left>(oLeft));
-    sSum << oRight;
+    // The left text is moved while it is short, as a literal is in front of a String.
+    String sSum(std::move(sLeft));
+    sSum << sRight;
     return sSum;
+}
+inline String operator+(String sLeft, std::string const & sRight)
+{
+    sLeft << sRight;
+    return sLeft;
+}
+inline String operator+(String sLeft, char const * sRight)
+{
+    sLeft << sRight;
+    return sLeft;
+}
+inline String operator+(String sLeft, char cRight)
+{
+    sLeft << cRight;
+    return sLeft;
+}
+inline String operator+(String sLeft, int iRight)
+{
+    sLeft << iRight;
+    return sLeft;
+}
+inline String operator+(String sLeft, unsigned int iRight)
+{
+    sLeft << iRight;
+    return sLeft;
+}
+inline String operator+(String sLeft, float fRight)
+{
+    sLeft << fRight;
+    return sLeft;
+}
+inline String operator+(String sLeft, double fRight)
+{
+    sLeft << fRight;
+    return sLeft;
+}
+inline String operator+(String sLeft, void * pRight)
+{
+    sLeft << pRight;
+    return sLeft;
 }
 
 } // namespace tsl

@@ -85,6 +85,11 @@ inline ValueFloat32 operator+(ValueFloat32 const & oLeft, ValueFloat32 const & o
 {
     return oLeft.AsFloat32() + oRight.AsFloat32();
 }
+// For a literal 0 on the left, which could be a text as well.
+inline ValueFloat32 operator+(float fLeft, ValueFloat32 const & oRight)
+{
+    return fLeft + oRight.AsFloat32();
+}
 inline ValueFloat32 operator-(ValueFloat32 const & oLeft, ValueFloat32 const & oRight)
 {
     return oLeft.AsFloat32() - oRight.AsFloat32();
@@ -110,5 +115,14 @@ inline std::partial_ordering operator<=>(ValueFloat32 const & oLeft, ValueFloat3
 /// Appends the number in its default layout. A null number fails the assertion "!f.IsNull()" with
 /// "Invalid operation. Value is NULL".
 TSL_EXPORT ValueString & operator<<(ValueString & sLeft, ValueFloat32 const & f);
+inline ValueString & operator+=(ValueString & sLeft, ValueFloat32 const & f)
+{
+    return sLeft << f;
+}
+inline ValueString operator+(ValueString sLeft, ValueFloat32 const & f)
+{
+    sLeft << f;
+    return sLeft;
+}
 
 } // namespace tsl

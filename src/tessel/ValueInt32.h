@@ -138,5 +138,14 @@ inline std::strong_ordering operator<=>(ValueInt32 const & oLeft, ValueInt32 con
 /// Appends the number in its default layout. A null number fails the assertion "!i.IsNull()" with
 /// "Invalid operation. Value is NULL".
 TSL_EXPORT ValueString & operator<<(ValueString & sLeft, ValueInt32 const & i);
+inline ValueString & operator+=(ValueString & sLeft, ValueInt32 const & i)
+{
+    return sLeft << i;
+}
+inline ValueString operator+(ValueString sLeft, ValueInt32 const & i)
+{
+    sLeft << i;
+    return sLeft;
+}
 
 } // namespace tsl

@@ -5,11 +5,9 @@
 #include <tessel/Value.h>
 
 #include <compare>
-#include <concepts>
+#include <cstdarg>
 #include <string>
 #include <string_view>
-#include <type_traits>
-#include <utility>
 
 namespace tsl
 {
@@ -114,11 +112,12 @@ public:
     ValueString & operator<<(int i) { return AppendText(i); }
     ValueString & operator<<(float f) { return AppendText(f); }
 
-    template<class Right>
-    ValueString & operator+=(Right const & oRight)
-    {
-        return *this << oRight;
-    }
+    ValueString & operator+=(ValueString const & s) { return *this << s; }
+    ValueString & operator+=(std::string const & s) { return *this << s; }
+    ValueString & operator+=(char const * s) { return *this << s; }
+    ValueString & operator+=(char c) { return *this << c; }
+    ValueString & operator+=(int i) { return *this << i; }
+    ValueString & operator+=(float f) { return *this << f; }
 
 protected:
     void DoCopy(Root const & oSource) override;
@@ -183,25 +182,36 @@ inline std::strong_ordering operator<=>(ValueString const & sLeft, char cRight)
     return sLeft.Compare(cRight) <=> 0;
 }
 
-/// A right operand that a ValueString can append.
-template<class Right>
-concept AppendableToValueString = requires(ValueString & sLeft, Right const & oRight)
+/// Sums: the left text with the right operand appended; the result is non-null even if the left one is null.
+inline ValueString operator+(ValueString sLeft, ValueString const & sRight)
 {
-    sLeft << oRight;
-};
-
-/// The operands of a sum: the left one becomes a ValueString, and one of the two is a value already.
-template<class Left, class Right>
-concept SummandsOfValueString = std::convertible_to<Left, ValueString> && AppendableToValueString<Right> &&(
-    std::derived_from<std::remove_cvref_t<Left>, ValueString> || std::derived_from<Right, Value>);
-
-/// The result is non-null even if the left operand is null.
-template<class Left, class Right>
-requires SummandsOfValueString<Left, Right> ValueString operator+(Left && oLeft, Right const & oRight)
+    sLeft << sRight;
+    return sLeft;
+}
+inline ValueString operator+(ValueString sLeft, std::string const & sRight)
 {
-    ValueString sSum(std::forward<Left>(oLeft));
-    sSum << oRight;
-    return sSum;
+    sLeft << sRight;
+    return sLeft;
+}
+inline ValueString operator+(ValueString sLeft, char const * sRight)
+{
+    sLeft << sRight;
+    return sLeft;
+}
+inline ValueString operator+(ValueString sLeft, char cRight)
+{
+    sLeft << cRight;
+    return sLeft;
+}
+inline ValueString operator+(ValueString sLeft, int iRight)
+{
+    sLeft << iRight;
+    return sLeft;
+}
+inline ValueString operator+(ValueString sLeft, float fRight)
+{
+    sLeft << fRight;
+    return sLeft;
 }
 
 } // namespace tsl
