@@ -23,13 +23,19 @@ TEST(ValueStringNull, IsRefusedByAllThatNeedsText)
         {"!m_bNull && !s.m_bNull", [](ValueString & s) { ValueString("x").Insert(0, s); }},
         {"!m_bNull && !Source.m_bNull", [&](ValueString & s) { return sOther == s; }},
         {"!s.IsNull()", [](ValueString & s) { ValueString("x") << s; }}};
+    std::set<std::pair<std::string, int>> oPlaces;
     for (int iRow = 0; auto const & [sExpression, fCall] : aRows)
     {
         SCOPED_TRACE(iRow++);
         ValueString sNull;
-        EXPECT_TRUE(Asserts(
-            sExpression, "Invalid operation. ValueString is NULL", std::bind_front(fCall, std::ref(sNull))));
+        auto const fFail = std::bind_front(fCall, std::ref(sNull));
+        EXPECT_TRUE(Asserts(sExpression, "Invalid operation. ValueString is NULL", fFail));
         EXPECT_TRUE(sNull.IsNull());
+
+        // Each check has a place of its own.
+        Result const oFailure = Catch(fFail).GetResult();
+        EXPECT_TRUE(std::string(oFailure.GetSourceFile()).starts_with("src/tessel/ValueString."));
+        EXPECT_TRUE(oPlaces.emplace(oFailure.GetSourceFile(), oFailure.GetSourceLine()).second);
     }
 }
 

@@ -10,6 +10,8 @@
 namespace tsl
 {
 
+static constexpr char const * NULL_TEXT = "Invalid operation. ValueString is NULL";
+
 ClassDescription const & ValueString::GetClassDesc() const
 {
     return GetStaticClassDesc();
@@ -93,26 +95,25 @@ ValueString const & ValueString::Null()
 void ValueString::Insert(unsigned int pos, ValueString const & s)
 {
     if (m_bNull || s.m_bNull)
-        FailNull("!m_bNull && !s.m_bNull");
+        XAssertionFailed("!m_bNull && !s.m_bNull", NULL_TEXT);
     m_sText.Insert(pos, s.m_sText);
-}
-
-int ValueString::Replace(char const * sWhat, char const * sWith, unsigned int pos)
-{
-    return Text().Replace(sWhat, sWith, pos);
 }
 
 int ValueString::Replace(ValueString const & sWhat, ValueString const & sWith, unsigned int pos)
 {
-    String & sText = Text();
-    String const & sWithText = sWith.Text();
-    return sText.Replace(sWhat.Text(), sWithText, pos);
+    if (m_bNull)
+        XAssertionFailed("!m_bNull", NULL_TEXT);
+    if (sWith.m_bNull)
+        XAssertionFailed("!m_bNull", NULL_TEXT);
+    if (sWhat.m_bNull)
+        XAssertionFailed("!m_bNull", NULL_TEXT);
+    return m_sText.Replace(sWhat.m_sText, sWith.m_sText, pos);
 }
 
 int ValueString::Compare(ValueString const & s) const
 {
     if (m_bNull || s.m_bNull)
-        FailNull("!m_bNull && !Source.m_bNull");
+        XAssertionFailed("!m_bNull && !Source.m_bNull", NULL_TEXT);
     return m_sText.Compare(s.m_sText);
 }
 
@@ -133,8 +134,8 @@ void ValueString::FormatArgList(char const * sFormat, va_list oArguments)
 ValueString & ValueString::operator<<(ValueString const & s)
 {
     if (s.m_bNull)
-        XAssertionFailed("!s.IsNull()", "Invalid operation. ValueString is NULL");
-    return AppendText(s.m_sText);
+        XAssertionFailed("!s.IsNull()", NULL_TEXT);
+    return Private::Append(*this, s.m_sText);
 }
 
 void ValueString::DoCopy(Root const & oSource)
@@ -147,9 +148,9 @@ Value::eCompare ValueString::DoCompareTo(Value const & oOther) const
     return ToCompareResult(m_sText.Compare(static_cast<ValueString const &>(oOther).m_sText));
 }
 
-void ValueString::FailNull(char const * sExpression)
+void ValueString::Private::FailNull(char const * sExpression, char const * sFile, int iLine)
 {
-    XAssertionFailed(sExpression, "Invalid operation. ValueString is NULL");
+    XAssertionFailed(sExpression, NULL_TEXT, sFile, iLine);
 }
 
 } // namespace tsl

@@ -55,22 +55,22 @@ public:
     static ValueString const & Null();
 
     void Reserve(unsigned int n) { m_sText.Reserve(n); }
-    unsigned int GetLength() const { return Text().GetLength(); }
-    bool IsEmpty() const { return Text().IsEmpty(); }
-    char operator[](unsigned int i) const { return Text()[i]; }
-    char GetAt(unsigned int i) const { return Text().GetAt(i); }
-    char const * c_str() const { return Text().c_str(); }
-    std::string const & s_str() const { return Text().s_str(); }
+    unsigned int GetLength() const { return Private::Text(*this).GetLength(); }
+    bool IsEmpty() const { return Private::Text(*this).IsEmpty(); }
+    char operator[](unsigned int i) const { return Private::Text(*this)[i]; }
+    char GetAt(unsigned int i) const { return Private::Text(*this).GetAt(i); }
+    char const * c_str() const { return Private::Text(*this).c_str(); }
+    std::string const & s_str() const { return Private::Text(*this).s_str(); }
     static bool IsSpace(char c) { return String::IsSpace(c); }
 
-    ValueString Mid(unsigned int pos) const { return Text().Mid(pos); }
-    ValueString Mid(unsigned int pos, unsigned int n) const { return Text().Mid(pos, n); }
-    ValueString Left(unsigned int n) const { return Text().Left(n); }
-    ValueString Right(unsigned int n) const { return Text().Right(n); }
+    ValueString Mid(unsigned int pos) const { return Private::Text(*this).Mid(pos); }
+    ValueString Mid(unsigned int pos, unsigned int n) const { return Private::Text(*this).Mid(pos, n); }
+    ValueString Left(unsigned int n) const { return Private::Text(*this).Left(n); }
+    ValueString Right(unsigned int n) const { return Private::Text(*this).Right(n); }
 
-    void CutLeft(unsigned int n) { Text().CutLeft(n); }
-    void CutRight(unsigned int n) { Text().CutRight(n); }
-    void CutMid(unsigned int pos, unsigned int n) { Text().CutMid(pos, n); }
+    void CutLeft(unsigned int n) { Private::Text(*this).CutLeft(n); }
+    void CutRight(unsigned int n) { Private::Text(*this).CutRight(n); }
+    void CutMid(unsigned int pos, unsigned int n) { Private::Text(*this).CutMid(pos, n); }
 
     /// Leaves a null value null.
     void Delete(unsigned int pos, unsigned int n) { m_sText.Delete(pos, n); }
@@ -79,25 +79,31 @@ public:
     void Insert(unsigned int pos, ValueString const & s);
 
     /// A null argument is not refused; it counts as the empty text.
-    int Find(ValueString const & s, unsigned int pos = 0) const { return Text().Find(s.m_sText, pos); }
-    int Find(char c, unsigned int pos = 0) const { return Text().Find(c, pos); }
-    int Find(char const * s, unsigned int pos = 0) const { return Text().Find(s, pos); }
-    int Find(String const & s, unsigned int pos = 0) const { return Text().Find(s, pos); }
-    int FindReverse(char c) const { return Text().FindReverse(c); }
+    int Find(ValueString const & s, unsigned int pos = 0) const
+    {
+        return Private::Text(*this).Find(s.m_sText, pos);
+    }
+    int Find(char c, unsigned int pos = 0) const { return Private::Text(*this).Find(c, pos); }
+    int Find(char const * s, unsigned int pos = 0) const { return Private::Text(*this).Find(s, pos); }
+    int Find(String const & s, unsigned int pos = 0) const { return Private::Text(*this).Find(s, pos); }
+    int FindReverse(char c) const { return Private::Text(*this).FindReverse(c); }
 
     /// No operand may be null.
-    int Replace(char const * sWhat, char const * sWith, unsigned int pos = 0);
+    int Replace(char const * sWhat, char const * sWith, unsigned int pos = 0)
+    {
+        return Private::Text(*this).Replace(sWhat, sWith, pos);
+    }
     int Replace(ValueString const & sWhat, ValueString const & sWith, unsigned int pos = 0);
 
-    void TrimLeft() { Text().TrimLeft(); }
-    void TrimRight() { Text().TrimRight(); }
-    void Trim() { Text().Trim(); }
+    void TrimLeft() { Private::Text(*this).TrimLeft(); }
+    void TrimRight() { Private::Text(*this).TrimRight(); }
+    void Trim() { Private::Text(*this).Trim(); }
 
     /// Neither the receiver nor the argument may be null.
     int Compare(ValueString const & s) const;
-    int Compare(std::string const & s) const { return Text().Compare(s); }
-    int Compare(char const * s) const { return Text().Compare(s); }
-    int Compare(char c) const { return Text().Compare(c); }
+    int Compare(std::string const & s) const { return Private::Text(*this).Compare(s); }
+    int Compare(char const * s) const { return Private::Text(*this).Compare(s); }
+    int Compare(char c) const { return Private::Text(*this).Compare(c); }
 
     /// As String::Format; makes the value non-null.
     [[gnu::format(printf, 2, 3)]] void Format(char const * sFormat, ...);
@@ -106,11 +112,11 @@ public:
     /// Append and make the value non-null. A null ValueString on the right fails the assertion
     /// "!s.IsNull()".
     ValueString & operator<<(ValueString const & s);
-    ValueString & operator<<(std::string const & s) { return AppendText(s); }
-    ValueString & operator<<(char const * s) { return AppendText(s); }
-    ValueString & operator<<(char c) { return AppendText(c); }
-    ValueString & operator<<(int i) { return AppendText(i); }
-    ValueString & operator<<(float f) { return AppendText(f); }
+    ValueString & operator<<(std::string const & s) { return Private::Append(*this, s); }
+    ValueString & operator<<(char const * s) { return Private::Append(*this, s); }
+    ValueString & operator<<(char c) { return Private::Append(*this, c); }
+    ValueString & operator<<(int i) { return Private::Append(*this, i); }
+    ValueString & operator<<(float f) { return Private::Append(*this, f); }
 
     ValueString & operator+=(ValueString const & s) { return *this << s; }
     ValueString & operator+=(std::string const & s) { return *this << s; }
@@ -124,24 +130,31 @@ protected:
     eCompare DoCompareTo(Value const & oOther) const override;
 
 private:
-    /// The text of a value that must not be null.
-    String const & Text() const
+    struct Private
     {
-        if (m_bNull) [[unlikely]]
-            FailNull("!m_bNull");
-        return m_sText;
-    }
-    String & Text() { return const_cast<String &>(static_cast<ValueString const *>(this)->Text()); }
+        /// The text of a value that must not be null. The failure carries the line of the call, which is in
+        /// this file.
+        static String const & Text(ValueString const & s, int iLine = __builtin_LINE())
+        {
+            if (s.m_bNull) [[unlikely]]
+                FailNull("!m_bNull", "src/tessel/ValueString.h", iLine);
+            return s.m_sText;
+        }
+        static String & Text(ValueString & s, int iLine = __builtin_LINE())
+        {
+            return const_cast<String &>(Text(static_cast<ValueString const &>(s), iLine));
+        }
 
-    [[noreturn]] static void FailNull(char const * sExpression);
+        template<class Part>
+        static ValueString & Append(ValueString & s, Part const & oPart)
+        {
+            s.m_sText << oPart;
+            s.m_bNull = false;
+            return s;
+        }
 
-    template<class Part>
-    ValueString & AppendText(Part const & oPart)
-    {
-        m_sText << oPart;
-        m_bNull = false;
-        return *this;
-    }
+        [[noreturn]] TSL_EXPORT static void FailNull(char const * sExpression, char const * sFile, int iLine);
+    };
 
     bool m_bNull = true;
     String m_sText;
