@@ -84,6 +84,45 @@ TEST(NamedValueComparing, SkipsTheChecksWithAConstantOnTheLeft)
     EXPECT_TRUE(Asserts("m_pValue", NO_VALUE, [&] { return oNameAlone == NamedValue("n"); }));
 }
 
+/// A class of the program.
+class Setting : public NamedValue
+{
+public:
+    using NamedValue::NamedValue;
+};
+
+template<class Left, class Right>
+void ExpectEqual(Left && oLeft, Right && oRight, bool bEqual)
+{
+    EXPECT_EQ(std::forward<Left>(oLeft) == std::forward<Right>(oRight), bEqual);
+    EXPECT_EQ(std::forward<Left>(oLeft) != std::forward<Right>(oRight), !bEqual);
+}
+
+/// Compares a left operand with right ones of all kinds.
+template<class Left, class Right>
+void ExpectEqualToAll(Left && oLeft, Right & oRight, bool bEqual)
+{
+    ExpectEqual(std::forward<Left>(oLeft), oRight, bEqual);
+    ExpectEqual(std::forward<Left>(oLeft), std::as_const(oRight), bEqual);
+    ExpectEqual(std::forward<Left>(oLeft), std::move(oRight), bEqual);
+}
+
+TEST(NamedValueComparing, DependsOnTheLeftOperandAloneInDerivedClassesToo)
+{
+    // All are null and so are equal, while their contents differ, which a constant on the left finds.
+    Setting oSetting(ValueString(), ValueInt32(5));
+    Setting oOther(ValueString(), ValueInt32(6));
+    NamedValue oNamed(ValueString(), ValueInt32(7));
+    ExpectEqualToAll(oSetting, oOther, true);
+    ExpectEqualToAll(oSetting, oNamed, true);
+    ExpectEqualToAll(oNamed, oSetting, true);
+    ExpectEqualToAll(std::move(oSetting), oOther, true);
+    ExpectEqualToAll(std::as_const(oSetting), oOther, false);
+    ExpectEqualToAll(std::as_const(oSetting), oNamed, false);
+    ExpectEqualToAll(std::as_const(oNamed), oSetting, false);
+    EXPECT_TRUE(oSetting <= oNamed && oSetting >= oOther && !(oSetting < oOther || oSetting > oNamed));
+}
+
 TEST(NamedValueText, FollowsTheLayoutsOfItsPartsAndReadsNullAlone)
 {
     NamedValue oNamed("n", ValueInt32(5));

@@ -4,20 +4,10 @@
 #include <tessel/Value.h>
 #include <tessel/ValueString.h>
 
-#include <concepts>
 #include <memory>
-#include <type_traits>
 
 namespace tsl
 {
-
-class NamedValue;
-
-/// A named value on the right of ==, as a constant, a variable or a temporary. The operators take each as
-/// what it is: of == with a constant on one side and a variable on the other, the language would otherwise
-/// prefer the one that is turned around.
-template<class Right>
-concept NamedValueOperand = std::derived_from<std::remove_cvref_t<Right>, NamedValue>;
 
 /// A value of any class under a name.
 ///
@@ -67,11 +57,7 @@ public:
     void SetValue(Value const & oValue);
 
     /// By CompareTo. Each holds only if the two can be compared, except for != which holds otherwise, too.
-    template<NamedValueOperand Right>
-    bool operator==(Right && oOther)
-    {
-        return CompareTo(oOther) == eEqual;
-    }
+    bool operator==(NamedValue const & oOther) { return CompareTo(oOther) == eEqual; }
     bool operator!=(NamedValue const & oOther) { return CompareTo(oOther) != eEqual; }
     bool operator>(NamedValue const & oOther) { return CompareTo(oOther) == eGreater; }
     bool operator>=(NamedValue const & oOther);
@@ -80,11 +66,14 @@ public:
 
     /// A constant on the left compares without the checks of CompareTo: equal null names are equal here,
     /// and if the names are equal, both sides must have values.
-    template<NamedValueOperand Right>
-    bool operator==(Right && oOther) const
-    {
-        return DoCompareTo(oOther) == eEqual;
-    }
+    bool operator==(NamedValue const & oOther) const { return DoCompareTo(oOther) == eEqual; }
+
+    // The same for other right operands. The language tries == with exchanged operands as well, and without
+    // these that would fit as well or better in places: ambiguous, or the wrong operand is the receiver.
+    bool operator==(NamedValue & oOther) { return CompareTo(oOther) == eEqual; }
+    bool operator==(NamedValue && oOther) { return CompareTo(oOther) == eEqual; }
+    bool operator==(NamedValue & oOther) const { return DoCompareTo(oOther) == eEqual; }
+    bool operator==(NamedValue && oOther) const { return DoCompareTo(oOther) == eEqual; }
 
 protected:
     void DoCopy(Root const & oSource) override;
