@@ -24,6 +24,27 @@ struct TSL_HIDDEN ValueConverterLayoutCollection::Private
         return std::find_if(oLayouts.begin(), oLayouts.end(),
             [&](auto const & pLayout) { return pLayout->GetClassDesc() == oClass; });
     }
+
+    void AddLayout(ValueConverterLayout * pLayout)
+    {
+        auto const oFormer = FindLayout(pLayout->GetClassDesc());
+        if (oFormer != oLayouts.end())
+        {
+            if (oFormer->get() == pLayout)
+                return;
+            oLayouts.erase(oFormer);
+        }
+        oLayouts.emplace_front(pLayout);
+    }
+
+    void CopyFrom(Private const & oSource)
+    {
+        sSeparator = oSource.sSeparator;
+        sCollPrefix = oSource.sCollPrefix;
+        sCollPostfix = oSource.sCollPostfix;
+        for (auto const & pLayout : oSource.oLayouts)
+            AddLayout(static_cast<ValueConverterLayout *>(pLayout->GetCopy()));
+    }
 };
 
 ValueConverterLayoutCollection::ValueConverterLayoutCollection() : m(std::make_unique<Private>()) {}
@@ -44,13 +65,15 @@ ValueConverterLayoutCollection::ValueConverterLayoutCollection(
 ValueConverterLayoutCollection::ValueConverterLayoutCollection(ValueConverterLayoutCollection const & oSource)
     : ValueConverterLayout(oSource), m(std::make_unique<Private>())
 {
-    CopyCollection(oSource);
+    m->CopyFrom(*oSource.m);
 }
 
 ValueConverterLayoutCollection & ValueConverterLayoutCollection::operator=(
     ValueConverterLayoutCollection const & oSource)
 {
-    Set(oSource);
+    // Not by Set: the DoCopy of a derived class may be an assignment, which comes back here.
+    if (&oSource != this)
+        ValueConverterLayoutCollection::DoCopy(oSource);
     return *this;
 }
 
@@ -110,30 +133,13 @@ void ValueConverterLayoutCollection::AddLayout(ValueConverterLayout * pLayout)
 {
     if (!pLayout)
         XAssertionFailed("pLayout", "ValueConverterLayoutCollection::AddLayout : Pointer ist NULL!");
-
-    auto const oFormer = m->FindLayout(pLayout->GetClassDesc());
-    if (oFormer != m->oLayouts.end())
-    {
-        if (oFormer->get() == pLayout)
-            return;
-        m->oLayouts.erase(oFormer);
-    }
-    m->oLayouts.emplace_front(pLayout);
+    m->AddLayout(pLayout);
 }
 
 void ValueConverterLayoutCollection::DoCopy(Root const & oSource)
 {
     ValueConverterLayout::DoCopy(oSource);
-    CopyCollection(static_cast<ValueConverterLayoutCollection const &>(oSource));
-}
-
-void ValueConverterLayoutCollection::CopyCollection(ValueConverterLayoutCollection const & oSource)
-{
-    m->sSeparator = oSource.m->sSeparator;
-    m->sCollPrefix = oSource.m->sCollPrefix;
-    m->sCollPostfix = oSource.m->sCollPostfix;
-    for (auto const & pLayout : oSource.m->oLayouts)
-        AddLayout(static_cast<ValueConverterLayout *>(pLayout->GetCopy()));
+    m->CopyFrom(*static_cast<ValueConverterLayoutCollection const &>(oSource).m);
 }
 
 } // namespace tsl

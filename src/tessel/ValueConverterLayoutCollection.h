@@ -53,8 +53,6 @@ protected:
     void DoCopy(Root const & oSource) override;
 
 private:
-    void CopyCollection(ValueConverterLayoutCollection const & oSource);
-
     struct Private;
     std::unique_ptr<Private> m;
 };
