@@ -1,6 +1,7 @@
 #include <tessel/Task.h>
 
 #include "MessageElements.h"
+#include "TaskEngine.h"
 #include "TaskMemory.h"
 
 #include <tessel/Assertion.h>
@@ -39,44 +40,6 @@ Task::Private::Private(Private && oSource)
 {
 }
 
-/// Gives a task its context for the length of a step.
-class TSL_HIDDEN Task::StepScope
-{
-public:
-    StepScope(Task & oTask, TaskContext & oContext) : m_oTask(oTask)
-    {
-        if (!Enter(oTask.m->pContext, oContext))
-            FailTwice();
-    }
-    ~StepScope() { m_oTask.m->pContext.store(nullptr, std::memory_order_release); }
-    StepScope(StepScope const &) = delete;
-    StepScope & operator=(StepScope const &) = delete;
-
-    [[noreturn, gnu::cold, gnu::noinline]] static void FailTwice()
-    {
-        XAssertionFailed("p==NULL", "Context wird für die Task zum zweiten Mal Instanziiert. "
-                                    "Entweder durch 2. Thread oder durch Rekursion!");
-    }
-
-private:
-    /// Threads can only meet in the topmost processor, since all tasks below it are run by its step. So
-    /// there alone the test and the change are one.
-    bool Enter(std::atomic<TaskContext *> & pCurrent, TaskContext & oContext)
-    {
-        if (!m_oTask.m->pParent)
-        {
-            TaskContext * pNone = nullptr;
-            return pCurrent.compare_exchange_strong(pNone, &oContext, std::memory_order_acquire);
-        }
-        if (pCurrent.load(std::memory_order_relaxed))
-            return false;
-        pCurrent.store(&oContext, std::memory_order_relaxed);
-        return true;
-    }
-
-    Task & m_oTask;
-};
-
 Task::Task(String const & sName, TaskProcessor * pParent) : m_oOwn(pParent, sName), m(&m_oOwn)
 {
     if (pParent == this)
@@ -86,19 +49,19 @@ Task::Task(String const & sName, TaskProcessor * pParent) : m_oOwn(pParent, sNam
 }
 
 Task::Task(Task const & oSource)
-    : m_oOwn(oSource.m->pParent, oSource.m->sName), m_pShared(oSource.Share()), m(m_pShared.get())
+    : m_oOwn(oSource.m->pParent, oSource.m->sName), m_pShared(TaskEngine::Share(oSource)), m(m_pShared.get())
 {
 }
 
 Task & Task::operator=(Task const & oSource)
 {
-    if (IsInStep())
-        StepScope::FailTwice();
+    if (TaskEngine::IsInStep(*this))
+        TaskEngine::FailInStep();
 
     if (&oSource != this)
     {
         m_oOwn.pCurrentTask.reset();
-        m_pShared = oSource.Share();
+        m_pShared = TaskEngine::Share(oSource);
         m = m_pShared.get();
     }
     return *this;
@@ -121,49 +84,19 @@ void Task::operator delete(void * pBlock, std::size_t iSize)
         ::operator delete(pBlock);
 }
 
-inline int Task::RunEntry()
-{
-    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoTaskEntry "; });
-    return DoTaskEntry();
-}
-
-inline int Task::RunProcess()
-{
-    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoProcess "; });
-    return DoProcess();
-}
-
 int Task::Process(TaskContext & oContext)
 {
-    StepScope const oScope(*this, oContext);
-    return RunProcess();
-}
-
-int Task::RunStep(TaskContext & oContext, TaskMemory & oMemory)
-{
-    StepScope const oScope(*this, oContext);
-    TaskMemory::Scope const oMemoryScope(oMemory);
-    return RunProcess();
+    return TaskEngine::Process(*this, oContext);
 }
 
 int Task::TaskEntry(TaskContext & oContext)
 {
-    StepScope const oScope(*this, oContext);
-    return RunEntry();
-}
-
-int Task::Begin(TaskContext & oContext)
-{
-    StepScope const oScope(*this, oContext);
-    int const iResult = RunEntry();
-    return iResult == TR_REMAIN ? RunProcess() : iResult;
+    return TaskEngine::Enter(*this, oContext);
 }
 
 void Task::TaskExit(TaskContext & oContext)
 {
-    StepScope const oScope(*this, oContext);
-    Trace("Task", [&] { return String("Task '") + m->sName + "' starts DoTaskExit "; });
-    DoTaskExit();
+    TaskEngine::Exit(*this, oContext);
 }
 
 String const & Task::GetTaskName() const
@@ -239,9 +172,9 @@ void Task::SetTaskName(String const & sName)
     m->sName = sName;
 }
 
-void Task::FailWithoutContext()
+TaskContext & Task::GetContext() const
 {
-    XAssertionFailed("m->pContext!=NULL", "");
+    return TaskEngine::GetContext(*this);
 }
 
 void Task::SetVar(ValueString const & sName, int iValue)
@@ -266,22 +199,22 @@ ValueString Task::GetVar(ValueString const & sName, ValueString const & sDefault
 
 void Task::SetLocalVar(ValueString const & sName, int iValue)
 {
-    GetContext().SetLocalVar(GetTaskStack(), sName, iValue);
+    GetContext().SetLocalVar(TaskEngine::GetTaskStack(*this), sName, iValue);
 }
 
 void Task::SetLocalVar(ValueString const & sName, ValueString const & sValue)
 {
-    GetContext().SetLocalVar(GetTaskStack(), sName, sValue);
+    GetContext().SetLocalVar(TaskEngine::GetTaskStack(*this), sName, sValue);
 }
 
 int Task::GetLocalVar(ValueString const & sName, int iDefault) const
 {
-    return GetContext().GetLocalVar(GetTaskStack(), sName, iDefault);
+    return GetContext().GetLocalVar(TaskEngine::GetTaskStack(*this), sName, iDefault);
 }
 
 ValueString Task::GetLocalVar(ValueString const & sName, ValueString const & sDefault) const
 {
-    return GetContext().GetLocalVar(GetTaskStack(), sName, sDefault);
+    return GetContext().GetLocalVar(TaskEngine::GetTaskStack(*this), sName, sDefault);
 }
 
 bool Task::GetSimulationMode(int iMode) const
@@ -293,34 +226,6 @@ void Task::AcquireTaskStack(TaskStack & oStack) const
 {
     for (Task const * pTask = this; pTask; pTask = pTask->m->pParent)
         oStack.Push(pTask->GetTaskID());
-}
-
-TaskStack Task::GetTaskStack() const
-{
-    TaskStack oStack;
-    AcquireTaskStack(oStack);
-    return oStack;
-}
-
-std::shared_ptr<Task::Private> const & Task::Share() const
-{
-    if (!m_pShared)
-    {
-        m_pShared = std::make_shared<Private>(std::move(m_oOwn));
-        m = m_pShared.get();
-    }
-    return m_pShared;
-}
-
-/// Whether the record ends with this object.
-bool Task::IsLastOwner() const
-{
-    return !m_pShared || m_pShared.use_count() == 1;
-}
-
-bool Task::IsInStep() const
-{
-    return m->pContext.load(std::memory_order_relaxed) != nullptr;
 }
 
 } // namespace tsl

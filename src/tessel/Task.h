@@ -16,7 +16,6 @@ namespace tsl
 
 class Message;
 class TaskContext;
-class TaskMemory;
 class TaskProcessor;
 
 /// The ids of the tasks from one of them up to the root of its tree.
@@ -159,13 +158,7 @@ protected:
     void SetTaskName(String const & sName);
 
     TaskProcessor * GetParent() const { return m->pParent; }
-    TaskContext & GetContext() const
-    {
-        TaskContext * const pContext = m->pContext.load(std::memory_order_relaxed);
-        if (!pContext) [[unlikely]]
-            FailWithoutContext();
-        return *pContext;
-    }
+    TaskContext & GetContext() const;
 
     /// Variables of the whole machine; they live as long as its context. Numbers and texts are separate,
     /// even under one name. A null name is an assertion failure, and an absent one gives the default.
@@ -188,7 +181,7 @@ protected:
     void AcquireTaskStack(TaskStack & oStack) const;
 
 private:
-    class StepScope;
+    friend struct TaskEngine;
 
     /// What copies share.
     struct Private
@@ -206,23 +199,6 @@ private:
         // Of a machine: the task in which it stands, null before the first step.
         std::unique_ptr<Task> pCurrentTask;
     };
-
-    friend class TaskContext;
-    friend class TaskProcessor;
-
-    /// Process of the topmost machine, whose tasks lie in that memory.
-    TSL_HIDDEN int RunStep(TaskContext & oContext, TaskMemory & oMemory);
-
-    /// The entry and, if the task remains in it, the first Process, with the context given once.
-    TSL_HIDDEN int Begin(TaskContext & oContext);
-
-    TSL_HIDDEN int RunEntry();
-    TSL_HIDDEN int RunProcess();
-    [[noreturn, gnu::cold]] static void FailWithoutContext();
-    TaskStack GetTaskStack() const;
-    std::shared_ptr<Private> const & Share() const;
-    bool IsLastOwner() const;
-    bool IsInStep() const;
 
     // A machine makes and deletes a task with every transition, so the record lies in the task itself. The
     // first copy moves it to where it can be shared. m is the one of the two that counts.

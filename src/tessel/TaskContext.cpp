@@ -1,6 +1,7 @@
 #include <tessel/TaskContext.h>
 
 #include "MessageElements.h"
+#include "TaskEngine.h"
 #include "TaskMemory.h"
 
 #include <tessel/Assertion.h>
@@ -58,6 +59,14 @@ struct TSL_HIDDEN TaskContext::Private
     {
     }
 
+    static ValueString GetLocalName(
+        TaskContext const & oContext, TaskStack const & oStack, ValueString const & sName)
+    {
+        ValueString sKey;
+        oContext.FormatTaskIDStack(oStack, sName, sKey);
+        return sKey;
+    }
+
     // The queues go first, each with a line of its log point.
     ~Private()
     {
@@ -99,7 +108,7 @@ TaskContext::TaskContext(TaskContext const & oSource) = default;
 
 TaskContext & TaskContext::operator=(TaskContext const & oSource)
 {
-    if (m->pProcessor->IsInStep())
+    if (TaskEngine::IsInStep(*m->pProcessor))
         XAssertionFailed("!m->pProcessor->IsInStep()", "The machine of this context is running.");
     m = oSource.m;
     return *this;
@@ -110,7 +119,7 @@ TaskContext::~TaskContext() = default;
 void TaskContext::Process()
 {
     // How the machine stands, the tasks tell by messages.
-    static_cast<void>(m->pProcessor->RunStep(*this, m->oTaskMemory));
+    static_cast<void>(TaskEngine::RunStep(*m->pProcessor, *this, m->oTaskMemory));
 }
 
 void TaskContext::WriteMessage(Message const & oMessage)
@@ -232,23 +241,23 @@ ValueString TaskContext::GetVar(ValueString const & sName, ValueString const & s
 
 void TaskContext::SetLocalVar(TaskStack const & oStack, ValueString const & sName, int iValue)
 {
-    Set(m->oLocalNumbers, GetLocalName(oStack, sName), iValue);
+    Set(m->oLocalNumbers, Private::GetLocalName(*this, oStack, sName), iValue);
 }
 
 void TaskContext::SetLocalVar(TaskStack const & oStack, ValueString const & sName, ValueString const & sValue)
 {
-    Set(m->oLocalTexts, GetLocalName(oStack, sName), sValue);
+    Set(m->oLocalTexts, Private::GetLocalName(*this, oStack, sName), sValue);
 }
 
 int TaskContext::GetLocalVar(TaskStack const & oStack, ValueString const & sName, int iDefault) const
 {
-    return Get(m->oLocalNumbers, GetLocalName(oStack, sName), iDefault);
+    return Get(m->oLocalNumbers, Private::GetLocalName(*this, oStack, sName), iDefault);
 }
 
 ValueString TaskContext::GetLocalVar(
     TaskStack const & oStack, ValueString const & sName, ValueString const & sDefault) const
 {
-    return Get(m->oLocalTexts, GetLocalName(oStack, sName), sDefault);
+    return Get(m->oLocalTexts, Private::GetLocalName(*this, oStack, sName), sDefault);
 }
 
 void TaskContext::FormatTaskIDStack(
@@ -258,13 +267,6 @@ void TaskContext::FormatTaskIDStack(
     for (int i = static_cast<int>(oStack.GetSize()); i-- > 0;)
         sKey << oStack[i] << '.';
     sKey << sName;
-}
-
-ValueString TaskContext::GetLocalName(TaskStack const & oStack, ValueString const & sName) const
-{
-    ValueString sKey;
-    FormatTaskIDStack(oStack, sName, sKey);
-    return sKey;
 }
 
 void TaskContext::ProcessContextMessage(TaskContextMessage const & oMessage)

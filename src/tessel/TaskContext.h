@@ -98,12 +98,9 @@ protected:
     bool GetSimulationMode(String const & sTaskName, int & iMode) const;
 
 private:
-    ValueString GetLocalName(TaskStack const & oStack, ValueString const & sName) const;
-
-    struct Private;
-
     friend class Task;
 
+    struct Private;
     std::shared_ptr<Private> m;
 };
 

@@ -11,11 +11,11 @@ namespace tsl
 {
 
 /// Runs one step of the context that it was given last.
-class TSL_HIDDEN TaskContextThread::ContextThread : public Thread
+struct TSL_HIDDEN TaskContextThread::Private : public Thread
 {
 public:
     // Before the object is less than it was: a thread that has just been started still asks for its Process.
-    ~ContextThread() override { static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION)); }
+    ~Private() override { static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION)); }
 
     void SetTaskContext(TaskContextThread * pTaskContext) { m_pTaskContext = pTaskContext; }
 
@@ -32,7 +32,7 @@ private:
 };
 
 TaskContextThread::TaskContextThread(TaskProcessor * pProcessor)
-    : TaskContext(pProcessor), m_pThread(std::make_unique<ContextThread>())
+    : TaskContext(pProcessor), m(std::make_unique<Private>())
 {
 }
 
@@ -41,12 +41,12 @@ TaskContextThread::~TaskContextThread() = default;
 void TaskContextThread::Process()
 {
     Trace("TaskContextThread", [] { return String("Start creating process thread ..."); });
-    if (m_pThread->IsRunning())
+    if (m->IsRunning())
         Trace("TaskContextThread", [] { return String("Thread is still running!"); });
     else
     {
-        m_pThread->SetTaskContext(this);
-        Result const oResult = m_pThread->Run();
+        m->SetTaskContext(this);
+        Result const oResult = m->Run();
         if (oResult.IsError())
         {
             // The assertion tells the same to whoever called.

@@ -38,9 +38,8 @@ protected:
     void Wait(int iDuration, bool bAlertable) override;
 
 private:
-    class ContextThread;
-
-    std::unique_ptr<ContextThread> m_pThread;
+    struct Private;
+    std::unique_ptr<Private> m;
 };
 
 } // namespace tsl

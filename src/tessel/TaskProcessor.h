@@ -52,9 +52,7 @@ protected:
     virtual void OnTaskSwitch(Task const * pOldTask, Task const & oNewTask);
 
 private:
-    int InitTask(TaskContext & oContext);
-    int SwitchTask(int iTaskResult, TaskContext & oContext);
-    void SetNewTask(int iTaskId);
+    friend struct TaskEngine;
 };
 
 } // namespace tsl

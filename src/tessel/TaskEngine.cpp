@@ -1,0 +1,180 @@
+#include "TaskEngine.h"
+
+#include "TaskMemory.h"
+
+#include <tessel/Assertion.h>
+#include <tessel/LogPoint.h>
+#include <tessel/TaskFactory.h>
+#include <tessel/TaskTransition.h>
+
+namespace tsl
+{
+
+namespace
+{
+
+// The failures of the engine, apart from it: each builds a text, which the engine has no time for.
+
+[[noreturn, gnu::cold, gnu::noinline]] void FailFirstTask()
+{
+    XAssertionFailed("GetTaskTransitionList().GetNextTaskId(Task::TASK_INIT,Task::TR_PROCEED,iNextTaskId)",
+        String("TaskId for destination of ") + Task::TASK_INIT + " with transition " + Task::TR_PROCEED
+            + " not found.");
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void FailTransition(Task const & oTask, int iTaskResult)
+{
+    XAssertionFailed("GetTaskTransitionList().GetNextTaskId(iCurrentTaskId,iTaskResult,iNextTaskId)",
+        String("Undefined transition from task") + oTask.GetTaskName() + " (Id=" + oTask.GetTaskID()
+            + ") and transition " + iTaskResult + ".");
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void FailTask(int iTaskId)
+{
+    XAssertionFailed("pTask != NULL", String("Task-Objekt ") + iTaskId + " could not be found or created.");
+}
+
+} // namespace
+
+/// Gives a task its context for the length of a step.
+class TaskEngine::StepScope
+{
+public:
+    StepScope(Task & oTask, TaskContext & oContext) : m_oTask(oTask)
+    {
+        if (!Enter(oTask.m->pContext, oContext))
+            FailInStep();
+    }
+    ~StepScope() { m_oTask.m->pContext.store(nullptr, std::memory_order_release); }
+    StepScope(StepScope const &) = delete;
+    StepScope & operator=(StepScope const &) = delete;
+
+private:
+    /// Threads can only meet in the topmost processor, since all tasks below it are run by its step. So
+    /// there alone the test and the change are one.
+    bool Enter(std::atomic<TaskContext *> & pCurrent, TaskContext & oContext)
+    {
+        if (!m_oTask.m->pParent)
+        {
+            TaskContext * pNone = nullptr;
+            return pCurrent.compare_exchange_strong(pNone, &oContext, std::memory_order_acquire);
+        }
+        if (pCurrent.load(std::memory_order_relaxed))
+            return false;
+        pCurrent.store(&oContext, std::memory_order_relaxed);
+        return true;
+    }
+
+    Task & m_oTask;
+};
+
+void TaskEngine::FailInStep()
+{
+    XAssertionFailed("p==NULL", "Context wird für die Task zum zweiten Mal Instanziiert. "
+                                "Entweder durch 2. Thread oder durch Rekursion!");
+}
+
+void TaskEngine::FailWithoutContext()
+{
+    XAssertionFailed("m->pContext!=NULL", "");
+}
+
+inline int TaskEngine::RunEntry(Task & oTask)
+{
+    Trace("Task", [&] { return String("Task '") + oTask.m->sName + "' starts DoTaskEntry "; });
+    return oTask.DoTaskEntry();
+}
+
+inline int TaskEngine::RunProcess(Task & oTask)
+{
+    Trace("Task", [&] { return String("Task '") + oTask.m->sName + "' starts DoProcess "; });
+    return oTask.DoProcess();
+}
+
+int TaskEngine::Process(Task & oTask, TaskContext & oContext)
+{
+    StepScope const oScope(oTask, oContext);
+    return RunProcess(oTask);
+}
+
+int TaskEngine::Enter(Task & oTask, TaskContext & oContext)
+{
+    StepScope const oScope(oTask, oContext);
+    return RunEntry(oTask);
+}
+
+void TaskEngine::Exit(Task & oTask, TaskContext & oContext)
+{
+    StepScope const oScope(oTask, oContext);
+    Trace("Task", [&] { return String("Task '") + oTask.m->sName + "' starts DoTaskExit "; });
+    oTask.DoTaskExit();
+}
+
+int TaskEngine::Begin(Task & oTask, TaskContext & oContext)
+{
+    StepScope const oScope(oTask, oContext);
+    int const iResult = RunEntry(oTask);
+    return iResult == Task::TR_REMAIN ? RunProcess(oTask) : iResult;
+}
+
+int TaskEngine::RunStep(Task & oTask, TaskContext & oContext, TaskMemory & oMemory)
+{
+    StepScope const oScope(oTask, oContext);
+    TaskMemory::Scope const oMemoryScope(oMemory);
+    return RunProcess(oTask);
+}
+
+int TaskEngine::InitTask(TaskProcessor & oMachine, TaskContext & oContext)
+{
+    int iNextTaskId = 0;
+    if (!oMachine.GetTaskTransitionList().GetNextTaskId(Task::TASK_INIT, Task::TR_PROCEED, iNextTaskId))
+        FailFirstTask();
+
+    SetNewTask(oMachine, iNextTaskId);
+    return Begin(*GetCurrentTask(oMachine), oContext);
+}
+
+int TaskEngine::SwitchTask(TaskProcessor & oMachine, int iTaskResult, TaskContext & oContext)
+{
+    Task & oCurrentTask = *GetCurrentTask(oMachine);
+    int const iCurrentTaskId = oCurrentTask.GetTaskID();
+    int iNextTaskId = 0;
+    if (!oMachine.GetTaskTransitionList().GetNextTaskId(iCurrentTaskId, iTaskResult, iNextTaskId))
+        FailTransition(oCurrentTask, iTaskResult);
+
+    // The same object goes on.
+    if (iNextTaskId == iCurrentTaskId)
+        return Process(oCurrentTask, oContext);
+
+    Exit(oCurrentTask, oContext);
+    SetNewTask(oMachine, iNextTaskId);
+    return Begin(*GetCurrentTask(oMachine), oContext);
+}
+
+void TaskEngine::SetNewTask(TaskProcessor & oMachine, int iTaskId)
+{
+    std::unique_ptr<Task> pTask(TaskFactory::Instance().CreateProduct(iTaskId, TaskCreator(&oMachine)));
+
+    // A function that gives the current task once more has made none.
+    if (pTask == GetCurrentTask(oMachine))
+        static_cast<void>(pTask.release());
+    if (!pTask)
+        FailTask(iTaskId);
+
+    oMachine.OnTaskSwitch(GetCurrentTask(oMachine).get(), *pTask);
+
+    // The old task goes when the new one has taken its place.
+    GetCurrentTask(oMachine) = std::move(pTask);
+}
+
+std::shared_ptr<Task::Private> const & TaskEngine::Share(Task const & oTask)
+{
+    if (!oTask.m_pShared)
+    {
+        oTask.m_pShared = std::make_shared<Task::Private>(std::move(oTask.m_oOwn));
+        oTask.m = oTask.m_pShared.get();
+    }
+    return oTask.m_pShared;
+}
+
+} // namespace tsl
