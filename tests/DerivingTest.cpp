@@ -13,6 +13,138 @@
 namespace
 {
 
+/// Names of the program that one of the library's classes once had for itself.
+enum OwnName
+{
+    Begin,
+    AddToHistory,
+    AppendText,
+    Body,
+    ContextThread,
+    ConvertReplacements,
+    CopyCollection,
+    DemandBody,
+    DemandFormat,
+    FailForeignSource,
+    FailNoCopy,
+    FailNoFactory,
+    FailNull,
+    FailWithoutContext,
+    FindText,
+    FreeBody,
+    GetLocalName,
+    GetTaskStack,
+    InitTask,
+    InsertText,
+    InstanceEx,
+    IsInStep,
+    IsLastOwner,
+    Move,
+    ReplaceText,
+    RunEntry,
+    RunProcess,
+    RunStep,
+    SetNewTask,
+    Share,
+    Step,
+    StepScope,
+    SwitchTask,
+    TakeFirst,
+    Text,
+    TOLERANCE
+};
+
+/// The iterators, which have a Begin that all may use, are no tasks.
+class TaskHeir : public tsl::FineTask, public tsl::TaskProcessor
+{
+public:
+    static constexpr OwnName NAME = Begin;
+};
+
+/// A class derived from all that a program may derive from: a name is looked up in every base.
+class Heir : public tsl::CmdLine,
+             public tsl::CmdLineParser,
+             public tsl::ConsoleApplication,
+             public tsl::ConsoleApplicationConfig,
+             public tsl::DateTime,
+             public tsl::DebugMessage,
+             public tsl::DebugMessageConstIterator,
+             public tsl::DefaultMessageLayout,
+             public tsl::DummyMessageIterator,
+             public tsl::DummyMutex,
+             public tsl::Duration,
+             public tsl::Exception,
+             public tsl::FineTask,
+             public tsl::Float32Validator,
+             public tsl::IniFile,
+             public tsl::Int32Validator,
+             public tsl::LibraryProxy,
+             public tsl::MessageDispatcher,
+             public tsl::MessageDispatcherClient,
+             public tsl::MessageDispatcherClientConfig,
+             public tsl::MessageDispatcherConfig,
+             public tsl::MessageFilterAllMessages,
+             public tsl::MessageFilterNoMessage,
+             public tsl::MessageProcessorFactoryCallBack,
+             public tsl::NamedValue,
+             public tsl::NamedValueConverter,
+             public tsl::NamedValueConverterLayout,
+             public tsl::PipeDebMessage,
+             public tsl::ReaderWriterMutex,
+             public tsl::RequestChannel,
+             public tsl::Result,
+             public tsl::ResultConstIterator,
+             public tsl::ResultConverter,
+             public tsl::ResultConverterLayout,
+             public tsl::ResultMessage,
+             public tsl::ResultMessageConstIterator,
+             public tsl::Singleton<int>,
+             public tsl::StaticObjectPtr<int>,
+             public tsl::String,
+             public tsl::StringFormator,
+             public tsl::StringValidator,
+             public tsl::TaskContextMessage,
+             public tsl::TaskContextMessageConstIterator,
+             public tsl::TaskContextThread,
+             public tsl::TaskFactoryCallBack,
+             public tsl::TaskProcessor,
+             public tsl::Thread,
+             public tsl::TimeSpan,
+             public tsl::ValueAbstractValueCollection,
+             public tsl::ValueAbstractValueCollectionConverter,
+             public tsl::ValueAbstractValueCollectionConverterLayout,
+             public tsl::ValueDateTime,
+             public tsl::ValueDateTimeConverter,
+             public tsl::ValueDateTimeConverterLayout,
+             public tsl::ValueFloat32,
+             public tsl::ValueFloatConverter,
+             public tsl::ValueFloatConverterLayout,
+             public tsl::ValueFormator,
+             public tsl::ValueInt32,
+             public tsl::ValueIntegerConverter,
+             public tsl::ValueIntegerConverterLayout,
+             public tsl::ValueNull,
+             public tsl::ValueNullConverter,
+             public tsl::ValueNullConverterLayout,
+             public tsl::ValueString,
+             public tsl::ValueStringConverter,
+             public tsl::ValueStringConverterLayout,
+             public tsl::ValueValidator
+{
+public:
+    static constexpr OwnName aNames[] = {AddToHistory, AppendText, Body, ContextThread, ConvertReplacements,
+        CopyCollection, DemandBody, DemandFormat, FailForeignSource, FailNoCopy, FailNoFactory, FailNull,
+        FailWithoutContext, FindText, FreeBody, GetLocalName, GetTaskStack, InitTask, InsertText, InstanceEx,
+        IsInStep, IsLastOwner, Move, ReplaceText, RunEntry, RunProcess, RunStep, SetNewTask, Share, Step,
+        StepScope, SwitchTask, TakeFirst, Text, TOLERANCE};
+};
+
+TEST(NamesOfADerivedClass, AreNotHiddenByWhatTheLibraryNeedsForItself)
+{
+    EXPECT_EQ(TaskHeir::NAME, 0);
+    EXPECT_EQ(std::size(Heir::aNames), Heir::aNames[std::size(Heir::aNames) - 1]);
+}
+
 struct Constants
 {
     static int const INT = 5;

@@ -40,6 +40,21 @@ void ApplicationConfig::GetEnvironmentNames(std::list<ValueString> &) const
     XAssertionFailed("false", "Unknown");
 }
 
+struct TSL_HIDDEN Application::Private
+{
+    static Result RunStep(Application & oApplication, Result (Application::*fStep)())
+    {
+        try
+        {
+            return (oApplication.*fStep)();
+        }
+        catch (Result & oThrown)
+        {
+            return oThrown;
+        }
+    }
+};
+
 Application::Application(ApplicationConfig * pConfig) : m_pConfig(pConfig)
 {
     if (m_pConfig == nullptr)
@@ -75,14 +90,14 @@ int Application::Main(int iCount, char ** pArguments)
         return oResult.GetErrorCode();
     }
 
-    oResult = RunStep(&Application::PreRun);
+    oResult = Private::RunStep(*this, &Application::PreRun);
     if (oResult.IsOk())
-        oResult = RunStep(&Application::Run);
+        oResult = Private::RunStep(*this, &Application::Run);
     if (oResult.IsError())
         ProcessError(oResult);
 
     // The one Result for all steps: after two failures the second has the history of both.
-    oResult = RunStep(&Application::PostRun);
+    oResult = Private::RunStep(*this, &Application::PostRun);
     if (oResult.IsError())
         ProcessError(oResult);
     return oResult.GetErrorCode();
@@ -110,18 +125,6 @@ Result Application::PostRun()
 {
     m_oDispatcher.Close();
     return Result::Null();
-}
-
-Result Application::RunStep(Step fStep)
-{
-    try
-    {
-        return (this->*fStep)();
-    }
-    catch (Result & oThrown)
-    {
-        return oThrown;
-    }
 }
 
 } // namespace tsl

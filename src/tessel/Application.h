@@ -99,9 +99,7 @@ protected:
     MessageDispatcher & GetDispatcher() { return m_oDispatcher; }
 
 private:
-    using Step = Result (Application::*)();
-
-    Result RunStep(Step fStep);
+    struct Private;
 
     MessageDispatcher m_oDispatcher;
     std::unique_ptr<ApplicationConfig> m_pConfig;

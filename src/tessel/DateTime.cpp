@@ -222,14 +222,38 @@ int DateTime::GetSecond(TimeZone::EZone eZone) const
     return m_ePrecision < Time::ePrecisionSecond ? 0 : GetElements(eZone).m_iSecond;
 }
 
+struct TSL_HIDDEN DateTime::Private
+{
+    static void Move(DateTime & oMoment, TimeSpan const & oSpan, int iDirection)
+    {
+        // No sum overflows: the parts of a span are at most 59 s, 59 min, 23 h and the days of its range.
+        DateTimeElements oElements = oMoment.GetElements(TimeZone::eGreenwich);
+        switch (oMoment.m_ePrecision)
+        {
+        case Time::ePrecisionSecond:
+            oElements.m_iSecond += iDirection * oSpan.GetSeconds();
+            [[fallthrough]];
+        case Time::ePrecisionMinute:
+            oElements.m_iMinute += iDirection * oSpan.GetMinutes();
+            [[fallthrough]];
+        case Time::ePrecisionHour:
+            oElements.m_iHour += iDirection * oSpan.GetHours();
+            [[fallthrough]];
+        case Time::ePrecisionDay:
+            oElements.m_iDay += iDirection * oSpan.GetDays();
+        }
+        oMoment.SetElements(oElements);
+    }
+};
+
 void DateTime::Add(TimeSpan const & oSpan)
 {
-    Move(oSpan, 1);
+    Private::Move(*this, oSpan, 1);
 }
 
 void DateTime::Sub(TimeSpan const & oSpan)
 {
-    Move(oSpan, -1);
+    Private::Move(*this, oSpan, -1);
 }
 
 void DateTime::Format(char const * sFormat, String & sText, TimeZone::EZone eZone) const
@@ -258,27 +282,6 @@ int DateTime::Compare(DateTime const & oOther) const
     if (m_ePrecision == Time::ePrecisionSecond)
         return m_iTime == oOther.m_iTime ? 0 : m_iTime > oOther.m_iTime ? 1 : -1;
     return GetElements(TimeZone::eGreenwich).Compare(oOther.GetElements(TimeZone::eGreenwich));
-}
-
-void DateTime::Move(TimeSpan const & oSpan, int iDirection)
-{
-    // No sum overflows: the parts of a span are at most 59 s, 59 min, 23 h and the days of its range.
-    DateTimeElements oElements = GetElements(TimeZone::eGreenwich);
-    switch (m_ePrecision)
-    {
-    case Time::ePrecisionSecond:
-        oElements.m_iSecond += iDirection * oSpan.GetSeconds();
-        [[fallthrough]];
-    case Time::ePrecisionMinute:
-        oElements.m_iMinute += iDirection * oSpan.GetMinutes();
-        [[fallthrough]];
-    case Time::ePrecisionHour:
-        oElements.m_iHour += iDirection * oSpan.GetHours();
-        [[fallthrough]];
-    case Time::ePrecisionDay:
-        oElements.m_iDay += iDirection * oSpan.GetDays();
-    }
-    SetElements(oElements);
 }
 
 } // namespace tsl

@@ -153,7 +153,7 @@ public:
     int Compare(DateTime const & oOther) const;
 
 private:
-    void Move(TimeSpan const & oSpan, int iDirection);
+    struct Private;
 
     long long m_iTime = 0;
     Time::Precision m_ePrecision = Time::ePrecisionSecond;

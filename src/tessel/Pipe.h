@@ -70,7 +70,7 @@ public:
     {
         TesselDetails::WriteLock const oScope(m_oLock);
         while (!m_oQueue.empty())
-            TakeFirst();
+            Private::TakeFirst(m_oQueue);
     }
 
     bool IsEmpty() const override
@@ -88,7 +88,7 @@ public:
     T * Receive() override
     {
         TesselDetails::WriteLock const oScope(m_oLock);
-        return m_oQueue.empty() ? nullptr : TakeFirst().release();
+        return m_oQueue.empty() ? nullptr : Private::TakeFirst(m_oQueue).release();
     }
 
     /// Number of queued items.
@@ -99,13 +99,16 @@ public:
     }
 
 private:
-    // An item has left the queue before it is deleted, so its destructor may use the pipe.
-    std::unique_ptr<T> TakeFirst()
+    struct Private
     {
-        std::unique_ptr<T> pItem = std::move(m_oQueue.front());
-        m_oQueue.pop_front();
-        return pItem;
-    }
+        // An item has left the queue before it is deleted, so its destructor may use the pipe.
+        static std::unique_ptr<T> TakeFirst(std::deque<std::unique_ptr<T>> & oQueue)
+        {
+            std::unique_ptr<T> pItem = std::move(oQueue.front());
+            oQueue.pop_front();
+            return pItem;
+        }
+    };
 
     std::deque<std::unique_ptr<T>> m_oQueue;
     mutable Mutex m_oLock;

@@ -32,22 +32,31 @@ bool IsSameText(ValueString const & sLeft, ValueString const & sRight)
 
 } // namespace
 
-struct TSL_HIDDEN Result::Body
+struct TSL_HIDDEN Result::Private
 {
-    Body() = default;
+    Private() = default;
 
-    Body(int iErrorCode_, ValueString const & sText, Category eCategory_)
+    Private(int iErrorCode_, ValueString const & sText, Category eCategory_)
         : iErrorCode(iErrorCode_), eCategory(eCategory_), oText(sText)
     {
     }
 
-    Body(int iErrorCode_, std::string_view sText, Category eCategory_, std::string_view sFile, int iLine)
+    Private(int iErrorCode_, std::string_view sText, Category eCategory_, std::string_view sFile, int iLine)
         : iErrorCode(iErrorCode_), eCategory(eCategory_), iSourceLine(iLine), oSourceFile(sFile), oText(sText)
     {
     }
 
-    void CopyFields(Body const & oSource);
-    bool operator==(Body const & oOther) const;
+    /// The record of the result, which is made if there is none.
+    static Private & Demand(Result & oResult)
+    {
+        if (!oResult.m)
+            oResult.m = new Private;
+        return *oResult.m;
+    }
+
+    void CopyFields(Private const & oSource);
+    void AddToHistory(Result const & oResult);
+    bool operator==(Private const & oOther) const;
 
     int iErrorCode = 0;
     Category eCategory = eCategoryDefault;
@@ -62,7 +71,7 @@ struct TSL_HIDDEN Result::Body
     std::vector<std::unique_ptr<Result>> vHistory;
 };
 
-void Result::Body::CopyFields(Body const & oSource)
+void Result::Private::CopyFields(Private const & oSource)
 {
     iErrorCode = oSource.iErrorCode;
     eCategory = oSource.eCategory;
@@ -77,7 +86,7 @@ static ValueString const & OrNull(std::unique_ptr<ValueString> const & pText)
     return pText ? *pText : ValueString::Null();
 }
 
-bool Result::Body::operator==(Body const & oOther) const
+bool Result::Private::operator==(Private const & oOther) const
 {
     return iErrorCode == oOther.iErrorCode && oText == oOther.oText && eCategory == oOther.eCategory
            && iSourceLine == oOther.iSourceLine && oSourceFile.Get() == oOther.oSourceFile.Get()
@@ -86,18 +95,28 @@ bool Result::Body::operator==(Body const & oOther) const
                [](auto const & pLeft, auto const & pRight) { return *pLeft == *pRight; });
 }
 
+void Result::Private::AddToHistory(Result const & oResult)
+{
+    if (oResult.IsOk())
+        XAssertionFailed("!oResult.IsOk()", "Not allowed.");
+
+    vHistory.push_back(std::make_unique<Result>(oResult.GetWithoutHistory()));
+    for (int i = 0; i < oResult.GetHistorySize(); ++i)
+        vHistory.push_back(std::make_unique<Result>(oResult.GetHistory(i)));
+}
+
 Result::Result(int iErrorCode, char const * sText, Category eCategory)
-    : m_pBody(new Body(iErrorCode, sText, eCategory))
+    : m(new Private(iErrorCode, sText, eCategory))
 {
 }
 
 Result::Result(int iErrorCode, String const & sText, Category eCategory)
-    : m_pBody(new Body(iErrorCode, sText, eCategory))
+    : m(new Private(iErrorCode, sText, eCategory))
 {
 }
 
 Result::Result(int iErrorCode, ValueString const & sText, Category eCategory)
-    : m_pBody(new Body(iErrorCode, sText, eCategory))
+    : m(new Private(iErrorCode, sText, eCategory))
 {
 }
 
@@ -118,7 +137,7 @@ Result::Result(int iErrorCode, ValueString const & sText, Result const & oPrevio
 }
 
 Result::Result(int iErrorCode, std::string_view sText, Category eCategory, std::string_view sFile, int iLine)
-    : m_pBody(new Body(iErrorCode, sText, eCategory, sFile, iLine))
+    : m(new Private(iErrorCode, sText, eCategory, sFile, iLine))
 {
 }
 
@@ -131,10 +150,10 @@ Result & Result::operator=(Result const & oSource)
 Result & Result::operator=(Result && oSource)
 {
     // Between two failures the histories accumulate, so there is nothing to steal.
-    if (m_pBody || &oSource == this)
+    if (m || &oSource == this)
         CopyFromResult(oSource);
     else
-        m_pBody = std::exchange(oSource.m_pBody, nullptr);
+        m = std::exchange(oSource.m, nullptr);
     return *this;
 }
 
@@ -169,45 +188,45 @@ Result const & Result::Null()
 
 void Result::Clear()
 {
-    FreeBody();
+    delete std::exchange(m, nullptr);
 }
 
 int Result::GetErrorCode() const
 {
-    return m_pBody ? m_pBody->iErrorCode : 0;
+    return m ? m->iErrorCode : 0;
 }
 Result::Category Result::GetCategory() const
 {
-    return m_pBody ? m_pBody->eCategory : eCategoryDefault;
+    return m ? m->eCategory : eCategoryDefault;
 }
 int Result::GetSourceLine() const
 {
-    return m_pBody ? m_pBody->iSourceLine : 0;
+    return m ? m->iSourceLine : 0;
 }
 char const * Result::GetSourceFile() const
 {
-    return m_pBody ? m_pBody->oSourceFile.c_str() : "";
+    return m ? m->oSourceFile.c_str() : "";
 }
 ValueString const & Result::GetText() const
 {
-    return m_pBody ? m_pBody->oText.GetValue() : ValueString::Null();
+    return m ? m->oText.GetValue() : ValueString::Null();
 }
 ValueString const & Result::GetCause() const
 {
-    return m_pBody ? OrNull(m_pBody->pCause) : ValueString::Null();
+    return m ? OrNull(m->pCause) : ValueString::Null();
 }
 
 void Result::SetText(ValueString const & sText)
 {
-    DemandBody().oText.Set(sText);
+    Private::Demand(*this).oText.Set(sText);
 }
 void Result::SetText(char const * sText)
 {
-    DemandBody().oText.Set(OrEmpty(sText));
+    Private::Demand(*this).oText.Set(OrEmpty(sText));
 }
 void Result::SetCause(ValueString const & sCause)
 {
-    DemandBody().pCause = std::make_unique<ValueString>(sCause);
+    Private::Demand(*this).pCause = std::make_unique<ValueString>(sCause);
 }
 void Result::SetCause(char const * sCause)
 {
@@ -216,28 +235,28 @@ void Result::SetCause(char const * sCause)
 
 void Result::SetSource(char const * sFile, int iLine)
 {
-    Body & oBody = DemandBody();
+    Private & oBody = Private::Demand(*this);
     oBody.oSourceFile.Set(OrEmpty(sFile));
     oBody.iSourceLine = iLine;
 }
 
 int Result::GetHistorySize() const
 {
-    return m_pBody ? static_cast<int>(m_pBody->vHistory.size()) : 0;
+    return m ? static_cast<int>(m->vHistory.size()) : 0;
 }
 
 Result const & Result::GetHistory(int ix) const
 {
     if (ix < 0 || ix >= GetHistorySize())
         XAssertionFailed("ix>=0 && ix<GetHistorySize()", "Index out of range.");
-    return *m_pBody->vHistory[static_cast<std::size_t>(ix)];
+    return *m->vHistory[static_cast<std::size_t>(ix)];
 }
 
 void Result::SetPrevious(Result const & oResult)
 {
     if (oResult.IsOk())
         return;
-    if (!m_pBody)
+    if (!m)
     {
         CopyFromResult(oResult);
         return;
@@ -245,15 +264,15 @@ void Result::SetPrevious(Result const & oResult)
 
     // The argument may be an entry of the history that goes.
     Result const oPrevious(oResult);
-    m_pBody->vHistory.clear();
-    AddToHistory(oPrevious);
+    m->vHistory.clear();
+    m->AddToHistory(oPrevious);
 }
 
 Result const & Result::InsertFront(Result const & oResult)
 {
     if (oResult.IsOk())
         return *this;
-    if (!m_pBody)
+    if (!m)
     {
         CopyFromResult(oResult);
         return *this;
@@ -262,7 +281,7 @@ Result const & Result::InsertFront(Result const & oResult)
     // The argument may be this object or go away with the history, so it is not read any more afterwards.
     Result const oFormer(*this);
     CopyFromResult(oResult);
-    AddToHistory(oFormer);
+    m->AddToHistory(oFormer);
     return *this;
 }
 
@@ -275,9 +294,9 @@ Result Result::GetWithoutHistory() const
 
 bool Result::operator==(Result const & oOther) const
 {
-    if (!m_pBody || !oOther.m_pBody)
-        return m_pBody == oOther.m_pBody;
-    return *m_pBody == *oOther.m_pBody;
+    if (!m || !oOther.m)
+        return m == oOther.m;
+    return *m == *oOther.m;
 }
 
 void Result::DoCopy(Root const & oSource)
@@ -294,26 +313,26 @@ void Result::CopyFromResult(Result const & oSource)
 {
     if (&oSource == this)
         return;
-    if (!oSource.m_pBody)
+    if (!oSource.m)
     {
-        FreeBody();
+        Result::Clear();
         return;
     }
 
     // An entry of the own history would go away under the copy.
     std::vector<std::unique_ptr<Result>> vEntries;
-    for (auto const & pEntry : oSource.m_pBody->vHistory)
+    for (auto const & pEntry : oSource.m->vHistory)
         vEntries.push_back(std::make_unique<Result>(*pEntry));
 
     // A new body stands alone until it is whole: no destructor follows a copy constructor that throws.
-    std::unique_ptr<Body> pNew(m_pBody ? nullptr : new Body);
-    Body & oBody = pNew ? *pNew : *m_pBody;
-    oBody.CopyFields(*oSource.m_pBody);
+    std::unique_ptr<Private> pNew(m ? nullptr : new Private);
+    Private & oBody = pNew ? *pNew : *m;
+    oBody.CopyFields(*oSource.m);
     if (vEntries.empty())
         oBody.vHistory.clear();
     std::move(vEntries.begin(), vEntries.end(), std::back_inserter(oBody.vHistory));
     if (pNew)
-        m_pBody = pNew.release();
+        m = pNew.release();
 }
 
 void Result::CopyFromResultWithoutHistory(Result const & oSource)
@@ -321,32 +340,10 @@ void Result::CopyFromResultWithoutHistory(Result const & oSource)
     if (&oSource == this)
         return;
 
-    if (oSource.m_pBody)
-        DemandBody().CopyFields(*oSource.m_pBody);
+    if (oSource.m)
+        Private::Demand(*this).CopyFields(*oSource.m);
     else
-        FreeBody();
-}
-
-Result::Body & Result::DemandBody()
-{
-    if (!m_pBody)
-        m_pBody = new Body;
-    return *m_pBody;
-}
-
-void Result::FreeBody() noexcept
-{
-    delete std::exchange(m_pBody, nullptr);
-}
-
-void Result::AddToHistory(Result const & oResult)
-{
-    if (oResult.IsOk())
-        XAssertionFailed("!oResult.IsOk()", "Not allowed.");
-
-    m_pBody->vHistory.push_back(std::make_unique<Result>(oResult.GetWithoutHistory()));
-    for (int i = 0; i < oResult.GetHistorySize(); ++i)
-        m_pBody->vHistory.push_back(std::make_unique<Result>(oResult.GetHistory(i)));
+        Result::Clear();
 }
 
 Result MakeResult(int iErrorCode, char const * sText, Result const & oPrevious, char const * sFile, int iLine)

@@ -51,13 +51,10 @@ public:
 
     Result(Result const & oSource) : Value(oSource)
     {
-        if (oSource.m_pBody) [[unlikely]]
+        if (oSource.m) [[unlikely]]
             CopyFromResult(oSource);
     }
-    Result(Result && oSource) noexcept : Value(oSource), m_pBody(oSource.m_pBody)
-    {
-        oSource.m_pBody = nullptr;
-    }
+    Result(Result && oSource) noexcept : Value(oSource), m(oSource.m) { oSource.m = nullptr; }
 
     /// Assigning a failure to a failure with a history appends the other's history to the own one; the
     /// rest is replaced. Without a history on the right there is none afterwards.
@@ -67,8 +64,8 @@ public:
     ClassDescription const & GetClassDesc() const override;
     ~Result() override
     {
-        if (m_pBody) [[unlikely]]
-            FreeBody();
+        if (m) [[unlikely]]
+            Result::Clear();
     }
     static ClassDescription const & GetStaticClassDesc();
     static Root * CreateNew();
@@ -80,8 +77,8 @@ public:
     /// The shared success.
     static Result const & Null();
 
-    virtual bool IsOk() const { return m_pBody == nullptr; }
-    virtual bool IsError() const { return m_pBody != nullptr; }
+    virtual bool IsOk() const { return m == nullptr; }
+    virtual bool IsError() const { return m != nullptr; }
 
     /// Makes a success of it.
     virtual void Clear();
@@ -137,13 +134,10 @@ protected:
     void CopyFromResultWithoutHistory(Result const & oSource);
 
 private:
-    struct Body;
+    struct Private;
 
-    Body & DemandBody();
-    void FreeBody() noexcept;
-    void AddToHistory(Result const & oResult);
-
-    Body * m_pBody = nullptr;
+    // Null in a success.
+    Private * m = nullptr;
 };
 
 /// Makes a failure that carries the place of the call: with category 0, with a category, or with a previous

@@ -1,5 +1,7 @@
 #include <tessel/ResultConverter.h>
 
+#include "LayoutFormat.h"
+
 #include "ValueCast.h"
 
 namespace tsl
@@ -29,7 +31,7 @@ ResultConverterLayout::ResultConverterLayout()
 
 ResultConverterLayout::ResultConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(sFormat, "ResultConverterLayout");
+    DemandFormat(*this, sFormat, "ResultConverterLayout");
 }
 
 ClassDescription const & ResultConverter::GetClassDesc() const

@@ -28,7 +28,7 @@ void Root::Set(Root const & oSource)
         return;
 
     if (!oSource.GetClassDesc().IsDerivedClass(GetClassDesc()))
-        FailForeignSource();
+        Private::FailForeignSource();
     DoCopy(oSource);
 }
 
@@ -37,17 +37,17 @@ void Root::Copy(Root const & oSource)
     Set(oSource);
 }
 
-void Root::FailForeignSource()
+void Root::Private::FailForeignSource()
 {
     XAssertionFailed("false", "Root::Copy(oSource) : oSource ist nicht von this abgeleitet!");
 }
 
-void Root::FailNoFactory()
+void Root::Private::FailNoFactory()
 {
     XAssertionFailed("fFactory", "Root::GetCopy : Klasse hat keine Factory-Funktion!");
 }
 
-void Root::FailNoCopy()
+void Root::Private::FailNoCopy()
 {
     XAssertionFailed("pCopy", "Root::GetCopy : Factory-Funktion liefert kein Objekt!");
 }

@@ -46,9 +46,12 @@ protected:
     virtual void DoCopy(Root const & oSource) = 0;
 
 private:
-    [[noreturn]] static void FailForeignSource();
-    [[noreturn]] static void FailNoFactory();
-    [[noreturn]] static void FailNoCopy();
+    struct Private
+    {
+        [[noreturn]] static void FailForeignSource();
+        [[noreturn]] static void FailNoFactory();
+        [[noreturn]] static void FailNoCopy();
+    };
 };
 
 // In the header, since messages are copied all the time and what is left here is hardly more than the calls
@@ -58,18 +61,18 @@ inline Root * Root::GetCopy() const
     ClassDescription const & oClass = GetClassDesc();
     auto const fFactory = oClass.GetFactoryFunction();
     if (!fFactory) [[unlikely]]
-        FailNoFactory();
+        Private::FailNoFactory();
 
     Root * const pCopy = fFactory();
     if (pCopy == this)
         return pCopy;
     if (!pCopy) [[unlikely]]
-        FailNoCopy();
+        Private::FailNoCopy();
 
     // An object of the very class need not be asked for its description, which is nearly always so.
     std::unique_ptr<Root> pOwner(pCopy);
     if (!oClass.IsOfType(typeid(*pCopy)) && !oClass.IsDerivedClass(pCopy->GetClassDesc())) [[unlikely]]
-        FailForeignSource();
+        Private::FailForeignSource();
     pOwner->DoCopy(*this);
     return pOwner.release();
 }

@@ -35,7 +35,7 @@ public:
     /// T as information.
     [[gnu::noinline]] static T & Instance(T * (*fCreator)())
     {
-        static T & oObject = *RegisterSingletonObject(InstanceEx(fCreator));
+        static T & oObject = *RegisterSingletonObject(Private::InstanceEx(fCreator));
         return oObject;
     }
 
@@ -43,16 +43,19 @@ protected:
     Singleton() = default;
 
 private:
-    static T * InstanceEx(T * (*fCreator)())
+    struct TSL_HIDDEN Private
     {
-        if (fCreator == nullptr)
-            XAssertionFailed("pCreatorFunc!=NULL", GetTypeName<T>());
+        static T * InstanceEx(T * (*fCreator)())
+        {
+            if (fCreator == nullptr)
+                XAssertionFailed("pCreatorFunc!=NULL", GetTypeName<T>());
 
-        T * const pObject = fCreator();
-        if (pObject == nullptr)
-            XAssertionFailed("pObj!=NULL", GetTypeName<T>());
-        return pObject;
-    }
+            T * const pObject = fCreator();
+            if (pObject == nullptr)
+                XAssertionFailed("pObj!=NULL", GetTypeName<T>());
+            return pObject;
+        }
+    };
 };
 
 } // namespace tsl

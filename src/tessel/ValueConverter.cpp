@@ -207,6 +207,32 @@ void ValueConverter::ConvertToText(Value const & oValue, ValueString & sText) co
     ConvertToText(oValue, sText, GetDefaultLayout());
 }
 
+struct TSL_HIDDEN ValueConverter::Private
+{
+    static Result ConvertReplacements(ValueConverter const & oConverter, ValueString & sText, Value & oValue,
+        ValueConverterLayout const & oLayout)
+    {
+        std::string const & sFormat = oLayout.GetFormat().s_str();
+        Replacement oNext = FindReplacement(sFormat, 0);
+        while (oNext.IsFound())
+        {
+            // Always the head of the format, on a later replacement too.
+            std::string_view const sHead = std::string_view(sFormat).substr(0, oNext.iStart);
+            if (!CutHead(sText, sHead))
+                return MakeHeadFailure(sHead);
+            if (!oNext.IsClosed())
+                return MakeFormatFailure(sFormat);
+
+            Result oResult =
+                oConverter.ConvertReplacement(sText, oValue, oLayout, oNext.GetIdentifier(sFormat));
+            if (oResult.IsError())
+                return oResult;
+            oNext = FindReplacement(sFormat, oNext.iEnd);
+        }
+        return Result();
+    }
+};
+
 Result ValueConverter::ConvertFromText(
     ValueString const & sText, Value & oValue, ValueConverterLayout const & oLayout) const
 {
@@ -224,7 +250,7 @@ Result ValueConverter::ConvertFromText(
     if (!sPrefix.empty() && (sText.GetLength() <= sPrefix.size() || !CutHead(sRest, sPrefix)))
         return MakeBadData("Ungültiges Format. Geforderter Prefix nicht gefunden");
 
-    Result oResult = ConvertReplacements(sRest, oValue, oLayout);
+    Result oResult = Private::ConvertReplacements(*this, sRest, oValue, oLayout);
     if (oResult.IsError())
         return oResult;
 
@@ -239,28 +265,6 @@ Result ValueConverter::ConvertFromText(
 
     if (!sRest.IsEmpty())
         return MakeBadData("Ungültiges Format. Es wurden nicht alle Zeichen des Eingangsstring konvertiert.");
-    return Result();
-}
-
-Result ValueConverter::ConvertReplacements(
-    ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout) const
-{
-    std::string const & sFormat = oLayout.GetFormat().s_str();
-    Replacement oNext = FindReplacement(sFormat, 0);
-    while (oNext.IsFound())
-    {
-        // Always the head of the format, on a later replacement too.
-        std::string_view const sHead = std::string_view(sFormat).substr(0, oNext.iStart);
-        if (!CutHead(sText, sHead))
-            return MakeHeadFailure(sHead);
-        if (!oNext.IsClosed())
-            return MakeFormatFailure(sFormat);
-
-        Result oResult = ConvertReplacement(sText, oValue, oLayout, oNext.GetIdentifier(sFormat));
-        if (oResult.IsError())
-            return oResult;
-        oNext = FindReplacement(sFormat, oNext.iEnd);
-    }
     return Result();
 }
 

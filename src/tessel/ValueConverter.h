@@ -75,8 +75,7 @@ protected:
         ValueConverterLayout const & oLayout, ValueString const & sIdentifier) const = 0;
 
 private:
-    Result ConvertReplacements(
-        ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout) const;
+    struct Private;
 };
 
 } // namespace tsl

@@ -1,5 +1,7 @@
 #include <tessel/ValueConverterLayout.h>
 
+#include "LayoutFormat.h"
+
 #include <tessel/Assertion.h>
 
 #include <utility>
@@ -17,7 +19,7 @@ namespace tsl
 
 ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(sFormat, "ValueConverterLayout");
+    DemandFormat(*this, sFormat, "ValueConverterLayout");
 }
 
 ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat)
@@ -74,9 +76,9 @@ bool ValueConverterLayout::SetFormat(ValueString const & sFormat, ValueString co
     return true;
 }
 
-void ValueConverterLayout::DemandFormat(ValueString const & sFormat, char const * sClassName)
+void DemandFormat(ValueConverterLayout & oLayout, ValueString const & sFormat, char const * sClassName)
 {
-    if (!SetFormat(sFormat))
+    if (!oLayout.SetFormat(sFormat))
         FailFormat(sClassName, sFormat);
 }
 

@@ -53,10 +53,6 @@ protected:
 
     void DoCopy(Root const & oSource) override;
 
-    /// Sets the format for the constructor of a derived class. A format that SetFormat refuses is an
-    /// assertion failure that names the class.
-    void DemandFormat(ValueString const & sFormat, char const * sClassName);
-
 private:
     ValueString m_sPrefix{""};
     ValueString m_sPostfix{""};

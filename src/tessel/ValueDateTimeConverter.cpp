@@ -1,5 +1,7 @@
 #include <tessel/ValueDateTimeConverter.h>
 
+#include "LayoutFormat.h"
+
 namespace tsl
 {
 
@@ -7,7 +9,7 @@ ValueDateTimeConverterLayout::ValueDateTimeConverterLayout() : ValueDateTimeConv
 
 ValueDateTimeConverterLayout::ValueDateTimeConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(sFormat, "ValueDateTimeConverterLayout");
+    DemandFormat(*this, sFormat, "ValueDateTimeConverterLayout");
 }
 
 ClassDescription const & ValueDateTimeConverterLayout::GetClassDesc() const

@@ -90,7 +90,7 @@ int ValueFloat32::Compare(float const & fOther) const
 
     // In double precision, where a sum with the tolerance does not lose it.
     double const fNumber = m_fValue;
-    double const fTolerance = TOLERANCE;
+    double const fTolerance = GetTolerance();
     return fOther > fNumber + fTolerance ? -1 : fOther < fNumber - fTolerance ? 1 : 0;
 }
 

@@ -44,7 +44,7 @@ public:
     float AsFloat32() const;
 
     /// How far apart two numbers may be that are equal to Compare: 2 to the power of -23.
-    float GetTolerance() const { return TOLERANCE; }
+    float GetTolerance() const { return 0x1p-23f; }
 
     ValueFloat32 & operator+=(ValueFloat32 const & oRight) { return *this += oRight.m_fValue; }
     ValueFloat32 & operator-=(ValueFloat32 const & oRight) { return *this -= oRight.m_fValue; }
@@ -73,8 +73,6 @@ protected:
     eCompare DoCompareTo(Value const & oOther) const override;
 
 private:
-    static constexpr float TOLERANCE = 0x1p-23f;
-
     float m_fValue = 0.0f;
     bool m_bNull = true;
 };

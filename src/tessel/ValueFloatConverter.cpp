@@ -1,5 +1,7 @@
 #include <tessel/ValueFloatConverter.h>
 
+#include "LayoutFormat.h"
+
 #include "ReplacementFormat.h"
 #include "Spare.h"
 #include "ValueCast.h"
@@ -173,7 +175,7 @@ ValueFloatConverterLayout::ValueFloatConverterLayout()
 
 ValueFloatConverterLayout::ValueFloatConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(sFormat, "ValueFloatConverterLayout");
+    DemandFormat(*this, sFormat, "ValueFloatConverterLayout");
 }
 
 ClassDescription const & ValueFloatConverterLayout::GetClassDesc() const

@@ -1,5 +1,7 @@
 #include <tessel/ValueIntegerConverter.h>
 
+#include "LayoutFormat.h"
+
 #include "ReplacementFormat.h"
 #include "TrimmedText.h"
 #include "ValueCast.h"
@@ -74,7 +76,7 @@ ValueIntegerConverterLayout::ValueIntegerConverterLayout() : ValueIntegerConvert
 
 ValueIntegerConverterLayout::ValueIntegerConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(sFormat, "ValueIntegerConverterLayout");
+    DemandFormat(*this, sFormat, "ValueIntegerConverterLayout");
 }
 
 ClassDescription const & ValueIntegerConverter::GetClassDesc() const
