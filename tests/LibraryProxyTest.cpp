@@ -86,6 +86,53 @@ TEST(Plugins, AreUnloadedByANewNameAlsoOfWhatCannotBeLoaded)
     }
 }
 
+TEST(Plugins, MayWaitForThreadsThatUseTheProxy)
+{
+    // What the plug-in registers when it is loaded and unloaded calls this observer.
+    class Observer : public MessageProcessorFactoryCallBack
+    {
+    public:
+        explicit Observer(std::function<void()> fWork) : m_fWork(std::move(fWork)) {}
+        void Invoke(FactoryCallBackArgs<std::string> const &, bool &) override { m_fWork(); }
+
+    private:
+        std::function<void()> m_fWork;
+    };
+
+    LibraryProxy oProxy(PLUGIN);
+    int iCalls = 0;
+    Observer const oObserver(
+        [&]
+        {
+            ++iCalls;
+            auto oAnswer = std::async(std::launch::async, [&] { return oProxy.IsLoaded(); });
+            ASSERT_EQ(oAnswer.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+            EXPECT_FALSE(oAnswer.get());
+        });
+    ASSERT_TRUE(oProxy.Load().IsOk());
+    EXPECT_TRUE(oProxy.IsLoaded());
+    oProxy.Unload();
+    EXPECT_EQ(iCalls, 4) << "twice before and twice after";
+}
+
+TEST(Plugins, AreUnloadedAtOnceIfTheyGiveTheirProxyAnotherName)
+{
+    class Observer : public MessageProcessorFactoryCallBack
+    {
+    public:
+        explicit Observer(LibraryProxy & oProxy) : m_oProxy(oProxy) {}
+        void Invoke(FactoryCallBackArgs<std::string> const &, bool &) override { m_oProxy.SetName("other"); }
+
+    private:
+        LibraryProxy & m_oProxy;
+    };
+
+    LibraryProxy oProxy(PLUGIN);
+    Observer const oObserver(oProxy);
+    EXPECT_TRUE(oProxy.Load().IsOk());
+    EXPECT_FALSE(oProxy.IsLoaded() || IsMapped());
+}
+
 TEST(Plugins, ShowTheirComingAndGoingInTheLog)
 {
     TestProgram const oProgram("Reporter");

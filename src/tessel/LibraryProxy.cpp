@@ -12,54 +12,78 @@
 namespace tsl
 {
 
+namespace
+{
+
+String GetFileName(String const & sName)
+{
+    return sName + Platform::LIBRARY_ENDING;
+}
+
+void Free(void * pLibrary, String const & sName)
+{
+    if (!pLibrary)
+        return;
+
+    Trace("LibraryProxy", [&] { return "Unload library '" + GetFileName(sName) + "'."; });
+    Platform::FreeLibrary(pLibrary);
+}
+
+} // namespace
+
 struct TSL_HIDDEN LibraryProxy::Private
 {
     explicit Private(String const & sLibrary) : sName(sLibrary) {}
 
-    String GetFileName() const { return sName + Platform::LIBRARY_ENDING; }
-
-    Result Load()
+    String CopyName()
     {
-        Unload();
-        String const sFile = GetFileName();
-        Trace("LibraryProxy", [&] { return "Load library '" + sFile + "'."; });
-        void * const pLoaded = Platform::LoadLibrary(sFile.c_str());
-        if (!pLoaded)
-            return MakeResult(ERR::eNotFound, "Could not load library '" + sFile + "'.");
-
-        // The library's own initialisation may have loaded it here as well.
-        if (void * const pFormer = std::exchange(pLibrary, pLoaded))
-            Platform::FreeLibrary(pFormer);
-        return Result();
+        ReadLock const oScope(oLock);
+        return sName;
     }
 
-    void Unload()
+    /// What is loaded, with its name, or null. The proxy then has it no more.
+    void * Take(String & sLoaded)
     {
-        if (!pLibrary)
-            return;
-
-        Trace("LibraryProxy", [&] { return "Unload library '" + GetFileName() + "'."; });
-        Platform::FreeLibrary(std::exchange(pLibrary, nullptr));
+        WriteLock const oScope(oLock);
+        sLoaded = sName;
+        return std::exchange(pLibrary, nullptr);
     }
+
+    void * Keep(void * pLoaded, String const & sLoaded);
 
     String sName;
     void * pLibrary = nullptr;
+
+    // Not held while a library is loaded or unloaded or a log point is passed: all of these run foreign code.
     ReaderWriterMutex oLock;
 };
+
+/// Returns what is to be given up in exchange: what the library's own initialisation or another thread has
+/// loaded meanwhile, or the library itself if the proxy has got another name.
+void * LibraryProxy::Private::Keep(void * pLoaded, String const & sLoaded)
+{
+    WriteLock const oScope(oLock);
+    return sName == sLoaded ? std::exchange(pLibrary, pLoaded) : pLoaded;
+}
 
 LibraryProxy::LibraryProxy() : LibraryProxy(String()) {}
 LibraryProxy::LibraryProxy(String const & sName) : m(std::make_unique<Private>(sName)) {}
 
 LibraryProxy::~LibraryProxy()
 {
-    m->Unload();
+    Free(m->pLibrary, m->sName);
 }
 
 void LibraryProxy::SetName(String const & sName)
 {
-    WriteLock const oScope(m->oLock);
-    m->Unload();
-    m->sName = sName;
+    String sFormer(sName);
+    void * pFormer = nullptr;
+    {
+        WriteLock const oScope(m->oLock);
+        std::swap(m->sName, sFormer);
+        pFormer = std::exchange(m->pLibrary, nullptr);
+    }
+    Free(pFormer, sFormer);
 }
 
 String const & LibraryProxy::GetName() const
@@ -76,14 +100,25 @@ bool LibraryProxy::IsLoaded() const
 
 Result LibraryProxy::Load()
 {
-    WriteLock const oScope(m->oLock);
-    return m->Load();
+    Unload();
+
+    String const sName = m->CopyName();
+    String const sFile = GetFileName(sName);
+    Trace("LibraryProxy", [&] { return "Load library '" + sFile + "'."; });
+    void * const pLoaded = Platform::LoadLibrary(sFile.c_str());
+    if (!pLoaded)
+        return MakeResult(ERR::eNotFound, "Could not load library '" + sFile + "'.");
+
+    if (void * const pFormer = m->Keep(pLoaded, sName))
+        Platform::FreeLibrary(pFormer);
+    return Result();
 }
 
 void LibraryProxy::Unload()
 {
-    WriteLock const oScope(m->oLock);
-    m->Unload();
+    String sName;
+    void * const pLibrary = m->Take(sName);
+    Free(pLibrary, sName);
 }
 
 } // namespace tsl

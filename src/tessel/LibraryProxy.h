@@ -19,8 +19,9 @@ class String;
 /// The name is that of the file without its ending, ".so" on this system. A name with a slash is a path; a
 /// bare one is looked for by the rules of the system's loader, as those of this library.
 ///
-/// Any thread may call any operation. A lock is held while a library is loaded or unloaded; the library's
-/// own initialisation may use the proxy, since it runs on the same thread.
+/// Any thread may call any operation. None holds a lock of the proxy while a library is loaded or unloaded, so
+/// the library's own initialisation may use the proxy, report, and wait for threads that use it. The system's
+/// loader does have a lock then: another thread that loads or unloads any library waits for it.
 class TSL_EXPORT LibraryProxy
 {
 public:
@@ -33,7 +34,7 @@ public:
     LibraryProxy(LibraryProxy const &) = delete;
     LibraryProxy & operator=(LibraryProxy const &) = delete;
 
-    /// Unloads what is loaded.
+    /// Unloads what is loaded, and so does a Load of the former name that another thread has not ended yet.
     void SetName(String const & sName);
 
     /// Holds until the next SetName.
