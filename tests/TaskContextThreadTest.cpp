@@ -96,6 +96,25 @@ TEST(TaskContextThread, RunsEachStepOnAThreadOfItsOwnAlsoAfterAnException)
         "6 Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate. <- 77 thrown\n");
 }
 
+TEST(TaskContextThread, StartsOneStepForCallersAtOnce)
+{
+    for (int i = 0; i < 300; ++i)
+    {
+        int iSteps = 0;
+        TaskContextThread oContext(new OneTaskMachine(
+            [&](OpenTask & oTask)
+            {
+                // It lasts until all have called.
+                std::unique_ptr<Message> const pGo(oTask.Receive(60'000));
+                oTask.Send(NumberMessage(++iSteps));
+                return Task::TR_REMAIN;
+            }));
+        RunOnThreads(2, [&](int) { EXPECT_NO_THROW(oContext.Process()); });
+        oContext.WriteMessage(NumberMessage());
+        ASSERT_EQ(ReadNumber(oContext), 1);
+    }
+}
+
 TEST(TaskContextThread, FailsAsLongAsNoThreadCanBeStarted)
 {
     TaskContextThread oContext(new OneTaskMachine(

@@ -7,6 +7,8 @@
 #include <tessel/Support.h>
 #include <tessel/Thread.h>
 
+#include <atomic>
+
 namespace tsl
 {
 
@@ -17,18 +19,38 @@ public:
     // Before the object is less than it was: a thread that has just been started still asks for its Process.
     ~Private() override { static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION)); }
 
-    void SetTaskContext(TaskContextThread * pTaskContext) { m_pTaskContext = pTaskContext; }
+    /// False if a thread runs, which another caller may have started a moment ago.
+    bool TryToStep(TaskContextThread & oTaskContext)
+    {
+        if (IsRunning())
+            return false;
+
+        m_pTaskContext = &oTaskContext;
+        Result const oResult = Run();
+        if (oResult.GetErrorCode() == ERR::eNotAllowed)
+            return false;
+        if (oResult.IsError())
+        {
+            // The assertion tells the same to whoever called.
+            static_cast<void>(Support::DispatchMessage(MakeResult(
+                ERR::eInternal, "Cannot start a thread that processes the statemachine.", oResult)));
+            XAssertionFailed("false", "Cannot recover from previous error.");
+        }
+        return true;
+    }
 
 protected:
     void Process() override
     {
-        if (!m_pTaskContext)
+        TaskContextThread * const pTaskContext = m_pTaskContext;
+        if (!pTaskContext)
             XAssertionFailed("m_pTaskContext", "No context set!");
-        m_pTaskContext->TaskContext::Process();
+        pTaskContext->TaskContext::Process();
     }
 
 private:
-    TaskContextThread * m_pTaskContext = nullptr;
+    // Several threads may set it at once, always to the same.
+    std::atomic<TaskContextThread *> m_pTaskContext{nullptr};
 };
 
 TaskContextThread::TaskContextThread(TaskProcessor * pProcessor)
@@ -41,20 +63,8 @@ TaskContextThread::~TaskContextThread() = default;
 void TaskContextThread::Process()
 {
     Trace("TaskContextThread", [] { return String("Start creating process thread ..."); });
-    if (m->IsRunning())
+    if (!m->TryToStep(*this))
         Trace("TaskContextThread", [] { return String("Thread is still running!"); });
-    else
-    {
-        m->SetTaskContext(this);
-        Result const oResult = m->Run();
-        if (oResult.IsError())
-        {
-            // The assertion tells the same to whoever called.
-            static_cast<void>(Support::DispatchMessage(MakeResult(
-                ERR::eInternal, "Cannot start a thread that processes the statemachine.", oResult)));
-            XAssertionFailed("false", "Cannot recover from previous error.");
-        }
-    }
     Trace("TaskContextThread", [] { return String("Creating process thread finished."); });
 }
 
