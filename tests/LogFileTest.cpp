@@ -70,6 +70,14 @@ TEST(LogFile, IsExtendedAndStaysWhereItWasOpened)
     EXPECT_EQ(ReadLog(oProgram), "earlier\nT P DEB Id a\nT P DEB Id b\n");
 }
 
+TEST(LogFile, BeginsALineOfItsOwnBehindHalfALine)
+{
+    TestProgram const oProgram("Reporter");
+    oProgram.WriteFile("Logfile.txt", "half");
+    oProgram.Run({"debug:a", "debug:b"});
+    EXPECT_EQ(ReadLog(oProgram), "half\nT P DEB Id a\nT P DEB Id b\n");
+}
+
 TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
 {
     TestProgram const oProgram("Reporter");
@@ -86,6 +94,7 @@ TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
     TestProgram const oProgram("Reporter");
     EXPECT_EQ(oProgram.Run({"limit:4", "debug:a", "debug:b"}).iExitCode, 0) << "no signal ends it";
     EXPECT_EQ(oProgram.ReadFile("Logfile.txt").size(), 4u);
+    EXPECT_TRUE(oProgram.ReadFile("Logfile.txt").ends_with('\n')) << "nobody can go on with half a line";
 
     // A directory, a device that is full, and a pipe without a reader, for which nobody waits.
     std::string const sLog = oProgram.GetFolder() / "Logfile.txt";

@@ -70,11 +70,26 @@ void LogFileProcessorConfig::DoCopy(Root const &)
 struct TSL_HIDDEN LogFileProcessor::Private
 {
     LogFileProcessorConfig oConfig;
+    // Under the lock.
+    void Append(String & sLine);
+
     Platform::File oFile;
     bool bFailed = false;
+    bool bBegun = false; ///< the file has been appended to
     SpareLine oSpareLine;
     ReaderWriterMutex oLock;
 };
+
+void LogFileProcessor::Private::Append(String & sLine)
+{
+    if (!oFile.IsOpen() || bFailed)
+        return;
+
+    // Somebody who was killed, or had no space, may have left half a line.
+    if (!std::exchange(bBegun, true) && Platform::EndsInTornLine(oFile))
+        sLine = String("\n") + sLine;
+    bFailed = Platform::Append(oFile, sLine.c_str(), sLine.GetLength()) != 0;
+}
 
 LogFileProcessor::LogFileProcessor() : m(std::make_unique<Private>()) {}
 
@@ -108,9 +123,7 @@ void LogFileProcessor::Process(Message const & oMessage, Result &) const
 
     {
         WriteLock const oScope(m->oLock);
-        if (m->oFile.IsOpen() && !m->bFailed
-            && Platform::Append(m->oFile, pLine->c_str(), pLine->GetLength()) != 0)
-            m->bFailed = true;
+        m->Append(*pLine);
     }
     m->oSpareLine.GiveBack(std::move(pLine));
 }
@@ -133,6 +146,7 @@ Result LogFileProcessor::Open()
         return Result::Null();
 
     m->bFailed = false;
+    m->bBegun = false;
     if (Platform::OpenForAppend(m->oConfig.GetFileName().c_str(), m->oFile) != 0)
         return Result(ERR::eAccessDenied, "Error while opening file", Result::eCategoryDefault);
     return Result::Null();

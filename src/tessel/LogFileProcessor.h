@@ -36,7 +36,11 @@ private:
 /// its line end go to the system in one piece before Process returns, so that nothing is lost in a crash
 /// and lines are whole, also if several processes write to one file.
 ///
-/// Any thread may use it. A write that fails is not reported, and later ones are not tried.
+/// Any thread may use it. A write that fails, as on a full disk, is not reported, and later ones are not
+/// tried. If half a line was written, its last byte is replaced by a line end, so whatever process appends
+/// next begins a line of its own. Half a line that was left by a process that was killed meanwhile, or on a
+/// system that can replace nothing on a full disk, is ended by the first line of the next process that opens
+/// the file; until then, others may go on with it.
 class LogFileProcessor : public MessageProcessor
 {
 public:

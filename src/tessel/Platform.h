@@ -97,6 +97,7 @@ struct File
 {
     std::intptr_t iHandle = -1;
     bool bSignals = false; ///< a write that fails may raise a signal as well
+    bool bRegular = false; ///< opened for appending, and no pipe or device
 
     bool IsOpen() const { return iHandle != -1; }
 };
@@ -105,8 +106,12 @@ struct File
 /// No write to it ends the program by a signal, unless the process limits the size of files later on.
 [[nodiscard]] int OpenForAppend(char const * sName, File & oFile);
 
-/// Appends all bytes, in one piece if the system takes them so.
+/// Appends a line with its end. To a regular file it is one call of the system; if that takes a part of the
+/// line only, as on a full disk, the part is ended as a line in the place of its last byte.
 [[nodiscard]] int Append(File const & oFile, char const * pBytes, std::size_t iCount);
+
+/// Whether the last line of a regular file has no end. False if the file cannot be read.
+bool EndsInTornLine(File const & oFile);
 
 /// Opens a regular file or a directory (which then fails to be read). Never waits: whatever else has the
 /// name cannot be opened.

@@ -129,6 +129,50 @@ int WriteAll(int iHandle, char const * pBytes, std::size_t iCount)
     return 0;
 }
 
+/// Opens the file of a descriptor once more, since one that appends can write nowhere else.
+int OpenAnew(int iHandle, int iMode)
+{
+    std::string const sLink = "/proc/self/fd/" + std::to_string(iHandle);
+    return ::open(sLink.c_str(), iMode | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+}
+
+/// Ends the line whose beginning was all that could be appended, by its last byte: that needs no space, and
+/// touches nothing that others have appended meanwhile.
+void EndTornLine(int iHandle)
+{
+    off_t const iEnd = ::lseek(iHandle, 0, SEEK_CUR);
+    int const iAnew = OpenAnew(iHandle, O_WRONLY);
+    if (iAnew < 0)
+        return;
+
+    // What cannot be mended here is found by whoever opens the file next.
+    static_cast<void>(::pwrite(iAnew, "\n", 1, iEnd - 1) == 1);
+    ::close(iAnew);
+}
+
+/// Appends to a regular file by one call: a second one might append behind what somebody else has appended.
+int AppendLine(int iHandle, char const * pBytes, std::size_t iCount)
+{
+    ssize_t iWritten = 0;
+    do
+        iWritten = ::write(iHandle, pBytes, iCount);
+    while (iWritten < 0 && errno == EINTR);
+    if (iWritten < 0)
+        return errno;
+    if (static_cast<std::size_t>(iWritten) == iCount)
+        return 0;
+
+    if (iWritten > 0)
+        EndTornLine(iHandle);
+    return ENOSPC;
+}
+
+int Write(File const & oFile, char const * pBytes, std::size_t iCount)
+{
+    return oFile.bRegular ? AppendLine(GetHandle(oFile), pBytes, iCount)
+                          : WriteAll(GetHandle(oFile), pBytes, iCount);
+}
+
 timespec MakeTimespec(int iMilliseconds)
 {
     return {iMilliseconds / 1000, iMilliseconds % 1000 * 1'000'000L};
@@ -302,8 +346,8 @@ int OpenForAppend(char const * sName, File & oFile)
     struct stat oStatus = {};
     ::fstat(iHandle, &oStatus);
     // Asked once, since to keep the signals off costs more than the writing itself.
-    oFile = {iHandle, S_ISFIFO(oStatus.st_mode) || IsFileSizeLimited()};
-    if (!S_ISREG(oStatus.st_mode))
+    oFile = {iHandle, S_ISFIFO(oStatus.st_mode) || IsFileSizeLimited(), S_ISREG(oStatus.st_mode)};
+    if (!oFile.bRegular)
         ::fcntl(iHandle, F_SETFL, ::fcntl(iHandle, F_GETFL) & ~O_NONBLOCK);
     return 0;
 }
@@ -311,10 +355,24 @@ int OpenForAppend(char const * sName, File & oFile)
 int Append(File const & oFile, char const * pBytes, std::size_t iCount)
 {
     if (!oFile.bSignals)
-        return WriteAll(GetHandle(oFile), pBytes, iCount);
+        return Write(oFile, pBytes, iCount);
 
     WriteSignalScope const oScope;
-    return WriteAll(GetHandle(oFile), pBytes, iCount);
+    return Write(oFile, pBytes, iCount);
+}
+
+bool EndsInTornLine(File const & oFile)
+{
+    int const iAnew = oFile.bRegular ? OpenAnew(GetHandle(oFile), O_RDONLY) : -1;
+    if (iAnew < 0)
+        return false;
+
+    char cLast = '\n';
+    struct stat oStatus = {};
+    bool const bRead = ::fstat(iAnew, &oStatus) == 0 && oStatus.st_size > 0
+                       && ::pread(iAnew, &cLast, 1, oStatus.st_size - 1) == 1;
+    ::close(iAnew);
+    return bRead && cLast != '\n';
 }
 
 int OpenForRead(char const * sName, File & oFile)
@@ -333,7 +391,7 @@ int OpenForRead(char const * sName, File & oFile)
         ::close(iHandle);
         return iError;
     }
-    oFile = {iHandle, false};
+    oFile = {iHandle};
     return 0;
 }
 
