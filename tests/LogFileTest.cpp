@@ -190,6 +190,13 @@ TEST(LogPoints, AreSwitchedByTheIniFile)
         EXPECT_EQ(oProgram.Run({"level:Task", "level:Pipe", "level:Off", "trace:Task"}).sOutput, sLevels);
         EXPECT_EQ(ReadLog(oProgram), sLog) << sIni;
     }
+
+    TestProgram const oProgram("Reporter");
+    oProgram.WriteFile("Reporter.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nTask=1\nPipe=1\n");
+    oProgram.Run({"shared"});
+    std::string const sRound = "T P DEB Task shared\nT P DEB Pipe shared\n";
+    EXPECT_EQ(ReadLog(oProgram), sRound + sRound) << "also where places share a function";
+
     EXPECT_TRUE(Asserts("pLevel!=NULL", "Invalid registration. Identifier=Id in f.cpp, 7",
         [] { Support::RegisterLogPoint(nullptr, "Id", "f.cpp", 7); }));
 }

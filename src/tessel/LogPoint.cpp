@@ -1,18 +1,17 @@
 #include <tessel/LogPoint.h>
 
-#include <algorithm>
-
 namespace tsl
 {
 
 bool LogPoint::IsOn(char const * sIdentifier, char const * sFile, int iLine)
 {
-    int iLevel = m_iLevel.load(std::memory_order_relaxed);
-    if (iLevel == LEVEL_UNKNOWN)
-    {
-        Support::RegisterLogPoint(&iLevel, sIdentifier, sFile, iLine);
-        m_iLevel.store(std::min(iLevel, LEVEL_UNKNOWN - 1), std::memory_order_relaxed);
-    }
+    if (m_sOn.load(std::memory_order_relaxed) == sIdentifier)
+        return true;
+
+    int iLevel = 0;
+    Support::RegisterLogPoint(&iLevel, sIdentifier, sFile, iLine);
+    char const * sNone = nullptr;
+    (iLevel > 0 ? m_sOn : m_sOff).compare_exchange_strong(sNone, sIdentifier, std::memory_order_relaxed);
     return iLevel > 0;
 }
 

@@ -4,26 +4,32 @@
 #include <tessel/Support.h>
 
 #include <atomic>
-#include <limits>
 
 namespace tsl
 {
 
-/// The level of one trace statement, read from the application's ini file on its first passage and never
-/// again. Any thread may pass.
+/// What is known of the log points at the places that pass functions of one type to Trace. Each lambda is a
+/// type of its own, so nearly always that is one place.
+///
+/// The level of a place is that of its identifier in the application's ini file, so places are told apart by
+/// their identifiers. Any thread may pass.
 class TSL_EXPORT LogPoint
 {
 public:
-    /// False once the log point is known to be off: one load and one test.
-    bool MayBeOn() const { return m_iLevel.load(std::memory_order_relaxed) > 0; }
+    /// False for the identifier that is known to be off: one load and one test (R01).
+    bool MayBeOn(char const * sIdentifier) const
+    {
+        return m_sOff.load(std::memory_order_relaxed) != sIdentifier;
+    }
 
-    /// Asks for the level on the first passage. True if it is above 0.
+    /// True if the level of the identifier is above 0. It is asked for on the first passage and never again,
+    /// unless several identifiers share the object: then on each passage of all of them but the first that
+    /// is on and the first that is off.
     bool IsOn(char const * sIdentifier, char const * sFile, int iLine);
 
 private:
-    static constexpr int LEVEL_UNKNOWN = std::numeric_limits<int>::max();
-
-    std::atomic<int> m_iLevel{LEVEL_UNKNOWN};
+    std::atomic<char const *> m_sOff{nullptr};
+    std::atomic<char const *> m_sOn{nullptr};
 };
 
 /// The part of a trace statement for which its log point has to be on, apart from it so that the code
@@ -42,14 +48,15 @@ template<class TextFunction>
 ///
 ///     Trace("Task", [&] { return String("Task '") + sName + "' starts"; });
 ///
-/// Off, it costs one load and one branch that is not taken. Each lambda is a type of its own, so each
-/// place has a log point of its own; the switch in the ini file is that of the identifier.
+/// Off, it costs one load and one branch that is not taken; a function that is passed under several
+/// identifiers (one that is no lambda, or has a name) costs a look-up of the level at each passage. The
+/// identifier is a literal.
 template<class TextFunction>
 inline void Trace(char const * sIdentifier, TextFunction const & fText, char const * sFile = __builtin_FILE(),
     int iLine = __builtin_LINE())
 {
     static constinit LogPoint oLogPoint;
-    if (!oLogPoint.MayBeOn()) [[likely]]
+    if (!oLogPoint.MayBeOn(sIdentifier)) [[likely]]
         return;
 
     TraceIfOn(oLogPoint, sIdentifier, fText, sFile, iLine);

@@ -229,6 +229,18 @@ void StartChild(std::string const & sCommand)
         oOutcome << "err " << pLine->s_str() << '\n';
 }
 
+/// The same function at three places.
+void TraceShared()
+{
+    auto const fText = [] { return tsl::String("shared"); };
+    for (int i = 0; i < 2; ++i)
+    {
+        tsl::Trace("Off", fText);
+        tsl::Trace("Task", fText);
+        tsl::Trace("Pipe", fText);
+    }
+}
+
 using Command = std::function<void(std::string const &)>;
 
 std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) { Debug(sText); }},
@@ -242,8 +254,9 @@ std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) {
     {"level", &PrintLevel}, {"late", [](auto &) { RegisterLateReporter(); }},
     {"open", [](auto &) { OpenSecondLog(); }}, {"unlink", [](auto &) { UnlinkProgram(); }},
     {"chapters", [](auto &) { PrintChapters(); }}, {"cd", [](auto &) { EnterNewFolder(); }},
-    {"load", &LoadLibrary}, {"closed", [](auto &) { CloseStreams(); }},
-    {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }}, {"start", &StartChild}};
+    {"load", &LoadLibrary}, {"shared", [](auto &) { TraceShared(); }},
+    {"closed", [](auto &) { CloseStreams(); }}, {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }},
+    {"start", &StartChild}};
 
 } // namespace
 
