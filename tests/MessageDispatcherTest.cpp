@@ -1,6 +1,8 @@
 #include "AssertionTest.h"
 #include "TestMessages.h"
 
+#include <barrier>
+
 using namespace tsl;
 using namespace tsltest;
 
@@ -8,6 +10,7 @@ namespace
 {
 
 unsigned int const g_iNumber = NumberMessage::GetStaticClassDesc().GetClassId();
+unsigned int const g_iDebug = DebugMessage::GetStaticClassDesc().GetClassId();
 unsigned int const g_iBase = Message::GetBaseType();
 
 /// Opens what the tests look at.
@@ -43,24 +46,45 @@ protected:
 class Client : public MessageDispatcherClient
 {
 public:
-    Client(MessageDispatcher & oDispatcher, std::vector<unsigned int> const & vTypes)
-        : MessageDispatcherClient(oDispatcher)
+    Client(MessageDispatcher & oDispatcher, std::vector<unsigned int> const & vTypes,
+        std::function<void()> fWork = {})
+        : MessageDispatcherClient(oDispatcher), m_fWork(std::move(fWork))
     {
         m_oConfig.SetMessageTypes(vTypes);
     }
+    ~Client() override { Close(); }
 
-    void Process(Message const &, Result &) const override { ++iCalls; }
+    void Process(Message const &, Result &) const override
+    {
+        ++iCalls;
+        if (m_fWork)
+            m_fWork();
+    }
     MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
     Result SetConfig(MessageProcessorConfig const &) override { return Result(); }
 
-    mutable int iCalls = 0;
+    mutable std::atomic<int> iCalls{0};
 
 protected:
     void DoCopy(Root const &) override {}
 
 private:
+    std::function<void()> m_fWork;
     ClientConfig m_oConfig;
 };
+
+/// Dispatches a message of each of the two types at once, on a thread each.
+void DispatchBoth(MessageDispatcher const & oDispatcher)
+{
+    RunOnThreads(2,
+        [&](int iThread)
+        {
+            if (iThread == 0)
+                Dispatch(oDispatcher, NumberMessage());
+            else
+                Dispatch(oDispatcher, DebugMessage());
+        });
+}
 
 } // namespace
 
@@ -75,7 +99,7 @@ TEST(DispatcherDelivery, GoesToTheExactTypeAndThenToTheBaseOncePerList)
     Register(oDispatcher, oExact, g_iNumber);
     Register(oDispatcher, oExact, g_iNumber);
     Register(oDispatcher, oBase, g_iBase);
-    Register(oDispatcher, oOther, DebugMessage::GetStaticClassDesc().GetClassId());
+    Register(oDispatcher, oOther, g_iDebug);
     EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
     EXPECT_EQ(sOrder, "exact base ");
     EXPECT_EQ(oOther.GetCalls(), 0);
@@ -197,12 +221,6 @@ TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
     }
     EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
 
-    auto pDispatcher = std::make_unique<OpenDispatcher>();
-    Client oSurvivor(*pDispatcher, {g_iNumber, g_iBase});
-    EXPECT_TRUE(oSurvivor.Open().IsOk());
-    pDispatcher.reset();
-    oSurvivor.Close();
-
     // The types in front of a bad one stay with the bus.
     for (unsigned int const iBad : {0u, 4000000000u, Root::GetStaticClassDesc().GetClassId()})
     {
@@ -246,6 +264,139 @@ TEST(DispatcherThreads, RegisterUnregisterAndDispatchAtOnce)
         });
     EXPECT_EQ(iCalls, 4 * iRounds);
     EXPECT_EQ(oTurning.GetCalls(), 4 * iRounds);
+}
+
+TEST(DispatcherClient, LeavesItsBusInOrderWhateverElseItWasRegisteredWith)
+{
+    Rows<char const *, std::vector<unsigned int>, std::function<void(MessageDispatcher &, Client &)>> aRows =
+        {{"no types", {}, [](auto &, auto &) {}},
+            {"removed by others", {g_iNumber}, [](auto & oBus, auto & oClient) { oBus.Unregister(oClient); }},
+            {"registered with a second bus", {g_iNumber, g_iBase},
+                [](auto &, auto & oClient)
+                {
+                    MessageDispatcher oSecond;
+                    Register(oSecond, oClient, g_iNumber);
+                }}};
+    for (bool const bBusFirst : {false, true})
+        for (auto const & [sName, vTypes, fHappens] : aRows)
+        {
+            auto pDispatcher = std::make_unique<OpenDispatcher>();
+            auto pClient = std::make_unique<Client>(*pDispatcher, vTypes);
+            EXPECT_TRUE(pClient->Open().IsOk());
+            fHappens(*pDispatcher, *pClient);
+            if (bBusFirst)
+            {
+                pDispatcher.reset();
+                EXPECT_EQ(pClient->Open().GetErrorCode(), 3) << sName;
+            }
+            pClient->Close();
+            EXPECT_EQ(pDispatcher ? pDispatcher->GetTypes(*pClient).size() : 0, 0u) << sName;
+            pClient.reset();
+            if (pDispatcher)
+                Dispatch(*pDispatcher);
+        }
+}
+
+TEST(DispatcherThreads, RemoveFromInsideOfTwoDeliveriesAtOnce)
+{
+    using Action = std::function<void(MessageDispatcher &, Client & oOwn, Client & oOther)>;
+    Rows<char const *, std::vector<unsigned int>, std::vector<unsigned int>, Action> aRows = {
+        {"the other one", {g_iNumber}, {g_iDebug}, [](auto & oBus, auto &, auto & o) { oBus.Unregister(o); }},
+        {"the other one, closed", {g_iNumber}, {g_iDebug}, [](auto &, auto &, auto & o) { o.Close(); }},
+        {"itself, of both types", {g_iNumber, g_iDebug}, {g_iDebug, g_iNumber},
+            [](auto &, auto & oOwn, auto &) { oOwn.Close(); }},
+        {"both", {g_iNumber}, {g_iDebug, g_iBase},
+            [](auto & oBus, auto & oOwn, auto & o)
+            {
+                oBus.Unregister(oOwn);
+                oBus.Unregister(o);
+            }},
+        {"and add", {g_iNumber}, {g_iDebug},
+            [](auto & oBus, auto & oOwn, auto & o)
+            {
+                o.Close();
+                EXPECT_TRUE(oBus.Register(oOwn, {g_iNumber, g_iDebug, g_iBase}).IsOk());
+                oBus.Unregister(oOwn);
+            }},
+        {"and dispatch", {g_iNumber}, {g_iBase},
+            [](auto & oBus, auto & oOwn, auto & o)
+            {
+                oOwn.Close();
+                o.Close();
+                Dispatch(oBus, DebugMessage());
+            }}};
+    for (auto const & [sName, vFirst, vSecond, fAct] : aRows)
+        for (int i = 0; i < 200; ++i)
+        {
+            OpenDispatcher oDispatcher;
+            std::barrier oBothInside(2);
+            std::atomic<int> iEntries{0};
+            Client * apClients[2] = {};
+            auto const Act = [&, &fDo = fAct](int iOwn)
+            {
+                // A call beyond the first two has nobody to meet.
+                if (++iEntries > 2)
+                    return;
+                oBothInside.arrive_and_wait();
+                fDo(oDispatcher, *apClients[iOwn], *apClients[1 - iOwn]);
+            };
+            Client oFirst(oDispatcher, vFirst, [&] { Act(0); });
+            Client oSecond(oDispatcher, vSecond, [&] { Act(1); });
+            apClients[0] = &oFirst;
+            apClients[1] = &oSecond;
+            ASSERT_TRUE(oFirst.Open().IsOk() && oSecond.Open().IsOk());
+            DispatchBoth(oDispatcher);
+        }
+}
+
+TEST(DispatcherThreads, NobodyIsInsideOfAClientThatIsDestroyed)
+{
+    enum
+    {
+        eOutside,
+        eOutsideAfterItself,
+        eInside
+    };
+    for (int const eWhere : {eOutside, eOutsideAfterItself, eInside})
+        for (int i = 0; i < 20; ++i)
+        {
+            MessageDispatcher oDispatcher;
+            std::latch oEntered(1);
+            std::atomic<bool> bInside{false};
+            std::unique_ptr<Client> pClient;
+            auto const Destroy = [&]
+            {
+                oEntered.wait();
+                pClient->Close();
+                EXPECT_FALSE(bInside) << eWhere;
+                pClient.reset();
+            };
+            auto const StayInside = [&]
+            {
+                bInside = true;
+                if (eWhere == eOutsideAfterItself)
+                    pClient->Close();
+                oEntered.count_down();
+                tsl::OS::Sleep(5);
+                bInside = false;
+            };
+            pClient = std::make_unique<Client>(oDispatcher, std::vector{g_iDebug, g_iBase}, StayInside);
+            ASSERT_TRUE(pClient->Open().IsOk());
+            TestProcessor const oDestroyer([&](auto &, auto &) { Destroy(); });
+            if (eWhere == eInside)
+                Register(oDispatcher, oDestroyer, g_iNumber);
+
+            RunOnThreads(2,
+                [&](int iThread)
+                {
+                    if (iThread == 1)
+                        Dispatch(oDispatcher, DebugMessage());
+                    else if (eWhere == eInside)
+                        Dispatch(oDispatcher, NumberMessage());
+                    else
+                        Destroy();
+                });
+        }
 }
 
 TEST(DispatcherConfig, IsTakenFromItsOwnClassAlone)

@@ -1,6 +1,7 @@
 #include <tessel/Locks.h>
 
 #include "ForcedEnd.h"
+#include "LockTrial.h"
 #include "PlatformProcessor.h"
 
 #include <atomic>
@@ -108,6 +109,26 @@ void CriticalSectionMutex::Unlock()
         oSection.eState.notify_one();
     t_oForcedEnd.EndHold();
     EndHereIfWanted(__builtin_return_address(0));
+}
+
+bool LockTrial::TryToLock(CriticalSectionMutex & oLock)
+{
+    CriticalSectionMutex::Section & oSection = *oLock.m_pSection;
+    ForcedEndState & oSelf = t_oForcedEnd;
+    if (oSection.pOwner.load(std::memory_order_relaxed) == &oSelf)
+    {
+        ++oSection.iMoreEntries;
+        return true;
+    }
+
+    oSelf.BeginHold();
+    if (!oSection.TryToTake())
+    {
+        oSelf.EndHold();
+        return false;
+    }
+    oSection.pOwner.store(&oSelf, std::memory_order_relaxed);
+    return true;
 }
 
 } // namespace tsl

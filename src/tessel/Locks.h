@@ -39,6 +39,7 @@ public:
     void UnlockWrite() { Unlock(); }
 
 private:
+    friend struct LockTrial;
     struct Section;
 
     std::shared_ptr<Section> m_pSection;

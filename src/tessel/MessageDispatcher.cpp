@@ -1,16 +1,18 @@
 #include <tessel/MessageDispatcher.h>
 
+#include "ProcessorList.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>
 #include <tessel/Locks.h>
 #include <tessel/Message.h>
-#include <tessel/ObserverNotifyTemplate.h>
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
 
 #include <algorithm>
 #include <atomic>
 #include <map>
+#include <utility>
 
 namespace tsl
 {
@@ -18,20 +20,13 @@ namespace tsl
 namespace
 {
 
-using ObserverList = ObserverNotify<MessageProcessor const, Message, Result, ReaderWriterMutex>;
-
-void CallProcessor(MessageProcessor const & oProcessor, Message const & oMessage, Result & oResult)
-{
-    oProcessor.Process(oMessage, oResult);
-}
-
-/// The observer lists by message type. Lists come and never go, so that a look-up is an array index and
+/// The lists by message type. Lists come and never go, so that a look-up is an array index and
 /// needs no lock.
-class ObserverTable
+class ProcessorTable
 {
 public:
     /// The list of the type, or null.
-    ObserverList * Find(unsigned int iType) const
+    ProcessorList * Find(unsigned int iType) const
     {
         Entries const * const pEntries = m_pEntries.load(std::memory_order_acquire);
         if (!pEntries || iType >= pEntries->size())
@@ -47,34 +42,29 @@ public:
     }
 
     /// The list of the type, made if there is none. One thread at a time.
-    ObserverList & Demand(unsigned int iType)
+    ProcessorList & Demand(unsigned int iType)
     {
-        std::unique_ptr<ObserverList> & pList = m_oLists[iType];
+        std::unique_ptr<ProcessorList> & pList = m_oLists[iType];
         if (!pList)
         {
             if (iType >= GetSize())
                 Grow(iType + std::size_t{1});
-            pList = std::make_unique<ObserverList>(&CallProcessor);
+            pList = std::make_unique<ProcessorList>();
             (*m_vTables.back())[iType].store(pList.get(), std::memory_order_release);
         }
         return *pList;
     }
 
-    /// Ends the lists in the order of their types. A processor that unregisters itself when it is told
-    /// must not find a list that is gone.
-    void Clear()
+    template<class Call>
+    void ForEach(Call fCall) const
     {
-        for (auto & [iType, pList] : m_oLists)
-        {
-            if (!pList)
-                continue;
-            (*m_vTables.back())[iType].store(nullptr, std::memory_order_release);
-            pList.reset();
-        }
+        for (unsigned int iType = 0; iType < GetSize(); ++iType)
+            if (ProcessorList * const pList = Find(iType))
+                fCall(iType, *pList);
     }
 
 private:
-    using Entries = std::vector<std::atomic<ObserverList *>>;
+    using Entries = std::vector<std::atomic<ProcessorList *>>;
 
     void Grow(std::size_t iSize)
     {
@@ -90,7 +80,7 @@ private:
 
     // The last one is in use; the former ones stay, since another thread may be looking at one.
     std::vector<std::unique_ptr<Entries>> m_vTables;
-    std::map<unsigned int, std::unique_ptr<ObserverList>> m_oLists;
+    std::map<unsigned int, std::unique_ptr<ProcessorList>> m_oLists;
 };
 
 bool IsMessageType(unsigned int iType)
@@ -101,16 +91,79 @@ bool IsMessageType(unsigned int iType)
 
 } // namespace
 
-struct TSL_HIDDEN MessageDispatcher::Private
+/// The bus itself, which its dispatcher objects and its clients share. It ends with the last dispatcher; what
+/// a client then still has is empty.
+struct TSL_HIDDEN MessageDispatcher::Private : std::enable_shared_from_this<MessageDispatcher::Private>
 {
-    ~Private() { oTable.Clear(); }
+    /// What the dispatcher objects own.
+    struct Life
+    {
+        ~Life() { pBus->End(); }
 
-    ObserverTable oTable;
+        std::shared_ptr<Private> pBus = std::make_shared<Private>();
+    };
+
+    static std::shared_ptr<Private> Make();
+
+    Result Register(MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes);
+    void Unregister(MessageProcessor const & oProcessor);
+    void AwaitCalls(MessageProcessor const & oProcessor);
+    void Deliver(unsigned int iType, Message const & oMessage, Result & oResult) const;
+    void End();
+
+    ProcessorTable oTable;
     MessageDispatcherConfig oConfig;
+    std::atomic<bool> bEnded{false};
 
     // For changes of the table.
     ReaderWriterMutex oLock;
 };
+
+std::shared_ptr<MessageDispatcher::Private> MessageDispatcher::Private::Make()
+{
+    auto const pLife = std::make_shared<Life>();
+    return {pLife, pLife->pBus.get()};
+}
+
+Result MessageDispatcher::Private::Register(
+    MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes)
+{
+    for (unsigned int const iType : vTypes)
+    {
+        if (!IsMessageType(iType))
+            return MakeResult(ERR::eBadData, "Ungültige ClassId!", Result::eCategoryFault);
+
+        ProcessorList * pList = nullptr;
+        {
+            WriteLock const oScope(oLock);
+            pList = &oTable.Demand(iType);
+        }
+        pList->Add(&oProcessor);
+    }
+    return Result::Null();
+}
+
+void MessageDispatcher::Private::Unregister(MessageProcessor const & oProcessor)
+{
+    oTable.ForEach([&](unsigned int, ProcessorList & oList) { oList.Remove(&oProcessor); });
+}
+
+void MessageDispatcher::Private::AwaitCalls(MessageProcessor const & oProcessor)
+{
+    oTable.ForEach([&](unsigned int, ProcessorList & oList) { oList.AwaitCalls(&oProcessor); });
+}
+
+void MessageDispatcher::Private::Deliver(unsigned int iType, Message const & oMessage, Result & oResult) const
+{
+    if (ProcessorList * const pList = oTable.Find(iType))
+        pList->Deliver(oMessage, oResult);
+}
+
+void MessageDispatcher::Private::End()
+{
+    bEnded.store(true, std::memory_order_relaxed);
+    oTable.ForEach([](unsigned int, ProcessorList & oList) { oList.End(); });
+}
 
 ClassDescription const & MessageDispatcherConfig::GetClassDesc() const
 {
@@ -129,7 +182,7 @@ Root * MessageDispatcherConfig::CreateNew()
     return new MessageDispatcherConfig;
 }
 
-MessageDispatcher::MessageDispatcher() : m(std::make_shared<Private>()) {}
+MessageDispatcher::MessageDispatcher() : m(Private::Make()) {}
 MessageDispatcher::MessageDispatcher(MessageDispatcher const & oSource) = default;
 MessageDispatcher & MessageDispatcher::operator=(MessageDispatcher const & oSource) = default;
 
@@ -155,67 +208,37 @@ Root * MessageDispatcher::CreateNew()
 Result MessageDispatcher::Register(
     MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes)
 {
-    for (unsigned int const iType : vTypes)
-    {
-        if (!IsMessageType(iType))
-            return MakeResult(ERR::eBadData, "Ungültige ClassId!", Result::eCategoryFault);
-
-        ObserverList * pList = nullptr;
-        {
-            WriteLock const oScope(m->oLock);
-            pList = &m->oTable.Demand(iType);
-        }
-        pList->Attach(&oProcessor);
-    }
-    return Result::Null();
+    return m->Register(oProcessor, vTypes);
 }
 
 void MessageDispatcher::Unregister(
     MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes)
 {
     for (unsigned int const iType : vTypes)
-        if (ObserverList * const pList = m->oTable.Find(iType))
-            pList->Detatch(&oProcessor);
+        if (ProcessorList * const pList = m->oTable.Find(iType))
+            pList->Remove(&oProcessor);
 }
 
 void MessageDispatcher::Unregister(MessageProcessor const & oProcessor)
 {
-    std::vector<unsigned int> vTypes;
-    GetRegistrations(oProcessor, vTypes);
-    Unregister(oProcessor, vTypes);
+    m->Unregister(oProcessor);
 }
 
 void MessageDispatcher::Process(Message const & oMessage, Result & oResult) const
 {
     ClassDescription const & oClass = oMessage.GetClassDesc();
-    Deliver(oClass.GetClassId(), oMessage, oResult);
+    m->Deliver(oClass.GetClassId(), oMessage, oResult);
 
     ClassDescription const & oTop = Message::GetStaticClassDesc();
     ClassDescription const * const pBase = oClass.GetBaseClassDescription();
     if (!pBase || oClass == oTop)
         return;
 
-    Deliver(pBase->GetClassId(), oMessage, oResult);
+    m->Deliver(pBase->GetClassId(), oMessage, oResult);
     if (*pBase != oTop)
         oResult.InsertFront(MakeResult(ERR::eInternal,
             String("Message class '") + oClass.GetClassName() + "' does not derive from Message directly.",
             Result::eCategoryFault));
-}
-
-void MessageDispatcher::Deliver(unsigned int iType, Message const & oMessage, Result & oResult) const
-{
-    ObserverList const * const pList = m->oTable.Find(iType);
-    if (!pList)
-        return;
-
-    try
-    {
-        pList->Notify(oMessage, oResult);
-    }
-    catch (Exception & oException)
-    {
-        oResult.InsertFront(oException.GetResult());
-    }
 }
 
 MessageProcessorConfig const & MessageDispatcher::GetConfig() const
@@ -243,14 +266,12 @@ void MessageDispatcher::DoCopy(Root const &)
 void MessageDispatcher::GetRegistrations(
     MessageProcessor const & oProcessor, std::vector<unsigned int> & vTypes) const
 {
-    // Without the table's lock: somebody who waits for a list's lock must not hold it, since the thread
-    // that holds the list may be registering from inside a delivery.
-    for (unsigned int iType = 0; iType < m->oTable.GetSize(); ++iType)
-    {
-        ObserverList const * const pList = m->oTable.Find(iType);
-        if (pList && pList->IsAttached(&oProcessor))
-            vTypes.push_back(iType);
-    }
+    m->oTable.ForEach(
+        [&](unsigned int iType, ProcessorList const & oList)
+        {
+            if (oList.Has(&oProcessor))
+                vTypes.push_back(iType);
+        });
 }
 
 ClassDescription const & MessageDispatcherClientConfig::GetClassDesc() const
@@ -270,6 +291,39 @@ Root * MessageDispatcherClientConfig::CreateNew()
     XAssertionFailed("false", "Unknown");
 }
 
+struct TSL_HIDDEN MessageDispatcherClient::Private
+{
+    explicit Private(std::shared_ptr<MessageDispatcher::Private> pTheBus) : pBus(std::move(pTheBus)) {}
+
+    void Close(MessageProcessor const & oClient);
+
+    std::shared_ptr<MessageDispatcher::Private> const pBus;
+    std::atomic<bool> bRegistered{false};
+};
+
+void MessageDispatcherClient::Private::Close(MessageProcessor const & oClient)
+{
+    if (!bRegistered.load(std::memory_order_acquire))
+    {
+        // Another thread, or the client itself, may have closed it from inside a call that still runs.
+        pBus->AwaitCalls(oClient);
+        return;
+    }
+    pBus->Unregister(oClient);
+    bRegistered.store(false, std::memory_order_release);
+}
+
+MessageDispatcherClient::MessageDispatcherClient(MessageDispatcher & oDispatcher)
+    : m(std::make_unique<Private>(oDispatcher.m->shared_from_this()))
+{
+}
+
+MessageDispatcherClient::MessageDispatcherClient(MessageDispatcherClient const & oSource)
+    : MessageProcessor(oSource), m(std::make_unique<Private>(oSource.m->pBus))
+{
+    m->bRegistered.store(oSource.m->bRegistered.load(std::memory_order_relaxed), std::memory_order_relaxed);
+}
+
 ClassDescription const & MessageDispatcherClient::GetClassDesc() const
 {
     return GetStaticClassDesc();
@@ -284,7 +338,7 @@ ClassDescription const & MessageDispatcherClient::GetStaticClassDesc()
 
 MessageDispatcherClient::~MessageDispatcherClient()
 {
-    MessageDispatcherClient::Close();
+    m->Close(*this);
 }
 
 Root * MessageDispatcherClient::CreateNew()
@@ -294,18 +348,17 @@ Root * MessageDispatcherClient::CreateNew()
 
 Result MessageDispatcherClient::Open()
 {
-    Result oResult = m_oDispatcher.Register(*this, GetConfig().GetMessageTypes());
-    m_bRegistered = oResult.IsOk();
+    if (m->pBus->bEnded.load(std::memory_order_relaxed))
+        return MakeResult(ERR::eNotAllowed, "The bus of this client has ended.");
+
+    Result oResult = m->pBus->Register(*this, GetConfig().GetMessageTypes());
+    m->bRegistered.store(oResult.IsOk(), std::memory_order_release);
     return oResult;
 }
 
 void MessageDispatcherClient::Close()
 {
-    if (!m_bRegistered)
-        return;
-
-    m_oDispatcher.Unregister(*this);
-    m_bRegistered = false;
+    m->Close(*this);
 }
 
 } // namespace tsl

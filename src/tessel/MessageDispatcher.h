@@ -26,21 +26,32 @@ protected:
 /// A bus: hands each message to the processors registered for its exact type and then to those
 /// registered for Message, within a list in the order of their addresses.
 ///
-/// Delivery runs on the caller's thread. Any thread may register, unregister and dispatch. The list that
-/// is being delivered to is locked, so messages of one type pass one after the other; the same thread may
-/// dispatch further messages, register and unregister from inside a delivery (ObserverNotify tells how
-/// the walk then goes on).
+/// Delivery runs on the caller's thread. Any thread may register, unregister and dispatch. The list that is
+/// being delivered to is locked, so messages of one type pass one after the other. From inside a delivery, a
+/// processor may dispatch further messages, register and unregister itself and others: the delivery goes on
+/// with the next processor by address, so one that was removed gets nothing more, and one that was added is
+/// served if its address lies behind the present one.
 ///
-/// Processors are not owned. One that is registered when the bus goes away is told by its
+/// When Unregister returns, no other thread is inside the processor by this bus, and none will be, so that it
+/// may be destroyed: running deliveries of the lists that it was in are waited for, one list at a time. There
+/// is one exception, so that processors which remove themselves and each other never block each other: a
+/// thread that is itself inside a delivery does not wait for a thread that in turn waits for it, by way of
+/// any bus. Then the removed processor may still be running there when Unregister returns.
+///
+/// Processors are not owned. One that is registered when the bus is destroyed is told by its
 /// HandlerDestruction, once for each list, so a processor that ends before its bus has to be unregistered
-/// first. Since a list is held across a delivery, two processors of different types that each dispatch the
-/// other's type must not do so on two threads at once.
+/// first.
+///
+/// What a program has to avoid, since threads would wait for each other without end: two processors of
+/// different types that each dispatch the other's type on two threads; a lock of the program that is held
+/// while it unregisters or dispatches, and that a processor takes as well. What would use a destroyed object:
+/// processors that destroy each other from inside deliveries on two threads.
 class TSL_EXPORT MessageDispatcher : public MessageProcessor
 {
 public:
     MessageDispatcher();
 
-    /// Copies are the same bus; it goes away with the last of them.
+    /// Copies are the same bus; it is destroyed with the last of them.
     MessageDispatcher(MessageDispatcher const & oSource);
     MessageDispatcher & operator=(MessageDispatcher const & oSource);
 
@@ -54,7 +65,8 @@ public:
     [[nodiscard]] Result Register(
         MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes);
 
-    /// What is not registered is not looked at.
+    /// Does nothing for types that the processor is not registered for. Needs no memory. What may still run
+    /// when it returns is told above.
     void Unregister(MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes);
     void Unregister(MessageProcessor const & oProcessor);
 
@@ -84,7 +96,7 @@ protected:
     void GetRegistrations(MessageProcessor const & oProcessor, std::vector<unsigned int> & vTypes) const;
 
 private:
-    void Deliver(unsigned int iType, Message const & oMessage, Result & oResult) const;
+    friend class MessageDispatcherClient;
 
     struct Private;
     std::shared_ptr<Private> m;
@@ -103,8 +115,11 @@ protected:
 };
 
 /// A processor that knows its bus and registers itself when it is opened for the types of its configuration.
-/// Once the bus has ended, it counts as closed and must not be opened again. Where other threads dispatch, a
-/// derived class closes it in its own destructor: by the time the base does so, the derived part is gone.
+/// It may outlive its bus, and know other buses besides, from which it has to be unregistered by hand.
+///
+/// Any thread may close it. It may be destroyed as soon as Close has returned, on the terms of
+/// MessageDispatcher::Unregister. Where other threads dispatch, a derived class closes it in its own
+/// destructor: by the time the base does so, the derived part is gone.
 class TSL_EXPORT MessageDispatcherClient : public MessageProcessor
 {
 public:
@@ -115,23 +130,21 @@ public:
     static ClassDescription const & GetStaticClassDesc();
     static Root * CreateNew();
 
-    /// What Register of the bus answers. After a failure the client counts as closed, while the types that
-    /// were taken stay with the bus.
+    /// What Register of the bus returns. After a failure the client counts as closed, while the types that
+    /// were taken stay with the bus. Code 3 if the bus has been destroyed.
     [[nodiscard]] Result Open() override;
 
-    /// Unregisters from all types. Does nothing to a client that is not open.
+    /// Unregisters from all types of its bus. A client that is not open is only waited for, if it was closed
+    /// from inside a delivery that still runs.
     void Close() override;
 
-    /// The bus has ended. A derived class that has something to do then calls this as well.
-    void HandlerDestruction() const override { m_bRegistered = false; }
-
 protected:
-    explicit MessageDispatcherClient(MessageDispatcher & oDispatcher) : m_oDispatcher(oDispatcher) {}
-    MessageDispatcherClient(MessageDispatcherClient const & oSource) = default;
+    explicit MessageDispatcherClient(MessageDispatcher & oDispatcher);
+    MessageDispatcherClient(MessageDispatcherClient const & oSource);
 
 private:
-    MessageDispatcher & m_oDispatcher;
-    mutable bool m_bRegistered = false;
+    struct Private;
+    std::unique_ptr<Private> m;
 };
 
 } // namespace tsl

@@ -58,7 +58,7 @@ public:
     [[nodiscard]] virtual Result Open() = 0;
     virtual void Close() = 0;
 
-    /// A bus that this processor is registered with goes away. Must not throw.
+    /// A bus that this processor is registered with is being destroyed. Must not throw.
     virtual void HandlerDestruction() const {}
 
 protected:
