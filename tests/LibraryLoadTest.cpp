@@ -6,7 +6,7 @@ using namespace tsltest;
 TEST(LibraryLoad, OpensTheLogAndLeavesTheProcessWhenItIsUnloaded)
 {
     TestProgram const oProgram("LoadUnload");
-    EXPECT_EQ(oProgram.Run().sOutput, "1 gone\n1 gone\n1 gone\n");
+    EXPECT_EQ(oProgram.Run().sOutput, "1 gone\n1 gone\n1 gone\n0 loaded\n");
     EXPECT_TRUE(oProgram.HasFile("Logfile.txt"));
 }
 
@@ -17,4 +17,20 @@ TEST(LibraryUnload, LetsReportsComeToNothing)
     EXPECT_EQ(oOutcome.iExitCode, 0);
     EXPECT_EQ(oOutcome.sOutput, "late report\n");
     EXPECT_EQ(ReadLog(oProgram), "T P DEB Id in time\n");
+}
+
+TEST(ProcessEnd, FreesNothingUnderThreadsThatRunOn)
+{
+    struct Row
+    {
+        char const * sWay;
+        char const * sCount;
+    };
+    for (Row const & oRow : {Row{"return", "40"}, {"thread", "40"}, {"callback", "40"}, {"destructor", "40"},
+             {"log", "1"}, {"stuck", "1"}})
+    {
+        TestProgram const oProgram("Exits");
+        ProgramOutcome const oOutcome = oProgram.Run({oRow.sCount, oRow.sWay}, std::chrono::minutes(4));
+        EXPECT_EQ(oOutcome.sOutput, "ok\n") << oRow.sWay << ": " << oOutcome.sErrors;
+    }
 }

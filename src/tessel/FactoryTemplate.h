@@ -161,6 +161,8 @@ protected:
     }
 
 private:
+    friend class LibraryLoad;
+
     static void InvokeObserver(Observer & oObserver, Args const & oArgs, CallBackResult & oResult)
     {
         oObserver.Invoke(oArgs, oResult);

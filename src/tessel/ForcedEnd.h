@@ -116,17 +116,15 @@ class LockWaitScope
 public:
     LockWaitScope()
     {
+        CountWait();
         if (m_bFirst)
             t_oForcedEnd.GoOut();
-        else
-            CountWait();
     }
     ~LockWaitScope()
     {
+        CountWait();
         if (m_bFirst)
             t_oForcedEnd.GoIn();
-        else
-            CountWait();
     }
     LockWaitScope(LockWaitScope const &) = delete;
     LockWaitScope & operator=(LockWaitScope const &) = delete;

@@ -1,6 +1,7 @@
 #include <tessel/GlobalMessageDispatcher.h>
 
 #include "BusSilence.h"
+#include "ForcedEnd.h"
 #include "LogFileProcessor.h"
 
 #include <tessel/Exception.h>
@@ -11,6 +12,7 @@
 #include <tessel/Support.h>
 
 #include <atomic>
+#include <optional>
 #include <string>
 
 namespace tsl
@@ -22,21 +24,23 @@ static std::atomic<bool> g_bGone{false};
 
 struct TSL_HIDDEN GlobalMessageDispatcher::Private
 {
-    ~Private();
-
+    void End();
     void SelectProcessor(std::string const & sClassName);
     void DemandConfiguration();
 
+    std::optional<MessageDispatcher> oDispatcher{std::in_place};
     std::unique_ptr<MessageProcessor> pProcessor;
-    MessageDispatcher oDispatcher;
 };
 
-GlobalMessageDispatcher::Private::~Private()
+void GlobalMessageDispatcher::Private::End()
 {
     // It is not told of the end of the bus, since it goes first.
-    if (pProcessor)
-        oDispatcher.Unregister(*pProcessor);
-    pProcessor.reset();
+    if (pProcessor && oDispatcher)
+    {
+        oDispatcher->Unregister(*pProcessor);
+        pProcessor->Close();
+    }
+    oDispatcher.reset();
 }
 
 void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClassName)
@@ -47,7 +51,7 @@ void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClas
 
     // Without a log there is nobody to tell that there is none.
     if (pProcessor->Open().IsOk())
-        static_cast<void>(oDispatcher.Register(*pProcessor, {Message::GetBaseType()}));
+        static_cast<void>(oDispatcher->Register(*pProcessor, {Message::GetBaseType()}));
 }
 
 void GlobalMessageDispatcher::Private::DemandConfiguration()
@@ -59,7 +63,7 @@ void GlobalMessageDispatcher::Private::DemandConfiguration()
     catch (Exception & oException)
     {
         Result oIgnored;
-        oDispatcher.Process(ResultMessage(oException.GetResult()), oIgnored);
+        oDispatcher->Process(ResultMessage(oException.GetResult()), oIgnored);
     }
 }
 
@@ -95,32 +99,47 @@ GlobalMessageDispatcher::GlobalMessageDispatcher() : m(std::make_unique<Private>
 
 GlobalMessageDispatcher::~GlobalMessageDispatcher()
 {
-    // Before anything goes: what the processors report from here on has nowhere to go.
-    g_bGone.store(true, std::memory_order_release);
+    End();
+}
+
+void GlobalMessageDispatcher::End()
+{
+    // First: what the processors report from here on is dropped, and no other thread enters any more.
+    g_bGone.store(true, std::memory_order_seq_cst);
+    if (Presence::WaitUntilOthersLeaveBus())
+        m->End();
 }
 
 Result GlobalMessageDispatcher::Process(Message const & oMessage)
 {
     Result oResult;
-    m->oDispatcher.Process(oMessage, oResult);
+    BusVisit const oVisit;
+    if (!g_bGone.load(std::memory_order_relaxed))
+        m->oDispatcher->Process(oMessage, oResult);
     return oResult;
 }
 
 Result GlobalMessageDispatcher::Register(
     MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes)
 {
-    return m->oDispatcher.Register(oProcessor, vTypes);
+    BusVisit const oVisit;
+    return g_bGone.load(std::memory_order_relaxed) ? Result::Null()
+                                                   : m->oDispatcher->Register(oProcessor, vTypes);
 }
 
 void GlobalMessageDispatcher::Unregister(
     MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes)
 {
-    m->oDispatcher.Unregister(oProcessor, vTypes);
+    BusVisit const oVisit;
+    if (!g_bGone.load(std::memory_order_relaxed))
+        m->oDispatcher->Unregister(oProcessor, vTypes);
 }
 
 void GlobalMessageDispatcher::Unregister(MessageProcessor const & oProcessor)
 {
-    m->oDispatcher.Unregister(oProcessor);
+    BusVisit const oVisit;
+    if (!g_bGone.load(std::memory_order_relaxed))
+        m->oDispatcher->Unregister(oProcessor);
 }
 
 GlobalMessageDispatcher * GlobalMessageDispatcher::CreateSingletonInstance()

@@ -18,10 +18,13 @@ class MessageProcessor;
 ///
 /// A log file that cannot be opened is not reported: the bus then works without it.
 ///
-/// The bus is deleted at the library's end, when exit functions run or the library is unloaded; processors
-/// that are still registered are told by HandlerDestruction. From then on Support and log points drop what
-/// is reported and return success, IsAvailable answers false, and neither Instance nor a reference that was
-/// kept may be used any more.
+/// The bus ends with the library, at the end of the process or when the library is unloaded. Threads that are
+/// in it are waited for; processors that are still registered are told by HandlerDestruction, and the log file
+/// is closed. If a thread is in it for 2 seconds, it is left as it is.
+///
+/// From then on IsAvailable returns false, what is reported or registered is dropped, and success is returned.
+/// Threads that run on at the end of the process may go on like this. When the library has been unloaded, neither
+/// Instance nor a reference that was kept may be used any more.
 class TSL_EXPORT GlobalMessageDispatcher : public Singleton<GlobalMessageDispatcher>
 {
 public:
@@ -34,8 +37,7 @@ public:
 
     static GlobalMessageDispatcher & Instance();
 
-    /// Whether the bus can be asked for: not from inside its own making, and not when it has been deleted
-    /// at the end of the library.
+    /// Whether the bus can be asked for: not from inside its own making, and not when it has ended.
     static bool IsAvailable();
 
     /// Delivers a message and returns what the processors have left in the result.
@@ -48,7 +50,11 @@ public:
     void Unregister(MessageProcessor const & oProcessor);
 
 private:
+    friend class LibraryLoad;
+
     GlobalMessageDispatcher();
+
+    TSL_HIDDEN void End();
 
     static GlobalMessageDispatcher * CreateSingletonInstance();
 

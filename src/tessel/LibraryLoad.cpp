@@ -3,6 +3,7 @@
 #include "GlobalApplicationIni.h"
 #include "GlobalDebugSwitchRegistry.h"
 #include "LogFileProcessor.h"
+#include "Platform.h"
 #include "ThreadPresence.h"
 
 #include <tessel/Exception.h>
@@ -51,6 +52,7 @@ LibraryLoad const g_oLibraryLoad;
 LibraryLoad::LibraryLoad()
 {
     Presence::WatchForks();
+    DemandEnd();
     // The log file's class has to be known before the bus is made, and the factory is the first to use
     // the registry of static objects, which thus outlives all that follows.
     MessageProcessorFactory::Instance().Register(LogFileProcessor::CLASS_NAME, &CreateLogFileProcessor);
@@ -60,12 +62,31 @@ LibraryLoad::LibraryLoad()
     GlobalDebugSwitchRegistry::Instance();
     GlobalMessageDispatcher::Instance();
     TaskFactory::Instance().Register(Task::TASK_FINE, &CreateFineTask);
+    StaticObjectRegistry::Instance().KeepPresentObjects();
 }
 
 LibraryLoad::~LibraryLoad()
 {
     TaskFactory::Instance().Unregister(Task::TASK_FINE);
     MessageProcessorFactory::Instance().Unregister(LogFileProcessor::CLASS_NAME);
+}
+
+void LibraryLoad::DemandEnd()
+{
+    // Before the registry, so that it is destroyed after it.
+    static End const oEnd;
+}
+
+LibraryLoad::End::~End()
+{
+    if (Platform::IsUnloading())
+        return;
+
+    // The registry has left these as they are. Their observers are told in the order in which unloading would
+    // have destroyed them.
+    TaskFactory::Instance().m_oObservers.End();
+    GlobalMessageDispatcher::Instance().End();
+    MessageProcessorFactory::Instance().m_oObservers.End();
 }
 
 } // namespace tsl

@@ -58,7 +58,10 @@ public:
         return *this;
     }
 
-    ~ObserverNotify()
+    ~ObserverNotify() { End(); }
+
+    /// What the destructor does: tells the observers that the notifier goes away. It has none then.
+    void End()
     {
         TesselDetails::WriteLock const oScope(m_oLock);
         Walk(
@@ -67,6 +70,8 @@ public:
                 if (!oEntry.bLent)
                     oEntry.pObserver->HandlerDestruction();
             });
+        m_vEntries.clear();
+        ++m_iChange;
     }
 
     /// A null pointer throws an Exception of code -1 here and in Detatch.

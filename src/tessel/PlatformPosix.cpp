@@ -13,6 +13,7 @@
 #include <utility>
 
 #include <cxxabi.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <locale.h>
 #include <pthread.h>
@@ -22,6 +23,7 @@
 #include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
+#include <unwind.h>
 
 namespace tsl::Platform
 {
@@ -30,13 +32,6 @@ namespace
 {
 
 bool g_bUnloading = false;
-
-/// When a library is unloaded, this runs before the destructors of its static objects; at the end of the
-/// process, all of those have run before it.
-[[gnu::destructor]] void NoteUnload()
-{
-    g_bUnloading = true;
-}
 
 constexpr char const * PROGRAM_LINK = "/proc/self/exe";
 constexpr std::string_view MARK_OF_DELETED = " (deleted)";
@@ -171,6 +166,33 @@ int Write(File const & oFile, char const * pBytes, std::size_t iCount)
 {
     return oFile.bRegular ? AppendLine(GetHandle(oFile), pBytes, iCount)
                           : WriteAll(GetHandle(oFile), pBytes, iCount);
+}
+
+/// The name of the function of a library that a frame of the stack belongs to, or "".
+std::string_view GetFunctionName(_Unwind_Context * pFrame)
+{
+    // A call that never returns may be the last instruction of its function.
+    void * const pFunction =
+        ::_Unwind_FindEnclosingFunction(reinterpret_cast<void *>(::_Unwind_GetIP(pFrame) - 1));
+    Dl_info oInfo = {};
+    bool const bKnown = pFunction && ::dladdr(pFunction, &oInfo) != 0 && oInfo.dli_saddr == pFunction;
+    return bKnown && oInfo.dli_sname ? oInfo.dli_sname : "";
+}
+
+/// Stops at what has begun last, the end of the process or an unloading.
+_Unwind_Reason_Code LookForUnloading(_Unwind_Context * pFrame, void *)
+{
+    std::string_view const sFunction = GetFunctionName(pFrame);
+    g_bUnloading = sFunction == "dlclose";
+    return g_bUnloading || sFunction == "exit" ? _URC_END_OF_STACK : _URC_NO_REASON;
+}
+
+/// The loader calls this before it runs the destructors of the library's static objects. It does so when the
+/// library is unloaded and when the process ends; who has called the loader is all that differs. At the end of a
+/// process that has loaded the library late, those have run before.
+[[gnu::destructor]] void NoteUnloading()
+{
+    ::_Unwind_Backtrace(&LookForUnloading, nullptr);
 }
 
 timespec MakeTimespec(int iMilliseconds)

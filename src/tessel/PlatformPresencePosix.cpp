@@ -198,28 +198,45 @@ private:
     int m_iNap = 0;
 };
 
-bool IsInside(ThreadPresence const & oThread, int)
+bool IsInside(ThreadPresence const & oThread)
 {
     return oThread.bInside.load(std::memory_order_acquire);
 }
 
-/// A thread waits for a lock while it holds another one. If the calling thread holds any itself, that may be
-/// the one, and then the other's wait does not end.
-class PatienceWithWaiters
+bool IsInBus(ThreadPresence const & oThread)
+{
+    return oThread.iVisits.load(std::memory_order_acquire) > 0;
+}
+
+bool IsInBusWithLock(ThreadPresence const & oThread)
+{
+    return IsInBus(oThread) && IsInside(oThread);
+}
+
+/// Whether a thread is busy in one way, unless it waits for a lock and is not busy in another. If the calling
+/// thread holds any lock, that may be the one, and then the other's wait does not end.
+class Busy
 {
 public:
+    using Test = bool (*)(ThreadPresence const & oThread);
+
+    Busy(Test fIsBusy, Test fIsBusyWaiter) : m_fIsBusy(fIsBusy), m_fIsBusyWaiter(fIsBusyWaiter) {}
+
     bool operator()(ThreadPresence const & oThread, int iWaited)
     {
         unsigned int const iWaits = oThread.iWaits.load(std::memory_order_acquire);
-        if (iWaited == 0 || iWaits != m_iWaits || iWaits % 2 == 0)
+        if (!m_bHolding || iWaited == 0 || iWaits != m_iWaits || iWaits % 2 == 0 || m_fIsBusyWaiter(oThread))
         {
             m_iWaits = iWaits;
             m_iSince = iWaited;
         }
-        return IsInside(oThread, iWaited) && iWaited - m_iSince < PATIENCE_WITH_WAITER;
+        return m_fIsBusy(oThread) && iWaited - m_iSince < PATIENCE_WITH_WAITER;
     }
 
 private:
+    bool const m_bHolding = t_oForcedEnd.iHolds.load(std::memory_order_relaxed) > 0;
+    Test m_fIsBusy;
+    Test m_fIsBusyWaiter;
     unsigned int m_iWaits = 0;
     int m_iSince = 0;
 };
@@ -240,10 +257,7 @@ void PrepareFork()
     TakeTurn();
     LockList();
     ShowStores();
-    if (t_oForcedEnd.iHolds.load(std::memory_order_relaxed) == 0)
-        Patience().WaitForEach(&IsInside);
-    else
-        Patience().WaitForEach(PatienceWithWaiters());
+    Patience().WaitForEach(Busy(&IsInside, [](ThreadPresence const &) { return false; }));
 }
 
 void EndFork()
@@ -303,17 +317,10 @@ void WaitForFork(ThreadPresence & oPresence)
     }
 }
 
-bool WaitUntilOthersHeldNothing()
-{
-    ShowStores();
-    return Patience().WaitForEach(&IsInside);
-}
-
 bool WaitUntilOthersLeaveBus()
 {
     ShowStores();
-    return Patience().WaitForEach([](ThreadPresence const & oThread, int)
-        { return oThread.iVisits.load(std::memory_order_acquire) > 0; });
+    return Patience().WaitForEach(Busy(&IsInBus, &IsInBusWithLock));
 }
 
 bool HasLostOwner(std::uint64_t iOwner)

@@ -1,15 +1,19 @@
 #include <tessel/StaticObjectRegistry.h>
 
+#include "Platform.h"
+
 #include <tessel/ClassRepository.h>
 #include <tessel/Locks.h>
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <iostream>
 #include <iterator>
 #include <list>
+#include <new>
 #include <set>
 
 namespace tsl
@@ -19,46 +23,111 @@ StaticObjectPtrBase::~StaticObjectPtrBase() = default;
 
 struct TSL_HIDDEN StaticObjectRegistry::Private
 {
-    struct Entry
+    enum class Life
     {
-        std::unique_ptr<StaticObjectPtrBase> pHandle;
-        bool bLasting;
+        eUsual,
+        eOfLibrary, ///< made while the library was loaded
+        eLasting
     };
 
-    Entry TakeNext();
+    /// With what the handle says, which is asked without the lock: its class may be the program's.
+    struct Entry
+    {
+        explicit Entry(StaticObjectPtrBase const & oHandle, Life eTheLife)
+            : pHandle(oHandle.Clone()),
+              pObject(pHandle->GetObject()),
+              sTypeName(pHandle->GetTypeName()),
+              pDescription(pHandle->GetDescription()),
+              eLife(eTheLife)
+        {
+        }
+
+        void AppendTo(String & sText) const
+        {
+            sText << sTypeName;
+            if (pDescription)
+                sText << ", description of " << pDescription->GetClassName();
+        }
+
+        std::unique_ptr<StaticObjectPtrBase> pHandle;
+        void * pObject;
+        char const * sTypeName;
+        ClassDescription const * pDescription;
+        Life eLife;
+    };
+
+    bool TakeNext(std::list<Entry> & oTaken);
+    StaticObjectPtrBase const * Insert(std::list<Entry> & oNew);
+    void DeleteObjects();
 
     std::set<void *> oObjects;
     std::list<Entry> oEntries;
     ReaderWriterMutex oLock;
 };
 
+/// Ends the registry, by being destroyed at the end of the process or when the library is unloaded.
+struct TSL_HIDDEN StaticObjectRegistry::End
+{
+    ~End();
+
+    StaticObjectRegistry & oRegistry;
+};
+
 StaticObjectRegistry & StaticObjectRegistry::Instance()
 {
-    static StaticObjectRegistry oRegistry;
+    // Not simply a static object: at the end of the process it has to stay.
+    alignas(StaticObjectRegistry) static std::byte aMemory[sizeof(StaticObjectRegistry)];
+    static StaticObjectRegistry & oRegistry = *new (aMemory) StaticObjectRegistry;
+    static End const oEnd{oRegistry};
     return oRegistry;
 }
 
 StaticObjectRegistry::StaticObjectRegistry() : m(std::make_unique<Private>()) {}
+StaticObjectRegistry::~StaticObjectRegistry() = default;
 
-StaticObjectRegistry::~StaticObjectRegistry()
+StaticObjectRegistry::End::~End()
 {
-    // No lock, and each handle leaves before its object ends: the object's destructor may register
-    // further objects, which this loop then meets, and their addresses may be the one just freed.
-    while (!m->oEntries.empty())
-        m->TakeNext().pHandle->DeleteObject();
+    oRegistry.m->DeleteObjects();
+    if (Platform::IsUnloading())
+        oRegistry.~StaticObjectRegistry();
 }
 
-/// The newest object that does not last, or else the newest one.
-StaticObjectRegistry::Private::Entry StaticObjectRegistry::Private::TakeNext()
+void StaticObjectRegistry::Private::DeleteObjects()
 {
-    auto const oNewest = std::find_if(
-        oEntries.rbegin(), oEntries.rend(), [](Entry const & oEntry) { return !oEntry.bLasting; });
-    auto const oPlace = std::prev(oNewest == oEntries.rend() ? oEntries.end() : oNewest.base());
+    // Without the lock, and each entry leaves before its object ends: the object's destructor may register
+    // further objects, which this loop then meets, and their addresses may be the one just freed.
+    for (std::list<Entry> oTaken; TakeNext(oTaken); oTaken.clear())
+        oTaken.front().pHandle->DeleteObject();
+}
 
-    Entry oEntry = std::move(*oPlace);
-    oEntries.erase(oPlace);
-    oObjects.erase(oEntry.pHandle->GetObject());
-    return oEntry;
+/// Takes the newest object that does not last out, or else the newest one. False if none is to go: at the end
+/// of the process, other threads may use what lasts and what the library is made of.
+bool StaticObjectRegistry::Private::TakeNext(std::list<Entry> & oTaken)
+{
+    bool const bAll = Platform::IsUnloading();
+    WriteLock const oScope(oLock);
+    auto oNewest = std::find_if(oEntries.rbegin(), oEntries.rend(),
+        [bAll](Entry const & oEntry)
+        { return oEntry.eLife == Life::eUsual || (bAll && oEntry.eLife == Life::eOfLibrary); });
+    if (oNewest == oEntries.rend() && bAll)
+        oNewest = oEntries.rbegin();
+    if (oNewest == oEntries.rend())
+        return false;
+
+    oObjects.erase(oNewest->pObject);
+    oTaken.splice(oTaken.begin(), oEntries, std::prev(oNewest.base()));
+    return true;
+}
+
+/// The handle, or null if the object is registered already.
+StaticObjectPtrBase const * StaticObjectRegistry::Private::Insert(std::list<Entry> & oNew)
+{
+    WriteLock const oScope(oLock);
+    if (!oObjects.insert(oNew.front().pObject).second)
+        return nullptr;
+
+    oEntries.splice(oEntries.end(), oNew);
+    return oEntries.back().pHandle.get();
 }
 
 StaticObjectPtrBase const & StaticObjectRegistry::RegisterStaticObject(StaticObjectPtrBase const & oHandle)
@@ -73,45 +142,47 @@ StaticObjectPtrBase const & StaticObjectRegistry::RegisterLastingObject(StaticOb
 
 StaticObjectPtrBase const & StaticObjectRegistry::Register(StaticObjectPtrBase const & oHandle, bool bLasting)
 {
-    std::unique_ptr<StaticObjectPtrBase> pHandle(oHandle.Clone());
-
-    WriteLock const oScope(m->oLock);
-    if (!m->oObjects.insert(pHandle->GetObject()).second)
+    std::list<Private::Entry> oNew;
+    Private::Entry const & oEntry =
+        oNew.emplace_back(oHandle, bLasting ? Private::Life::eLasting : Private::Life::eUsual);
+    StaticObjectPtrBase const * const pHandle = m->Insert(oNew);
+    if (!pHandle)
     {
         String sText("StaticObjectRegistry::RegisterStaticObject : Objekt bereits registriert! Obj: ");
-        DumpObject(*pHandle, sText);
+        oEntry.AppendTo(sText);
         XAssertionFailed("false", sText);
     }
-
-    m->oEntries.push_back({std::move(pHandle), bLasting});
-    return *m->oEntries.back().pHandle;
+    return *pHandle;
 }
 
-/// Whether a new singleton object meets an earlier one of its type.
-static bool Matches(StaticObjectPtrBase const & oNew, StaticObjectPtrBase const & oEntry)
+void StaticObjectRegistry::KeepPresentObjects()
 {
-    ClassDescription const * const pDescription = oNew.GetDescription();
-    if (!pDescription)
-        return std::strcmp(oNew.GetTypeName(), oEntry.GetTypeName()) == 0;
-
-    ClassDescription const * const pEntryDescription = oEntry.GetDescription();
-    return pEntryDescription && pDescription->GetClassId() != 0 && pEntryDescription->GetClassId() != 0;
+    WriteLock const oScope(m->oLock);
+    for (Private::Entry & oEntry : m->oEntries)
+        if (oEntry.eLife == Private::Life::eUsual)
+            oEntry.eLife = Private::Life::eOfLibrary;
 }
 
 StaticObjectPtrBase const & StaticObjectRegistry::RegisterSingletonObject(StaticObjectPtrBase & oHandle)
 {
+    char const * const sTypeName = oHandle.GetTypeName();
+    ClassDescription const * const pDescription = oHandle.GetDescription();
+    auto const fMatches = [&](Private::Entry const & oEntry)
+    {
+        if (!pDescription)
+            return std::strcmp(sTypeName, oEntry.sTypeName) == 0;
+        return oEntry.pDescription && pDescription->GetClassId() != 0
+               && oEntry.pDescription->GetClassId() != 0;
+    };
+
     StaticObjectPtrBase const * pNext = nullptr;
     bool bFound = false;
     {
         ReadLock const oScope(m->oLock);
-        auto oEntry = m->oEntries.begin();
-        while (oEntry != m->oEntries.end() && !bFound)
-        {
-            bFound = Matches(oHandle, *oEntry->pHandle);
-            ++oEntry;
-        }
-        if (oEntry != m->oEntries.end())
-            pNext = oEntry->pHandle.get();
+        auto const oMatch = std::find_if(m->oEntries.begin(), m->oEntries.end(), fMatches);
+        bFound = oMatch != m->oEntries.end();
+        if (bFound && std::next(oMatch) != m->oEntries.end())
+            pNext = std::next(oMatch)->pHandle.get();
     }
 
     if (!bFound)
@@ -126,23 +197,18 @@ StaticObjectPtrBase const & StaticObjectRegistry::RegisterSingletonObject(Static
 
 void StaticObjectRegistry::Dump() const
 {
-    ReadLock const oScope(m->oLock);
     String sText("StaticObjectRegistry::Dump RegisteredObjectList : \n");
-    for (Private::Entry const & oEntry : m->oEntries)
     {
-        sText << "Object = ";
-        DumpObject(*oEntry.pHandle, sText);
-        sText << '\n';
+        ReadLock const oScope(m->oLock);
+        for (Private::Entry const & oEntry : m->oEntries)
+        {
+            sText << "Object = ";
+            oEntry.AppendTo(sText);
+            sText << '\n';
+        }
     }
     sText << "StaticObjectRegistry::Dump End";
     std::cout << sText.s_str() << std::endl;
-}
-
-void StaticObjectRegistry::DumpObject(StaticObjectPtrBase const & oHandle, String & sText) const
-{
-    sText << oHandle.GetTypeName();
-    if (ClassDescription const * const pDescription = oHandle.GetDescription())
-        sText << ", description of " << pDescription->GetClassName();
 }
 
 } // namespace tsl

@@ -72,21 +72,23 @@ inline ClassDescription const * StaticObjectPtr<ClassDescription>::GetDescriptio
     return m_pObject;
 }
 
-/// Owner of the library's long-lived objects. Each is made on first use and handed over here; at the end
-/// of the library all are deleted in the reverse order of their registration, so that what an object
+/// Owner of the library's long-lived objects. Each is made on first use and handed over here; when the
+/// library is unloaded all are deleted in the reverse order of their registration, so that what an object
 /// was built on outlives it.
 ///
 /// What an object was built on is not all that it may need: its destructor may report something, and show a
 /// value, the first of its kind. So class descriptions, converters, null values and their like are registered
-/// as lasting objects, which go when no other object is left, in the reverse order as well.
+/// as lasting objects, which are deleted when no other object is left, in the reverse order as well.
+///
+/// At the end of the process, which other threads may not have noticed yet, the objects of the program are
+/// deleted likewise, but neither the lasting objects nor what the library has made for itself.
 ///
 /// Any thread may register. An object that is deleted at the end may register further objects, which are
-/// deleted in turn. A thread that goes on until then, past the end of main, must not use the library any
-/// more.
+/// deleted in turn.
 class TSL_EXPORT StaticObjectRegistry
 {
 public:
-    /// The one registry, made on the first call and ended when the library is unloaded.
+    /// The one registry, made on the first call and destroyed when the library is unloaded.
     static StaticObjectRegistry & Instance();
 
     /// Takes the object over. The handle is copied, and the stored copy is returned. An object that is
@@ -108,13 +110,18 @@ public:
     StaticObjectRegistry & operator=(StaticObjectRegistry const &) = delete;
 
 private:
+    friend class LibraryLoad;
+
     StaticObjectRegistry();
     ~StaticObjectRegistry();
 
     TSL_HIDDEN StaticObjectPtrBase const & Register(StaticObjectPtrBase const & oHandle, bool bLasting);
-    void DumpObject(StaticObjectPtrBase const & oHandle, String & sText) const;
+
+    /// What has been registered up to now belongs to the library itself.
+    TSL_HIDDEN void KeepPresentObjects();
 
     struct Private;
+    struct End;
     std::unique_ptr<Private> m;
 };
 

@@ -16,7 +16,7 @@ struct alignas(64) ThreadPresence
     /// Holds a lock or begins to, unless it waits for the first one.
     std::atomic<bool> bInside{false};
 
-    /// Counts the beginnings and ends of its waits for a lock while it holds another: odd while it waits.
+    /// Counts the beginnings and ends of its waits for a lock: odd while it waits.
     std::atomic<unsigned int> iWaits{0};
 
     /// Calls of the global bus that it is in.
@@ -54,9 +54,8 @@ void Register(ForcedEndState & oState);
 /// The calling thread, about to take its first lock, waits until no other thread forks.
 void WaitForFork(ThreadPresence & oPresence);
 
-/// Waits until each other thread has been seen to be out of the library's locks, or out of the bus. False if
-/// one was in all the time, for 2 seconds.
-bool WaitUntilOthersHeldNothing();
+/// Waits until each other thread is out of the bus, or waits there for a lock of the calling thread, and holds
+/// none. False if that has not come within 2 seconds.
 bool WaitUntilOthersLeaveBus();
 
 /// Whether a lock's owner was a thread of the process that this one was forked from, and is no thread of this

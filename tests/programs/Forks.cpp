@@ -94,8 +94,8 @@ void DoEverything()
 {
     Dispatch();
     Convert();
-    MessageDispatcher oDispatcher;
     tsltest::TestProcessor const oProcessor;
+    MessageDispatcher oDispatcher;
     Demand(oDispatcher.Register(oProcessor, {Message::GetBaseType()}).IsOk(), "register");
     TaskFactory::Instance().Register(4711, [](TaskProcessor *) -> Task * { return nullptr; });
     TaskFactory::Instance().Unregister(4711);

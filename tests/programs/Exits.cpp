@@ -1,0 +1,235 @@
+// Ends processes, as many as the first argument says, while eight threads of theirs are busy with all that the
+// library shares between threads, and prints "ok". Each has ten seconds' time for its end. The second argument
+// tells how it ends: "return" (from main), "thread" (exit from another thread), "callback" (exit from a processor
+// of the bus), "destructor" (exit from the destructor of a static object), "log" (with a thread that never leaves
+// the log file) or "stuck" (with one that never leaves a processor).
+
+#include "../TestMachine.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <new>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace tsl;
+
+// Children of a process with threads may start threads, whatever the sanitizer thinks of that.
+extern "C" char const * __tsan_default_options();
+extern "C" char const * __tsan_default_options() // NOLINT(bugprone-reserved-identifier)
+{
+    return "die_after_fork=0";
+}
+
+namespace
+{
+
+constexpr unsigned int SECONDS_OF_PROCESS = 10;
+constexpr int BUSY_THREADS = 8;
+constexpr int EXIT_CODE = 7;
+
+/// What happens at the end of a process, a character each, where its parent can read it.
+struct Trail
+{
+    char aEvents[16];
+    std::atomic<unsigned int> iEvents;
+
+    void Add(char c) { aEvents[iEvents++ % sizeof aEvents] = c; }
+};
+
+Trail & g_oTrail =
+    *new (::mmap(nullptr, sizeof(Trail), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) Trail{};
+
+class Mortal
+{
+public:
+    Mortal(char c, bool bExits) : m_c(c), m_bExits(bExits) {}
+    ~Mortal()
+    {
+        g_oTrail.Add(m_c);
+        if (m_bExits)
+            std::exit(EXIT_CODE);
+    }
+    Mortal(Mortal const &) = delete;
+    Mortal & operator=(Mortal const &) = delete;
+
+private:
+    char m_c;
+    bool m_bExits;
+};
+
+/// It is never destroyed, as the threads that it may be called by never end.
+class Listener : public tsltest::TestProcessor
+{
+public:
+    explicit Listener(Work fWork) : TestProcessor(std::move(fWork))
+    {
+        if (Support::GetAppDisp().Register(*this, {tsltest::NumberMessage().GetType()}).IsError())
+            std::abort();
+    }
+
+    void HandlerDestruction() const override { g_oTrail.Add('h'); }
+};
+
+class Watcher : public TaskFactoryCallBack
+{
+public:
+    void Invoke(TaskFactory::Args const & oArgs, bool &) override
+    {
+        if (oArgs.GetKey() == Task::TASK_FINE && oArgs.GetAction() == FactoryBase::eAfterUnregister)
+            g_oTrail.Add('u');
+    }
+    void HandlerDestruction() const override { g_oTrail.Add('f'); }
+};
+
+void BeBusy(TaskContext & oContext)
+{
+    for (;;)
+    {
+        Support::DispatchMessage(tsltest::NumberMessage(7));
+        Support::DispatchDebugMessage("Exit", "a line", "f", 1);
+        Support::DispatchMessage(Result(1, "r", Result(2, "s", Result::eCategoryDefault)));
+
+        String sText;
+        DateTime(86400, Time::ePrecisionSecond).Format("%d.%m.%Y", sText, TimeZone::eGreenwich);
+        ValueFloat32 oFloat;
+        static_cast<void>(oFloat.GetConverter().ConvertFromText(ValueString("1.5"), oFloat));
+        ValueString sFloat;
+        ValueInt32::Null().AddAsString(oFloat.AddAsString(sFloat));
+
+        oContext.WriteMessage(tsltest::NumberMessage(8));
+        oContext.Process();
+        delete oContext.ReadMessage();
+        std::unique_ptr<Root> const pCopy(Result(1, "r", Result::eCategoryDefault).GetCopy());
+        int iLevel = 0;
+        Support::RegisterLogPoint(&iLevel, "Exit", "f", 1);
+        static_cast<void>(Support::GetAppIni().GetInt32("a", "b", iLevel));
+    }
+}
+
+int Talk(tsltest::OpenTask & oTask)
+{
+    delete oTask.Receive(0);
+    oTask.Send(tsltest::NumberMessage(9));
+    return Task::TR_REMAIN;
+}
+
+void StartThreads()
+{
+    for (int i = 0; i < BUSY_THREADS; ++i)
+        std::thread([] { BeBusy(*new TaskContext(new tsltest::OneTaskMachine(&Talk))); }).detach();
+}
+
+[[noreturn]] void SleepForEver()
+{
+    for (;;)
+        ::pause();
+}
+
+/// A log file that nobody reads: who writes to it waits.
+void BlockLog()
+{
+    ::mkfifo("pipe", 0600);
+    int const iReader = ::open("pipe", O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    int const iWriter = ::open("pipe", O_WRONLY | O_CLOEXEC);
+    for (std::string const sDescriptor : {"3", "4", "5", "6", "7", "8", "9"})
+    {
+        std::error_code oIgnored;
+        auto const oFile = std::filesystem::read_symlink("/proc/self/fd/" + sDescriptor, oIgnored);
+        if (oFile.filename() == "Logfile.txt")
+            ::dup2(iWriter, std::atoi(sDescriptor.c_str()));
+    }
+    static_cast<void>(iReader);
+}
+
+void ExitFromProcessor(Message const &, Result &)
+{
+    static std::atomic<int> iCalls{0};
+    if (++iCalls == 100)
+        std::exit(EXIT_CODE);
+}
+
+/// How the process ends, apart from the busy threads.
+[[noreturn]] void End(std::string const & sWay, int iRun)
+{
+    ::alarm(SECONDS_OF_PROCESS);
+    RegisterStaticObject(new Mortal('a', false));
+    RegisterStaticObject(new Mortal('b', sWay == "destructor"));
+    new Watcher;
+    if (sWay == "callback")
+        new Listener(&ExitFromProcessor);
+    else if (sWay == "stuck")
+        new Listener([](auto &, auto &) { SleepForEver(); });
+    else
+        new Listener({});
+    if (sWay == "log")
+        BlockLog();
+    StartThreads();
+    if (sWay == "callback")
+        SleepForEver();
+
+    OS::Sleep(iRun % 4);
+    if (sWay == "log" || sWay == "stuck")
+        OS::Sleep(100);
+    if (sWay == "thread")
+    {
+        std::thread([] { std::exit(EXIT_CODE); }).detach();
+        SleepForEver();
+    }
+    std::exit(EXIT_CODE);
+}
+
+/// What has to happen, in this order: the task factory loses its entry, the program's objects go, the observers of
+/// the task factory and of the bus are told, unless a thread never leaves the bus.
+std::string GetExpectedTrail(std::string const & sWay)
+{
+    std::string const sObjects = sWay == "destructor" ? "ub" : "uba";
+    return sObjects + (sWay == "log" || sWay == "stuck" ? "f" : "fh");
+}
+
+bool HasEndedWell(pid_t iProcess, std::string const & sWay)
+{
+    int iStatus = 0;
+    while (::waitpid(iProcess, &iStatus, 0) < 0 && errno == EINTR)
+    {
+    }
+    std::string const sTrail(g_oTrail.aEvents, g_oTrail.iEvents % sizeof g_oTrail.aEvents);
+    bool const bWell =
+        WIFEXITED(iStatus) && WEXITSTATUS(iStatus) == EXIT_CODE && sTrail == GetExpectedTrail(sWay);
+    if (!bWell)
+        std::fprintf(stderr, "process %d: status %x, trail %s\n", iProcess,
+            static_cast<unsigned int>(iStatus), sTrail.c_str());
+    return bWell;
+}
+
+} // namespace
+
+int main(int iCount, char ** pArguments)
+{
+    if (iCount < 3)
+        return 2;
+
+    for (int i = 0; i < std::atoi(pArguments[1]); ++i)
+    {
+        if (i % 16 == 0)
+            std::filesystem::resize_file("Logfile.txt", 0);
+        g_oTrail.iEvents = 0;
+        pid_t const iProcess = ::fork();
+        if (iProcess == 0)
+            End(pArguments[2], i);
+        if (!HasEndedWell(iProcess, pArguments[2]))
+            std::_Exit(1);
+    }
+    std::puts("ok");
+    return 0;
+}
