@@ -91,6 +91,19 @@ TEST(ChildCommands, AreMadeOfArgumentsAndSplitAtWhiteSpaceOutsideOfQuotes)
     EXPECT_EQ(ReadOutput(oChild.Start()), "61.\n622063.\n646520206667.\n.\n5c5c.\n5c20782079.\n");
 }
 
+TEST(ChildCommands, MayBeMadeOfTheObjectsOwnCommand)
+{
+    CmdLine oCommand;
+    oCommand.SetApplication("program");
+    oCommand.AddArg(oCommand.GetCommand());
+    EXPECT_EQ(oCommand.GetCommand().s_str(), "program program");
+    oCommand.AddArg(oCommand.GetCommand());
+    EXPECT_EQ(oCommand.GetCommand().s_str(), "program program \"program program\"");
+    oCommand.SetCommand("my program");
+    oCommand.SetApplication(oCommand.GetCommand());
+    EXPECT_EQ(oCommand.GetCommand().s_str(), "\"my program\"");
+}
+
 TEST(ChildCommands, HandOverArgumentsOfAllBytesUnchanged)
 {
     std::mt19937 oRandom(4711);

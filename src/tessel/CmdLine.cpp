@@ -13,6 +13,7 @@
 #include <atomic>
 #include <chrono>
 #include <semaphore>
+#include <utility>
 
 namespace tsl
 {
@@ -46,6 +47,14 @@ public:
         Platform::CloseFile(oErrors);
     }
 };
+
+String QuoteIfNeeded(String const & sArgument)
+{
+    std::string const & sText = sArgument.s_str();
+    if (std::none_of(sText.begin(), sText.end(), &String::IsSpace))
+        return sArgument;
+    return String() << '"' << sArgument << '"';
+}
 
 } // namespace
 
@@ -234,20 +243,16 @@ String const & CmdLine::GetCommand() const
 
 void CmdLine::SetApplication(String const & sApplication)
 {
-    m->sCommand.Clear();
-    AddArg(sApplication);
+    m->sCommand = QuoteIfNeeded(sApplication);
 }
 
 void CmdLine::AddArg(String const & sArgument)
 {
-    if (!m->sCommand.IsEmpty())
-        m->sCommand << ' ';
-
-    std::string const & sText = sArgument.s_str();
-    if (std::any_of(sText.begin(), sText.end(), &String::IsSpace))
-        m->sCommand << '"' << sArgument << '"';
-    else
-        m->sCommand << sArgument;
+    String sCommand = m->sCommand;
+    if (!sCommand.IsEmpty())
+        sCommand << ' ';
+    sCommand << QuoteIfNeeded(sArgument);
+    m->sCommand = std::move(sCommand);
 }
 
 void CmdLine::SetWorkingDirectory(String const & sDirectory)
