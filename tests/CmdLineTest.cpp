@@ -6,6 +6,7 @@
 #include <iomanip>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -346,6 +347,104 @@ TEST(ChildEnd, IsNotWaitedForByTheDestructorAndReapedLater)
     int iStatus = 0;
     EXPECT_EQ(::waitpid(iForeign, &iStatus, 0), iForeign);
     EXPECT_EQ(WEXITSTATUS(iStatus), 5);
+}
+
+/// Starts a child and gives it up. Returns its process id.
+int Abandon(std::string const & sActions, int iMode = 0)
+{
+    CmdLine oChild;
+    oChild.SetCommand(CHILD + ' ' + sActions);
+    oChild.SetMode(iMode);
+    int iProcessId = 0;
+    EXPECT_TRUE(oChild.Run(iProcessId).IsOk());
+    return iProcessId;
+}
+
+/// Whether the process has been reaped, or is waited for until it has ended.
+bool IsGone(int iProcessId)
+{
+    siginfo_t oInfo{};
+    return ::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT) != 0;
+}
+
+/// The shortest time that 100 queries take, out of several tries.
+Clock::duration MeasureQueries(CmdLine const & oChild)
+{
+    auto oShortest = Clock::duration::max();
+    for (int iTry = 0; iTry < 50; ++iTry)
+    {
+        Clock::time_point const oStart = Clock::now();
+        for (int i = 0; i < 100; ++i)
+            EXPECT_TRUE(oChild.IsRunning());
+        oShortest = std::min(oShortest, Clock::now() - oStart);
+    }
+    return oShortest;
+}
+
+TEST(AbandonedChildren, CostNoDescriptorAndNoTimeOfQueries)
+{
+    Child oChild("hang");
+    oChild.Start();
+    Clock::duration const oAlone = MeasureQueries(oChild);
+    rlimit oFormer{};
+    ::getrlimit(RLIMIT_NOFILE, &oFormer);
+    rlimit const oFew{64, oFormer.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &oFew), 0);
+
+    constexpr int COUNT = 300;
+    std::vector<int> vProcessIds;
+    for (int i = 0; i < COUNT; ++i)
+        vProcessIds.push_back(Abandon("hang"));
+    EXPECT_LT(MeasureQueries(oChild), 3 * oAlone);
+
+    // A start and a destruction look after 64 each.
+    for (int const iProcessId : vProcessIds)
+        EXPECT_TRUE(::kill(iProcessId, SIGKILL) == 0 && !IsGone(iProcessId));
+    for (int i = 0; i < COUNT / 64; ++i)
+        Abandon("");
+    EXPECT_TRUE(std::all_of(vProcessIds.begin(), vProcessIds.end(), &IsGone));
+    ::setrlimit(RLIMIT_NOFILE, &oFormer);
+}
+
+TEST(AbandonedChildren, AreReapedByQueriesAsWell)
+{
+    Child oChild("hang");
+    oChild.Start();
+    int const iProcessId = Abandon("hang");
+    EXPECT_TRUE(::kill(iProcessId, SIGKILL) == 0 && !IsGone(iProcessId));
+    EXPECT_TRUE(WaitUntil([&] { return oChild.IsRunning() && IsGone(iProcessId); }));
+}
+
+TEST(AbandonedChildren, AreEndedIfTheyWereNeverContinued)
+{
+    for (int const iMode : {0, CmdLine::eModeDetached + 0, WITH_READERS})
+        EXPECT_TRUE(IsGone(Abandon("hang", CmdLine::eModeSuspended | iMode))) << iMode;
+
+    int iProcessId = 0;
+    {
+        Child oParent("hang", CmdLine::eModeSuspended);
+        oParent.Start();
+        iProcessId = oParent.iProcessId;
+        CmdLine const oCopy(oParent);
+    }
+    EXPECT_TRUE(IsGone(iProcessId));
+
+    // Continued at any moment before.
+    for (int const iPause : {0, 0, 0, 50, 1000})
+    {
+        {
+            CmdLine oChild;
+            oChild.SetCommand(CHILD + " hang");
+            oChild.SetMode(CmdLine::eModeSuspended);
+            EXPECT_TRUE(oChild.Run(iProcessId).IsOk());
+            EXPECT_EQ(::kill(iProcessId, SIGCONT), 0);
+            std::this_thread::sleep_for(std::chrono::microseconds(iPause));
+        }
+        siginfo_t oInfo{};
+        EXPECT_EQ(::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT | WNOHANG), 0);
+        EXPECT_EQ(oInfo.si_pid, 0);
+        ::kill(iProcessId, SIGKILL);
+    }
 }
 
 TEST(ChildStreams, GiveTheLinesThatHaveEnded)

@@ -138,6 +138,9 @@ enum class OwnEnd
 [[nodiscard]] int ReadPipe(
     File const & oPipe, File const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead);
 
+/// What outlives the hold on a child process. Allocated before the start, so that no end needs memory.
+struct ProcessRecord;
+
 /// A child process, until it is given up by CloseProcess.
 struct Process
 {
@@ -146,6 +149,7 @@ struct Process
     bool bEnded = false;
     bool bKilled = false;
     int iExitCode = 0; ///< what it ended with, or what Kill wants it to be
+    ProcessRecord * pRecord = nullptr;
 
     bool IsOpen() const { return iProcessId != 0; }
 };
@@ -175,8 +179,13 @@ struct ProcessStart
 /// program has them.
 [[nodiscard]] int StartProcess(ProcessStart const & oStart, Process & oProcess);
 
-/// Gives up the process, which runs on if it has not ended; nothing will be left of it after its end.
+/// Gives up the process, which runs on if it has not ended; one that was never continued after a suspended
+/// start is ended. A process that runs on costs no descriptor and is reaped later: each start and each
+/// giving up looks after 64 of those in turn, and so does GetExitCode if nobody has for ten milliseconds.
 void CloseProcess(Process & oProcess);
+
+/// Ends a process that nobody will ask again, and waits a second at most until it has ended.
+void EndProcess(Process & oProcess);
 
 /// EXIT_CODE_ACTIVE while it runs, 128 and the number of the signal that ended it, the code that was given to
 /// KillProcess, or -1 if it has ended but somebody else has taken its exit code away.

@@ -1,11 +1,11 @@
 #include "Platform.h"
 
+#include "PlatformAbandoned.h"
 #include "PlatformDescriptor.h"
 #include "PlatformSpawn.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
@@ -78,7 +78,7 @@ int OpenProcess(pid_t iProcess, Process & oProcess)
 {
     int iHandle = static_cast<int>(::syscall(SYS_pidfd_open, iProcess, 0));
     int iError = iHandle < 0 ? errno : MoveAboveStreams(iHandle);
-    oProcess = {iProcess, iHandle, false, false, 0};
+    oProcess = {.iProcessId = iProcess, .iHandle = iHandle};
     if (iError == ESRCH)
     {
         // Ended and gone already: some other part of the program waits for any child.
@@ -191,44 +191,12 @@ int Reap(Process & oProcess)
     return iError;
 }
 
-/// A child that was given up while it ran. All of them are a list without lock; whoever looks at it takes
-/// it as a whole and puts back what still runs.
-struct AbandonedProcess
+/// Whether this process started it and nobody has reaped it. A process that was forked off has no share in the
+/// children of the one before.
+bool IsOwnChild(Process const & oProcess)
 {
-    Process oProcess;
-    AbandonedProcess * pNext = nullptr;
-};
-
-std::atomic<AbandonedProcess *> g_pAbandoned{nullptr};
-
-void Remember(Process const & oProcess)
-{
-    auto * const pNew = new AbandonedProcess{oProcess, g_pAbandoned.load(std::memory_order_relaxed)};
-    while (!g_pAbandoned.compare_exchange_weak(pNew->pNext, pNew, std::memory_order_acq_rel))
-    {
-    }
-}
-
-void GiveUp(Process const & oProcess)
-{
-    Process oLast(oProcess);
-    if (Reap(oLast) == 0 && !oLast.bEnded)
-        Remember(oLast);
-    else if (oLast.iHandle != -1)
-        ::close(GetHandle(oLast));
-}
-
-void ReapAbandoned()
-{
-    if (!g_pAbandoned.load(std::memory_order_relaxed)) [[likely]]
-        return;
-
-    AbandonedProcess * pNext = g_pAbandoned.exchange(nullptr, std::memory_order_acq_rel);
-    while (std::unique_ptr<AbandonedProcess> const pProcess{pNext})
-    {
-        pNext = pProcess->pNext;
-        GiveUp(pProcess->oProcess);
-    }
+    siginfo_t oInfo{};
+    return ::waitid(P_PIDFD, static_cast<id_t>(oProcess.iHandle), &oInfo, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
 } // namespace
@@ -277,27 +245,58 @@ int ReadPipe(File const & oPipe, File const & oStop, char * pBytes, std::size_t 
 int StartProcess(ProcessStart const & oStart, Process & oProcess)
 {
     ReapAbandoned();
-    pid_t iProcess = 0;
+    auto pRecord = std::make_unique<ProcessRecord>();
+    if (oStart.bSuspended)
+        if (int const iError = pRecord->oContinued.Make())
+            return iError;
 
     // A child of which nothing stays behind must not end before there is a handle to it.
     bool const bHold = oStart.bSuspended || AreChildrenIgnored();
-    int const iStartError = bHold ? SpawnSuspended(oStart, iProcess) : Spawn(oStart, iProcess);
+    int & iProcess = pRecord->iProcessId;
+    int const iStartError =
+        bHold ? SpawnSuspended(oStart, pRecord->oContinued, iProcess) : Spawn(oStart, iProcess);
     int const iError = iStartError != 0 ? iStartError : OpenProcess(iProcess, oProcess);
-    if (iError == 0 && bHold && !oStart.bSuspended)
+    if (iError != 0)
+        return iError;
+
+    oProcess.pRecord = pRecord.release();
+    if (bHold && !oStart.bSuspended)
         SendSignal(oProcess, SIGCONT);
-    return iError;
+    return 0;
 }
 
 void CloseProcess(Process & oProcess)
 {
     ReapAbandoned();
-    if (oProcess.IsOpen())
-        GiveUp(std::exchange(oProcess, Process()));
+    if (!oProcess.IsOpen())
+        return;
+
+    Process oLast = std::exchange(oProcess, Process());
+    std::unique_ptr<ProcessRecord> pRecord(oLast.pRecord);
+    bool bRuns = Reap(oLast) == 0 && !oLast.bEnded && IsOwnChild(oLast);
+    if (bRuns && IsHeldAtStart(*pRecord))
+    {
+        EndProcess(oLast);
+        bRuns = Reap(oLast) == 0 && !oLast.bEnded;
+    }
+    if (oLast.iHandle != -1)
+        ::close(GetHandle(oLast));
+    if (bRuns)
+        Abandon(std::move(pRecord));
+}
+
+void EndProcess(Process & oProcess)
+{
+    // Longer only for one that a debugger or a frozen group keeps; that one is reaped later.
+    constexpr int iPatience = 1000;
+    bool bEnded = false;
+    if (KillProcess(oProcess, 0) == 0)
+        static_cast<void>(WaitForProcess(oProcess, iPatience, bEnded));
 }
 
 int GetExitCode(Process & oProcess, int & iExitCode)
 {
-    ReapAbandoned();
+    ReapAbandonedAtTimes();
     int const iError = Reap(oProcess);
     if (iError == 0)
         iExitCode = oProcess.bEnded ? oProcess.iExitCode : EXIT_CODE_ACTIVE;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform.h"
+#include "PlatformAbandoned.h"
 
 namespace tsl::Platform
 {
@@ -9,7 +9,8 @@ namespace tsl::Platform
 [[nodiscard]] int Spawn(ProcessStart const & oStart, int & iProcess);
 
 /// Starts a child and returns when it has stopped itself where it would enter its program. It must have
-/// done so by then: a continuation that came first would be lost.
-[[nodiscard]] int SpawnSuspended(ProcessStart const & oStart, int & iProcess);
+/// done so by then: a continuation that came first would be lost. Once it is continued, it sets the flag if
+/// that is made.
+[[nodiscard]] int SpawnSuspended(ProcessStart const & oStart, SharedFlag & oContinued, int & iProcess);
 
 } // namespace tsl::Platform

@@ -200,7 +200,8 @@ void PutStreamInPlace(File const & oEnd, int iStream)
 }
 
 /// What a forked child does: only what is allowed between fork and exec in a process that had threads.
-[[noreturn]] void ExecuteSuspended(ProcessStart const & oStart, char const * sPath, char ** pArguments)
+[[noreturn]] void ExecuteSuspended(
+    ProcessStart const & oStart, char const * sPath, char ** pArguments, SharedFlag & oContinued)
 {
     if (oStart.bDetached)
         ::setsid();
@@ -218,6 +219,8 @@ void PutStreamInPlace(File const & oEnd, int iStream)
     ::sigprocmask(SIG_SETMASK, &oNone, nullptr);
 
     ::kill(::getpid(), SIGSTOP);
+    if (oContinued.IsMade())
+        oContinued.Set();
     ::execve(sPath, pArguments, environ);
     ::_exit(EXIT_CODE_NOT_EXECUTED);
 }
@@ -230,7 +233,7 @@ int Spawn(ProcessStart const & oStart, int & iProcess)
     return SpawnPlan(oStart).Start(oArguments, iProcess);
 }
 
-int SpawnSuspended(ProcessStart const & oStart, int & iProcess)
+int SpawnSuspended(ProcessStart const & oStart, SharedFlag & oContinued, int & iProcess)
 {
     Arguments oArguments(oStart.sCommandLine);
     std::string sPath;
@@ -240,13 +243,14 @@ int SpawnSuspended(ProcessStart const & oStart, int & iProcess)
     SignalBlock const oScope;
     iProcess = ::fork();
     if (iProcess == 0)
-        ExecuteSuspended(oStart, sPath.c_str(), oArguments.Get());
+        ExecuteSuspended(oStart, sPath.c_str(), oArguments.Get(), oContinued);
     if (iProcess < 0)
         return errno;
 
-    // A continuation that came before the stop would be lost.
+    // A continuation that came before the stop would be lost. Somebody may have ended the child before it.
     siginfo_t oInfo{};
-    while (::waitid(P_PID, static_cast<id_t>(iProcess), &oInfo, WSTOPPED) != 0 && errno == EINTR)
+    while (::waitid(P_PID, static_cast<id_t>(iProcess), &oInfo, WSTOPPED | WEXITED | WNOWAIT) != 0
+           && errno == EINTR)
     {
     }
     return 0;
