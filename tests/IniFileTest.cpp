@@ -248,4 +248,42 @@ TEST_F(IniFiles, MustBeOpenForQueries)
         EXPECT_TRUE(Asserts("IsOpen()", "IniFile not open.", fCall)) << &fCall - aCalls;
 }
 
+/// How many chapters a program sees that has the ini file, and what it reports in its error file.
+std::string StartWithIni(TestProgram const & oProgram, std::vector<std::string> const & vArguments)
+{
+    std::string const sOutput = oProgram.Run(vArguments).sOutput;
+    return sOutput + oProgram.ReadFile("error_opening_inifile.log");
+}
+
+TEST(ApplicationIniLimit, IsReportedLikeAReadError)
+{
+    TestProgram const oProgram("Reporter");
+    std::filesystem::path const oIni = oProgram.GetFolder() / "Reporter.ini";
+    oProgram.WriteFile("Reporter.ini", "[A]\n");
+    std::filesystem::resize_file(oIni, 64 * 1024 * 1024);
+    EXPECT_EQ(StartWithIni(oProgram, {"chapters"}), "1 chapters\n");
+    std::filesystem::resize_file(oIni, 64 * 1024 * 1024 + 1);
+    std::string const sRefused = StartWithIni(oProgram, {"chapters"});
+    EXPECT_TRUE(sRefused.starts_with("0 chapters\n"
+                                     "Error opening inifile: Error while reading file 'Reporter.ini', line "))
+        << sRefused;
+    IniFile oOwn;
+    EXPECT_TRUE(oOwn.Open(oIni.string()).IsOk()) << "a file of the program's own has none";
+}
+
+TEST(ApplicationIniLimit, OfTheMemoryIsReportedAndEndsNoProgram)
+{
+    // A sanitizer takes more address space than any limit would leave.
+    if (*TESSEL_SANITIZE)
+        GTEST_SKIP();
+
+    TestProgram const oProgram("Reporter");
+    std::string sIni = "[A]\n";
+    for (int i = 0; i < 100'000; ++i)
+        sIni += "k" + std::to_string(i) + '=' + std::string(400, 'v') + '\n';
+    oProgram.WriteFile("Reporter.ini", sIni);
+    EXPECT_EQ(StartWithIni(oProgram, {"memory:60000000", "chapters"}),
+        "0 chapters\nError opening inifile: std::bad_alloc\n");
+}
+
 } // namespace

@@ -3,8 +3,14 @@
 #include "BusSilence.h"
 #include "Platform.h"
 
+#include <tessel/Exception.h>
 #include <tessel/Support.h>
 #include <tessel/ValueString.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <string_view>
 
 namespace tsl
 {
@@ -14,9 +20,13 @@ template class Singleton<GlobalApplicationIni>;
 static constexpr char const * ERROR_LOG_NAME = "error_opening_inifile.log";
 
 /// Not by way of the bus, which does not stand yet when the file is read.
-static void ReportBadFile(Result const & oFailure)
+static void ReportBadFile(std::string_view sReason)
 {
-    std::string const sLine = "Error opening inifile: " + oFailure.GetText().s_str() + '\n';
+    // Room for the failures of reading; there may be no memory.
+    char aLine[1024];
+    int const iPrinted = std::snprintf(aLine, sizeof aLine, "Error opening inifile: %.*s\n",
+        static_cast<int>(std::min(sReason.size(), sizeof aLine / 2)), sReason.data());
+    std::string_view const sLine(aLine, static_cast<std::size_t>(iPrinted));
 
     Platform::File oLog;
     if (Platform::OpenForAppend(ERROR_LOG_NAME, oLog) != 0)
@@ -50,14 +60,26 @@ GlobalApplicationIni & GlobalApplicationIni::Instance()
 
 GlobalApplicationIni::GlobalApplicationIni()
 {
-    Result const oResult = m_oIniFile.Open(Support::GetAppIniFileName());
-    if (oResult.IsOk())
-        return;
+    String const sName = Support::GetAppIniFileName();
+    try
+    {
+        Result const oResult = m_oIniFile.Open(sName, SIZE_MAX_READ);
+        if (oResult.IsOk())
+            return;
+        if (oResult.GetErrorCode() != ERR::eNotFound)
+            ReportBadFile(oResult.GetText().s_str());
+    }
+    catch (Exception const & oException)
+    {
+        ReportBadFile(oException.GetText());
+    }
+    catch (std::exception const & oException)
+    {
+        ReportBadFile(oException.what());
+    }
 
     // An empty file is always open.
     static_cast<void>(m_oIniFile.OpenEmpty());
-    if (oResult.GetErrorCode() != ERR::eNotFound)
-        ReportBadFile(oResult);
 }
 
 GlobalApplicationIni::~GlobalApplicationIni()

@@ -3,16 +3,22 @@
 #include <tessel/IniFile.h>
 #include <tessel/SingletonTemplate.h>
 
+#include <cstdint>
+
 namespace tsl
 {
 
 /// Owner of the application's ini file, which is read once, while the library loads.
 ///
 /// No file is normal and silent. A file with an error counts for nothing as a whole, and a line is
-/// appended to "error_opening_inifile.log", or written to the standard error stream if that fails.
+/// appended to "error_opening_inifile.log", or written to the standard error stream if that fails. So it is
+/// with a file of more than SIZE_MAX_READ bytes, and with one that there is not enough memory for.
 class GlobalApplicationIni : public Singleton<GlobalApplicationIni>
 {
 public:
+    /// Counted as they are read, whatever size the system tells.
+    static constexpr std::uint64_t SIZE_MAX_READ = 64 * 1024 * 1024;
+
     ClassDescription const & GetClassDesc() const override;
     ~GlobalApplicationIni() override;
     static ClassDescription const & GetStaticClassDesc();

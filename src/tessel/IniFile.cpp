@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <limits>
 #include <optional>
+#include <utility>
 
 namespace tsl
 {
@@ -99,17 +101,25 @@ IniFile::~IniFile() = default;
 
 Result IniFile::Open(String const & sName)
 {
+    return Open(sName, std::numeric_limits<std::uint64_t>::max());
+}
+
+Result IniFile::Open(String const & sName, std::uint64_t iSizeMax)
+{
     // The name may be the own one, which goes.
-    String const sFileName(sName);
+    String sFileName(sName);
     Close();
 
-    IniLineReader oReader;
+    IniLineReader oReader(iSizeMax);
     if (int const iError = oReader.Open(sFileName.c_str()))
         return MakeResult(
             ERR::eNotFound, String("Error while opening file '") + sFileName + "'.", OS::FormatError(iError));
 
-    Result oResult = ReadChapters(oReader, sFileName, m->oChapters);
-    m->sFileName = sFileName;
+    // An exception leaves the object closed and empty.
+    IniChapters oChapters;
+    Result oResult = ReadChapters(oReader, sFileName, oChapters);
+    m->oChapters = std::move(oChapters);
+    m->sFileName = std::move(sFileName);
     m->bOpen = true;
     return oResult;
 }
@@ -118,7 +128,7 @@ Result IniFile::OpenEmpty()
 {
     Close();
     m->bOpen = true;
-    return Result::Null();
+    return Result();
 }
 
 void IniFile::Close()

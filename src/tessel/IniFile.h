@@ -4,6 +4,7 @@
 #include <tessel/Result.h>
 #include <tessel/String.h>
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -80,7 +81,12 @@ public:
     [[nodiscard]] Result GetKeys(String const & sChapter, std::vector<String> & vNames) const;
 
 private:
+    friend class GlobalApplicationIni;
     struct Private;
+
+    /// Open for a file of at most so many bytes; to read a larger one fails.
+    TSL_HIDDEN Result Open(String const & sName, std::uint64_t iSizeMax);
+
     std::shared_ptr<Private> m;
 };
 

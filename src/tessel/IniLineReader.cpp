@@ -49,8 +49,12 @@ void IniLineReader::Fill()
     while (iCount < LENGTH_MAX && !m_bEnd)
     {
         std::size_t iRead = 0;
-        m_bFailed = Platform::Read(m_oFile, m_aBuffer.get() + iCount, BUFFER_SIZE - iCount, iRead) != 0;
-        m_bEnd = m_bFailed || iRead == 0;
+        m_bFailed = Platform::Read(m_oFile, m_aBuffer.get() + iCount, BUFFER_SIZE - iCount, iRead) != 0
+                    || iRead > m_iLeft;
+        if (m_bFailed)
+            iRead = 0;
+        m_bEnd = iRead == 0;
+        m_iLeft -= iRead;
         iCount += iRead;
     }
     m_sRest = std::string_view(m_aBuffer.get(), iCount);

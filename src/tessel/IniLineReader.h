@@ -2,6 +2,7 @@
 
 #include "Platform.h"
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -15,7 +16,8 @@ class IniLineReader
 public:
     static constexpr std::size_t LENGTH_MAX = 499;
 
-    IniLineReader() = default;
+    /// A file of more bytes than that cannot be read to its end.
+    explicit IniLineReader(std::uint64_t iSizeMax) : m_iLeft(iSizeMax) {}
     ~IniLineReader();
     IniLineReader(IniLineReader const &) = delete;
     IniLineReader & operator=(IniLineReader const &) = delete;
@@ -36,6 +38,7 @@ private:
     Platform::File m_oFile;
     std::unique_ptr<char[]> m_aBuffer;
     std::string_view m_sRest; // of the buffer, yet to be handed out
+    std::uint64_t m_iLeft;    // that may still be read
     bool m_bEnd = false;
     bool m_bFailed = false;
 };

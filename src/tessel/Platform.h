@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <ctime>
 #include <string>
+#include <string_view>
 
 /// What the library asks of the operating system: plain functions without state of their own, callable
 /// from any thread. One that can fail returns the system's error number, 0 for success.
@@ -209,6 +210,6 @@ void FreeLibrary(void * pLibrary);
 bool IsUnloading();
 
 /// Writes the text to the standard error stream.
-void WriteToStandardError(std::string const & sText);
+void WriteToStandardError(std::string_view sText);
 
 } // namespace tsl::Platform

@@ -443,7 +443,7 @@ bool IsUnloading()
     return g_bUnloading;
 }
 
-void WriteToStandardError(std::string const & sText)
+void WriteToStandardError(std::string_view sText)
 {
     // Nobody is left to be told if this fails, not even by a signal.
     WriteSignalScope const oScope;

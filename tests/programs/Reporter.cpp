@@ -111,13 +111,14 @@ void UnlinkProgram()
     std::cout << sName.c_str() << std::endl;
 }
 
-/// Starts the program anew, which may write that many bytes to a file, with the arguments behind this one.
-void StartLimited(std::string const & sCount, char ** pArguments)
+/// Starts the program anew, which may use that many bytes of a resource, with the arguments behind this one.
+template<class Resource>
+void StartLimited(Resource eResource, std::string const & sCount, char ** pArguments)
 {
     rlimit oLimit{};
-    ::getrlimit(RLIMIT_FSIZE, &oLimit);
+    ::getrlimit(eResource, &oLimit);
     oLimit.rlim_cur = std::stoul(sCount);
-    ::setrlimit(RLIMIT_FSIZE, &oLimit);
+    ::setrlimit(eResource, &oLimit);
     ::execv("/proc/self/exe", pArguments);
 }
 
@@ -267,7 +268,9 @@ int main(int iCount, char ** pArguments)
         std::string const sArgument = pArguments[i];
         std::size_t const iColon = sArgument.find(':');
         if (sArgument.starts_with("limit:"))
-            StartLimited(sArgument.substr(iColon + 1), pArguments + i);
+            StartLimited(RLIMIT_FSIZE, sArgument.substr(iColon + 1), pArguments + i);
+        if (sArgument.starts_with("memory:"))
+            StartLimited(RLIMIT_AS, sArgument.substr(iColon + 1), pArguments + i);
         g_oCommands.at(sArgument.substr(0, iColon))(
             iColon == std::string::npos ? "" : sArgument.substr(iColon + 1));
     }
