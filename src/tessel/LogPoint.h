@@ -4,6 +4,7 @@
 #include <tessel/Support.h>
 
 #include <atomic>
+#include <new>
 
 namespace tsl
 {
@@ -38,9 +39,16 @@ template<class TextFunction>
 [[gnu::noinline, gnu::cold]] void TraceIfOn(
     LogPoint & oLogPoint, char const * sIdentifier, TextFunction const & fText, char const * sFile, int iLine)
 {
-    // A trace statement has nobody to hand the processors' answer to.
-    if (oLogPoint.IsOn(sIdentifier, sFile, iLine))
-        static_cast<void>(Support::DispatchDebugMessage(sIdentifier, fText(), sFile, iLine));
+    // A trace statement has nobody to hand the processors' answer to. Nor may a line that there is no memory
+    // for disturb what it tells of.
+    try
+    {
+        if (oLogPoint.IsOn(sIdentifier, sFile, iLine))
+            static_cast<void>(Support::DispatchDebugMessage(sIdentifier, fText(), sFile, iLine));
+    }
+    catch (std::bad_alloc const &)
+    {
+    }
 }
 
 /// A trace statement: if the log point of this place is on, builds the text and dispatches it as a
@@ -50,7 +58,7 @@ template<class TextFunction>
 ///
 /// Off, it costs one load and one branch that is not taken; a function that is passed under several
 /// identifiers (one that is no lambda, or has a name) costs a look-up of the level at each passage. The
-/// identifier is a literal.
+/// identifier is a literal. A line that there is no memory for is dropped.
 template<class TextFunction>
 inline void Trace(char const * sIdentifier, TextFunction const & fText, char const * sFile = __builtin_FILE(),
     int iLine = __builtin_LINE())

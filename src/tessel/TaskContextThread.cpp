@@ -8,6 +8,7 @@
 #include <tessel/Thread.h>
 
 #include <atomic>
+#include <new>
 
 namespace tsl
 {
@@ -25,6 +26,7 @@ public:
         if (IsRunning())
             return false;
 
+        ReportLackOfMemory();
         m_pTaskContext = &oTaskContext;
         Result const oResult = Run();
         if (oResult.GetErrorCode() == ERR::eNotAllowed)
@@ -45,12 +47,28 @@ protected:
         TaskContextThread * const pTaskContext = m_pTaskContext;
         if (!pTaskContext)
             XAssertionFailed("m_pTaskContext", "No context set!");
-        pTaskContext->TaskContext::Process();
+        try
+        {
+            pTaskContext->TaskContext::Process();
+        }
+        catch (std::bad_alloc const &)
+        {
+            m_bLackOfMemory = true;
+        }
     }
 
 private:
+    /// Once for each step in which memory has run out.
+    void ReportLackOfMemory()
+    {
+        if (m_bLackOfMemory.exchange(false, std::memory_order_relaxed))
+            static_cast<void>(Support::DispatchMessage(
+                MakeResult(ERR::eInternal, "Memory has run out in a step of the statemachine.")));
+    }
+
     // Several threads may set it at once, always to the same.
     std::atomic<TaskContextThread *> m_pTaskContext{nullptr};
+    std::atomic<bool> m_bLackOfMemory{false};
 };
 
 TaskContextThread::TaskContextThread(TaskProcessor * pProcessor)

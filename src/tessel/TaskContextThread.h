@@ -25,8 +25,9 @@ public:
     ~TaskContextThread() override;
 
     /// Starts a step and returns. Does nothing while the last step still runs, so of several threads that call
-    /// at once, one starts a step. An Exception that leaves the
-    /// step is dispatched on the global bus, and the next step goes on where the machine stands.
+    /// at once, one starts a step. An Exception that leaves the step is dispatched on the global bus, and the
+    /// next step goes on where the machine stands. Memory that runs out in a step ends it likewise; that is
+    /// dispatched with the next call.
     ///
     /// If no thread can be started, that is dispatched as a Result of code 6, and is an assertion failure.
     void Process() override;

@@ -12,6 +12,7 @@
 #include <tessel/Support.h>
 
 #include <atomic>
+#include <new>
 #include <utility>
 
 namespace tsl
@@ -26,6 +27,19 @@ constexpr int EXIT_CODE_ENDED = 0;
 String ToText(unsigned long iThreadId)
 {
     return String() << static_cast<unsigned int>(iThreadId);
+}
+
+/// Nobody is left who could be told that the processors have failed, or that there is no memory for the report.
+void Report(Result const & oCause)
+{
+    try
+    {
+        static_cast<void>(Support::DispatchMessage(MakeResult(ERR::eInternal,
+            "Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate.", oCause)));
+    }
+    catch (std::bad_alloc const &)
+    {
+    }
 }
 
 } // namespace
@@ -66,8 +80,8 @@ struct TSL_HIDDEN Thread::Private
 void Thread::Private::Main(void * pArgument)
 {
     // Nothing of the object is used after Process, which may have deleted it.
-    Result oResult;
     unsigned long const iId = OS::GetThreadId();
+    bool bFailed = false;
     try
     {
         Thread * const pThread = static_cast<Thread *>(pArgument);
@@ -78,17 +92,12 @@ void Thread::Private::Main(void * pArgument)
     }
     catch (Exception & oException)
     {
-        oResult = MakeResult(ERR::eInternal,
-            "Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate.",
-            oException.GetResult());
+        bFailed = true;
+        Report(oException.GetResult());
     }
 
-    if (oResult.IsError())
-    {
-        // Nobody is left who could be told that the processors have failed.
-        static_cast<void>(Support::DispatchMessage(oResult));
+    if (bFailed)
         Trace("Thread", [&] { return String("ThreadFunction finished with ERROR. TheadId=") + ToText(iId); });
-    }
     else
         Trace(
             "Thread", [&] { return String("ThreadFunction finished successfull. TheadId=") + ToText(iId); });
