@@ -33,6 +33,8 @@
 #include <utility>
 #include <vector>
 
+#include <pthread.h>
+
 namespace tsltest
 {
 
@@ -80,6 +82,23 @@ bool WaitUntil(Condition && fCondition)
     }
     return true;
 }
+
+/// While it lives, no thread can be started: none gets a stack.
+class NoMoreThreads
+{
+public:
+    NoMoreThreads()
+    {
+        ::pthread_getattr_default_np(&m_oFormer);
+        pthread_attr_t oHuge = m_oFormer;
+        ::pthread_attr_setstacksize(&oHuge, std::size_t{1} << 50);
+        ::pthread_setattr_default_np(&oHuge);
+    }
+    ~NoMoreThreads() { ::pthread_setattr_default_np(&m_oFormer); }
+
+private:
+    pthread_attr_t m_oFormer;
+};
 
 /// Does the work, which is given its number, on several threads at once, and waits for their ends.
 template<class Work>

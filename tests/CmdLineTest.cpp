@@ -178,6 +178,24 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
     EXPECT_FALSE(HasChildren());
 }
 
+TEST(ChildStart, LeavesNoChildBehindIfAReaderCannotBeStarted)
+{
+    std::size_t const iDescriptors = CountEntries("/proc/self/fd");
+    for (int const iMode : {WITH_READERS, WITH_READERS | CmdLine::eModeSuspended})
+    {
+        Child oChild("hang", iMode);
+        {
+            NoMoreThreads const oScope;
+            EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 10);
+        }
+        EXPECT_EQ(oChild.iProcessId, 0);
+        EXPECT_FALSE(HasChildren());
+        EXPECT_EQ(CountEntries("/proc/self/fd"), iDescriptors);
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
+        oChild.Start();
+    }
+}
+
 TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
 {
     std::vector<int> vOpen;
@@ -457,6 +475,8 @@ TEST(ChildStreams, GiveTheLinesThatHaveEnded)
         EXPECT_TRUE(WaitUntil([&] { return !oChild.IsRunning(); })) << "and its streams are read";
         EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "one\ntwo\nthree\n");
         EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdErr), "1\n2\n");
+
+        EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut).IsOk()) << "a thread has read it";
 
         // Lines of the next run queue behind those of this one.
         oChild.Start();

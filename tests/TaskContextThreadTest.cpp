@@ -1,8 +1,6 @@
 #include "AssertionTest.h"
 #include "TestMachine.h"
 
-#include <pthread.h>
-
 using namespace tsltest;
 using tsl::Message;
 using tsl::Task;
@@ -23,23 +21,6 @@ int ReadNumber(tsl::TaskContext & oContext)
         });
     return pMessage ? dynamic_cast<NumberMessage const &>(*pMessage).iNumber : -1;
 }
-
-/// While it lives, no thread can be started: none gets a stack.
-class NoMoreThreads
-{
-public:
-    NoMoreThreads()
-    {
-        ::pthread_getattr_default_np(&m_oFormer);
-        pthread_attr_t oHuge = m_oFormer;
-        ::pthread_attr_setstacksize(&oHuge, std::size_t{1} << 50);
-        ::pthread_setattr_default_np(&oHuge);
-    }
-    ~NoMoreThreads() { ::pthread_setattr_default_np(&m_oFormer); }
-
-private:
-    pthread_attr_t m_oFormer;
-};
 
 /// Writes the failures that reach the global bus.
 class FailureWriter : public BusListener

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <new>
 #include <semaphore>
 #include <utility>
 
@@ -56,24 +57,72 @@ String QuoteIfNeeded(String const & sArgument)
     return String() << '"' << sArgument << '"';
 }
 
+/// What there is to read into: as much as wanted, or else as can be had without asking for memory.
+class ReadBuffer
+{
+public:
+    explicit ReadBuffer(std::size_t iSize) : m_pMemory(new (std::nothrow) char[iSize]), m_iSize(iSize) {}
+
+    char * Get() { return m_pMemory ? m_pMemory.get() : m_aSmall; }
+    std::size_t GetSize() const { return m_pMemory ? m_iSize : sizeof m_aSmall; }
+
+private:
+    std::unique_ptr<char[]> m_pMemory;
+    std::size_t m_iSize;
+    char m_aSmall[256];
+};
+
+/// How the reading of a stream has ended. Needs no memory, unlike a Result.
+struct ReadOutcome
+{
+    Result Explain() const;
+
+    int iError = 0;
+    unsigned int iDroppedLines = 0;
+};
+
+Result ReadOutcome::Explain() const
+{
+    Result oResult;
+    if (iError != 0)
+        oResult = MakeResult(
+            ERR::eNoError, "Unknown error while reading pipe to child's stdout.", OS::FormatError(iError));
+    if (iDroppedLines == 0)
+        return oResult;
+    return MakeResult(ERR::eSubsystem, String("Lines dropped for want of memory: ") + iDroppedLines, oResult);
+}
+
 } // namespace
 
 struct TSL_HIDDEN CmdLine::Private
 {
     class ReadStreamThread;
+    class StartScope;
+
+    /// What the child writes.
+    struct Output
+    {
+        LinePipe oLines;
+        std::unique_ptr<ReadStreamThread> pReader;
+
+        // Of the last reader, until the next start.
+        ReadOutcome oOutcome;
+    };
 
     Private();
     ~Private();
 
     bool HasMode(int iBit) const { return (iMode & iBit) != 0; }
-    LinePipe & GetLines(Streams eStream) { return eStream == eStdOut ? oOutLines : oErrorLines; }
+    Output & GetOutput(Streams eStream) { return eStream == eStdOut ? oOutput : oErrors; }
 
+    Result Start();
     Result MakePipes(StreamEnds & oChildEnds);
     Result StartReaders();
-    Result StartReader(Streams eStream, std::unique_ptr<ReadStreamThread> & pReader);
+    Result StartReader(Streams eStream);
     void StopReaders();
     bool IsReading() const;
-    Result ReadUntilEof(Streams eStream, unsigned int iReadSize);
+    Result ReadUntilEof(Streams eStream);
+    ReadOutcome Read(Streams eStream, unsigned int iReadSize);
     void ReadExitCode();
     void CleanUp();
 
@@ -82,8 +131,8 @@ struct TSL_HIDDEN CmdLine::Private
     unsigned int iBufferSize = 1024;
     String sCommand;
     String sWorkingDirectory;
-    LinePipe oOutLines;
-    LinePipe oErrorLines;
+    Output oOutput;
+    Output oErrors;
     LinePipe oInputLines;
     Platform::Process oProcess;
     StreamEnds oOwnEnds;
@@ -92,8 +141,29 @@ struct TSL_HIDDEN CmdLine::Private
     Platform::File oStop;
     Platform::File oStopTrigger;
     std::atomic<bool> bStop{false};
-    std::unique_ptr<ReadStreamThread> pOutReader;
-    std::unique_ptr<ReadStreamThread> pErrorReader;
+};
+
+/// Ends a child whose start fails half-way, and takes everything back.
+class CmdLine::Private::StartScope
+{
+public:
+    explicit StartScope(Private & oOwner) : m_oOwner(oOwner) {}
+    ~StartScope()
+    {
+        if (m_bStarted)
+            return;
+        if (m_oOwner.oProcess.IsOpen())
+            Platform::EndProcess(m_oOwner.oProcess);
+        m_oOwner.CleanUp();
+    }
+    StartScope(StartScope const &) = delete;
+    StartScope & operator=(StartScope const &) = delete;
+
+    void Keep() { m_bStarted = true; }
+
+private:
+    Private & m_oOwner;
+    bool m_bStarted = false;
 };
 
 /// Reads one stream of the child to its end.
@@ -103,6 +173,13 @@ public:
     ReadStreamThread(CmdLine::Private & oOwner, Streams eStream)
         : m_oOwner(oOwner), m_eStream(eStream), m_iReadSize(oOwner.iBufferSize)
     {
+    }
+
+    /// Waits for the end of the stream.
+    void Wait()
+    {
+        m_oEnded.acquire();
+        m_oEnded.release();
     }
 
     // By force only if the program keeps the thread from ending, for instance in a processor of its lines.
@@ -116,8 +193,7 @@ public:
 protected:
     void Process() override
     {
-        // Nobody can be told how the reading has ended.
-        static_cast<void>(m_oOwner.ReadUntilEof(m_eStream, m_iReadSize));
+        m_oOwner.GetOutput(m_eStream).oOutcome = m_oOwner.Read(m_eStream, m_iReadSize);
         m_oEnded.release();
     }
 
@@ -151,19 +227,33 @@ Result CmdLine::Private::MakePipes(StreamEnds & oChildEnds)
     return oResult;
 }
 
+Result CmdLine::Private::Start()
+{
+    StreamEnds oChildEnds;
+    if (HasMode(eModeRedirect))
+        if (Result const oPipes = MakePipes(oChildEnds); oPipes.IsError())
+            return MakeResult(ERR::eSubsystem, "Cannot create pipe for redirection.", oPipes);
+
+    Platform::ProcessStart const oStart{
+        sCommand.c_str(), oChildEnds, HasMode(eModeDetached), HasMode(eModeSuspended)};
+    if (int const iError = Platform::StartProcess(oStart, oProcess))
+        return MakeResult(ERR::eSubsystem, "Error while creating process.", OS::FormatError(iError));
+    return HasMode(eModeReaderThreads) ? StartReaders() : Result();
+}
+
 Result CmdLine::Private::StartReaders()
 {
-    Result oResult = StartReader(eStdOut, pOutReader);
-    oResult.InsertFront(StartReader(eStdErr, pErrorReader));
+    Result oResult = StartReader(eStdOut);
+    oResult.InsertFront(StartReader(eStdErr));
     return oResult;
 }
 
-Result CmdLine::Private::StartReader(Streams eStream, std::unique_ptr<ReadStreamThread> & pReader)
+Result CmdLine::Private::StartReader(Streams eStream)
 {
     auto pNew = std::make_unique<ReadStreamThread>(*this, eStream);
     Result oResult = pNew->Run();
     if (oResult.IsOk())
-        pReader = std::move(pNew);
+        GetOutput(eStream).pReader = std::move(pNew);
     return oResult;
 }
 
@@ -171,42 +261,56 @@ void CmdLine::Private::StopReaders()
 {
     bStop = true;
     Platform::CloseFile(oStopTrigger);
-    pOutReader.reset();
-    pErrorReader.reset();
+    oOutput.pReader.reset();
+    oErrors.pReader.reset();
     Platform::CloseFile(oStop);
     bStop = false;
 }
 
 bool CmdLine::Private::IsReading() const
 {
-    return (pOutReader && pOutReader->IsRunning()) || (pErrorReader && pErrorReader->IsRunning());
+    return (oOutput.pReader && oOutput.pReader->IsRunning())
+           || (oErrors.pReader && oErrors.pReader->IsRunning());
 }
 
-Result CmdLine::Private::ReadUntilEof(Streams eStream, unsigned int iReadSize)
+Result CmdLine::Private::ReadUntilEof(Streams eStream)
 {
+    Output & oStream = GetOutput(eStream);
+    if (oStream.pReader)
+    {
+        oStream.pReader->Wait();
+        return oStream.oOutcome.Explain();
+    }
+
+    // A reader that is gone with its child may have left a failure.
+    if (Result oFailure = oStream.oOutcome.Explain(); oFailure.IsError())
+        return oFailure;
     if (!oProcess.IsOpen())
         return MakeResult(ERR::eAccessDenied, "No Process starteded.");
-    Platform::File const oEnd = eStream == eStdOut ? oOwnEnds.oOutput : oOwnEnds.oErrors;
-    if (!oEnd.IsOpen())
+    if (!oOwnEnds.oOutput.IsOpen())
         return MakeResult(ERR::eBadData, "No redirection aktivated");
+    return Read(eStream, iBufferSize).Explain();
+}
 
+ReadOutcome CmdLine::Private::Read(Streams eStream, unsigned int iReadSize)
+{
     // A pipe holds no more than that. What it holds when the reading is to stop is still read; somebody
     // may write without end.
     constexpr unsigned int iCapacityMax = 1024 * 1024;
     std::size_t iLastBytes = iCapacityMax;
-    std::vector<char> vBuffer(std::min(iReadSize, iCapacityMax));
-    LineSplitter oSplitter(GetLines(eStream), eStream == eStdOut ? "STDOUT" : "STDERR");
+    Platform::File const oEnd = eStream == eStdOut ? oOwnEnds.oOutput : oOwnEnds.oErrors;
+    ReadBuffer oBuffer(std::min(iReadSize, iCapacityMax));
+    LineSplitter oSplitter(GetOutput(eStream).oLines, eStream == eStdOut ? "STDOUT" : "STDERR");
     std::size_t iRead = 0;
     do
     {
-        if (int const iError = Platform::ReadPipe(oEnd, oStop, vBuffer.data(), vBuffer.size(), iRead))
-            return MakeResult(ERR::eNoError, "Unknown error while reading pipe to child's stdout.",
-                OS::FormatError(iError));
-        oSplitter.Take(vBuffer.data(), iRead);
+        if (int const iError = Platform::ReadPipe(oEnd, oStop, oBuffer.Get(), oBuffer.GetSize(), iRead))
+            return {iError, oSplitter.GetDroppedLines()};
+        oSplitter.Take(oBuffer.Get(), iRead);
         if (bStop.load(std::memory_order_relaxed))
             iLastBytes -= std::min(iLastBytes, iRead);
     } while (iRead > 0 && iLastBytes > 0);
-    return Result();
+    return {0, oSplitter.GetDroppedLines()};
 }
 
 void CmdLine::Private::ReadExitCode()
@@ -292,27 +396,17 @@ Result CmdLine::Run(int & iProcessId)
     if (!m->HasMode(eModeRedirect))
         m->iMode &= ~eModeReaderThreads;
     m->CleanUp();
+    m->oOutput.oOutcome = {};
+    m->oErrors.oOutcome = {};
 
-    StreamEnds oChildEnds;
-    if (m->HasMode(eModeRedirect))
+    Private::StartScope oScope(*m);
+    Result oResult = m->Start();
+    if (oResult.IsOk())
     {
-        Result const oPipes = m->MakePipes(oChildEnds);
-        if (oPipes.IsError())
-        {
-            m->CleanUp();
-            return MakeResult(ERR::eSubsystem, "Cannot create pipe for redirection.", oPipes);
-        }
+        oScope.Keep();
+        iProcessId = m->oProcess.iProcessId;
     }
-
-    Platform::ProcessStart const oStart{
-        m->sCommand.c_str(), oChildEnds, m->HasMode(eModeDetached), m->HasMode(eModeSuspended)};
-    if (int const iError = Platform::StartProcess(oStart, m->oProcess))
-    {
-        m->CleanUp();
-        return MakeResult(ERR::eSubsystem, "Error while creating process.", OS::FormatError(iError));
-    }
-    iProcessId = m->oProcess.iProcessId;
-    return m->HasMode(eModeReaderThreads) ? m->StartReaders() : Result();
+    return oResult;
 }
 
 bool CmdLine::IsRunning() const
@@ -359,12 +453,12 @@ Result CmdLine::Kill(unsigned int iExitCode)
 
 String * CmdLine::ReceiveStdOut()
 {
-    return m->oOutLines.Receive();
+    return m->oOutput.oLines.Receive();
 }
 
 String * CmdLine::ReceiveStdErr()
 {
-    return m->oErrorLines.Receive();
+    return m->oErrors.oLines.Receive();
 }
 
 void CmdLine::SendStdIn(String const & sLine)
@@ -374,14 +468,18 @@ void CmdLine::SendStdIn(String const & sLine)
 
 Result CmdLine::ReadStdStreamUntilEof(Streams eStream)
 {
-    return m->ReadUntilEof(eStream, m->iBufferSize);
+    return m->ReadUntilEof(eStream);
 }
 
 Result CmdLine::ReadStdStreamUntilEof(Streams eStream, std::vector<String> & vLines)
 {
-    Result oResult = m->ReadUntilEof(eStream, m->iBufferSize);
-    while (std::unique_ptr<String> const pLine{m->GetLines(eStream).Receive()})
-        vLines.push_back(std::move(*pLine));
+    Result oResult = m->ReadUntilEof(eStream);
+    for (LinePipe & oLines = m->GetOutput(eStream).oLines; !oLines.IsEmpty();)
+    {
+        // First, so that no line is lost if there is no memory for it.
+        vLines.emplace_back();
+        vLines.back() = std::move(*std::unique_ptr<String>(oLines.Receive()));
+    }
     return oResult;
 }
 

@@ -21,7 +21,8 @@ namespace tsl
 /// With eModeReaderThreads two threads read the child's output and put each line into a queue, from which
 /// ReceiveStdOut and ReceiveStdErr take. The queues have no limit, and survive the child. A line ends at
 /// any control character of the process's locale, a tab included; empty lines are not queued, nor is a last
-/// line without an end.
+/// line without an end. A line for which there is not enough memory is dropped, and the thread reads on, so
+/// that the child never waits; ReadStdStreamUntilEof tells how many those were.
 ///
 /// A child that still runs when the last copy of its object is destroyed runs on, with its redirected streams
 /// closed. It costs no descriptor, and no query of another object takes longer for it. After its end it is
@@ -99,7 +100,8 @@ public:
 
     /// Starts the child. The process id is 0 if that fails: with code 3 if a child is running, 2 if the
     /// command line is too long, 10 if a pipe or the process cannot be made, with the system's error as
-    /// the cause. Code 10 with a process id: the child runs, but a reader thread could not be started.
+    /// the cause, or if a reader thread cannot be started; the child is ended then. After any failure there is
+    /// no child.
     ///
     /// With eModeSuspended, or in a program that ignores SIGCHLD, a file that cannot be executed after all
     /// is not noticed before the child goes on: its exit code is 127 then.
@@ -136,10 +138,11 @@ public:
     /// Queues a line. Nothing is ever written to the child: its standard input stays open and silent.
     virtual void SendStdIn(String const & sLine);
 
-    /// Reads the stream to its end, on the calling thread, and queues its lines. Code 1 without a child,
-    /// 2 without redirection, 0 if the reading fails. To be used without reader threads, before
-    /// WaitTermination. The pipe to a child that writes more than nobody reads fills up, and the child
-    /// waits.
+    /// Reads the stream to its end, on the calling thread, and queues its lines, before WaitTermination. Waits
+    /// for the reader thread instead if there is one. Code 1 without a child, 2 without redirection, 0 if the
+    /// reading fails, 10 if lines were dropped for want of memory. What a reader thread has failed in is
+    /// returned until the next Run, also after WaitTermination. The pipe to a child that writes more than
+    /// nobody reads fills up, and the child waits.
     Result ReadStdStreamUntilEof(Streams eStream);
 
     /// The same, and moves all queued lines of the stream to the end of vLines.

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <new>
+#include <utility>
 
 namespace tsl
 {
@@ -29,7 +31,6 @@ LineSplitter::LineSplitter(LinePipe & oLines, char const * sStream) : m_oLines(o
     // Asked once for each character: a question for each byte would cost more than all the rest.
     for (std::size_t i = 0; i < m_aEndsLine.size(); ++i)
         m_aEndsLine[i] = String::IsCntrl(static_cast<char>(i));
-    m_sLine.Reserve(LENGTH_USUAL);
 }
 
 void LineSplitter::Take(char const * pBytes, std::size_t iCount)
@@ -39,7 +40,7 @@ void LineSplitter::Take(char const * pBytes, std::size_t iCount)
     {
         char const * const pLineEnd = std::find_if(SkipPlainText(pBytes, pEnd), pEnd,
             [this](char c) { return m_aEndsLine[static_cast<unsigned char>(c)]; });
-        m_sLine.Append(pBytes, static_cast<unsigned int>(pLineEnd - pBytes));
+        Append(pBytes, static_cast<std::size_t>(pLineEnd - pBytes));
         if (pLineEnd == pEnd)
             break;
         EndLine();
@@ -47,14 +48,52 @@ void LineSplitter::Take(char const * pBytes, std::size_t iCount)
     }
 }
 
-void LineSplitter::EndLine()
+void LineSplitter::Append(char const * pBytes, std::size_t iCount)
 {
-    if (m_sLine.IsEmpty())
+    if (m_bDropped || iCount == 0)
         return;
 
-    m_oLines.Send(m_sLine);
+    try
+    {
+        if (m_sLine.IsEmpty())
+            m_sLine.Reserve(LENGTH_USUAL);
+        m_sLine.Append(pBytes, static_cast<unsigned int>(iCount));
+    }
+    catch (std::bad_alloc const &)
+    {
+        Drop();
+        m_bDropped = true;
+    }
+}
+
+void LineSplitter::EndLine()
+{
+    if (!m_sLine.IsEmpty())
+        Send();
+    m_bDropped = false;
+}
+
+void LineSplitter::Send()
+{
+    try
+    {
+        m_oLines.Send(m_sLine);
+    }
+    catch (std::bad_alloc const &)
+    {
+        Drop();
+        return;
+    }
     Trace("CmdLine", [&] { return String(m_sStream) + ": " + m_sLine; });
     m_sLine.Clear();
+}
+
+/// The memory of the line is given back, since others are short of it.
+void LineSplitter::Drop()
+{
+    String const sFreed(std::move(m_sLine));
+    m_sLine.Clear();
+    ++m_iDropped;
 }
 
 } // namespace tsl
