@@ -27,14 +27,17 @@ struct TSL_HIDDEN ValueConverterLayoutCollection::Private
 
     void AddLayout(ValueConverterLayout * pLayout)
     {
+        std::unique_ptr<ValueConverterLayout> pNew(pLayout);
         auto const oFormer = FindLayout(pLayout->GetClassDesc());
-        if (oFormer != oLayouts.end())
+        if (oFormer != oLayouts.end() && oFormer->get() == pLayout)
         {
-            if (oFormer->get() == pLayout)
-                return;
-            oLayouts.erase(oFormer);
+            static_cast<void>(pNew.release()); // owned already
+            return;
         }
-        oLayouts.emplace_front(pLayout);
+
+        oLayouts.push_front(std::move(pNew));
+        if (oFormer != oLayouts.end())
+            oLayouts.erase(oFormer);
     }
 
     void CopyFrom(Private const & oSource)
