@@ -4,13 +4,13 @@
 #include "PlatformProcessor.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <iterator>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include <limits.h>
 #include <link.h>
@@ -52,9 +52,7 @@ public:
     /// Looks for them anew, since some are loaded late.
     void Find()
     {
-        // Enough for most, so that memory is hardly ever needed while the loader is locked.
-        m_vRanges.clear();
-        m_vRanges.reserve(COUNT_USUAL);
+        m_iCount = 0;
         ::dl_iterate_phdr(
             [](dl_phdr_info * pObject, std::size_t, void * pThis)
             {
@@ -66,7 +64,7 @@ public:
 
     bool Contain(std::uintptr_t iAddress) const
     {
-        return std::any_of(m_vRanges.begin(), m_vRanges.end(),
+        return std::any_of(m_aRanges.begin(), m_aRanges.begin() + m_iCount,
             [iAddress](Range const & oRange) { return oRange.Contains(iAddress); });
     }
 
@@ -111,13 +109,13 @@ private:
         std::string_view const sPath = oObject.dlpi_name;
         Range const oRange = GetRange(oObject);
         bool const bOwn = oRange.Contains(reinterpret_cast<std::uintptr_t>(&IsRuntimeName));
-        if (!sPath.empty() && (bOwn || IsRuntimeName(sPath)))
-            m_vRanges.push_back(oRange);
+        if (!sPath.empty() && (bOwn || IsRuntimeName(sPath)) && m_iCount < m_aRanges.size())
+            m_aRanges[m_iCount++] = oRange;
     }
 
-    static constexpr std::size_t COUNT_USUAL = 32;
-
-    std::vector<Range> m_vRanges;
+    // Far more than there are kinds of them. No memory is asked for, since a destructor may be at work.
+    std::array<Range, 64> m_aRanges;
+    std::size_t m_iCount = 0;
 };
 
 /// Sends a signal to one thread when a time is over. Unlike one that the asking thread sends, it comes in
