@@ -338,7 +338,8 @@ ClassDescription const & MessageDispatcherClient::GetStaticClassDesc()
 
 MessageDispatcherClient::~MessageDispatcherClient()
 {
-    m->Close(*this);
+    // Also if it counts as closed: a failed Open has left it registered for some types.
+    m->pBus->Unregister(*this);
 }
 
 Root * MessageDispatcherClient::CreateNew()

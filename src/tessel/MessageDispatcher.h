@@ -125,7 +125,7 @@ class TSL_EXPORT MessageDispatcherClient : public MessageProcessor
 public:
     ClassDescription const & GetClassDesc() const override;
 
-    /// Closes.
+    /// Unregisters from all types of its bus, also those that a failed Open has left.
     ~MessageDispatcherClient() override;
     static ClassDescription const & GetStaticClassDesc();
     static Root * CreateNew();
