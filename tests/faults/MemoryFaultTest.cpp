@@ -1,0 +1,178 @@
+#include "Memory.h"
+#include "Operations.h"
+
+#include <tessel/Exception.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <new>
+#include <string>
+#include <thread>
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace tslfaults;
+
+namespace
+{
+
+constexpr long LAST = 500;
+constexpr unsigned int PATIENCE = 60; // seconds
+
+// Of the one that runs, for the report of a hang.
+char g_aPlace[128] = "";
+
+[[noreturn]] void ReportHang(int)
+{
+    static_cast<void>(::write(STDERR_FILENO, g_aPlace, sizeof g_aPlace) == 0);
+    ::_exit(99);
+}
+
+Outcome Try(Operation const & oOperation)
+{
+    try
+    {
+        return oOperation.fDo();
+    }
+    catch (std::bad_alloc const &)
+    {
+        return Outcome::eFailed;
+    }
+    catch (tsl::Exception const &)
+    {
+        return Outcome::eFailed;
+    }
+}
+
+/// A thread finds a lock that another one has lost, unlike that one itself.
+bool WorksOnAnotherThread(Operation const & oOperation)
+{
+    Outcome eOutcome = Outcome::eWrong;
+    std::thread([&] { eOutcome = Try(oOperation); }).join();
+    return eOutcome == Outcome::eDone;
+}
+
+enum class Verdict : int
+{
+    eNeverStruck,
+    eSound,
+    eWrong,
+    eLostItsUse
+};
+
+Verdict TryWithFault(Operation const & oOperation, Failing eFailing, long n)
+{
+    std::snprintf(g_aPlace, sizeof g_aPlace, "%s: hangs at %s %ld\n", oOperation.sName,
+        eFailing == Failing::eOne ? "allocation" : "all from allocation", n);
+    ::alarm(PATIENCE);
+    MemoryFault oFault(eFailing, n);
+    Outcome const eOutcome = Try(oOperation);
+    oFault.Stop();
+    bool const bStruck = MemoryFault::HasStruck();
+    bool const bWorks = WorksOnAnotherThread(oOperation);
+    ::alarm(0);
+    if (eOutcome == Outcome::eWrong || (eOutcome != Outcome::eDone && !bStruck))
+        return Verdict::eWrong;
+    if (!bWorks)
+        return Verdict::eLostItsUse;
+    return bStruck ? Verdict::eSound : Verdict::eNeverStruck;
+}
+
+/// In a process that has not done it before, and which then ends as programs do.
+Verdict TryFirstUse(Operation const & oOperation, Failing eFailing, long n)
+{
+    std::fflush(nullptr);
+    pid_t const iProcess = ::fork();
+    if (iProcess == 0)
+        std::exit(static_cast<int>(TryWithFault(oOperation, eFailing, n)));
+
+    int iStatus = 0;
+    ::waitpid(iProcess, &iStatus, 0);
+    bool const bSurvived =
+        WIFEXITED(iStatus) && WEXITSTATUS(iStatus) <= static_cast<int>(Verdict::eLostItsUse);
+    EXPECT_TRUE(bSurvived) << "status " << iStatus;
+    return bSurvived ? static_cast<Verdict>(WEXITSTATUS(iStatus)) : Verdict::eWrong;
+}
+
+/// Tries each place once, until the faults come after the operation.
+void Sweep(Operation const & oOperation, Verdict (*fTry)(Operation const &, Failing, long), long iLast)
+{
+    for (Failing const eFailing : {Failing::eOne, Failing::eAllFrom})
+    {
+        Verdict eVerdict = Verdict::eSound;
+        for (long n = 1; n <= iLast && eVerdict != Verdict::eNeverStruck; ++n)
+        {
+            eVerdict = fTry(oOperation, eFailing, n);
+            EXPECT_LE(eVerdict, Verdict::eSound);
+            if (testing::Test::HasFailure())
+            {
+                ADD_FAILURE() << (eFailing == Failing::eOne ? "at allocation " : "at all from allocation ")
+                              << n;
+                return;
+            }
+        }
+    }
+}
+
+std::ptrdiff_t CountDescriptors()
+{
+    std::filesystem::directory_iterator const oFirst("/proc/self/fd");
+    return std::distance(begin(oFirst), end(oFirst));
+}
+
+bool HasChildren()
+{
+    siginfo_t oInfo{};
+    return ::waitid(P_ALL, 0, &oInfo, WEXITED | WNOHANG | WNOWAIT) == 0;
+}
+
+void PrintTo(Verdict eVerdict, std::ostream * pStream)
+{
+    static char const * const aNames[] = {"never struck", "sound", "wrong", "lost its use"};
+    *pStream << aNames[static_cast<int>(eVerdict)];
+}
+
+class Faults : public testing::TestWithParam<Operation>
+{
+};
+
+} // namespace
+
+namespace tslfaults
+{
+
+static void PrintTo(Operation const & oOperation, std::ostream * pStream)
+{
+    *pStream << oOperation.sName;
+}
+
+} // namespace tslfaults
+
+TEST_P(Faults, OfMemoryAreToldAndLeaveAllInOrder)
+{
+    ::signal(SIGALRM, &ReportHang);
+    std::filesystem::resize_file("Logfile.txt", 0); // it would grow with every run
+    Operation const & oOperation = GetParam();
+    ASSERT_EQ(TryFirstUse(oOperation, Failing::eOne, 0), Verdict::eNeverStruck)
+        << "it has no fault of its own";
+    Sweep(oOperation, &TryFirstUse, LAST);
+    ASSERT_FALSE(HasFailure());
+
+    // What is kept for the next one is kept by thread; after that nothing more stays.
+    Sweep(oOperation, &TryWithFault, LAST);
+    for (int i = 0; i < 50; ++i)
+        EXPECT_TRUE(WorksOnAnotherThread(oOperation));
+    std::ptrdiff_t const iDescriptors = CountDescriptors();
+    long const iBlocks = CountBlocks();
+    Sweep(oOperation, &TryWithFault, LAST);
+    EXPECT_LE(CountBlocks(), iBlocks);
+    EXPECT_EQ(CountDescriptors(), iDescriptors);
+    EXPECT_FALSE(HasChildren());
+}
+
+INSTANTIATE_TEST_SUITE_P(Memory, Faults, testing::ValuesIn(GetOperations()),
+    [](auto const & oInfo) { return std::string(oInfo.param.sName); });
