@@ -115,19 +115,19 @@ bool LockTrial::TryToLock(CriticalSectionMutex & oLock)
 {
     CriticalSectionMutex::Section & oSection = *oLock.m_pSection;
     ForcedEndState & oSelf = t_oForcedEnd;
-    if (oSection.pOwner.load(std::memory_order_relaxed) == &oSelf)
+    if (oSection.iOwner.load(std::memory_order_relaxed) == oSelf.iThread)
     {
         ++oSection.iMoreEntries;
         return true;
     }
 
     oSelf.BeginHold();
-    if (!oSection.TryToTake())
+    if (!oSection.TryToTake() && !oSection.TakeFromLostOwner(oSelf))
     {
         oSelf.EndHold();
         return false;
     }
-    oSection.pOwner.store(&oSelf, std::memory_order_relaxed);
+    oSection.iOwner.store(oSelf.iThread, std::memory_order_relaxed);
     return true;
 }
 
