@@ -174,6 +174,18 @@ TEST(Assertions, ReportOnceAndAreThrownAlsoWhereReportingFails)
     EXPECT_TRUE(ReadLog(oProgram).ends_with("T P DEB Id after\n")) << "no lock is left held";
 }
 
+TEST(Assertions, LetTheCancellationOfTheirThreadPass)
+{
+    TestProgram const oProgram("Reporter");
+    EXPECT_EQ(oProgram.Run({"cancel:20", "debug:after"}).iExitCode, 0);
+    EXPECT_TRUE(ReadLog(oProgram).ends_with("T P DEB Id after\n")) << "no lock is left held";
+
+    // With a limit, the log keeps signals away while it writes.
+    std::filesystem::remove(oProgram.GetFolder() / "Logfile.txt");
+    std::filesystem::create_symlink("/dev/null", oProgram.GetFolder() / "Logfile.txt");
+    EXPECT_EQ(oProgram.Run({"limit:1000000000", "cancel:100"}).iExitCode, 0);
+}
+
 TEST(LogPoints, AreSwitchedByTheIniFile)
 {
     std::string const sOff = "0 0\n0 0\n0 0\n";

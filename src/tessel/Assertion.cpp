@@ -5,6 +5,8 @@
 #include <tessel/String.h>
 #include <tessel/Support.h>
 
+#include <exception>
+
 namespace tsl
 {
 
@@ -43,6 +45,9 @@ String MakeHead(char const * sExpression)
         }
         catch (...)
         {
+            // The cancellation of the thread is no exception of the program: it must not be caught for good.
+            if (!std::current_exception())
+                throw;
         }
     }
     throw Exception(oFailure);

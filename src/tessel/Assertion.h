@@ -14,7 +14,8 @@ class String;
 /// the information and the given source place, reports it as a ResultMessage on the global bus, and
 /// throws it as an Exception. What the bus answers is not looked at. An assertion that is raised while
 /// another one is being reported on the same thread is thrown without a report of its own. Callable
-/// from any thread; locks that the caller holds stay held until the stack unwinds.
+/// from any thread; locks that the caller holds stay held until the stack unwinds. If the thread is cancelled
+/// while it reports, it ends there.
 ///
 /// @param sExpression the broken rule as a text, "false" where the failure is unconditional
 /// @param sInfo what is known about the failure, "Unknown" if there is nothing to say

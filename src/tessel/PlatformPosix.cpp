@@ -79,10 +79,14 @@ public:
 
     ~WriteSignalScope()
     {
+        // The cancellation of the thread would end the program if it were to begin in a destructor.
+        int iFormerState = 0;
+        ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &iFormerState);
         timespec const oNoWait{};
         while (::sigtimedwait(&m_oRaised, nullptr, &oNoWait) != -1 || errno == EINTR)
         {
         }
+        ::pthread_setcancelstate(iFormerState, nullptr);
         ::pthread_sigmask(SIG_SETMASK, &m_oFormer, nullptr);
     }
 

@@ -3,6 +3,8 @@
 
 #include "../TestMachine.h"
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <filesystem>
@@ -16,6 +18,7 @@
 #include <thread>
 #include <vector>
 
+#include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -93,6 +96,35 @@ void FailNested()
         tsl::Message::GetBaseType(), [](auto &, auto &) { tsl::XAssertionFailed("inner", "Unknown"); });
     FailAssertion();
     std::cout << oProcessor.GetCalls() << " calls" << std::endl;
+}
+
+/// Cancels so many threads, one after the other, wherever each of them is with failing assertions.
+void CancelThreads(int iCount)
+{
+    for (int i = 0; i < iCount; ++i)
+    {
+        std::atomic<bool> bReported{false};
+        std::thread oThread(
+            [&]
+            {
+                for (;;)
+                {
+                    try
+                    {
+                        tsl::XAssertionFailed("again", "Unknown");
+                    }
+                    catch (tsl::Exception const &)
+                    {
+                        bReported = true;
+                    }
+                }
+            });
+        while (!bReported)
+            std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::microseconds(i));
+        ::pthread_cancel(oThread.native_handle());
+        oThread.join();
+    }
 }
 
 void OpenSecondLog()
@@ -251,13 +283,14 @@ std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) {
     {"empty", [](auto &) { tsl::Support::DispatchMessage(tsltest::NumberMessage()); }},
     {"long", [](auto & sCount) { Debug(tsl::String('y', static_cast<unsigned int>(std::stoul(sCount)))); }},
     {"lines", [](auto & sCount) { ReportLines(std::stoi(sCount)); }},
-    {"assert", [](auto &) { FailAssertion(); }}, {"nested", [](auto &) { FailNested(); }},
-    {"level", &PrintLevel}, {"late", [](auto &) { RegisterLateReporter(); }},
-    {"open", [](auto &) { OpenSecondLog(); }}, {"unlink", [](auto &) { UnlinkProgram(); }},
-    {"chapters", [](auto &) { PrintChapters(); }}, {"cd", [](auto &) { EnterNewFolder(); }},
-    {"load", &LoadLibrary}, {"shared", [](auto &) { TraceShared(); }},
-    {"closed", [](auto &) { CloseStreams(); }}, {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }},
-    {"start", &StartChild}};
+    {"assert", [](auto &) { FailAssertion(); }},
+    {"cancel", [](auto & sCount) { CancelThreads(std::stoi(sCount)); }},
+    {"nested", [](auto &) { FailNested(); }}, {"level", &PrintLevel},
+    {"late", [](auto &) { RegisterLateReporter(); }}, {"open", [](auto &) { OpenSecondLog(); }},
+    {"unlink", [](auto &) { UnlinkProgram(); }}, {"chapters", [](auto &) { PrintChapters(); }},
+    {"cd", [](auto &) { EnterNewFolder(); }}, {"load", &LoadLibrary},
+    {"shared", [](auto &) { TraceShared(); }}, {"closed", [](auto &) { CloseStreams(); }},
+    {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }}, {"start", &StartChild}};
 
 } // namespace
 
