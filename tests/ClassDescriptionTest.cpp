@@ -91,6 +91,19 @@ TEST(ClassRepositories, MakeObjectsByTheWholeName)
         Asserts("false", "Unknown", [&] { oRepository.CreateNew(&ValueNull::GetStaticClassDesc()); }));
 }
 
+TEST(ClassRepositories, TakeANullNameForAnEmptyOne)
+{
+    {
+        ClassDescription const oNameless(nullptr, 0, "f", false, &ValueInt32::CreateNew, nullptr);
+        ClassDescription const oDerived("derived", 0, "f", true, nullptr, &oNameless);
+        EXPECT_STREQ(oNameless.GetClassName(), "");
+        EXPECT_STREQ(oDerived.GetBaseClassName(), "");
+        std::unique_ptr<Root> const pObject(ClassRepository::Instance().CreateNew(""));
+        EXPECT_NE(dynamic_cast<ValueInt32 *>(pObject.get()), nullptr);
+    }
+    EXPECT_EQ(ClassRepository::Instance().CreateNew(""), nullptr) << "its entry has gone with it";
+}
+
 TEST(ClassRepositories, ListTheirClassesInDecimal)
 {
     ClassRepository oRepository;

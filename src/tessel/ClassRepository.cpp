@@ -15,7 +15,7 @@ namespace tsl
 ClassDescription::ClassDescription(char const * sClassName, unsigned int const & iClassId, char const * sFile,
     bool bAbstract, Root * (*fFactory)(), ClassDescription const * pBase, std::type_info const * pType)
     : m_iClassId(iClassId),
-      m_sClassName(sClassName),
+      m_sClassName(sClassName ? sClassName : ""),
       m_sFile(sFile),
       m_bAbstract(bAbstract),
       m_pBase(pBase == this ? nullptr : pBase),

@@ -30,7 +30,8 @@ public:
     };
 
     /// Stores all arguments and registers the description, which is where the class id comes from; the
-    /// one given is not kept. The texts and the base are not owned and must outlive the description.
+    /// one given is not kept. The texts and the base are not owned and must outlive the description. A class name
+    /// that is null counts as "".
     ///
     /// pType is the class itself if every object of it has this description, else null.
     ClassDescription(char const * sClassName, unsigned int const & iClassId, char const * sFile,
