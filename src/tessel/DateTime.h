@@ -40,7 +40,8 @@ public:
     void SetDLS(int iDLS);
 
     /// Takes the elements that the precision counts, the finer ones become 0. The zone stays. A tm_isdst
-    /// that SetDLS refuses is the same assertion failure and changes nothing.
+    /// that SetDLS refuses is the same assertion failure; the precision then is the new one, and all elements are
+    /// the former ones.
     void FromTm(std::tm const & oTm, Time::Precision ePrecision);
 
     /// The way back. What else a tm has, such as the day of the week, is left as it was.
