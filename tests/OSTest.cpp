@@ -16,7 +16,8 @@ TEST(OSErrors, AreFailuresWhateverTheNumber)
 TEST(OSPlaces, AreThoseOfTheProgram)
 {
     String sName, sPath, sDirectory;
-    EXPECT_TRUE(OS::GetApplicationFileName(sName).IsOk() && OS::GetApplicationFilePath(sPath).IsOk());
+    EXPECT_TRUE(OS::GetApplicationFileName(sName).IsOk());
+    EXPECT_TRUE(OS::GetApplicationFilePath(sPath).IsOk());
     EXPECT_EQ(sName.s_str(), "tessel_tests");
     EXPECT_TRUE(std::filesystem::exists((sPath + "/" + sName).s_str()));
 

@@ -63,5 +63,6 @@ TEST(TransitionTable, AnswersForEachTaskAndResultWithTheLastWord)
     // A row takes the pair of its constructor as it is.
     TaskTransition oRow(Task::TR_REMAIN, -7);
     int iNext = 0;
-    EXPECT_TRUE(oRow.GetNextTaskId(Task::TR_REMAIN, iNext) && iNext == -7);
+    EXPECT_TRUE(oRow.GetNextTaskId(Task::TR_REMAIN, iNext));
+    EXPECT_EQ(iNext, -7);
 }

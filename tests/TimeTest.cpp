@@ -112,7 +112,8 @@ TEST(TimeZoneLocal, HasItsDaylightSavingAlsoWhereItIsGreenwich)
         EXPECT_EQ(eLocal, iZone);
         EXPECT_EQ(DateTime(1'704'067'200, Time::ePrecisionHour).GetHour(eLocal), iWinterHour);
         DateTimeElements oElements = DateTime(SUMMER, Time::ePrecisionSecond).GetElements(eLocal);
-        EXPECT_TRUE(oElements.m_iHour == iHour && oElements.m_iDLS == iDLS);
+        EXPECT_EQ(oElements.m_iHour, iHour);
+        EXPECT_EQ(oElements.m_iDLS, iDLS);
         oElements.SetDLS(Time::eDLSUnknown);
         EXPECT_EQ(DateTime(oElements).GetAsTime_t(), SUMMER);
     }
