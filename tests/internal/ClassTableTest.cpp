@@ -1,3 +1,5 @@
+#include "../TestMessages.h"
+
 #include <tessel/GlobalApplicationIni.h>
 #include <tessel/GlobalDebugSwitchRegistry.h>
 #include <tessel/LogFileProcessor.h>
@@ -33,8 +35,7 @@ EKind GetKind(ClassDescription const & oClass)
     try
     {
         std::unique_ptr<Root> const pObject(oClass.GetFactoryFunction()());
-        std::unique_ptr<Root> const pSame(ClassRepository::Instance().CreateNew(oClass.GetClassName()));
-        EXPECT_TRUE(pObject->GetClassDesc() == oClass && pSame && pSame->GetClassDesc() == oClass);
+        EXPECT_EQ(&pObject->GetClassDesc(), &oClass);
         EXPECT_FALSE(oClass.IsAbstract());
         return eConcrete;
     }
@@ -115,4 +116,20 @@ TEST(ClassTable, HoldsForEveryClass)
     CheckBelow<ValueConverterLayoutCollection, ValueAbstractValueCollectionConverterLayout>(eAbstract);
     EXPECT_EQ(g_iClasses, 59u);
     EXPECT_EQ(ClassRepository::Instance().GetClassList().size(), 59u) << "there is a class without a row";
+}
+
+TEST(ClassRepository, ReportsEntriesThatAreLeftInIt)
+{
+    int iReports = 0;
+    tsltest::BusListener const oListener(ResultMessage::GetStaticClassDesc().GetClassId(),
+        [&](Message const & oMessage, Result &)
+        {
+            Result const & oReport = static_cast<ResultMessage const &>(oMessage).GetResult();
+            iReports += oReport.GetErrorCode() == ERR::eInternal ? 1 : 0;
+        });
+    {
+        ClassRepository oRepository;
+        oRepository.Register(Root::GetStaticClassDesc());
+    }
+    EXPECT_EQ(iReports, 1);
 }
