@@ -85,8 +85,15 @@ TEST(ConverterWriting, UsesTheNullFormatAndTheTextsAround)
     EXPECT_EQ(GetText(ValueInt32(), oLayout), "(NULL)");
     EXPECT_EQ(GetText(ValueInt32(), TextLayout("${null}", "${null}")), "true");
     EXPECT_EQ(GetText(ValueNull(), TextLayout("x", "${%d}")), "${%d}");
+
+    // A text that is written into itself.
     ValueString sSelf("ab");
-    EXPECT_EQ(sSelf.AddAsString(sSelf), "abab");
+    ValueStringConverterLayout oAround;
+    oAround.SetPrefix("(");
+    sSelf.GetConverter().ConvertToText(sSelf, sSelf, oAround);
+    EXPECT_EQ(sSelf, "ab(ab");
+    ValueString sNull;
+    EXPECT_EQ(sNull.AddAsString(sNull), "NULL");
 }
 
 TEST(ConverterWriting, RefusesFormatsThatItCannotWalk)

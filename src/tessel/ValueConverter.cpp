@@ -4,6 +4,7 @@
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueIntegerConverter.h>
 
+#include <memory>
 #include <string_view>
 
 namespace tsl
@@ -169,6 +170,14 @@ void ValueConverter::DoCopy(Root const &) {}
 void ValueConverter::ConvertToText(
     Value const & oValue, ValueString & sText, ValueConverterLayout const & oLayout) const
 {
+    if (&oValue == &sText) [[unlikely]]
+    {
+        // The text would change while it is read.
+        std::unique_ptr<Value> const pSource(static_cast<Value *>(oValue.GetCopy()));
+        ConvertToText(*pSource, sText, oLayout);
+        return;
+    }
+
     sText << oLayout.GetPrefix();
 
     std::string const & sFormat = (oValue.IsNull() ? oLayout.GetNullFormat() : oLayout.GetFormat()).s_str();

@@ -35,7 +35,7 @@ public:
 
     /// Appends the value's text to sText. A replacement without its closing `}` or without identifier, a
     /// layout without format, and `${clsid}` in a plain layout's format are assertion failures; the prefix
-    /// may then have been appended, and nothing else.
+    /// may then have been appended, and nothing else. The value may be sText itself.
     void ConvertToText(Value const & oValue, ValueString & sText, ValueConverterLayout const & oLayout) const;
     void ConvertToText(Value const & oValue, ValueString & sText) const;
 
