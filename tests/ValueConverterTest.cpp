@@ -223,18 +223,21 @@ TEST(ConverterReading, TakesTheNullFormatAsAWholeBeforeAllElse)
     EXPECT_TRUE(Read("(NULL)", iNumber, oLayout).IsError());
     EXPECT_EQ(Read("5", iNumber, TextLayout("${%5d}")).GetText(), "sIdentifier unknown");
     EXPECT_EQ(iNumber, 5);
-    EXPECT_TRUE(Read("NULL", iNumber, oLayout).IsOk() && iNumber.IsNull());
+    EXPECT_TRUE(Read("NULL", iNumber, oLayout).IsOk());
+    EXPECT_TRUE(iNumber.IsNull());
 
     ValueFloat32 fNumber;
     TextLayout oPercent("${%f}", "none");
     oPercent.SetPostfix("%");
-    EXPECT_TRUE(Read("1.5%", fNumber, oPercent).IsOk() && fNumber == 1.5);
-    EXPECT_TRUE(Read("none", fNumber, oPercent).IsOk() && fNumber.IsNull());
+    EXPECT_TRUE(Read("1.5%", fNumber, oPercent).IsOk());
+    EXPECT_EQ(fNumber, 1.5f);
+    EXPECT_TRUE(Read("none", fNumber, oPercent).IsOk());
+    EXPECT_TRUE(fNumber.IsNull());
 
     ValueString sText("NULL");
     ValueNull oNull;
     ValueStringConverterLayout const oText;
-    EXPECT_TRUE(Read(sText, sText, oText).IsOk() && sText.IsNull());
+    EXPECT_TRUE(Read(sText, sText, oText).IsOk());
     EXPECT_TRUE(Asserts("!sText.IsNull()", "", [&] { Read(sText, sText, oText); }));
     EXPECT_TRUE(Asserts("0", "not implemented", [&] { Read("x", sText, oText); }));
     EXPECT_TRUE(Asserts("0", "not implemented", [&] { Read("x", oNull, oText); }));
@@ -259,9 +262,8 @@ TEST(Layouts, TakeTheirTextsTogetherOrNotAtAll)
     TextLayout oLayout("a", "b");
     EXPECT_FALSE(oLayout.SetFormat("bad"));
     EXPECT_FALSE(oLayout.SetFormat("c", "bad"));
-    EXPECT_TRUE(oLayout.GetFormat() == "a" && oLayout.GetNullFormat() == "b");
     EXPECT_TRUE(oLayout.SetFormat(oLayout.GetNullFormat(), oLayout.GetFormat()));
-    EXPECT_TRUE(oLayout.GetFormat() == "b" && oLayout.GetNullFormat() == "a");
+    EXPECT_EQ(oLayout.GetFormat() + "/" + oLayout.GetNullFormat(), "b/a");
 }
 
 TEST(LayoutCollections, OwnOneLayoutPerClass)
@@ -285,8 +287,8 @@ TEST(LayoutCollections, OwnOneLayoutPerClass)
     oTarget.Set(ListLayout(*pLayout));
     pLayout.reset();
     EXPECT_EQ(&oTarget.GetSuitableLayout(ValueNull()), pKept);
-    EXPECT_TRUE(oTarget.GetFormat() == "" && oTarget.GetSeparator() == "/");
-    EXPECT_TRUE(oTarget.GetCollPrefix() == ")" && oTarget.GetCollPostfix() == "(");
+    EXPECT_EQ(oTarget.GetFormat(), "");
+    EXPECT_EQ(oTarget.GetCollPrefix() + oTarget.GetSeparator() + oTarget.GetCollPostfix(), ")/(");
     EXPECT_EQ(GetText(ValueInt32(5), oTarget.GetSuitableLayout(ValueInt32())), "<2");
 }
 
