@@ -187,7 +187,9 @@ public:
     {
         if (IsRunning())
             static_cast<void>(m_oEnded.try_acquire_for(PATIENCE));
-        static_cast<void>(Kill(0));
+        while (Kill(0).GetErrorCode() == ERR::eTimeout)
+        {
+        }
     }
 
 protected:

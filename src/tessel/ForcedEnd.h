@@ -167,6 +167,7 @@ class WaitScope
 {
 public:
     explicit WaitScope(ForcedEndState::EWait eWait)
+        : m_eBefore(t_oForcedEnd.eWait.load(std::memory_order_relaxed))
     {
         t_oForcedEnd.eWait.store(eWait, std::memory_order_relaxed);
         std::atomic_signal_fence(std::memory_order_seq_cst);
@@ -174,10 +175,14 @@ public:
     ~WaitScope()
     {
         std::atomic_signal_fence(std::memory_order_seq_cst);
-        t_oForcedEnd.eWait.store(ForcedEndState::eNone, std::memory_order_relaxed);
+        t_oForcedEnd.eWait.store(m_eBefore, std::memory_order_relaxed);
     }
     WaitScope(WaitScope const &) = delete;
     WaitScope & operator=(WaitScope const &) = delete;
+
+private:
+    /// What a signal handler of the program that waits as well has interrupted.
+    ForcedEndState::EWait m_eBefore;
 };
 
 } // namespace tsl

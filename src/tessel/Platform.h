@@ -48,12 +48,26 @@ bool HasEnded(Thread & oThread);
 /// Called in a forked child, whose only thread is the one that forked it.
 void KeepThisThreadInChild();
 
+/// What keeps a thread from being ended where it stands.
+enum class EndObstacle : int
+{
+    eNone,
+    eNoAnswer, ///< it does not look: it has not begun, or nothing can interrupt it
+    eLock,     ///< it holds a lock of the library
+    eLibrary,  ///< it is within the library
+    eRuntime,  ///< it is within a runtime library, or was called back by one
+    eStack     ///< it is unknown how the program got there
+};
+
 /// Asks the thread to end where it stands: nothing is unwound, and no destructor runs. It ends as soon as
 /// that does no harm to the rest of the process: while it neither holds a lock of the library nor is within
-/// the library or the runtime libraries, or while it waits. On processors of which nothing is known, that
-/// is in Sleep only. To be repeated, with a pause between, until the thread has ended.
+/// the library or the runtime libraries, or while it waits. To be repeated, with a pause between, until the
+/// thread has ended or the request is withdrawn.
 void AskToEnd(Thread & oThread);
 void PauseBetweenAsking();
+
+/// Withdraws what AskToEnd has asked, and tells the last obstacle. False if the thread is ending already.
+[[nodiscard]] bool StopAskingToEnd(Thread & oThread, EndObstacle & eObstacle);
 
 /// Ends the calling thread, which has been asked, if that does no harm at the address that the present
 /// function of the library will return to.

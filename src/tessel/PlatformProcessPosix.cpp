@@ -1,5 +1,6 @@
 #include "Platform.h"
 
+#include "ForcedEnd.h"
 #include "PlatformAbandoned.h"
 #include "PlatformDescriptor.h"
 #include "PlatformSpawn.h"
@@ -52,6 +53,7 @@ int MoveAboveStreams(int & iDescriptor)
 /// Waits until one of the descriptors is ready, whatever signals come in between.
 int Poll(pollfd * pDescriptors, nfds_t iCount, int iTimeout, bool & bReady)
 {
+    WaitScope const oScope(ForcedEndState::eForTime);
     auto const oEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(iTimeout);
     for (std::chrono::nanoseconds oLeft = std::chrono::milliseconds(iTimeout);;)
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace tsl::Platform
@@ -7,19 +8,17 @@ namespace tsl::Platform
 
 // What depends on the kind of processor. Each has its own file; for one that has none, nothing is known.
 
-/// Where a signal has interrupted the calling thread.
-struct Interruption
-{
-    std::uintptr_t iInstruction = 0;   ///< the address of what comes next; 0 if unknown
-    std::intptr_t iResult = 0;         ///< of a call of the system, if it has just returned
-    std::uintptr_t iFirstArgument = 0; ///< of that call
-};
-
+/// The address of the instruction before which a signal has interrupted the calling thread; 0 if unknown.
+///
 /// @param pContext the third argument of the signal's handler
-Interruption GetInterruption(void const * pContext);
+std::uintptr_t GetInterruptedInstruction(void const * pContext);
 
-/// Whether the instruction in front of that address, in code that can be read, is a call of the system.
-bool IsBehindSystemCall(std::uintptr_t iInstruction);
+/// Whether the interrupted thread waits in a system call, which then has consumed nothing: it was given up
+/// (EINTR), or it begins when the handler returns. The interrupted instruction must be readable.
+bool IsInterruptedInWait(void const * pContext);
+
+/// Whether the code jumps to that address, as a function does that ends in a call of another one.
+bool JumpsTo(std::uintptr_t iCode, std::size_t iSize, std::uintptr_t iTarget);
 
 /// Lets a moment pass, for a thread that looks at a value over and over.
 void Relax();

@@ -3,12 +3,17 @@
 namespace tsl::Platform
 {
 
-Interruption GetInterruption(void const *)
+std::uintptr_t GetInterruptedInstruction(void const *)
 {
-    return {};
+    return 0;
 }
 
-bool IsBehindSystemCall(std::uintptr_t)
+bool IsInterruptedInWait(void const *)
+{
+    return false;
+}
+
+bool JumpsTo(std::uintptr_t, std::size_t, std::uintptr_t)
 {
     return false;
 }

@@ -18,7 +18,12 @@ struct TSL_HIDDEN TaskContextThread::Private : public Thread
 {
 public:
     // Before the object is less than it was: a thread that has just been started still asks for its Process.
-    ~Private() override { static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION)); }
+    ~Private() override
+    {
+        while (Kill(EXIT_CODE_AT_DESTRUCTION).GetErrorCode() == ERR::eTimeout)
+        {
+        }
+    }
 
     /// False if a thread runs, which another caller may have started a moment ago.
     bool TryToStep(TaskContextThread & oTaskContext)

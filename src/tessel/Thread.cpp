@@ -12,6 +12,7 @@
 #include <tessel/Support.h>
 
 #include <atomic>
+#include <cstdint>
 #include <new>
 #include <utility>
 
@@ -23,6 +24,9 @@ namespace
 
 constexpr int EXIT_CODE_NONE = -1;
 constexpr int EXIT_CODE_ENDED = 0;
+
+// Milliseconds for which Kill tries, so that it returns within two seconds on a busy machine as well.
+constexpr std::int64_t PATIENCE = 1900;
 
 String ToText(unsigned long iThreadId)
 {
@@ -42,13 +46,55 @@ void Report(Result const & oCause)
     }
 }
 
+char const * GetText(Platform::EndObstacle eObstacle)
+{
+    switch (eObstacle)
+    {
+    case Platform::EndObstacle::eLock:
+        return "It holds a lock of the library.";
+    case Platform::EndObstacle::eLibrary:
+        return "It is in a function of the library.";
+    case Platform::EndObstacle::eRuntime:
+        return "It is in a runtime library, or was called back by one.";
+    case Platform::EndObstacle::eStack:
+        return "It is in code whose caller is unknown.";
+    default:
+        return "It does not respond: it blocks all signals, or gets no time of a processor.";
+    }
+}
+
+String GetName(unsigned long iThreadId, Platform::Thread * pHandle)
+{
+    return String("Thread ") + ToText(iThreadId) + ", handle=" + static_cast<void *>(pHandle);
+}
+
 } // namespace
 
 struct TSL_HIDDEN Thread::Private
 {
+    static constexpr std::int64_t WITHOUT_LIMIT = -1;
+
+    /// What Start has found and done, to be traced when the lock is free.
+    struct StartTrace
+    {
+        Platform::Thread * pFormer = nullptr;
+        unsigned long iFormerId = 0;
+        bool bFormerRuns = false;
+        Platform::Thread * pNew = nullptr;
+        unsigned long iNewId = 0;
+
+        void Write() const;
+    };
+
     ~Private() { Close(); }
 
     static void Main(void * pArgument);
+
+    /// Code 11 if the thread cannot be ended within so many milliseconds.
+    Result Kill(std::int64_t iLimit);
+
+    /// Fails only on the thread itself, which then outlives the object.
+    void KillWithoutLimit();
 
     // All of the following under the lock, or in the end.
 
@@ -60,14 +106,9 @@ struct TSL_HIDDEN Thread::Private
             Platform::CloseThread(std::exchange(pThread, nullptr));
     }
 
-    String GetName() const
-    {
-        return String("Thread ") + ToText(iThreadId) + ", handle=" + static_cast<void *>(pThread);
-    }
-
-    void DropEndedThread();
-    Result Start(Thread & oThread);
+    Result Start(Thread & oThread, StartTrace & oTrace);
     bool TryToKill(unsigned int iRunToKill);
+    bool GiveUp(bool bNow, Platform::EndObstacle & eObstacle);
 
     CriticalSectionMutex oLock;
     std::atomic<unsigned long> iThreadId{0};
@@ -103,34 +144,40 @@ void Thread::Private::Main(void * pArgument)
             "Thread", [&] { return String("ThreadFunction finished successfull. TheadId=") + ToText(iId); });
 }
 
-void Thread::Private::DropEndedThread()
+void Thread::Private::StartTrace::Write() const
 {
-    if (!pThread)
-        return;
-
-    if (IsRunning())
-    {
-        Trace("Thread", [&] { return GetName() + " is still active."; });
-        return;
-    }
-    Trace("Thread", [&] { return GetName() + " has terminated."; });
-    Close();
+    if (pFormer)
+        Trace("Thread",
+            [&] {
+                return GetName(iFormerId, pFormer) + (bFormerRuns ? " is still active." : " has terminated.");
+            });
+    if (pNew)
+        Trace("Thread",
+            [&]
+            {
+                return String("New thread created. ThreadId=") + ToText(iNewId)
+                       + ", handle=" + static_cast<void *>(pNew);
+            });
 }
 
-Result Thread::Private::Start(Thread & oThread)
+Result Thread::Private::Start(Thread & oThread, StartTrace & oTrace)
 {
+    WriteLock const oScope(oLock);
+    oTrace.pFormer = pThread;
+    oTrace.iFormerId = iThreadId;
+    oTrace.bFormerRuns = IsRunning();
+    if (oTrace.bFormerRuns)
+        return MakeResult(ERR::eNotAllowed, "Cannot start new thread. There is still one running.");
+
+    Close();
     iThreadId = 0;
     if (int const iError = Platform::StartThread(&Main, &oThread, pThread))
         return MakeResult(ERR::eSubsystem, "Error while starting new thread.", OS::FormatError(iError));
 
     ++iRun;
     iThreadId = Platform::GetThreadId(*pThread);
-    Trace("Thread",
-        [&]
-        {
-            return String("New thread created. ThreadId=") + ToText(iThreadId)
-                   + ", handle=" + static_cast<void *>(pThread);
-        });
+    oTrace.pNew = pThread;
+    oTrace.iNewId = iThreadId;
     return Result();
 }
 
@@ -150,44 +197,23 @@ bool Thread::Private::TryToKill(unsigned int iRunToKill)
     return true;
 }
 
-Thread::Thread() : m(std::make_shared<Private>()) {}
-Thread::Thread(Thread const & oSource) = default;
-
-Thread & Thread::operator=(Thread const & oSource)
+/// Whether the thread, which has not ended yet, is left alone from now on.
+bool Thread::Private::GiveUp(bool bNow, Platform::EndObstacle & eObstacle)
 {
-    // The last object that knows of a thread would otherwise wait for its end.
-    if (m != oSource.m)
-        static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION));
-    m = oSource.m;
-    return *this;
+    return bNow && Platform::StopAskingToEnd(*pThread, eObstacle);
 }
 
-Thread::~Thread()
+Result Thread::Private::Kill(std::int64_t iLimit)
 {
-    // Fails only on the thread itself, which then outlives the object.
-    static_cast<void>(Kill(EXIT_CODE_AT_DESTRUCTION));
-}
-
-Result Thread::Run()
-{
-    WriteLock const oScope(m->oLock);
-    m->DropEndedThread();
-    if (m->pThread)
-        return MakeResult(ERR::eNotAllowed, "Cannot start new thread. There is still one running.");
-    return m->Start(*this);
-}
-
-Result Thread::Kill(unsigned int)
-{
-    unsigned long const iId = m->iThreadId;
-    unsigned int iRun = 0;
+    unsigned long const iId = iThreadId;
+    unsigned int iRunToKill = 0;
     bool bSelf = false;
     {
-        WriteLock const oScope(m->oLock);
-        if (!m->IsRunning())
+        WriteLock const oScope(oLock);
+        if (!IsRunning())
             return Result();
-        bSelf = Platform::IsThisThread(*m->pThread);
-        iRun = m->iRun;
+        bSelf = Platform::IsThisThread(*pThread);
+        iRunToKill = iRun;
     }
     if (bSelf)
     {
@@ -196,17 +222,70 @@ Result Thread::Kill(unsigned int)
     }
 
     // The lock is free between the tries, so that a thread that is killed while it kills leaves it alone.
+    std::int64_t const iBegin = Platform::GetSteadyTime();
     for (;;)
     {
+        std::int64_t const iTried = Platform::GetSteadyTime() - iBegin;
+        Platform::EndObstacle eObstacle = Platform::EndObstacle::eNone;
+        bool bGivenUp = false;
         {
-            WriteLock const oScope(m->oLock);
-            if (m->TryToKill(iRun))
+            WriteLock const oScope(oLock);
+            if (TryToKill(iRunToKill))
                 break;
+            bGivenUp = GiveUp(iLimit != WITHOUT_LIMIT && iTried >= iLimit, eObstacle);
+        }
+        if (bGivenUp)
+        {
+            Trace("Thread", [&] { return String("Cannot kill thread id ") + ToText(iId); });
+            return MakeResult(ERR::eTimeout, String("Thread has not ended within ") + static_cast<int>(iTried)
+                                                 + " ms. " + GetText(eObstacle));
         }
         Platform::PauseBetweenAsking();
     }
     Trace("Thread", [&] { return String("Thread with id ") + ToText(iId) + " successfully killed"; });
     return Result();
+}
+
+void Thread::Private::KillWithoutLimit()
+{
+    try
+    {
+        static_cast<void>(Kill(WITHOUT_LIMIT));
+    }
+    catch (std::bad_alloc const &)
+    {
+        // Only the text of the failure takes memory.
+    }
+}
+
+Thread::Thread() : m(std::make_shared<Private>()) {}
+Thread::Thread(Thread const & oSource) = default;
+
+Thread & Thread::operator=(Thread const & oSource)
+{
+    // The last object that knows of a thread would otherwise wait for its end.
+    if (m != oSource.m)
+        m->KillWithoutLimit();
+    m = oSource.m;
+    return *this;
+}
+
+Thread::~Thread()
+{
+    m->KillWithoutLimit();
+}
+
+Result Thread::Run()
+{
+    Private::StartTrace oTrace;
+    Result const oResult = m->Start(*this, oTrace);
+    oTrace.Write();
+    return oResult;
+}
+
+Result Thread::Kill(unsigned int)
+{
+    return m->Kill(PATIENCE);
 }
 
 bool Thread::IsRunning() const

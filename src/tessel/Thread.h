@@ -23,8 +23,9 @@ public:
     Thread(Thread const & oSource);
     Thread & operator=(Thread const & oSource);
 
-    /// Kills a running thread. By then the members of a subclass are gone, so the destructor of a subclass
-    /// that has any calls Kill itself.
+    /// Kills a running thread, and waits without limit until it has ended. By then the members of a subclass
+    /// are destroyed, so the destructor of a subclass that has any calls Kill itself, again as long as that
+    /// fails with code 11.
     ///
     /// An object may be deleted on its own thread: that goes on, and ends when Process returns, which must
     /// not use the object any more.
@@ -35,19 +36,29 @@ public:
     [[nodiscard]] Result Run();
 
     /// Ends the thread by force and returns when it has ended; a success at once if none runs. Nothing of
-    /// the thread is unwound, and no destructor runs: Process never notices, what it has allocated is lost,
-    /// and what it has locked other than by the library stays locked. A condition variable at which it waits
-    /// is of no use any more: a wake-up may be lost to the thread, and the destructor would wait for it.
+    /// the thread is unwound, and no destructor runs.
     ///
-    /// The thread ends at the first moment that does no harm to the rest of the process: when it holds no
-    /// lock of the library and runs code of the program's own, neither that of the library nor that of the
-    /// runtime libraries (memory, streams, exceptions, loading), or when it waits: for time, for input, for
-    /// a lock. A program that calls back from within its runtime libraries (initialisers of static objects,
-    /// constructors of a library that is being loaded) holds a CriticalSectionMutex meanwhile. The signal
-    /// that asks a thread to end is the last real-time signal that the program does not handle; a thread
-    /// must not block it.
+    /// The thread ends at the first moment that does no harm to the rest of the process: it holds no lock of
+    /// the library, and it runs the program's own code or waits in a function of the system that the program
+    /// has called: for time, input, output, a child, a mutex, a condition variable, a semaphore, an atomic.
+    /// It does not end inside a runtime library, nor in what one calls back, such as a comparison for qsort
+    /// or an initialiser of a library that is being loaded.
     ///
-    /// Code 3 on the thread itself, which goes on.
+    /// If there is no such moment within two seconds, Kill fails with code 11 and the reason, and asks the
+    /// thread no more: it still runs, and a later call may succeed. Code 3 on the thread itself, which goes
+    /// on.
+    ///
+    /// What the thread has allocated is lost, and so is the allocator's cache for it (with glibc 688 bytes and
+    /// what the thread freed last, at most some 210 KB). What it has locked other than by the library stays
+    /// locked: mutexes, flockfile, a static object that it initialises. A condition variable at which it
+    /// waits must not be used or destroyed any more.
+    ///
+    /// A program with an allocator or a runtime library linked into it can only be interrupted where it waits
+    /// in the library, as in OS::Sleep; and so can every program on a system where the stack cannot be
+    /// examined from outside.
+    ///
+    /// The thread is asked by two signals that the program does not handle, the last real-time one and the
+    /// first of SIGURG, SIGPWR, SIGIO and SIGVTALRM; others are chosen if the program takes them later.
     ///
     /// @param iExitCode without effect: a killed thread has no exit code
     Result Kill(unsigned int iExitCode);
