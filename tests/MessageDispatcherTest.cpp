@@ -326,7 +326,7 @@ TEST(DispatcherThreads, RemoveFromInsideOfTwoDeliveriesAtOnce)
                 Dispatch(oBus, DebugMessage());
             }}};
     for (auto const & [sName, vFirst, vSecond, fAct] : aRows)
-        for (int i = 0; i < 200; ++i)
+        for (int i = 0; i < 50; ++i)
         {
             OpenDispatcher oDispatcher;
             std::barrier oBothInside(2);
@@ -361,12 +361,12 @@ TEST(DispatcherThreads, NobodyIsInsideOfAClientThatIsDestroyed)
         for (int i = 0; i < 20; ++i)
         {
             MessageDispatcher oDispatcher;
-            std::latch oEntered(1);
+            std::atomic<bool> bEntered{false};
             std::atomic<bool> bInside{false};
             std::unique_ptr<Client> pClient;
             auto const Destroy = [&]
             {
-                oEntered.wait();
+                bEntered.wait(false);
                 pClient->Close();
                 EXPECT_FALSE(bInside) << eWhere;
                 pClient.reset();
@@ -376,7 +376,8 @@ TEST(DispatcherThreads, NobodyIsInsideOfAClientThatIsDestroyed)
                 bInside = true;
                 if (eWhere == eOutsideAfterItself)
                     pClient->Close();
-                oEntered.count_down();
+                bEntered = true;
+                bEntered.notify_all();
                 tsl::OS::Sleep(5);
                 bInside = false;
             };

@@ -85,8 +85,10 @@ TEST(TaskContextThread, StartsOneStepForCallersAtOnce)
         TaskContextThread oContext(new OneTaskMachine(
             [&](OpenTask & oTask)
             {
-                // It lasts until all have called.
-                std::unique_ptr<Message> const pGo(oTask.Receive(60'000));
+                // It lasts until all have called. In slices of 1 ms; a longer one would be slept to its end.
+                std::unique_ptr<Message> pGo;
+                while (!pGo)
+                    pGo.reset(oTask.Receive(1));
                 oTask.Send(NumberMessage(++iSteps));
                 return Task::TR_REMAIN;
             }));

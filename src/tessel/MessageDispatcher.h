@@ -45,7 +45,8 @@ protected:
 /// What a program has to avoid, since threads would wait for each other without end: two processors of
 /// different types that each dispatch the other's type on two threads; a lock of the program that is held
 /// while it unregisters or dispatches, and that a processor takes as well. What would use a destroyed object:
-/// processors that destroy each other from inside deliveries on two threads.
+/// to destroy a processor from inside a delivery while it runs on another thread and there unregisters the
+/// one that destroys it, or dispatches a message of its type. Outside of deliveries it is always safe.
 class TSL_EXPORT MessageDispatcher : public MessageProcessor
 {
 public:
