@@ -5,10 +5,12 @@ namespace tsl::Pattern
 
 bool Backtracker::Suits(Program const & oProgram, std::string_view sText, std::size_t iStart)
 {
-    // Bounds the bits for the states as well as the paths that may be pending.
+    // Bounds the bits for the states as well as the paths that may be pending: all in all, and for each byte,
+    // whose new memory takes more time than the search.
     constexpr std::size_t iMaxSteps = 262'144;
+    constexpr std::size_t iMaxStepsPerPosition = 8'192;
     std::size_t const iStepsPerPosition = oProgram.vCode.size() + oProgram.iStates;
-    return sText.size() - iStart < iMaxSteps / iStepsPerPosition;
+    return iStepsPerPosition <= iMaxStepsPerPosition && sText.size() - iStart < iMaxSteps / iStepsPerPosition;
 }
 
 Backtracker::Backtracker(Program const & oProgram, std::string_view sText, Slots & vSlots, Memory & oMemory)

@@ -16,10 +16,11 @@ namespace
 // What PatternMatcher promises about its limits.
 constexpr std::size_t NESTING_MAX = 1'000;
 constexpr std::size_t REPETITION_MAX = 65'535;
-constexpr std::size_t INSTRUCTIONS_MAX = 100'000;
-constexpr std::size_t STATES_MAX = 1'000'000;
-// Places in which a search keeps positions: one for each slot of each instruction that consumes.
-constexpr std::size_t PLACES_MAX = 4'000'000;
+constexpr std::size_t INSTRUCTIONS_MAX = 20'000;
+// What a search does for one byte: it comes to each instruction in each of its states at most once, ...
+constexpr std::size_t STEPS_MAX = 20'000;
+// ... and copies positions: one for each slot of each instruction that consumes.
+constexpr std::size_t PLACES_MAX = 50'000;
 
 constexpr std::size_t UNLIMITED = SIZE_MAX;
 
@@ -545,7 +546,10 @@ void Compiler::Finish()
         iConsuming += oInstruction.IsConsuming();
     }
     m_oProgram.Analyse();
-    if (m_oProgram.iStates > STATES_MAX)
+    std::size_t iSteps = 0;
+    for (Instruction const & oInstruction : m_oProgram.vCode)
+        iSteps += oInstruction.iDepth + std::size_t{1};
+    if (iSteps > STEPS_MAX)
         Fail("too many loops are nested that may match nothing", m_sPattern.size());
     if (iConsuming * m_oProgram.iSlots > PLACES_MAX)
         Fail("too many groups for a pattern of this size", m_sPattern.size());

@@ -39,6 +39,11 @@ private:
     std::size_t FindRow(std::uint32_t iPc);
     std::uint16_t AddEffect(OnePass::Effect const & oEffect);
     void NoteMatches();
+    bool IsLarge() const
+    {
+        return m_oTable.m_vActions.size() + GetWidth() > ACTIONS_MAX
+               || m_iEffectElements > EFFECT_ELEMENTS_MAX;
+    }
 
     std::size_t GetWidth() const { return m_oTable.m_iEndColumn + 1; }
     bool IsSure(std::uint16_t iEffect) const { return m_oTable.m_vEffects[iEffect].vAssertions.empty(); }
@@ -46,9 +51,13 @@ private:
     // Both keep the work and the table small; numbers of effects stay within 16 bits.
     static constexpr std::size_t INSTRUCTIONS_MAX = 1'000;
     static constexpr std::size_t ACTIONS_MAX = 16'384;
+    static constexpr std::size_t EFFECT_ELEMENTS_MAX = 16'384;
 
     Program const & m_oProgram;
     OnePass m_oTable;
+
+    /// Assertions and slots of all effects.
+    std::size_t m_iEffectElements = 0;
 
     /// The first row is the beginning of the text.
     std::vector<Row> m_vRows{Row{0}};
@@ -72,7 +81,7 @@ std::optional<OnePass> OnePassMaker::Make()
     MakeColumns();
     for (std::size_t iRow = 0; iRow < m_vRows.size(); ++iRow)
     {
-        if (m_oTable.m_vActions.size() + GetWidth() > ACTIONS_MAX || !FillRow(iRow))
+        if (IsLarge() || !FillRow(iRow))
             return std::nullopt;
     }
     NoteMatches();
@@ -211,6 +220,7 @@ std::uint16_t OnePassMaker::AddEffect(OnePass::Effect const & oEffect)
 {
     if (oEffect.vAssertions.empty() && oEffect.vSlots.empty())
         return 0;
+    m_iEffectElements += oEffect.vAssertions.size() + oEffect.vSlots.size();
     m_oTable.m_vEffects.push_back(oEffect);
     return static_cast<std::uint16_t>(m_oTable.m_vEffects.size() - 1);
 }

@@ -15,8 +15,9 @@ namespace tsl
 /// Of all matches the leftmost is found, and of those that begin there the one that the Perl family of
 /// expressions prefers: branches from left to right, greedy repetitions long, lazy ones short. The time of
 /// a search grows in proportion to the text, whatever the pattern, and for one text at most in proportion to
-/// the pattern's instructions, so a byte may take the longest patterns of all some tenths of a millisecond.
-/// Both searching and compiling need a few kilobytes of stack and no more for long texts or deep patterns.
+/// the pattern's instructions and groups. Their limits are such that no byte takes longer than 0.2 milliseconds
+/// of a processor of today, and no pattern more than 8 MiB, its searches included. Both searching and compiling
+/// need a few kilobytes of stack and no more for long texts or deep patterns.
 ///
 /// Texts are bytes. Zero bytes are bytes like any other, a line ends with "\n", and letters, digits and
 /// blanks are those of ASCII, whatever the locale. A pattern is made of:
@@ -40,11 +41,10 @@ namespace tsl
 /// its repetition, so that (a*)* or (|a)+ end, the group then being empty. References to groups, looking
 /// ahead and behind, named classes as [[:alpha:]] and possessive repetitions are not known and refused.
 ///
-/// Limits, beyond which a pattern is refused: groups nested 1,000 deep; counts of 65,535; 100,000
+/// Limits, beyond which a pattern is refused: groups nested 1,000 deep; counts of 65,535; 20,000
 /// instructions, of which a byte or a class takes one and a repetition with a count as many as it
-/// repeats; 1,000,000 states for nested repetitions of what may match nothing; 2,000,000 for the number of
-/// bytes and classes times that of groups. A search needs memory for the instructions and groups, and at
-/// most a few megabytes for the text, however long that is.
+/// repeats, each but those counted once more for each repetition around it of what may match nothing; 25,000
+/// for the number of bytes and classes times that of groups, the whole match included.
 class PATTERNMATCHER_EXPORT PatternMatcher
 {
 public:
