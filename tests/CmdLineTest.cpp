@@ -19,7 +19,9 @@ namespace
 using Clock = std::chrono::steady_clock;
 
 constexpr int WITH_READERS = CmdLine::eModeRedirect | CmdLine::eModeReaderThreads;
-std::string const CHILD = std::string(TESSEL_TEST_PROGRAMS) + "/Child";
+
+// In quotes: the project may be built in a folder with a blank in its path.
+std::string const CHILD = "\"" TESSEL_TEST_PROGRAMS "/Child\"";
 
 /// A child that does what the actions say, see tests/programs/Child.c. In the end it is killed
 /// and nothing of it left, for tests that count.

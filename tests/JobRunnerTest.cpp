@@ -8,7 +8,8 @@ using namespace tsltest;
 namespace
 {
 
-std::string const CHILD = TESSEL_TEST_PROGRAMS "/Child";
+// In quotes: the project may be built in a folder with a blank in its path.
+std::string const CHILD = "\"" TESSEL_TEST_PROGRAMS "/Child\"";
 
 /// The runner in a folder of its own, with jobs whose command "%" stands for the test's own program.
 class JobRunner : public TestProgram
