@@ -5,6 +5,7 @@
 #include <tessel/TypeName.h>
 
 #include <memory>
+#include <new>
 
 namespace tsl
 {
@@ -132,7 +133,16 @@ T * RegisterStaticObject(T * pObject)
     if (!pObject)
         XAssertionFailed("pObj", "RegisterStaticObject : Pointer ist NULL!");
 
-    StaticObjectRegistry::Instance().RegisterStaticObject(StaticObjectPtr<T>(pObject));
+    StaticObjectPtr<T> oHandle(pObject);
+    try
+    {
+        StaticObjectRegistry::Instance().RegisterStaticObject(oHandle);
+    }
+    catch (std::bad_alloc const &)
+    {
+        oHandle.DeleteObject(); // nobody else has it
+        throw;
+    }
     return pObject;
 }
 
@@ -140,7 +150,16 @@ T * RegisterStaticObject(T * pObject)
 template<class T>
 T * RegisterLastingObject(T * pObject)
 {
-    StaticObjectRegistry::Instance().RegisterLastingObject(StaticObjectPtr<T>(pObject));
+    StaticObjectPtr<T> oHandle(pObject);
+    try
+    {
+        StaticObjectRegistry::Instance().RegisterLastingObject(oHandle);
+    }
+    catch (std::bad_alloc const &)
+    {
+        oHandle.DeleteObject(); // nobody else has it
+        throw;
+    }
     return pObject;
 }
 
@@ -153,7 +172,16 @@ T * RegisterSingletonObject(T * pObject)
         XAssertionFailed("pObj", "RegisterSingletonObject : Pointer ist NULL!");
 
     StaticObjectPtr<T> oHandle(pObject);
-    return static_cast<T *>(StaticObjectRegistry::Instance().RegisterSingletonObject(oHandle).GetObject());
+    try
+    {
+        return static_cast<T *>(
+            StaticObjectRegistry::Instance().RegisterSingletonObject(oHandle).GetObject());
+    }
+    catch (std::bad_alloc const &)
+    {
+        oHandle.DeleteObject(); // nobody else has it
+        throw;
+    }
 }
 
 } // namespace tsl
