@@ -1,8 +1,9 @@
 #include <tessel/ClassRepository.h>
 
+#include "OwnMutex.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>
-#include <tessel/Locks.h>
 #include <tessel/ScopedLock.h>
 
 #include <iostream>
@@ -42,7 +43,7 @@ struct TSL_HIDDEN ClassRepository::Private
     // Classes of one name stand in the order of their ids, since ids only grow.
     std::multimap<std::string_view, ClassDescription const *> oNames;
 
-    ReaderWriterMutex oLock;
+    OwnMutex oLock;
 };
 
 ClassRepository::ClassRepository() : m(std::make_shared<Private>()) {}

@@ -1,11 +1,11 @@
 #include "GlobalDebugSwitchRegistry.h"
 
 #include "BusSilence.h"
+#include "OwnMutex.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>
 #include <tessel/IniFile.h>
-#include <tessel/Locks.h>
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
 #include <tessel/Support.h>
@@ -50,7 +50,7 @@ struct TSL_HIDDEN GlobalDebugSwitchRegistry::Private
     bool bInitialised = false;
     bool bEnabled = false;
     std::vector<Switch> vSwitches;
-    ReaderWriterMutex oLock;
+    OwnMutex oLock;
 };
 
 void GlobalDebugSwitchRegistry::Private::DemandSwitches()

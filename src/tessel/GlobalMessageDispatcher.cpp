@@ -2,6 +2,7 @@
 
 #include "BusSilence.h"
 #include "ForcedEnd.h"
+#include "LockOrder.h"
 #include "LogFileProcessor.h"
 
 #include <tessel/Exception.h>
@@ -112,6 +113,7 @@ void GlobalMessageDispatcher::End()
 
 Result GlobalMessageDispatcher::Process(Message const & oMessage)
 {
+    LockOrder::NoteBus();
     Result oResult;
     BusVisit const oVisit;
     if (!g_bGone.load(std::memory_order_relaxed))

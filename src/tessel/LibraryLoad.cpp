@@ -2,6 +2,7 @@
 
 #include "GlobalApplicationIni.h"
 #include "GlobalDebugSwitchRegistry.h"
+#include "LockOrder.h"
 #include "LogFileProcessor.h"
 #include "Platform.h"
 #include "ThreadPresence.h"
@@ -80,7 +81,10 @@ void LibraryLoad::DemandEnd()
 LibraryLoad::End::~End()
 {
     if (Platform::IsUnloading())
+    {
+        LockOrder::NoteUnloading();
         return;
+    }
 
     // The registry has left these as they are. Their observers are told in the order in which unloading would
     // have destroyed them.

@@ -1,7 +1,9 @@
 #include <tessel/Locks.h>
 
 #include "ForcedEnd.h"
+#include "LockOrder.h"
 #include "LockTrial.h"
+#include "OwnMutex.h"
 #include "PlatformProcessor.h"
 
 #include <atomic>
@@ -32,6 +34,8 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
 
     /// Entries of the owner beyond the first one.
     unsigned int iMoreEntries = 0;
+
+    LockOrder oOrder;
 
     bool TryToTake()
     {
@@ -77,6 +81,11 @@ CriticalSectionMutex::~CriticalSectionMutex() = default;
 CriticalSectionMutex::CriticalSectionMutex(CriticalSectionMutex const & oSource) = default;
 CriticalSectionMutex & CriticalSectionMutex::operator=(CriticalSectionMutex const & oSource) = default;
 
+OwnMutex::OwnMutex()
+{
+    m_pSection->oOrder.SetOwn();
+}
+
 void CriticalSectionMutex::Lock()
 {
     Section & oSection = *m_pSection;
@@ -90,8 +99,10 @@ void CriticalSectionMutex::Lock()
     }
 
     oSelf.BeginHold();
+    oSection.oOrder.NoteWish();
     if (!oSection.TryToTake())
         oSection.WaitAndTake(oSelf);
+    oSection.oOrder.NoteEntry();
     oSection.iOwner.store(oSelf.iThread, std::memory_order_relaxed);
 }
 
@@ -104,6 +115,7 @@ void CriticalSectionMutex::Unlock()
         return;
     }
 
+    oSection.oOrder.NoteExit();
     oSection.iOwner.store(Section::NOBODY, std::memory_order_relaxed);
     if (oSection.eState.exchange(Section::eFree, std::memory_order_release) == Section::eWanted)
         oSection.eState.notify_one();
@@ -127,6 +139,7 @@ bool LockTrial::TryToLock(CriticalSectionMutex & oLock)
         oSelf.EndHold();
         return false;
     }
+    oSection.oOrder.NoteEntry();
     oSection.iOwner.store(oSelf.iThread, std::memory_order_relaxed);
     return true;
 }

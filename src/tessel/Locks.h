@@ -40,6 +40,7 @@ public:
 
 private:
     friend struct LockTrial;
+    friend class OwnMutex;
     struct Section;
 
     std::shared_ptr<Section> m_pSection;

@@ -1,10 +1,10 @@
 #include "LogFileProcessor.h"
 
+#include "OwnMutex.h"
 #include "Platform.h"
 #include "Spare.h"
 
 #include <tessel/Assertion.h>
-#include <tessel/Locks.h>
 #include <tessel/MessageLayout.h>
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
@@ -77,7 +77,7 @@ struct TSL_HIDDEN LogFileProcessor::Private
     bool bFailed = false;
     bool bBegun = false; ///< the file has been appended to
     SpareLine oSpareLine;
-    ReaderWriterMutex oLock;
+    OwnMutex oLock;
 };
 
 void LogFileProcessor::Private::Append(String & sLine)

@@ -223,6 +223,11 @@ void FreeLibrary(void * pLibrary);
 /// threads may. To be asked by what runs at the end.
 bool IsUnloading();
 
+/// The calling thread's return addresses, innermost first, with null in the rest; and what they are the places
+/// of, a line each, to the standard error stream.
+void GetStack(void ** pAddresses, std::size_t iCount);
+void WriteStack(void * const * pAddresses, std::size_t iCount);
+
 /// Writes the text to the standard error stream.
 void WriteToStandardError(std::string_view sText);
 

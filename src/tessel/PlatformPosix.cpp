@@ -3,6 +3,7 @@
 #include "ForcedEnd.h"
 #include "PlatformDescriptor.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -14,6 +15,7 @@
 
 #include <cxxabi.h>
 #include <dlfcn.h>
+#include <execinfo.h>
 #include <fcntl.h>
 #include <locale.h>
 #include <pthread.h>
@@ -445,6 +447,18 @@ void CloseFile(File & oFile)
 bool IsUnloading()
 {
     return g_bUnloading;
+}
+
+void GetStack(void ** pAddresses, std::size_t iCount)
+{
+    auto const iFound = ::backtrace(pAddresses, static_cast<int>(iCount));
+    std::fill(pAddresses + iFound, pAddresses + iCount, nullptr);
+}
+
+void WriteStack(void * const * pAddresses, std::size_t iCount)
+{
+    auto const iFound = std::find(pAddresses, pAddresses + iCount, nullptr) - pAddresses;
+    ::backtrace_symbols_fd(pAddresses, static_cast<int>(iFound), STDERR_FILENO);
 }
 
 void WriteToStandardError(std::string_view sText)

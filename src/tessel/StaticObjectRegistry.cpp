@@ -1,9 +1,9 @@
 #include <tessel/StaticObjectRegistry.h>
 
+#include "OwnMutex.h"
 #include "Platform.h"
 
 #include <tessel/ClassRepository.h>
-#include <tessel/Locks.h>
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
 
@@ -62,7 +62,7 @@ struct TSL_HIDDEN StaticObjectRegistry::Private
 
     std::set<void *> oObjects;
     std::list<Entry> oEntries;
-    ReaderWriterMutex oLock;
+    OwnMutex oLock;
 };
 
 /// Ends the registry, by being destroyed at the end of the process or when the library is unloaded.

@@ -1,0 +1,168 @@
+#include "LockOrder.h"
+
+#include "ForcedEnd.h"
+#include "Platform.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+
+namespace tsl
+{
+
+namespace
+{
+
+using Stack = std::array<void *, 24>;
+
+/// The locks that the calling thread holds, in the order in which it took them. What exceeds the room is not
+/// looked at.
+struct HeldLocks
+{
+    static constexpr unsigned int COUNT_MAX = 16;
+
+    LockOrder * apLocks[COUNT_MAX];
+    unsigned int iCount;
+};
+
+constinit thread_local HeldLocks t_oHeld{};
+
+/// The locks that have been asked for under a lock, by the numbers of both, with the place where that was first.
+using Followers = std::map<std::uint64_t, Stack>;
+
+struct Graph
+{
+    bool IsKnown(std::uint64_t iHeld, std::uint64_t iWanted) const
+    {
+        auto const oEntry = oFollowers.find(iHeld);
+        return oEntry != oFollowers.end() && oEntry->second.contains(iWanted);
+    }
+
+    /// The first step of a way from one lock to another that was taken under it, or under one that was, and so
+    /// on; null if there is none.
+    Stack const * FindWay(std::uint64_t iFrom, std::uint64_t iTo, std::set<std::uint64_t> & oSeen) const
+    {
+        auto const oEntry = oFollowers.find(iFrom);
+        if (oEntry == oFollowers.end() || !oSeen.insert(iFrom).second)
+            return nullptr;
+        for (auto const & [iNext, oStack] : oEntry->second)
+            if (iNext == iTo || FindWay(iNext, iTo, oSeen))
+                return &oStack;
+        return nullptr;
+    }
+
+    std::map<std::uint64_t, Followers> oFollowers;
+    std::uint64_t iLastNumber = 0;
+};
+
+constinit std::mutex g_oGraphLock;
+constinit Graph * g_pGraph = nullptr;
+
+[[noreturn]] void Stop(char const * sWhat, Stack const * pEarlier)
+{
+    Platform::WriteToStandardError(std::string(sWhat) + ", here:\n");
+    Stack oHere{};
+    Platform::GetStack(oHere.data(), oHere.size());
+    Platform::WriteStack(oHere.data(), oHere.size());
+    if (pEarlier)
+    {
+        Platform::WriteToStandardError("and earlier the other way round:\n");
+        Platform::WriteStack(pEarlier->data(), pEarlier->size());
+    }
+    std::abort();
+}
+
+/// The graph's lock is no lock of the library, so a fork has to be kept away from it.
+class GraphScope
+{
+public:
+    GraphScope()
+    {
+        if (!g_pGraph)
+            g_pGraph = new Graph;
+    }
+
+private:
+    HoldScope m_oHold;
+    std::lock_guard<std::mutex> m_oLock{g_oGraphLock};
+};
+
+void AddOrder(std::uint64_t iHeld, std::uint64_t iWanted)
+{
+    if (g_pGraph->IsKnown(iHeld, iWanted))
+        return;
+
+    std::set<std::uint64_t> oSeen;
+    if (Stack const * const pEarlier = g_pGraph->FindWay(iWanted, iHeld, oSeen))
+        Stop("Two locks are taken in both orders", pEarlier);
+    Stack & oStack = g_pGraph->oFollowers[iHeld][iWanted];
+    Platform::GetStack(oStack.data(), oStack.size());
+}
+
+} // namespace
+
+void LockOrder::Ask()
+{
+    if (t_oHeld.iCount == 0)
+        return;
+
+    GraphScope const oScope;
+    if (m_iNumber == 0)
+        m_iNumber = ++g_pGraph->iLastNumber;
+    for (unsigned int i = 0; i < std::min(t_oHeld.iCount, HeldLocks::COUNT_MAX); ++i)
+    {
+        LockOrder & oHeld = *t_oHeld.apLocks[i];
+        if (oHeld.m_iNumber == 0)
+            oHeld.m_iNumber = ++g_pGraph->iLastNumber;
+        AddOrder(oHeld.m_iNumber, m_iNumber);
+    }
+}
+
+void LockOrder::Enter()
+{
+    if (t_oHeld.iCount < HeldLocks::COUNT_MAX)
+        t_oHeld.apLocks[t_oHeld.iCount] = this;
+    ++t_oHeld.iCount;
+}
+
+void LockOrder::Leave()
+{
+    // Mostly the last one, but a program may give up its locks in any order.
+    unsigned int const iCount = std::min(t_oHeld.iCount, HeldLocks::COUNT_MAX);
+    auto * const pEnd = t_oHeld.apLocks + iCount;
+    auto * const pPlace = std::find(t_oHeld.apLocks, pEnd, this);
+    if (pPlace != pEnd)
+        std::move(pPlace + 1, pEnd, pPlace);
+    --t_oHeld.iCount;
+}
+
+void LockOrder::Forget()
+{
+    if (m_iNumber == 0)
+        return;
+
+    GraphScope const oScope;
+    g_pGraph->oFollowers.erase(m_iNumber);
+    for (auto & [iNumber, oFollowers] : g_pGraph->oFollowers)
+        oFollowers.erase(m_iNumber);
+}
+
+void LockOrder::DemandNoOwnLock()
+{
+    for (unsigned int i = 0; i < std::min(t_oHeld.iCount, HeldLocks::COUNT_MAX); ++i)
+        if (t_oHeld.apLocks[i]->m_bOwn)
+            Stop("The bus is called under a lock of the library's own", nullptr);
+}
+
+void LockOrder::FreeAll()
+{
+    GraphScope const oScope;
+    delete g_pGraph;
+    g_pGraph = nullptr;
+}
+
+} // namespace tsl

@@ -1,0 +1,46 @@
+#include "AssertionTest.h"
+
+using namespace tsl;
+
+namespace
+{
+
+void TakeBoth(CriticalSectionMutex & oFirst, CriticalSectionMutex & oSecond)
+{
+    oFirst.Lock();
+    oSecond.Lock();
+    oFirst.Unlock();
+    oSecond.Unlock();
+}
+
+/// In the child of a death test, on a thread after the other: nobody ever waits.
+void TakeInACircle()
+{
+    CriticalSectionMutex aLocks[3];
+    for (int i = 0; i < 3; ++i)
+        std::thread([&] { TakeBoth(aLocks[i], aLocks[(i + 1) % 3]); }).join();
+}
+
+} // namespace
+
+TEST(LockOrder, IsCheckedEvenIfNobodyHasToWait)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_DEATH(TakeInACircle(), "Two locks are taken in both orders, here:(.|\n)*the other way round:\n.");
+}
+
+TEST(LockOrder, IsFreeForLocksThatHaveBeenDestroyedAndForFurtherEntries)
+{
+    CriticalSectionMutex oLock;
+    auto pOther = std::make_unique<CriticalSectionMutex>();
+    TakeBoth(oLock, *pOther);
+    pOther = std::make_unique<CriticalSectionMutex>();
+    TakeBoth(*pOther, oLock);
+
+    pOther->Lock();
+    oLock.Lock();
+    pOther->Lock();
+    pOther->Unlock();
+    oLock.Unlock();
+    pOther->Unlock();
+}
