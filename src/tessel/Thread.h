@@ -12,6 +12,8 @@ namespace tsl
 /// owns at most one thread at a time and can be run again when that has ended. The public operations may
 /// be called from any thread.
 ///
+/// In a child that was forked off, the thread runs only if it is the one that forked.
+///
 /// Copies share the thread and its record. The end of each of them kills the thread, and so does an
 /// assignment of another thread to one.
 class TSL_EXPORT Thread
