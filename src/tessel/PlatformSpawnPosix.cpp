@@ -241,7 +241,8 @@ int SpawnSuspended(ProcessStart const & oStart, SharedFlag & oContinued, int & i
         return iError;
 
     SignalBlock const oScope;
-    iProcess = ::fork();
+    // Without the handlers at fork, which wait for other threads: the child needs nothing that they care for.
+    iProcess = ::_Fork();
     if (iProcess == 0)
         ExecuteSuspended(oStart, sPath.c_str(), oArguments.Get(), oContinued);
     if (iProcess < 0)
