@@ -2,6 +2,7 @@
 
 #include <tessel/AbstractConstIterator.h>
 #include <tessel/Export.h>
+#include <tessel/MessageConstIterator.h>
 #include <tessel/Root.h>
 #include <tessel/String.h>
 #include <tessel/Value.h>
@@ -43,27 +44,6 @@ public:
 
 protected:
     Message() = default;
-};
-
-/// The walk that all iterators over messages share. A new iterator stands at the end, and so does one
-/// that Next has taken past the last element; a further Next begins again.
-class TSL_EXPORT MessageConstIterator : public AbstractNamedValueConstIterator<Value>
-{
-public:
-    void Begin() override;
-    void End() override;
-    void Next() override;
-    bool IsEnd() const override;
-
-protected:
-    explicit MessageConstIterator(int iSize) : m_iSize(iSize) {}
-
-    /// Index of the current element, -1 at the end.
-    int GetPosition() const { return m_iPosition; }
-
-private:
-    int m_iSize;
-    int m_iPosition = -1;
 };
 
 /// The walk over nothing.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <tessel/Export.h>
-#include <tessel/Message.h>
+#include <tessel/MessageConstIterator.h>
 #include <tessel/Result.h>
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>

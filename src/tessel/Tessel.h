@@ -29,6 +29,7 @@
 #include <tessel/Locks.h>
 #include <tessel/LogPoint.h>
 #include <tessel/Message.h>
+#include <tessel/MessageConstIterator.h>
 #include <tessel/MessageDispatcher.h>
 #include <tessel/MessageFilter.h>
 #include <tessel/MessageLayout.h>

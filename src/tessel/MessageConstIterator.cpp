@@ -1,0 +1,27 @@
+#include <tessel/MessageConstIterator.h>
+
+namespace tsl
+{
+
+void MessageConstIterator::Begin()
+{
+    m_iPosition = m_iSize >= 1 ? 0 : -1;
+}
+
+void MessageConstIterator::End()
+{
+    m_iPosition = -1;
+}
+
+void MessageConstIterator::Next()
+{
+    // At the end, which is -1, this steps to the first element.
+    m_iPosition = m_iPosition >= m_iSize - 1 ? -1 : m_iPosition + 1;
+}
+
+bool MessageConstIterator::IsEnd() const
+{
+    return m_iPosition == -1;
+}
+
+} // namespace tsl
