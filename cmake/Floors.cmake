@@ -3,8 +3,8 @@
 
 include_guard(GLOBAL)
 
-# Adds files to a floor of Tessel. The first call for a floor puts it on top of those named before. Of the files
-# in front of PRIVATE, the headers are installed; those behind it the library keeps to itself.
+# Adds files of the current folder to a floor of Tessel. The first call for a floor puts it on top of those that
+# were named before. The headers before PRIVATE are installed; the library keeps those after it to itself.
 function(tessel_floor floor)
   cmake_parse_arguments(PARSE_ARGV 1 given "" "" PRIVATE)
   list(TRANSFORM given_UNPARSED_ARGUMENTS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ OUTPUT_VARIABLE public)
@@ -14,7 +14,7 @@ function(tessel_floor floor)
 
   target_sources(Tessel PRIVATE ${files})
   if(public)
-    target_sources(Tessel PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${public})
+    tessel_public_headers(Tessel ${public})
   endif()
 
   get_property(floors GLOBAL PROPERTY tessel_floors)
@@ -28,7 +28,7 @@ function(tessel_floor floor)
   endforeach()
 endfunction()
 
-# Allows a file to include headers of a higher floor. One that it does not include is an error.
+# Allows a file to include headers of a higher floor. An exception that is not needed is an error.
 function(tessel_floor_exception file)
   list(TRANSFORM ARGN PREPEND "${file} " OUTPUT_VARIABLE pairs)
   set_property(GLOBAL APPEND PROPERTY tessel_floor_exceptions ${pairs})
@@ -62,8 +62,8 @@ function(tessel_find_included file line result)
   set(${result} "" PARENT_SCOPE)
 endfunction()
 
-# Stops if a file breaks the rules of the floors, or is on none. Called once all floors are there; a change of
-# any of the files has it called again by the next build.
+# Stops if a file breaks the rules of the floors, or is on none. To be called after the last floor. The next build
+# configures again, and so checks again, after a change of any of the files.
 function(tessel_check_floors)
   get_property(floors GLOBAL PROPERTY tessel_floors)
   get_property(files GLOBAL PROPERTY tessel_floor_files)

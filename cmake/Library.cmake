@@ -38,13 +38,9 @@ function(tessel_library target)
   endif()
 endfunction()
 
-# Headers of the target are those of the current folder but the given ones, which the library keeps to itself.
+# Headers of the current folder that are installed; all others the library keeps to itself.
 function(tessel_public_headers target)
-  file(GLOB headers CONFIGURE_DEPENDS *.h)
-  foreach(private IN LISTS ARGN)
-    list(REMOVE_ITEM headers ${CMAKE_CURRENT_SOURCE_DIR}/${private})
-  endforeach()
-  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${headers})
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${ARGN})
 endfunction()
 
 # Adds the targets to what "cmake --install" puts below its prefix.

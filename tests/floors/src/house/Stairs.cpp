@@ -1,0 +1,5 @@
+#include <house/Stairs.h>
+
+#include "Pipes.h"
+
+#include <house/Window.h>

@@ -1,0 +1,3 @@
+#include <house/Window.h>
+
+#include "Pipes.h"
