@@ -1,0 +1,62 @@
+#!/bin/sh
+# What a commit must hold, in less than half a minute: the format, the floors, the seam, headers that compile
+# alone, the subjects of the commits. Needs what tools/setup.sh --all installs.
+
+set -eu
+cd "$(dirname "$0")/.."
+
+failed=
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+
+# Runs the check "check_$1" and prints what it has found.
+run() {
+    if "check_$1" >"$folder/found" 2>&1; then
+        printf '%-8s ok\n' "$1"
+    else
+        printf '%-8s FAILED\n' "$1"
+        cat "$folder/found"
+        failed=yes
+    fi
+}
+
+check_format() {
+    find . \( -name build -o -name out \) -prune -o \( -name '*.h' -o -name '*.cpp' -o -name '*.c' \) \
+        -exec clang-format --dry-run -Werror {} +
+}
+
+# The configuration stops at a file that breaks the rules of its floor.
+check_floors() {
+    cmake --preset release
+}
+
+# Outside the seam the library has no conditional and no header of the system.
+check_seam() {
+    ! grep -rnE '^[[:space:]]*#[[:space:]]*(if|else|elif|include[[:space:]]*<[a-z0-9_/]+\.h>)' src \
+        --include='*.h' --include='*.cpp' --exclude='Platform*' --exclude=Export.h
+}
+
+# A header that its own source file includes first is compiled alone by each build. The others are compiled here.
+check_headers() {
+    find src -name '*.h' | while read -r header; do
+        grep -s -m 1 '^#include' "${header%.h}.cpp" | grep -q "[/\"]${header##*/}[>\"]" || echo "$header"
+    done | xargs -P "$(nproc)" -n 1 \
+        "${CXX:-g++}" -std=c++20 -Isrc -Wall -Wextra -Werror -fsyntax-only -x c++ /dev/null -include
+}
+
+# Area, colon, an imperative sentence: of the commits that are new here, else of the latest ones.
+check_subjects() {
+    git rev-parse --verify HEAD >/dev/null || return 1
+    commits=origin/main..HEAD
+    [ "$(git rev-list --count "$commits" 2>/dev/null || echo 0)" -gt 0 ] || commits='-20'
+    ! git log --no-merges --format=%s "$commits" |
+        awk 'length > 72 || !/^[A-Za-z][^:]*: [A-Z][a-z]+[ ,-].*[^.]$/' | grep . || return 1
+    ! git log --no-merges --format=%s "$commits" | grep -E '^[^:]*: [A-Z][a-z]*([^e]ed|ing|[^aisu]s) '
+}
+
+run format
+run floors
+run seam
+run headers
+run subjects
+[ -z "$failed" ]
