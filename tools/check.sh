@@ -1,6 +1,6 @@
 #!/bin/sh
 # What a commit must hold, in less than half a minute: the format, the floors, the seam, headers that compile
-# alone, the subjects of the commits. Needs what tools/setup.sh --all installs.
+# alone, a map of the code that is true, the subjects of the commits. Needs what tools/setup.sh --all installs.
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -44,6 +44,15 @@ check_headers() {
         "${CXX:-g++}" -std=c++20 -Isrc -Wall -Wextra -Werror -fsyntax-only -x c++ /dev/null -include
 }
 
+# The ways in src/README.md lead through functions that are in the files named.
+check_ways() {
+    ! grep -oE '`[A-Za-z]+\.(cpp|h)`: `[A-Za-z:]+`' src/README.md |
+        sed 's/`\(.*\)`: `\(.*\)`/\1 \2/' |
+        while read -r file name; do
+            grep -rqE --include="$file" "\<$name\(" src || echo "src/README.md: there is no $name in $file"
+        done | grep .
+}
+
 # Area, colon, an imperative sentence: of the commits that are new here, else of the latest ones.
 check_subjects() {
     git rev-parse --verify HEAD >/dev/null || return 1
@@ -58,5 +67,6 @@ run format
 run floors
 run seam
 run headers
+run ways
 run subjects
 [ -z "$failed" ]
