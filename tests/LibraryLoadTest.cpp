@@ -30,7 +30,7 @@ TEST(ProcessEnd, FreesNothingUnderThreadsThatRunOn)
              {"log", "1"}, {"stuck", "1"}})
     {
         TestProgram const oProgram("Exits");
-        ProgramOutcome const oOutcome = oProgram.Run({oRow.sCount, oRow.sWay}, std::chrono::minutes(4));
+        ProgramOutcome const oOutcome = oProgram.Run({oRow.sCount, oRow.sWay, "60"}, std::chrono::minutes(4));
         EXPECT_EQ(oOutcome.sOutput, "ok\n") << oRow.sWay << ": " << oOutcome.sErrors;
     }
 }

@@ -65,7 +65,7 @@ TEST(ForkedChildren, DoEverythingWhateverTheOtherThreadsOfTheParentWereDoing)
     for (std::string const sPlace : {"main", "threads", "callback", "fresh"})
     {
         tsltest::TestProgram const oProgram("Forks");
-        tsltest::ProgramOutcome const oOutcome = oProgram.Run({"100", sPlace}, std::chrono::minutes(4));
+        tsltest::ProgramOutcome const oOutcome = oProgram.Run({"100", sPlace, "60"}, std::chrono::minutes(4));
         EXPECT_EQ(oOutcome.sOutput, "ok\n") << sPlace << ": " << oOutcome.sErrors;
     }
 }

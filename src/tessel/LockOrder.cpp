@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <map>
 #include <mutex>
+#include <new>
 #include <set>
 #include <string>
 
@@ -110,6 +111,18 @@ void LockOrder::Ask()
     if (t_oHeld.iCount == 0)
         return;
 
+    try
+    {
+        NoteOrder();
+    }
+    catch (std::bad_alloc const &)
+    {
+        // A lock never fails, so an order that there is no memory for is noted another time.
+    }
+}
+
+void LockOrder::NoteOrder()
+{
     GraphScope const oScope;
     if (m_iNumber == 0)
         m_iNumber = ++g_pGraph->iLastNumber;

@@ -64,6 +64,7 @@ public:
 
 private:
     void Ask();
+    void NoteOrder();
     void Enter();
     void Leave();
     void Forget();

@@ -2,7 +2,8 @@
 // library shares between threads, and prints "ok". Each has ten seconds' time for its end. The second argument
 // tells how it ends: "return" (from main), "thread" (exit from another thread), "callback" (exit from a processor
 // of the bus), "destructor" (exit from the destructor of a static object), "log" (with a thread that never leaves
-// the log file) or "stuck" (with one that never leaves a processor).
+// the log file) or "stuck" (with one that never leaves a processor). A third one is the time for each end, in seconds,
+// for a machine that is busy otherwise.
 
 #include "../TestMachine.h"
 
@@ -34,9 +35,10 @@ extern "C" char const * __tsan_default_options() // NOLINT(bugprone-reserved-ide
 namespace
 {
 
-constexpr unsigned int SECONDS_OF_PROCESS = 10;
 constexpr int BUSY_THREADS = 8;
 constexpr int EXIT_CODE = 7;
+
+unsigned int g_iSeconds = 10;
 
 /// What happens at the end of a process, a character each, where its parent can read it.
 struct Trail
@@ -162,7 +164,7 @@ void ExitFromProcessor(Message const &, Result &)
 /// How the process ends, apart from the busy threads.
 [[noreturn]] void End(std::string const & sWay, int iRun)
 {
-    ::alarm(SECONDS_OF_PROCESS);
+    ::alarm(g_iSeconds);
     RegisterStaticObject(new Mortal('a', false));
     RegisterStaticObject(new Mortal('b', sWay == "destructor"));
     new Watcher;
@@ -219,6 +221,8 @@ int main(int iCount, char ** pArguments)
     if (iCount < 3)
         return 2;
 
+    if (iCount > 3)
+        g_iSeconds = static_cast<unsigned int>(std::atoi(pArguments[3]));
     for (int i = 0; i < std::atoi(pArguments[1]); ++i)
     {
         if (i % 16 == 0)

@@ -30,9 +30,9 @@ extern "C" char const * __tsan_default_options() // NOLINT(bugprone-reserved-ide
 namespace
 {
 
-constexpr unsigned int SECONDS_OF_CHILD = 10;
 constexpr int BUSY_THREADS = 8;
 
+unsigned int g_iSeconds = 10;
 std::atomic<bool> g_bStop{false};
 
 void Demand(bool bHolds, char const * sWhat)
@@ -103,7 +103,7 @@ void DoEverything()
 
 void Live(Thread & oThreadOfParent)
 {
-    ::alarm(SECONDS_OF_CHILD);
+    ::alarm(g_iSeconds);
     DoEverything();
     StartChild();
     Demand(!oThreadOfParent.IsRunning(), "thread of the parent");
@@ -204,7 +204,7 @@ void ForkFresh(int iCount)
         pid_t const iFresh = ::fork();
         if (iFresh == 0)
         {
-            ::alarm(3 * SECONDS_OF_CHILD);
+            ::alarm(3 * g_iSeconds);
             std::vector<std::thread> vThreads = StartThreads([] { DoEverything(); });
             pid_t aChildren[4];
             for (pid_t & iChild : aChildren)
@@ -212,7 +212,7 @@ void ForkFresh(int iCount)
                 iChild = ::fork();
                 if (iChild == 0)
                 {
-                    ::alarm(SECONDS_OF_CHILD);
+                    ::alarm(g_iSeconds);
                     DoEverything();
                     std::_Exit(0);
                 }
@@ -243,6 +243,8 @@ int main(int iCount, char ** pArguments)
     // The program's own classes; those of the library may be used for the first time at any moment.
     static_cast<void>(tsltest::NumberMessage::GetStaticClassDesc());
 
+    if (iCount > 3)
+        g_iSeconds = static_cast<unsigned int>(std::atoi(pArguments[3]));
     int const iForks = std::atoi(pArguments[1]);
     std::string const sPlace = pArguments[2];
     if (sPlace == "fresh")
