@@ -153,7 +153,7 @@ bool PassBarrier()
 /// that thread sees the flag.
 void ShowStores()
 {
-    std::atomic_thread_fence(std::memory_order_seq_cst);
+    // For the calling thread as well, each of these is a full barrier.
     if (PassBarrier())
         return;
     ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0);

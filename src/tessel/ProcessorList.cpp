@@ -57,12 +57,16 @@ void DemandProcessor(MessageProcessor const * pProcessor)
 
 struct Entry
 {
+    explicit Entry(MessageProcessor const * pTheProcessor) : pProcessor(pTheProcessor), pLive(pTheProcessor)
+    {
+    }
+
     bool IsLive() const { return pLive.load(std::memory_order_relaxed) != nullptr; }
 
-    MessageProcessor const * pProcessor = nullptr;
+    MessageProcessor const * pProcessor;
 
     // Null once it is removed.
-    std::atomic<MessageProcessor const *> pLive{nullptr};
+    std::atomic<MessageProcessor const *> pLive;
 };
 
 } // namespace
@@ -70,7 +74,10 @@ struct Entry
 /// What was in the list at one time. Once it can be seen by others, only entries are marked as removed.
 struct ProcessorList::Set
 {
-    explicit Set(std::size_t iSize) : vEntries(iSize) {}
+    explicit Set(std::vector<MessageProcessor const *> const & vProcessors)
+        : vEntries(vProcessors.begin(), vProcessors.end())
+    {
+    }
 
     /// The entry of the processor, live or not, or null.
     Entry * Find(MessageProcessor const * pProcessor)
@@ -285,12 +292,7 @@ void ProcessorList::Rebuild(MessageProcessor const * pAdded)
     if (pAdded)
         vProcessors.insert(std::ranges::upper_bound(vProcessors, pAdded, std::less<>()), pAdded);
 
-    auto pSet = std::make_unique<Set>(vProcessors.size());
-    for (std::size_t i = 0; i < vProcessors.size(); ++i)
-    {
-        pSet->vEntries[i].pProcessor = vProcessors[i];
-        pSet->vEntries[i].pLive.store(vProcessors[i], std::memory_order_relaxed);
-    }
+    auto pSet = std::make_unique<Set>(vProcessors);
     pSet->pFormer.reset(pLatest);
     m_pSet.store(pSet.release(), std::memory_order_release);
     m_iVersion.store(m_iVersion.load(std::memory_order_relaxed) + 1, std::memory_order_release);

@@ -161,19 +161,24 @@ void ExitFromProcessor(Message const &, Result &)
         std::exit(EXIT_CODE);
 }
 
+// Once they have been told of the end, nobody else knows them, and they would count as leaks.
+Watcher * g_pWatcher = nullptr;
+Listener * g_pListener = nullptr;
+
 /// How the process ends, apart from the busy threads.
 [[noreturn]] void End(std::string const & sWay, int iRun)
 {
     ::alarm(g_iSeconds);
     RegisterStaticObject(new Mortal('a', false));
     RegisterStaticObject(new Mortal('b', sWay == "destructor"));
-    new Watcher;
+
+    g_pWatcher = new Watcher;
     if (sWay == "callback")
-        new Listener(&ExitFromProcessor);
+        g_pListener = new Listener(&ExitFromProcessor);
     else if (sWay == "stuck")
-        new Listener([](auto &, auto &) { SleepForEver(); });
+        g_pListener = new Listener([](auto &, auto &) { SleepForEver(); });
     else
-        new Listener({});
+        g_pListener = new Listener({});
     if (sWay == "log")
         BlockLog();
     StartThreads();
