@@ -397,6 +397,7 @@ TEST(DispatcherThreads, NobodyIsInsideOfAClientThatIsDestroyed)
                     else
                         Destroy();
                 });
+            oDispatcher.Unregister(oDestroyer);
         }
 }
 

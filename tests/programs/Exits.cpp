@@ -161,9 +161,10 @@ void ExitFromProcessor(Message const &, Result &)
         std::exit(EXIT_CODE);
 }
 
-// Once they have been told of the end, nobody else knows them, and they would count as leaks.
-Watcher * g_pWatcher = nullptr;
-Listener * g_pListener = nullptr;
+// Once they have been told of the end, nobody else knows them, and they would count as leaks. Volatile, since
+// nobody reads them.
+Watcher * volatile g_pWatcher = nullptr;
+Listener * volatile g_pListener = nullptr;
 
 /// How the process ends, apart from the busy threads.
 [[noreturn]] void End(std::string const & sWay, int iRun)
