@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 
 #include <linux/membarrier.h>
 #include <pthread.h>
@@ -23,10 +24,11 @@ namespace
 
 // Microseconds.
 constexpr int PATIENCE = 2'000'000;
-constexpr int PATIENCE_WITH_WAITER = 20'000; ///< with a thread that may be waiting for the calling one
+constexpr int PATIENCE_WITH_WAITER = 50'000; ///< with a thread that may be waiting for the calling one
 constexpr int PATIENCE_WITH_DEAD = 2'000;    ///< until it is asked whether a thread still exists
 constexpr int NAP_FIRST = 20;
 constexpr int NAP_LONGEST = 1'000;
+constexpr int NAP_COUNTED = 10'000;     ///< what counts of one at most
 constexpr int TIME_OF_A_STORE = 10'000; ///< longer by far than a processor keeps one to itself
 
 constexpr int SWEEP_INTERVAL = 64;
@@ -57,12 +59,18 @@ struct List
 
 constinit List g_oList;
 
-void Nap(int iMicroseconds)
+/// Returns how long it was, which on a busy machine is longer. Of the time for which the process was stopped,
+/// when nobody had an opportunity to go on, next to nothing counts.
+int Nap(int iMicroseconds)
 {
+    auto const oBegin = std::chrono::steady_clock::now();
     timespec oRest{0, iMicroseconds * 1000L};
     while (::nanosleep(&oRest, &oRest) == -1 && errno == EINTR)
     {
     }
+    auto const oSpent =
+        std::chrono::ceil<std::chrono::microseconds>(std::chrono::steady_clock::now() - oBegin);
+    return static_cast<int>(std::min<std::chrono::microseconds::rep>(oSpent.count(), NAP_COUNTED));
 }
 
 void LockList()
@@ -158,11 +166,10 @@ void ShowStores()
         return;
     ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0);
     if (!PassBarrier() && ::syscall(SYS_membarrier, MEMBARRIER_CMD_GLOBAL, 0) != 0)
-        Nap(TIME_OF_A_STORE);
+        static_cast<void>(Nap(TIME_OF_A_STORE));
 }
 
-/// Waits for other threads, one after the other. It counts its own naps, not the time: a process that was
-/// stopped meanwhile has given nobody an opportunity.
+/// Waits for other threads, one after the other.
 class Patience
 {
 public:
@@ -181,21 +188,19 @@ private:
     template<class Function>
     bool WaitFor(ThreadPresence & oThread, Function fIsBusy)
     {
-        for (int iWaited = 0; fIsBusy(oThread, iWaited); iWaited += m_iNap)
+        for (int iWaited = 0, iNap = 0; fIsBusy(oThread, iWaited); iWaited += iNap)
         {
             if (m_iSpent >= PATIENCE)
                 return false;
             if (iWaited >= PATIENCE_WITH_DEAD && !Exists(oThread))
                 return true;
-            m_iNap = std::min(iWaited + NAP_FIRST, NAP_LONGEST);
-            Nap(m_iNap);
-            m_iSpent += m_iNap;
+            iNap = Nap(std::min(iWaited + NAP_FIRST, NAP_LONGEST));
+            m_iSpent += iNap;
         }
         return true;
     }
 
     int m_iSpent = 0;
-    int m_iNap = 0;
 };
 
 bool IsInside(ThreadPresence const & oThread)
