@@ -1,6 +1,7 @@
 #include <tessel/GlobalMessageDispatcher.h>
 
 #include "BusSilence.h"
+#include "DispatcherEnd.h"
 #include "ForcedEnd.h"
 #include "LockOrder.h"
 #include "LogFileProcessor.h"
@@ -13,7 +14,6 @@
 #include <tessel/Support.h>
 
 #include <atomic>
-#include <optional>
 #include <string>
 
 namespace tsl
@@ -29,19 +29,19 @@ struct TSL_HIDDEN GlobalMessageDispatcher::Private
     void SelectProcessor(std::string const & sClassName);
     void DemandConfiguration();
 
-    std::optional<MessageDispatcher> oDispatcher{std::in_place};
+    MessageDispatcher oDispatcher;
     std::unique_ptr<MessageProcessor> pProcessor;
 };
 
 void GlobalMessageDispatcher::Private::End()
 {
     // It is not told of the end of the bus, since it goes first.
-    if (pProcessor && oDispatcher)
+    if (pProcessor)
     {
-        oDispatcher->Unregister(*pProcessor);
+        oDispatcher.Unregister(*pProcessor);
         pProcessor->Close();
     }
-    oDispatcher.reset();
+    DispatcherEnd::End(oDispatcher);
 }
 
 void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClassName)
@@ -52,7 +52,7 @@ void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClas
 
     // Without a log there is nobody to tell that there is none.
     if (pProcessor->Open().IsOk())
-        static_cast<void>(oDispatcher->Register(*pProcessor, {Message::GetBaseType()}));
+        static_cast<void>(oDispatcher.Register(*pProcessor, {Message::GetBaseType()}));
 }
 
 void GlobalMessageDispatcher::Private::DemandConfiguration()
@@ -64,7 +64,7 @@ void GlobalMessageDispatcher::Private::DemandConfiguration()
     catch (Exception & oException)
     {
         Result oIgnored;
-        oDispatcher->Process(ResultMessage(oException.GetResult()), oIgnored);
+        oDispatcher.Process(ResultMessage(oException.GetResult()), oIgnored);
     }
 }
 
@@ -117,7 +117,7 @@ Result GlobalMessageDispatcher::Process(Message const & oMessage)
     Result oResult;
     BusVisit const oVisit;
     if (!g_bGone.load(std::memory_order_relaxed))
-        m->oDispatcher->Process(oMessage, oResult);
+        m->oDispatcher.Process(oMessage, oResult);
     return oResult;
 }
 
@@ -126,7 +126,7 @@ Result GlobalMessageDispatcher::Register(
 {
     BusVisit const oVisit;
     return g_bGone.load(std::memory_order_relaxed) ? Result::Null()
-                                                   : m->oDispatcher->Register(oProcessor, vTypes);
+                                                   : m->oDispatcher.Register(oProcessor, vTypes);
 }
 
 void GlobalMessageDispatcher::Unregister(
@@ -134,14 +134,14 @@ void GlobalMessageDispatcher::Unregister(
 {
     BusVisit const oVisit;
     if (!g_bGone.load(std::memory_order_relaxed))
-        m->oDispatcher->Unregister(oProcessor, vTypes);
+        m->oDispatcher.Unregister(oProcessor, vTypes);
 }
 
 void GlobalMessageDispatcher::Unregister(MessageProcessor const & oProcessor)
 {
     BusVisit const oVisit;
     if (!g_bGone.load(std::memory_order_relaxed))
-        m->oDispatcher->Unregister(oProcessor);
+        m->oDispatcher.Unregister(oProcessor);
 }
 
 GlobalMessageDispatcher * GlobalMessageDispatcher::CreateSingletonInstance()

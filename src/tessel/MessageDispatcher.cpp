@@ -1,5 +1,6 @@
 #include <tessel/MessageDispatcher.h>
 
+#include "DispatcherEnd.h"
 #include "ProcessorList.h"
 
 #include <tessel/Assertion.h>
@@ -239,6 +240,11 @@ void MessageDispatcher::Process(Message const & oMessage, Result & oResult) cons
         oResult.InsertFront(MakeResult(ERR::eInternal,
             String("Message class '") + oClass.GetClassName() + "' does not derive from Message directly.",
             Result::eCategoryFault));
+}
+
+void DispatcherEnd::End(MessageDispatcher & oDispatcher)
+{
+    oDispatcher.m->End();
 }
 
 MessageProcessorConfig const & MessageDispatcher::GetConfig() const

@@ -97,6 +97,7 @@ protected:
     void GetRegistrations(MessageProcessor const & oProcessor, std::vector<unsigned int> & vTypes) const;
 
 private:
+    friend struct DispatcherEnd;
     friend class MessageDispatcherClient;
 
     struct Private;
