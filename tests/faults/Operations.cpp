@@ -275,13 +275,14 @@ Outcome ExplainIniFailure()
 
 Outcome DispatchMessages()
 {
-    MessageDispatcher oBus;
+    // Before the bus, which tells it of its end if a failure leaves it registered.
     TestProcessor const oProcessor(
         [](Message const & oMessage, Result & oAnswer)
         {
             String sText;
             oAnswer.InsertFront(MakeResult(3, oMessage.AddAsString(sText)));
         });
+    MessageDispatcher oBus;
     Result const oResult = oBus.Register(oProcessor, {Message::GetBaseType()});
     if (oResult.IsError())
         return Outcome::eFailed;
