@@ -34,7 +34,7 @@ public:
 
     /// A new object of the same dynamic class and state; the caller deletes it. A class that cannot be
     /// made from its description is an assertion failure.
-    Root * GetCopy() const;
+    inline Root * GetCopy() const;
 
 protected:
     Root() = default;
