@@ -30,14 +30,14 @@ function(tessel_compile_options target)
   if(CMAKE_GENERATOR MATCHES "Makefiles")
     set(folder ${CMAKE_CURRENT_BINARY_DIR})
   endif()
-  file(RELATIVE_PATH source_from_folder ${folder} ${PROJECT_SOURCE_DIR}/)
+  cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY ${folder} OUTPUT_VARIABLE source_from_folder)
   target_compile_features(${target} PUBLIC cxx_std_20)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wno-format-nonliteral -Wextra-semi -Wundef
     # As the paths are written here, and as a compiler cache may write them, from the folder where it runs.
-    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${source_from_folder}=)
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${source_from_folder}/=)
   target_compile_definitions(${target} PRIVATE TESSEL_SANITIZE="${TESSEL_SANITIZE}")
   # At -O3, g++ 12 takes "text" + std::to_string(i) for a copy that overlaps itself.
   target_compile_options(${target} PRIVATE

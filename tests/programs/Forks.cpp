@@ -71,11 +71,11 @@ void Convert()
 
 void StartChild()
 {
-    std::string const sChild =
-        std::filesystem::read_symlink("/proc/self/exe").replace_filename("Child").string() + " out x\\n";
     CmdLine oChild;
     oChild.SetMode(CmdLine::eModeRedirect | CmdLine::eModeReaderThreads);
-    oChild.SetCommand(sChild);
+    oChild.SetApplication(std::filesystem::read_symlink("/proc/self/exe").replace_filename("Child").string());
+    oChild.AddArg("out");
+    oChild.AddArg("x\\n");
     int iProcessId = 0;
     Demand(oChild.Run(iProcessId).IsOk(), "start");
     Demand(oChild.WaitTermination() == CmdLine::eWaitTerminated, "wait");
