@@ -15,7 +15,7 @@ namespace tsl
 /// A process may be forked at any moment, and the child may use the library at once. The forking thread first
 /// waits until no other thread holds a lock of this kind, and keeps them from taking one until it has forked.
 /// It waits for 2 seconds at most: for a thread that holds a lock for longer, in a processor of messages for
-/// instance, and for 20 ms if that thread waits for a lock of the forking one. In the child such a lock is free,
+/// instance, and for 50 ms if that thread waits for a lock of the forking one. In the child such a lock is free,
 /// and what it guards is as the thread has left it. What the forking thread holds it holds in the child as well.
 ///
 /// Only the forking thread is there in the child; objects that another thread was using without a lock, and

@@ -553,7 +553,7 @@ Outcome KillThread()
 
 std::string const & GetChildCommand()
 {
-    static std::string const sCommand = std::string(TESSEL_TEST_PROGRAMS) + "/Child ";
+    static std::string const sCommand = "\"" + std::string(TESSEL_TEST_PROGRAMS) + "/Child\" ";
     return sCommand;
 }
 
@@ -636,8 +636,7 @@ Outcome KillChild()
 Outcome StartSuspendedChild()
 {
     CmdLine oChild;
-    oChild.AddArg(GetChildCommand().substr(0, GetChildCommand().size() - 1));
-    oChild.AddArg("hang");
+    oChild.SetCommand(GetChildCommand() + "hang");
     oChild.SetMode(CmdLine::eModeSuspended);
     int iProcessId = 0;
     Result const oResult = oChild.Run(iProcessId);
