@@ -133,11 +133,15 @@ std::map<unsigned int, ClassDescription const *> const & ClassRepository::GetCla
 
 void ClassRepository::Dump() const
 {
-    // Not as a number: the stream may be set to another base.
-    ReadLock const oScope(m->oLock);
-    for (auto const & [iClassId, pDescription] : m->oClasses)
-        std::cout << "ClassId=" << std::to_string(iClassId) << ", Class=" << pDescription->GetClassName()
-                  << std::endl;
+    std::string sLines;
+    {
+        ReadLock const oScope(m->oLock);
+        for (auto const & [iClassId, pDescription] : m->oClasses)
+            sLines +=
+                "ClassId=" + std::to_string(iClassId) + ", Class=" + pDescription->GetClassName() + "\n";
+    }
+    // Without the lock, since the stream may be one of the program's own.
+    std::cout << sLines << std::flush;
 }
 
 } // namespace tsl

@@ -150,7 +150,11 @@ public:
     bool IsAttached(Observer * pObserver) const { return m_oObservers.IsAttached(pObserver); }
 
 protected:
-    Factory() : m_oObservers(&InvokeObserver) {}
+    Factory()
+        : m_oObservers([](Observer & oObserver, Args const & oArgs, CallBackResult & oResult)
+            { oObserver.Invoke(oArgs, oResult); })
+    {
+    }
 
     /// The key's function, or null.
     Function GetFactoryFunction(Key const & oKey) const { return m_oTable.Find(oKey); }
@@ -163,14 +167,9 @@ protected:
 private:
     friend class LibraryLoad;
 
-    static void InvokeObserver(Observer & oObserver, Args const & oArgs, CallBackResult & oResult)
-    {
-        oObserver.Invoke(oArgs, oResult);
-    }
-
     TesselDetails::FactoryTable<Key, Function, Mutex> m_oTable;
 
-    // Goes away first, so that the observers are told while the table still stands.
+    // The last member, destroyed first: the observers are told while the table is still there.
     ObserverNotify<Observer, Args, CallBackResult> m_oObservers;
 };
 

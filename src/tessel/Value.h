@@ -56,10 +56,4 @@ protected:
     virtual eCompare DoCompareTo(Value const & oOther) const = 0;
 };
 
-/// The outcome for a negative, zero or positive number.
-constexpr Value::eCompare ToCompareResult(int iSign)
-{
-    return iSign < 0 ? Value::eLess : iSign > 0 ? Value::eGreater : Value::eEqual;
-}
-
 } // namespace tsl

@@ -1,5 +1,7 @@
 #include <tessel/ValueDateTime.h>
 
+#include "CompareResult.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/ValueDateTimeConverter.h>
 

@@ -1,5 +1,7 @@
 #include <tessel/ValueInt32.h>
 
+#include "CompareResult.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/ValueIntegerConverter.h>
 

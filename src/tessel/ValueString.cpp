@@ -1,6 +1,7 @@
 #include <tessel/ValueString.h>
 
 #include "ArgumentList.h"
+#include "CompareResult.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/ValueStringConverter.h>

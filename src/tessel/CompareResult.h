@@ -1,0 +1,14 @@
+#pragma once
+
+#include <tessel/Value.h>
+
+namespace tsl
+{
+
+/// The outcome of a comparison whose sign is negative, zero or positive.
+constexpr Value::eCompare ToCompareResult(int iSign)
+{
+    return iSign < 0 ? Value::eLess : iSign > 0 ? Value::eGreater : Value::eEqual;
+}
+
+} // namespace tsl
