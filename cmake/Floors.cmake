@@ -3,18 +3,22 @@
 
 include_guard(GLOBAL)
 
-# Adds files of the current folder to a floor of Tessel. The first call for a floor puts it on top of those that
-# were named before. The headers before PRIVATE are installed; the library keeps those after it to itself.
+# Adds files of the current folder and its subfolders to a floor of Tessel. The first call for a floor puts it on
+# top of those that were named before. The headers before PRIVATE are installed; the library keeps those after it
+# to itself. TARGET names the target that is built from the files, Tessel if it is not given.
 function(tessel_floor floor)
-  cmake_parse_arguments(PARSE_ARGV 1 given "" "" PRIVATE)
+  cmake_parse_arguments(PARSE_ARGV 1 given "" TARGET PRIVATE)
+  if(NOT given_TARGET)
+    set(given_TARGET Tessel)
+  endif()
   list(TRANSFORM given_UNPARSED_ARGUMENTS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ OUTPUT_VARIABLE public)
   list(TRANSFORM given_PRIVATE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ OUTPUT_VARIABLE private)
   set(files ${public} ${private})
   list(FILTER public INCLUDE REGEX "\\.h$")
 
-  target_sources(Tessel PRIVATE ${files})
+  target_sources(${given_TARGET} PRIVATE ${files})
   if(public)
-    tessel_public_headers(Tessel ${public})
+    tessel_public_headers(${given_TARGET} ${public})
   endif()
 
   get_property(floors GLOBAL PROPERTY tessel_floors)

@@ -1,4 +1,4 @@
-# How a shared library of this project is linked, named and installed.
+# How a shared library of this project is compiled, linked, named and installed.
 
 include_guard(GLOBAL)
 
@@ -6,22 +6,13 @@ include(CMakePackageConfigHelpers)
 
 set(TESSEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Tessel)
 
-# The library's file is lib<target>.so.<version>, which is its soname as well. It finds its companions beside
-# itself, in the build tree as well as where it is installed. Only what the version script names is exported:
-# visibility alone lets instances of the standard library's templates through.
-function(tessel_library target)
-  set(version_script ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  add_library(Tessel::${target} ALIAS ${target})
+# How the object files of a shared library are compiled.
+function(tessel_library_objects target)
   tessel_compile_options(${target})
   set_target_properties(${target} PROPERTIES
-    VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION}
+    POSITION_INDEPENDENT_CODE ON
     CXX_VISIBILITY_PRESET hidden
-    VISIBILITY_INLINES_HIDDEN ON
-    LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib
-    BUILD_WITH_INSTALL_RPATH ON
-    INSTALL_RPATH $ORIGIN
-    LINK_DEPENDS ${version_script})
+    VISIBILITY_INLINES_HIDDEN ON)
   if(TESSEL_HAS_NO_SEMANTIC_INTERPOSITION)
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   endif()
@@ -30,6 +21,22 @@ function(tessel_library target)
     # late, and is reached without a call.
     target_compile_options(${target} PRIVATE -ftls-model=initial-exec)
   endif()
+endfunction()
+
+# The library's file is lib<target>.so.<version>, which is its soname as well. It finds its companions beside
+# itself, in the build tree as well as where it is installed. Only what the version script names is exported:
+# visibility alone lets instances of the standard library's templates through.
+function(tessel_library target)
+  set(version_script ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  add_library(Tessel::${target} ALIAS ${target})
+  tessel_library_objects(${target})
+  set_target_properties(${target} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION}
+    LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib
+    BUILD_WITH_INSTALL_RPATH ON
+    INSTALL_RPATH $ORIGIN
+    LINK_DEPENDS ${version_script})
   target_link_options(${target} PRIVATE
     -Wl,--version-script=${version_script} -Wl,--hash-style=gnu -Wl,--as-needed -Wl,-O1 -Wl,-Bsymbolic-functions)
   if(NOT TESSEL_SANITIZE)

@@ -1,8 +1,8 @@
 #include <tessel/CmdLine.h>
 
-#include "ForcedEnd.h"
 #include "LineSplitter.h"
-#include "Platform.h"
+#include "platform/ForcedEnd.h"
+#include "platform/Platform.h"
 
 #include <tessel/Exception.h>
 #include <tessel/LogPoint.h>

@@ -1,7 +1,7 @@
 #include <tessel/DateTime.h>
 
-#include "ForcedEnd.h"
-#include "Platform.h"
+#include "platform/ForcedEnd.h"
+#include "platform/Platform.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>

@@ -1,6 +1,6 @@
 #include <tessel/Duration.h>
 
-#include "Platform.h"
+#include "platform/Platform.h"
 
 namespace tsl
 {

@@ -2,9 +2,9 @@
 
 #include "BusSilence.h"
 #include "DispatcherEnd.h"
-#include "ForcedEnd.h"
 #include "LockOrder.h"
 #include "LogFileProcessor.h"
+#include "platform/ForcedEnd.h"
 
 #include <tessel/Exception.h>
 #include <tessel/Message.h>

@@ -4,8 +4,8 @@
 #include "GlobalDebugSwitchRegistry.h"
 #include "LockOrder.h"
 #include "LogFileProcessor.h"
-#include "Platform.h"
-#include "ThreadPresence.h"
+#include "platform/Platform.h"
+#include "platform/ThreadPresence.h"
 
 #include <tessel/Exception.h>
 #include <tessel/FineTask.h>

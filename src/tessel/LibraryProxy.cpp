@@ -1,6 +1,6 @@
 #include <tessel/LibraryProxy.h>
 
-#include "Platform.h"
+#include "platform/Platform.h"
 
 #include <tessel/Locks.h>
 #include <tessel/LogPoint.h>

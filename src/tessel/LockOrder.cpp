@@ -1,7 +1,7 @@
 #include "LockOrder.h"
 
-#include "ForcedEnd.h"
-#include "Platform.h"
+#include "platform/ForcedEnd.h"
+#include "platform/Platform.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 #include <tessel/Locks.h>
 
-#include "ForcedEnd.h"
 #include "LockOrder.h"
 #include "LockTrial.h"
 #include "OwnMutex.h"
-#include "PlatformProcessor.h"
+#include "platform/ForcedEnd.h"
+#include "platform/Processor.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "LogFileProcessor.h"
 
 #include "OwnMutex.h"
-#include "Platform.h"
 #include "Spare.h"
+#include "platform/Platform.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/MessageLayout.h>

@@ -1,8 +1,8 @@
 #include <tessel/MessageLayout.h>
 
 #include "MessageElements.h"
-#include "Platform.h"
 #include "ResultHistoryText.h"
+#include "platform/Platform.h"
 
 #include <tessel/DebugMessage.h>
 #include <tessel/ResultMessage.h>

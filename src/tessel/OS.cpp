@@ -1,6 +1,6 @@
 #include <tessel/OS.h>
 
-#include "Platform.h"
+#include "platform/Platform.h"
 
 #include <tessel/String.h>
 

@@ -1,8 +1,8 @@
 #include "ProcessorList.h"
 
 #include "LockTrial.h"
-#include "Platform.h"
-#include "PlatformProcessor.h"
+#include "platform/Platform.h"
+#include "platform/Processor.h"
 
 #include <tessel/Exception.h>
 #include <tessel/MessageProcessor.h>

@@ -2,7 +2,7 @@
 
 #include "ArgumentList.h"
 #include "FormattedText.h"
-#include "Platform.h"
+#include "platform/Platform.h"
 
 #include <tessel/Assertion.h>
 

@@ -1,4 +1,4 @@
-#include "ForcedEnd.h"
+#include "platform/ForcedEnd.h"
 
 #include <tessel/Export.h>
 

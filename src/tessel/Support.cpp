@@ -1,8 +1,8 @@
 #include <tessel/Support.h>
 
-#include "ForcedEnd.h"
 #include "GlobalApplicationIni.h"
 #include "GlobalDebugSwitchRegistry.h"
+#include "platform/ForcedEnd.h"
 
 #include <tessel/DebugMessage.h>
 #include <tessel/Exception.h>

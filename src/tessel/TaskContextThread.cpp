@@ -1,6 +1,6 @@
 #include <tessel/TaskContextThread.h>
 
-#include "Platform.h"
+#include "platform/Platform.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/LogPoint.h>

@@ -1,6 +1,6 @@
 #include <tessel/TypeName.h>
 
-#include "Platform.h"
+#include "platform/Platform.h"
 
 namespace tsl
 {

@@ -1,4 +1,4 @@
-#include "PlatformAbandoned.h"
+#include "platform/posix/Abandoned.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -172,7 +172,9 @@ private:
     std::atomic<ProcessRecord *> m_pLast{nullptr};
 };
 
-constinit AbandonedProcesses g_oAbandoned;
+// The first of the library's static objects, whatever the order of linking, so that it is destroyed last: the
+// destructors of others abandon processes.
+[[gnu::init_priority(101)]] constinit AbandonedProcesses g_oAbandoned;
 
 // When the last one was looked at, by a clock that is read without a system call.
 constinit std::atomic<std::int64_t> g_iLastLook{0};

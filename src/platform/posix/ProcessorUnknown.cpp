@@ -1,4 +1,4 @@
-#include "PlatformProcessor.h"
+#include "platform/Processor.h"
 
 namespace tsl::Platform
 {

@@ -1,6 +1,6 @@
-#include "PlatformSpawn.h"
+#include "platform/posix/Spawn.h"
 
-#include "PlatformDescriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform.h"
-#include "ThreadPresence.h"
+#include "platform/Platform.h"
+#include "platform/ThreadPresence.h"
 
 #include <atomic>
 #include <cstdint>

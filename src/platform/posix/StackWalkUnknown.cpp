@@ -1,4 +1,4 @@
-#include "PlatformStack.h"
+#include "platform/posix/StackWalk.h"
 
 namespace tsl::Platform
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PlatformAbandoned.h"
+#include "platform/posix/Abandoned.h"
 
 namespace tsl::Platform
 {

@@ -1,7 +1,7 @@
-#include "Platform.h"
+#include "platform/Platform.h"
 
-#include "ForcedEnd.h"
-#include "PlatformDescriptor.h"
+#include "platform/ForcedEnd.h"
+#include "platform/posix/Descriptor.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,8 +1,8 @@
-#include "Platform.h"
+#include "platform/Platform.h"
 
-#include "ForcedEnd.h"
-#include "PlatformProcessor.h"
-#include "PlatformStack.h"
+#include "platform/ForcedEnd.h"
+#include "platform/Processor.h"
+#include "platform/posix/StackWalk.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "ForcedEnd.h"
-#include "Platform.h"
-#include "ThreadPresence.h"
+#include "platform/ThreadPresence.h"
+#include "platform/ForcedEnd.h"
+#include "platform/Platform.h"
 
 #include <algorithm>
 #include <cerrno>

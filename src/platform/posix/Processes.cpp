@@ -1,9 +1,9 @@
-#include "Platform.h"
+#include "platform/Platform.h"
 
-#include "ForcedEnd.h"
-#include "PlatformAbandoned.h"
-#include "PlatformDescriptor.h"
-#include "PlatformSpawn.h"
+#include "platform/ForcedEnd.h"
+#include "platform/posix/Abandoned.h"
+#include "platform/posix/Descriptor.h"
+#include "platform/posix/Spawn.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "PlatformImage.h"
+#include "platform/posix/Image.h"
 
-#include "PlatformProcessor.h"
+#include "platform/Processor.h"
 
 #include <algorithm>
 #include <iterator>

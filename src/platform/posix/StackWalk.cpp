@@ -1,6 +1,6 @@
-#include "PlatformStack.h"
+#include "platform/posix/StackWalk.h"
 
-#include "PlatformImage.h"
+#include "platform/posix/Image.h"
 
 #include <unwind.h>
 

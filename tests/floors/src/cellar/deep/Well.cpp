@@ -1,0 +1,1 @@
+#include "cellar/Well.h"
