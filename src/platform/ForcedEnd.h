@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Platform.h"
 #include "platform/ThreadPresence.h"
+#include "platform/Threads.h"
 
 #include <atomic>
 #include <cstdint>

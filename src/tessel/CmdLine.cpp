@@ -1,8 +1,10 @@
 #include <tessel/CmdLine.h>
 
 #include "LineSplitter.h"
+#include "platform/Files.h"
 #include "platform/ForcedEnd.h"
-#include "platform/Platform.h"
+#include "platform/Pipes.h"
+#include "platform/Processes.h"
 
 #include <tessel/Exception.h>
 #include <tessel/LogPoint.h>

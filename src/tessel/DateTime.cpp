@@ -1,7 +1,8 @@
 #include <tessel/DateTime.h>
 
+#include "platform/Calendar.h"
+#include "platform/Clock.h"
 #include "platform/ForcedEnd.h"
-#include "platform/Platform.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>

@@ -1,6 +1,6 @@
 #include <tessel/Duration.h>
 
-#include "platform/Platform.h"
+#include "platform/Clock.h"
 
 namespace tsl
 {

@@ -1,7 +1,7 @@
 #include "GlobalApplicationIni.h"
 
 #include "BusSilence.h"
-#include "platform/Platform.h"
+#include "platform/Files.h"
 
 #include <tessel/Exception.h>
 #include <tessel/Support.h>

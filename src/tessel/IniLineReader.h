@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Platform.h"
+#include "platform/Files.h"
 
 #include <cstdint>
 #include <memory>

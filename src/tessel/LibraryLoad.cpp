@@ -4,7 +4,7 @@
 #include "GlobalDebugSwitchRegistry.h"
 #include "LockOrder.h"
 #include "LogFileProcessor.h"
-#include "platform/Platform.h"
+#include "platform/Libraries.h"
 #include "platform/ThreadPresence.h"
 
 #include <tessel/Exception.h>

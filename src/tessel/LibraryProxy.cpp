@@ -1,6 +1,6 @@
 #include <tessel/LibraryProxy.h>
 
-#include "platform/Platform.h"
+#include "platform/Libraries.h"
 
 #include <tessel/Locks.h>
 #include <tessel/LogPoint.h>

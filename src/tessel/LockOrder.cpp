@@ -1,7 +1,8 @@
 #include "LockOrder.h"
 
+#include "platform/Files.h"
 #include "platform/ForcedEnd.h"
-#include "platform/Platform.h"
+#include "platform/Stack.h"
 
 #include <algorithm>
 #include <array>

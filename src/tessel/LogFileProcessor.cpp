@@ -2,7 +2,7 @@
 
 #include "OwnMutex.h"
 #include "Spare.h"
-#include "platform/Platform.h"
+#include "platform/Files.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/MessageLayout.h>

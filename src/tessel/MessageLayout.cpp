@@ -2,7 +2,8 @@
 
 #include "MessageElements.h"
 #include "ResultHistoryText.h"
-#include "platform/Platform.h"
+#include "platform/Calendar.h"
+#include "platform/Clock.h"
 
 #include <tessel/DebugMessage.h>
 #include <tessel/ResultMessage.h>

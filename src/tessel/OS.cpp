@@ -1,6 +1,9 @@
 #include <tessel/OS.h>
 
-#include "platform/Platform.h"
+#include "platform/Clock.h"
+#include "platform/Errors.h"
+#include "platform/Files.h"
+#include "platform/Identity.h"
 
 #include <tessel/String.h>
 

@@ -1,7 +1,7 @@
 #include "ProcessorList.h"
 
 #include "LockTrial.h"
-#include "platform/Platform.h"
+#include "platform/Clock.h"
 #include "platform/Processor.h"
 
 #include <tessel/Exception.h>

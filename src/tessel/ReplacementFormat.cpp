@@ -2,7 +2,7 @@
 
 #include "ArgumentList.h"
 #include "FormattedText.h"
-#include "platform/Platform.h"
+#include "platform/Locale.h"
 
 #include <tessel/Assertion.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Platform.h"
+#include "platform/Identity.h"
 
 #include <array>
 #include <atomic>

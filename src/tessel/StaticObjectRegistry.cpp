@@ -1,7 +1,7 @@
 #include <tessel/StaticObjectRegistry.h>
 
 #include "OwnMutex.h"
-#include "platform/Platform.h"
+#include "platform/Libraries.h"
 
 #include <tessel/ClassRepository.h>
 #include <tessel/ScopedLock.h>

@@ -1,6 +1,6 @@
 #include <tessel/TaskContextThread.h>
 
-#include "platform/Platform.h"
+#include "platform/Clock.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/LogPoint.h>

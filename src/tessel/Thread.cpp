@@ -1,6 +1,8 @@
 #include <tessel/Thread.h>
 
-#include "platform/Platform.h"
+#include "platform/Clock.h"
+#include "platform/Processes.h"
+#include "platform/Threads.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>

@@ -1,6 +1,6 @@
 #include <tessel/TimeZone.h>
 
-#include "platform/Platform.h"
+#include "platform/Calendar.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>

@@ -1,6 +1,6 @@
 #include <tessel/TypeName.h>
 
-#include "platform/Platform.h"
+#include "platform/TypeNames.h"
 
 namespace tsl
 {

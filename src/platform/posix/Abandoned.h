@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Platform.h"
+#include "platform/Processes.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,62 +1,24 @@
-#include "platform/Platform.h"
+#include "platform/Files.h"
 
-#include "platform/ForcedEnd.h"
 #include "platform/posix/Descriptor.h"
 
-#include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
-#include <string_view>
 #include <utility>
 
-#include <cxxabi.h>
-#include <dlfcn.h>
-#include <execinfo.h>
 #include <fcntl.h>
-#include <locale.h>
-#include <pthread.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
-#include <unwind.h>
 
 namespace tsl::Platform
 {
 
 namespace
 {
-
-bool g_bUnloading = false;
-
-constexpr char const * PROGRAM_LINK = "/proc/self/exe";
-constexpr std::string_view MARK_OF_DELETED = " (deleted)";
-
-/// What a thread has asked for once. It is thrown away when the process has been forked.
-struct Identity
-{
-    unsigned int iForkCount = 0;
-    int iProcessId = 0;
-    unsigned long iThreadId = 0;
-};
-
-// The runtime library's own number is overwritten by later conversions of daylight-saving zones.
-std::atomic<long> g_iSecondsWest{0};
-
-Identity const & GetIdentity()
-{
-    static thread_local Identity oIdentity;
-    unsigned int const iForkCount = Presence::GetForkCount();
-    if (oIdentity.iForkCount != iForkCount || oIdentity.iProcessId == 0) [[unlikely]]
-        oIdentity = {iForkCount, ::getpid(), static_cast<unsigned long>(::syscall(SYS_gettid))};
-    return oIdentity;
-}
 
 /// Keeps the signals of a failing write from the calling thread, that of a broken pipe and that of a file
 /// at its size limit, and takes away those that the writing has raised.
@@ -105,14 +67,6 @@ bool IsFileSizeLimited()
 {
     rlimit oLimit{};
     return ::getrlimit(RLIMIT_FSIZE, &oLimit) != 0 || oLimit.rlim_cur != RLIM_INFINITY;
-}
-
-bool IsSameFile(char const * sLeft, char const * sRight)
-{
-    struct stat oLeft = {};
-    struct stat oRight = {};
-    return ::stat(sLeft, &oLeft) == 0 && ::stat(sRight, &oRight) == 0 && oLeft.st_dev == oRight.st_dev
-           && oLeft.st_ino == oRight.st_ino;
 }
 
 int WriteAll(int iHandle, char const * pBytes, std::size_t iCount)
@@ -174,131 +128,9 @@ int Write(File const & oFile, char const * pBytes, std::size_t iCount)
                           : WriteAll(GetHandle(oFile), pBytes, iCount);
 }
 
-/// The name of the function of a library that a frame of the stack belongs to, or "".
-std::string_view GetFunctionName(_Unwind_Context * pFrame)
-{
-    // A call that never returns may be the last instruction of its function.
-    void * const pFunction =
-        ::_Unwind_FindEnclosingFunction(reinterpret_cast<void *>(::_Unwind_GetIP(pFrame) - 1));
-    Dl_info oInfo = {};
-    bool const bKnown = pFunction && ::dladdr(pFunction, &oInfo) != 0 && oInfo.dli_saddr == pFunction;
-    return bKnown && oInfo.dli_sname ? oInfo.dli_sname : "";
-}
-
-/// Stops at what has begun last, the end of the process or an unloading.
-_Unwind_Reason_Code LookForUnloading(_Unwind_Context * pFrame, void *)
-{
-    std::string_view const sFunction = GetFunctionName(pFrame);
-    g_bUnloading = sFunction == "dlclose";
-    return g_bUnloading || sFunction == "exit" ? _URC_END_OF_STACK : _URC_NO_REASON;
-}
-
-/// The loader calls this before it runs the destructors of the library's static objects. It does so when the
-/// library is unloaded and when the process ends; who has called the loader is all that differs. At the end of a
-/// process that has loaded the library late, those have run before.
-[[gnu::destructor]] void NoteUnloading()
-{
-    ::_Unwind_Backtrace(&LookForUnloading, nullptr);
-}
-
-timespec MakeTimespec(int iMilliseconds)
-{
-    return {iMilliseconds / 1000, iMilliseconds % 1000 * 1'000'000L};
-}
-
 } // namespace
 
 char const PATH_SEPARATOR = '/';
-
-std::string DecodeTypeName(char const * sTypeName)
-{
-    int iStatus = 0;
-    std::unique_ptr<char, void (*)(void *)> const sDecoded(
-        abi::__cxa_demangle(sTypeName, nullptr, nullptr, &iStatus), &std::free);
-    return sDecoded ? sDecoded.get() : sTypeName;
-}
-
-static locale_t GetPlainLocale()
-{
-    static locale_t const oPlain = ::newlocale(LC_ALL_MASK, "C", nullptr);
-    return oPlain;
-}
-
-int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat, std::va_list oArguments)
-{
-    // The calling thread alone changes its locale; the process keeps the one that it has.
-    locale_t const oFormer = ::uselocale(GetPlainLocale());
-    int const iLength = std::vsnprintf(pBuffer, iSize, sFormat, oArguments);
-    ::uselocale(oFormer);
-    return iLength;
-}
-
-void Sleep(int iDuration)
-{
-    if (iDuration <= 0)
-        return;
-
-    WaitScope const oScope(ForcedEndState::eForTime);
-    timespec oRest = MakeTimespec(iDuration);
-    while (::nanosleep(&oRest, &oRest) == -1 && errno == EINTR)
-    {
-    }
-}
-
-void SleepAlertably(int iDuration)
-{
-    if (iDuration <= 0)
-        return;
-
-    WaitScope const oScope(ForcedEndState::eForTime);
-    timespec const oDuration = MakeTimespec(iDuration);
-    ::nanosleep(&oDuration, nullptr);
-}
-
-int GetProcessId()
-{
-    return GetIdentity().iProcessId;
-}
-unsigned long GetThreadId()
-{
-    return GetIdentity().iThreadId;
-}
-
-int GetLastError()
-{
-    return errno;
-}
-
-std::string GetErrorText(int iError)
-{
-    // The text may be looked up in a catalogue.
-    HoldScope const oScope;
-    char aBuffer[256];
-    return ::strerror_r(iError, aBuffer, sizeof aBuffer);
-}
-
-int GetProgramPath(std::string & sPath)
-{
-    std::string sBuffer(256, '\0');
-    for (;;)
-    {
-        ssize_t const iLength = ::readlink(PROGRAM_LINK, sBuffer.data(), sBuffer.size());
-        if (iLength < 0)
-            return errno;
-        if (static_cast<std::size_t>(iLength) < sBuffer.size())
-        {
-            sBuffer.resize(static_cast<std::size_t>(iLength));
-            break;
-        }
-        sBuffer.resize(sBuffer.size() * 2);
-    }
-
-    // The system marks a file that is no longer there, but the mark may as well be a part of its name.
-    if (sBuffer.ends_with(MARK_OF_DELETED) && !IsSameFile(sBuffer.c_str(), PROGRAM_LINK))
-        sBuffer.resize(sBuffer.size() - MARK_OF_DELETED.size());
-    sPath = std::move(sBuffer);
-    return 0;
-}
 
 int GetWorkingDirectory(std::string & sPath)
 {
@@ -307,60 +139,6 @@ int GetWorkingDirectory(std::string & sPath)
         return errno;
     sPath = sDirectory.get();
     return 0;
-}
-
-std::int64_t GetTime()
-{
-    return ::time(nullptr);
-}
-
-std::int64_t GetSteadyTime()
-{
-    // Not the monotonic clock: that one stands still while the machine is suspended.
-    timespec oNow{};
-    ::clock_gettime(CLOCK_BOOTTIME, &oNow);
-    return std::int64_t{oNow.tv_sec} * 1000 + oNow.tv_nsec / 1'000'000;
-}
-
-// The runtime library's functions of time have a lock of their own, which a forked child finds as it was. The
-// holds keep a fork away from it.
-
-void LoadTimeZone()
-{
-    HoldScope const oScope;
-    ::tzset();
-    g_iSecondsWest.store(::timezone, std::memory_order_relaxed);
-}
-
-int GetSecondsWest(long & iSeconds)
-{
-    iSeconds = g_iSecondsWest.load(std::memory_order_relaxed);
-    return 0;
-}
-
-int ToLocalTime(std::int64_t iTime, std::tm & oElements)
-{
-    HoldScope const oScope;
-    time_t const iSystemTime = iTime;
-    return ::localtime_r(&iSystemTime, &oElements) ? 0 : errno;
-}
-
-int ToGreenwichTime(std::int64_t iTime, std::tm & oElements)
-{
-    HoldScope const oScope;
-    time_t const iSystemTime = iTime;
-    return ::gmtime_r(&iSystemTime, &oElements) ? 0 : errno;
-}
-
-std::int64_t FromLocalTime(std::tm & oElements)
-{
-    HoldScope const oScope;
-    return ::mktime(&oElements);
-}
-std::int64_t FromGreenwichTime(std::tm & oElements)
-{
-    HoldScope const oScope;
-    return ::timegm(&oElements);
 }
 
 int OpenForAppend(char const * sName, File & oFile)
@@ -442,23 +220,6 @@ void CloseFile(File & oFile)
 {
     if (oFile.IsOpen())
         ::close(GetHandle(std::exchange(oFile, File())));
-}
-
-bool IsUnloading()
-{
-    return g_bUnloading;
-}
-
-void GetStack(void ** pAddresses, std::size_t iCount)
-{
-    auto const iFound = ::backtrace(pAddresses, static_cast<int>(iCount));
-    std::fill(pAddresses + iFound, pAddresses + iCount, nullptr);
-}
-
-void WriteStack(void * const * pAddresses, std::size_t iCount)
-{
-    auto const iFound = std::find(pAddresses, pAddresses + iCount, nullptr) - pAddresses;
-    ::backtrace_symbols_fd(pAddresses, static_cast<int>(iFound), STDERR_FILENO);
 }
 
 void WriteToStandardError(std::string_view sText)

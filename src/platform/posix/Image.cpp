@@ -1,6 +1,6 @@
 #include "platform/posix/Image.h"
 
-#include "platform/Processor.h"
+#include "platform/posix/Instructions.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,26 +1,20 @@
-#include "platform/Platform.h"
+#include "platform/Processes.h"
 
-#include "platform/ForcedEnd.h"
 #include "platform/posix/Abandoned.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Spawn.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
-#include <iterator>
 #include <memory>
 #include <utility>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace tsl::Platform
@@ -35,37 +29,6 @@ constexpr int EXIT_CODE_SIGNAL = 128;
 int GetHandle(Process const & oProcess)
 {
     return static_cast<int>(oProcess.iHandle);
-}
-
-/// Gives a new descriptor a number above those of the streams. A program that has closed a stream would
-/// otherwise take ours for it, and a child's streams could not be put in their places one by one.
-int MoveAboveStreams(int & iDescriptor)
-{
-    if (iDescriptor >= FIRST_OWN_DESCRIPTOR)
-        return 0;
-
-    int const iMoved = ::fcntl(iDescriptor, F_DUPFD_CLOEXEC, FIRST_OWN_DESCRIPTOR);
-    int const iError = iMoved < 0 ? errno : 0;
-    ::close(std::exchange(iDescriptor, iMoved));
-    return iError;
-}
-
-/// Waits until one of the descriptors is ready, whatever signals come in between.
-int Poll(pollfd * pDescriptors, nfds_t iCount, int iTimeout, bool & bReady)
-{
-    WaitScope const oScope(ForcedEndState::eForTime);
-    auto const oEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(iTimeout);
-    for (std::chrono::nanoseconds oLeft = std::chrono::milliseconds(iTimeout);;)
-    {
-        auto const oSeconds = std::chrono::floor<std::chrono::seconds>(oLeft);
-        timespec const oRest{oSeconds.count(), (oLeft - oSeconds).count()};
-        int const iResult = ::ppoll(pDescriptors, iCount, iTimeout < 0 ? nullptr : &oRest, nullptr);
-        bReady = iResult > 0;
-        if (iResult >= 0 || errno != EINTR)
-            return iResult >= 0 ? 0 : errno;
-
-        oLeft = std::max<std::chrono::nanoseconds>(oEnd - std::chrono::steady_clock::now(), {});
-    }
 }
 
 int PollProcess(Process const & oProcess, short iEvents, int iTimeout, bool & bReady)
@@ -202,47 +165,6 @@ bool IsOwnChild(Process const & oProcess)
 }
 
 } // namespace
-
-int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd)
-{
-    int aEnds[2];
-    if (::pipe2(aEnds, O_CLOEXEC) != 0)
-        return errno;
-
-    int & iOwn = aEnds[eOwn == OwnEnd::eRead ? 0 : 1];
-    int & iOther = aEnds[eOwn == OwnEnd::eRead ? 1 : 0];
-    int const iOwnError = MoveAboveStreams(iOwn);
-    int const iError = iOwnError != 0 ? iOwnError : MoveAboveStreams(iOther);
-    oOwnEnd = {iOwn, true};
-    oOtherEnd = {iOther, true};
-    if (iError != 0)
-    {
-        CloseFile(oOwnEnd);
-        CloseFile(oOtherEnd);
-        return iError;
-    }
-
-    // A reading that can be called off asks first and waits then. The child's end is not touched by this.
-    if (eOwn == OwnEnd::eRead)
-        ::fcntl(iOwn, F_SETFL, O_NONBLOCK);
-    return 0;
-}
-
-int ReadPipe(File const & oPipe, File const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead)
-{
-    for (iRead = 0;;)
-    {
-        int const iError = Read(oPipe, pBytes, iCount, iRead);
-        if (iError != EAGAIN)
-            return iError;
-
-        pollfd aPolls[] = {{GetHandle(oPipe), POLLIN, 0}, {GetHandle(oStop), POLLIN, 0}};
-        bool bReady = false;
-        int const iPollError = Poll(aPolls, std::size(aPolls), -1, bReady);
-        if (iPollError != 0 || aPolls[0].revents == 0)
-            return iPollError;
-    }
-}
 
 int StartProcess(ProcessStart const & oStart, Process & oProcess)
 {

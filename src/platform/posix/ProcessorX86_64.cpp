@@ -1,5 +1,7 @@
 #include "platform/Processor.h"
 
+#include "platform/posix/Instructions.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,7 @@
 #include "platform/ThreadPresence.h"
+
 #include "platform/ForcedEnd.h"
-#include "platform/Platform.h"
+#include "platform/Threads.h"
 
 #include <algorithm>
 #include <cerrno>

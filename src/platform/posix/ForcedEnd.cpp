@@ -1,0 +1,216 @@
+#include "platform/ForcedEnd.h"
+
+#include "platform/posix/Instructions.h"
+#include "platform/posix/StackWalk.h"
+#include "platform/posix/ThreadRecord.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+
+#include <limits.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+// A thread is ended by a signal, whose handler checks where the thread is. If it may end there, it does so at once
+// and for itself, by the system call. Else the handler sets a timer to check again.
+
+namespace tsl
+{
+
+constinit thread_local ForcedEndState t_oForcedEnd;
+
+} // namespace tsl
+
+namespace tsl::Platform
+{
+
+namespace
+{
+
+// Nanoseconds for which a thread runs on before it is asked to end once more. One that works in the runtime
+// libraries without a break is in the program's own code for one moment out of hundreds. The interval grows
+// each time, since a slow machine spends all of a short one on the signal.
+constexpr long ASKING_INTERVAL = 20'000;
+constexpr long ASKING_INTERVAL_GROWTH = 20;
+constexpr long ASKING_INTERVAL_MAX = 1'000'000;
+
+// How much longer the thread runs on than it took to walk its stack, which may be deep.
+constexpr long ASKING_INTERVAL_FACTOR = 4;
+
+// Nanoseconds between two checks whether a thread has ended, about what it takes to end one.
+constexpr long CHECK_INTERVAL = 50'000;
+
+// Requests without an answer after which the thread may be thought to block the signal.
+constexpr unsigned int REQUESTS_WITHOUT_ANSWER = 100;
+
+long GetNanoseconds()
+{
+    timespec oTime = {};
+    ::clock_gettime(CLOCK_MONOTONIC, &oTime);
+    return oTime.tv_sec * 1'000'000'000 + oTime.tv_nsec;
+}
+
+EndObstacle FindObstacleAt(std::uintptr_t iInstruction, StackPlace::EWait eWait)
+{
+    return FindObstacle({iInstruction, reinterpret_cast<std::uintptr_t>(t_pThis->fMain), eWait});
+}
+
+/// For what the calling thread waits where it was interrupted, if it holds nothing of the library.
+StackPlace::EWait GetWait(void const * pContext, ForcedEndState::EWait eWait)
+{
+    if (eWait == ForcedEndState::eForTime)
+        return StackPlace::eForTime;
+    if (!IsInterruptedInWait(pContext))
+        return StackPlace::eNone;
+    return eWait == ForcedEndState::eForHold ? StackPlace::eForLock : StackPlace::eForSystem;
+}
+
+EndObstacle FindObstacleInHandler(void const * pContext)
+{
+    unsigned int const iHolds = t_oForcedEnd.iHolds.load(std::memory_order_relaxed);
+    ForcedEndState::EWait const eWait = t_oForcedEnd.eWait.load(std::memory_order_relaxed);
+    if (iHolds > (eWait == ForcedEndState::eForHold ? 1U : 0U))
+        return EndObstacle::eLock;
+
+    // Without its stack a thread can only be ended where the library waits for time.
+    std::uintptr_t const iInstruction = GetInterruptedInstruction(pContext);
+    if (iInstruction == 0 || !CanWalkInHandler())
+        return eWait == ForcedEndState::eForTime ? EndObstacle::eNone : EndObstacle::eStack;
+
+    StackPlace::EWait const eWaitHere = GetWait(pContext, eWait);
+    if (eWait == ForcedEndState::eForHold && eWaitHere != StackPlace::eForLock)
+        return EndObstacle::eLibrary;
+    return FindObstacleAt(iInstruction, eWaitHere);
+}
+
+/// Ends the calling thread alone, without the runtime library, which would unwind it or destroy its
+/// objects. Whoever joins the thread is told by the kernel.
+[[noreturn]] void EndThisThread()
+{
+    sigset_t oSignals;
+    ::sigfillset(&oSignals);
+    ::pthread_sigmask(SIG_BLOCK, &oSignals, nullptr);
+
+    Presence::Abandon(t_oForcedEnd.pPresence);
+
+    // The runtime library leaves these values to the next thread on the same stack.
+    for (pthread_key_t iKey = 0; iKey < PTHREAD_KEYS_MAX; ++iKey)
+        ::pthread_setspecific(iKey, nullptr);
+    for (;;)
+        ::syscall(SYS_exit, 0);
+}
+
+/// Ends the calling thread if nothing keeps it and it is still to end.
+void EndUnless(EndObstacle eObstacle, Thread & oThis)
+{
+    Thread::EState eAsked = Thread::eAsked;
+    if (eObstacle != EndObstacle::eNone)
+        oThis.eObstacle.store(eObstacle, std::memory_order_relaxed);
+    else if (oThis.eState.compare_exchange_strong(eAsked, Thread::eEnding, std::memory_order_relaxed))
+        EndThisThread();
+}
+
+/// Lets the thread be asked again soon.
+void AskAgain(Thread & oThis, long iTimeTaken)
+{
+    long const iInterval = oThis.iInterval.load(std::memory_order_relaxed);
+    oThis.iInterval.store(
+        std::min(iInterval + ASKING_INTERVAL_GROWTH, ASKING_INTERVAL_MAX), std::memory_order_relaxed);
+    oThis.oTimer.Send(std::clamp(iTimeTaken * ASKING_INTERVAL_FACTOR, iInterval, 999'999'999L));
+}
+
+/// Takes a timer for the signal that was chosen, if any.
+void BeginTimer(Thread & oThread)
+{
+    oThread.oTimer.End();
+    if (int const iSignal = oThread.oSignals.GetTimed())
+        oThread.oTimer.Begin(iSignal, GetThreadId(oThread));
+}
+
+/// Begins to ask the thread by the signals that have been chosen.
+void BeginToAsk(Thread & oThread)
+{
+    oThread.eObstacle.store(EndObstacle::eNoAnswer, std::memory_order_relaxed);
+    oThread.iInterval.store(ASKING_INTERVAL, std::memory_order_relaxed);
+    oThread.iRequests = 0;
+    BeginTimer(oThread);
+    oThread.eState.store(Thread::eAsked, std::memory_order_release);
+}
+
+/// Chooses other signals if the program has taken ours or the thread blocks them.
+void KeepSignals(Thread & oThread)
+{
+    bool const bDeaf = ++oThread.iRequests % REQUESTS_WITHOUT_ANSWER == 0
+                       && oThread.eObstacle.load(std::memory_order_relaxed) == EndObstacle::eNoAnswer;
+    if (!bDeaf && oThread.oSignals.AreKept())
+        return;
+
+    int const iFormer = oThread.oSignals.GetTimed();
+    oThread.oSignals.Choose(GetBlockedSignals(GetThreadId(oThread)));
+    if (oThread.oSignals.GetTimed() != iFormer)
+        BeginTimer(oThread);
+}
+
+} // namespace
+
+void EndIfAsked(int, siginfo_t *, void * pContext)
+{
+    Thread * const pThis = t_pThis;
+    if (!pThis || pThis->eState.load(std::memory_order_acquire) != Thread::eAsked)
+        return;
+
+    // What was interrupted may be about to look at its error.
+    int const iError = errno;
+    long const iBegin = GetNanoseconds();
+    EndUnless(FindObstacleInHandler(pContext), *pThis);
+    t_oForcedEnd.bWanted.store(true, std::memory_order_relaxed);
+    AskAgain(*pThis, GetNanoseconds() - iBegin);
+    errno = iError;
+}
+
+void AskToEnd(Thread & oThread)
+{
+    if (oThread.eState.load(std::memory_order_relaxed) == Thread::eFree)
+        BeginToAsk(oThread);
+    KeepSignals(oThread);
+    if (!oThread.oTimer.Send(1) && oThread.oSignals.GetPlain() != 0)
+        ::pthread_kill(oThread.hThread, oThread.oSignals.GetPlain());
+}
+
+void PauseBetweenAsking()
+{
+    // Two threads may kill each other.
+    WaitScope const oScope(ForcedEndState::eForTime);
+    timespec const oPause{0, CHECK_INTERVAL};
+    ::nanosleep(&oPause, nullptr);
+}
+
+bool StopAskingToEnd(Thread & oThread, EndObstacle & eObstacle)
+{
+    Thread::EState eAsked = Thread::eAsked;
+    if (!oThread.eState.compare_exchange_strong(eAsked, Thread::eFree, std::memory_order_relaxed)
+        && eAsked == Thread::eEnding)
+        return false;
+
+    oThread.oTimer.End();
+    eObstacle = oThread.eObstacle.load(std::memory_order_relaxed);
+    return true;
+}
+
+void EndThisThreadIf(void const * pReturn)
+{
+    Thread * const pThis = t_pThis;
+    if (!pThis || pThis->eState.load(std::memory_order_acquire) != Thread::eAsked)
+    {
+        t_oForcedEnd.bWanted.store(false, std::memory_order_relaxed);
+        return;
+    }
+    if (t_oForcedEnd.iHolds.load(std::memory_order_relaxed) == 0)
+        EndUnless(FindObstacleAt(reinterpret_cast<std::uintptr_t>(pReturn), StackPlace::eNone), *pThis);
+}
+
+} // namespace tsl::Platform

@@ -1,0 +1,30 @@
+#include "platform/Locale.h"
+
+#include <cstdio>
+
+#include <locale.h>
+
+namespace tsl::Platform
+{
+
+namespace
+{
+
+locale_t GetPlainLocale()
+{
+    static locale_t const oPlain = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    return oPlain;
+}
+
+} // namespace
+
+int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat, std::va_list oArguments)
+{
+    // The calling thread alone changes its locale; the process keeps the one that it has.
+    locale_t const oFormer = ::uselocale(GetPlainLocale());
+    int const iLength = std::vsnprintf(pBuffer, iSize, sFormat, oArguments);
+    ::uselocale(oFormer);
+    return iLength;
+}
+
+} // namespace tsl::Platform

@@ -1,0 +1,56 @@
+#include "platform/Pipes.h"
+
+#include "platform/posix/Descriptor.h"
+
+#include <cerrno>
+#include <iterator>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace tsl::Platform
+{
+
+int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd)
+{
+    int aEnds[2];
+    if (::pipe2(aEnds, O_CLOEXEC) != 0)
+        return errno;
+
+    int & iOwn = aEnds[eOwn == OwnEnd::eRead ? 0 : 1];
+    int & iOther = aEnds[eOwn == OwnEnd::eRead ? 1 : 0];
+    int const iOwnError = MoveAboveStreams(iOwn);
+    int const iError = iOwnError != 0 ? iOwnError : MoveAboveStreams(iOther);
+    oOwnEnd = {iOwn, true};
+    oOtherEnd = {iOther, true};
+    if (iError != 0)
+    {
+        CloseFile(oOwnEnd);
+        CloseFile(oOtherEnd);
+        return iError;
+    }
+
+    // A reading that can be called off asks first and waits then. The child's end is not touched by this.
+    if (eOwn == OwnEnd::eRead)
+        ::fcntl(iOwn, F_SETFL, O_NONBLOCK);
+    return 0;
+}
+
+int ReadPipe(File const & oPipe, File const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead)
+{
+    for (iRead = 0;;)
+    {
+        int const iError = Read(oPipe, pBytes, iCount, iRead);
+        if (iError != EAGAIN)
+            return iError;
+
+        pollfd aPolls[] = {{GetHandle(oPipe), POLLIN, 0}, {GetHandle(oStop), POLLIN, 0}};
+        bool bReady = false;
+        int const iPollError = Poll(aPolls, std::size(aPolls), -1, bReady);
+        if (iPollError != 0 || aPolls[0].revents == 0)
+            return iPollError;
+    }
+}
+
+} // namespace tsl::Platform
