@@ -129,7 +129,7 @@ public:
 
     /// Ends the child at once; it cannot refuse. Code 3 if it is not running, 10 if the system refuses.
     /// Programs that the child has started are not ended.
-    Result Kill(unsigned int iExitCode);
+    [[nodiscard]] Result Kill(unsigned int iExitCode);
 
     /// The next line that the child has written, which the caller deletes, or null if there is none now.
     virtual String * ReceiveStdOut();
@@ -143,10 +143,10 @@ public:
     /// reading fails, 10 if lines were dropped for want of memory. What a reader thread has failed in is
     /// returned until the next Run, also after WaitTermination. The pipe to a child that writes more than
     /// nobody reads fills up, and the child waits.
-    Result ReadStdStreamUntilEof(Streams eStream);
+    [[nodiscard]] Result ReadStdStreamUntilEof(Streams eStream);
 
     /// The same, and moves all queued lines of the stream to the end of vLines.
-    Result ReadStdStreamUntilEof(Streams eStream, std::vector<String> & vLines);
+    [[nodiscard]] Result ReadStdStreamUntilEof(Streams eStream, std::vector<String> & vLines);
 
 private:
     struct Private;

@@ -49,7 +49,7 @@ public:
     [[nodiscard]] Result Open(String const & sName);
 
     /// Drops what there is; an open file without chapters and without a name. Always a success.
-    Result OpenEmpty();
+    [[nodiscard]] Result OpenEmpty();
 
     /// Drops what there is.
     void Close();

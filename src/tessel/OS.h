@@ -25,10 +25,10 @@ public:
 
     /// The system's text for an error number: always a failure, with the number as its code, also for 0.
     /// It has no source place.
-    static Result FormatError(int iError);
+    [[nodiscard]] static Result FormatError(int iError);
 
     /// FormatError of the runtime library's last error on this thread.
-    static Result GetLastError();
+    [[nodiscard]] static Result GetLastError();
 
     /// The name of the running program's file without folder and without a final ".exe". Code 10 if it
     /// cannot be found out; the text then stays as it was.

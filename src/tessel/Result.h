@@ -117,7 +117,7 @@ public:
     /// the history. A success as argument changes nothing; a success as receiver becomes a copy.
     Result const & InsertFront(Result const & oResult);
 
-    Result GetWithoutHistory() const;
+    [[nodiscard]] Result GetWithoutHistory() const;
 
     /// Two failures are equal if all fields and, entry by entry, the histories are.
     bool operator==(Result const & oOther) const;

@@ -63,7 +63,7 @@ public:
     /// first of SIGURG, SIGPWR, SIGIO and SIGVTALRM; others are chosen if the program takes them later.
     ///
     /// @param iExitCode without effect: a killed thread has no exit code
-    Result Kill(unsigned int iExitCode);
+    [[nodiscard]] Result Kill(unsigned int iExitCode);
 
     bool IsRunning() const;
 
