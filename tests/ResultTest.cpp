@@ -98,6 +98,92 @@ TEST(ResultCopying, AccumulatesHistoriesAndElseReplaces)
     EXPECT_TRUE(Result(std::move(oResult)).IsError() && oResult.IsOk());
 }
 
+/// The codes of a failure and of its history; none for a success.
+std::vector<int> GetCodes(Result const & oResult)
+{
+    std::vector<int> vCodes(oResult.IsError() ? 1 : 0, oResult.GetErrorCode());
+    for (int i = 0; i < oResult.GetHistorySize(); ++i)
+        vCodes.push_back(oResult.GetHistory(i).GetErrorCode());
+    return vCodes;
+}
+
+std::vector<int> Join(std::vector<int> vCodes, std::vector<int> const & vMore, std::size_t iFrom = 0)
+{
+    vCodes.insert(vCodes.end(), vMore.begin() + static_cast<std::ptrdiff_t>(std::min(iFrom, vMore.size())),
+        vMore.end());
+    return vCodes;
+}
+
+/// What an assignment makes of the codes.
+std::vector<int> Assign(std::vector<int> const & vTarget, std::vector<int> const & vSource)
+{
+    if (vTarget.empty() || vSource.size() < 2)
+        return vSource;
+    return Join(Join({vSource[0]}, vTarget, 1), vSource, 1);
+}
+
+TEST(ResultHistory, HasTheSameEntriesInAnyOrderOfOperations)
+{
+    Result aResults[4];
+    std::vector<int> aCodes[4];
+    std::mt19937 fRandom(12);
+    for (int i = 1; i <= 20'000; ++i)
+    {
+        std::size_t const a = fRandom() % 4;
+        std::size_t const b = (a + 1 + fRandom() % 3) % 4;
+        std::vector<int> const vBefore = aCodes[a];
+        switch (aCodes[a].size() + aCodes[b].size() > 300 ? 0 : fRandom() % 4)
+        {
+        case 0:
+            aResults[a].Clear();
+            aResults[a] = Result(i, "", Result::eCategoryDefault);
+            aCodes[a] = {i};
+            break;
+        case 1:
+            aResults[a].SetPrevious(aResults[b]);
+            if (!aCodes[b].empty())
+                aCodes[a] = vBefore.empty() ? aCodes[b] : Join({vBefore[0]}, aCodes[b]);
+            break;
+        case 2:
+            aResults[a].InsertFront(aResults[b]);
+            if (!aCodes[b].empty())
+                aCodes[a] = Join(Assign(vBefore, aCodes[b]), vBefore);
+            break;
+        default:
+            aResults[a] = aResults[b];
+            aCodes[a] = Assign(vBefore, aCodes[b]);
+        }
+        ASSERT_EQ(GetCodes(aResults[a]), aCodes[a]) << i;
+        ASSERT_EQ(GetCodes(aResults[b]), aCodes[b]) << i;
+    }
+}
+
+TEST(ResultHistory, MayBeLongAndSharedByThreads)
+{
+    constexpr int DEPTH = 100'000;
+    auto const fWrap = [](Result & oResult, int iCount)
+    {
+        for (int i = 0; i < iCount; ++i)
+            oResult.InsertFront(Result(oResult.GetHistorySize(), "wrapped", Result::eCategoryDefault));
+    };
+    Result oResult(-1, "first", Result::eCategoryDefault);
+    fWrap(oResult, DEPTH);
+
+    std::vector<std::thread> vThreads;
+    for (int iThread = 0; iThread < 2; ++iThread)
+        vThreads.emplace_back(
+            [&fWrap, oOwn = oResult]() mutable
+            {
+                fWrap(oOwn, 100);
+                EXPECT_EQ(oOwn.GetHistorySize(), DEPTH + 100);
+                EXPECT_EQ(oOwn.GetHistory(DEPTH / 2).GetText(), ValueString("wrapped"));
+                EXPECT_EQ(oOwn.GetHistory(DEPTH + 99).GetText(), ValueString("first"));
+            });
+    oResult.Clear();
+    for (std::thread & oThread : vThreads)
+        oThread.join();
+}
+
 TEST(ResultMaking, TakesCategoryAndHistoryFromThePreviousFailure)
 {
     Result const oCause(7, "cause", Result::eCategoryFault);

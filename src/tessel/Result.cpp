@@ -1,16 +1,15 @@
 #include <tessel/Result.h>
 
 #include "FailureText.h"
+#include "ResultHistory.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/ResultConverter.h>
 #include <tessel/ValueString.h>
 
-#include <algorithm>
-#include <iterator>
+#include <memory>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace tsl
 {
@@ -28,6 +27,24 @@ bool IsSameText(ValueString const & sLeft, ValueString const & sRight)
     if (sLeft.IsNull() || sRight.IsNull())
         return sLeft.IsNull() && sRight.IsNull();
     return sLeft.Compare(sRight) == 0;
+}
+
+bool IsSameHistory(ResultHistory const & oLeft, ResultHistory const & oRight)
+{
+    int const iCount = oLeft.GetSize();
+    if (iCount != oRight.GetSize())
+        return false;
+    for (int ix = 0; ix < iCount; ++ix)
+        if (oLeft.Get(ix) != oRight.Get(ix))
+            return false;
+    return true;
+}
+
+/// A failure and its history as the history of another failure.
+ResultHistory MakeHistory(Result const & oResult, ResultHistory oHistory)
+{
+    oHistory.AddInFront(oResult.GetWithoutHistory());
+    return oHistory;
 }
 
 } // namespace
@@ -55,7 +72,6 @@ struct TSL_HIDDEN Result::Private
     }
 
     void CopyFields(Private const & oSource);
-    void AddToHistory(Result const & oResult);
     bool operator==(Private const & oOther) const;
 
     int iErrorCode = 0;
@@ -67,8 +83,7 @@ struct TSL_HIDDEN Result::Private
     // Null while the cause is, since hardly any failure has one.
     std::unique_ptr<ValueString> pCause;
 
-    // Nearest failure first. The entries have no history.
-    std::vector<std::unique_ptr<Result>> vHistory;
+    ResultHistory oHistory;
 };
 
 void Result::Private::CopyFields(Private const & oSource)
@@ -90,19 +105,7 @@ bool Result::Private::operator==(Private const & oOther) const
 {
     return iErrorCode == oOther.iErrorCode && oText == oOther.oText && eCategory == oOther.eCategory
            && iSourceLine == oOther.iSourceLine && oSourceFile.Get() == oOther.oSourceFile.Get()
-           && IsSameText(OrNull(pCause), OrNull(oOther.pCause))
-           && std::equal(vHistory.begin(), vHistory.end(), oOther.vHistory.begin(), oOther.vHistory.end(),
-               [](auto const & pLeft, auto const & pRight) { return *pLeft == *pRight; });
-}
-
-void Result::Private::AddToHistory(Result const & oResult)
-{
-    if (oResult.IsOk())
-        XAssertionFailed("!oResult.IsOk()", "Not allowed.");
-
-    vHistory.push_back(std::make_unique<Result>(oResult.GetWithoutHistory()));
-    for (int i = 0; i < oResult.GetHistorySize(); ++i)
-        vHistory.push_back(std::make_unique<Result>(oResult.GetHistory(i)));
+           && IsSameText(OrNull(pCause), OrNull(oOther.pCause)) && IsSameHistory(oHistory, oOther.oHistory);
 }
 
 Result::Result(int iErrorCode, char const * sText, Category eCategory)
@@ -242,14 +245,14 @@ void Result::SetSource(char const * sFile, int iLine)
 
 int Result::GetHistorySize() const
 {
-    return m ? static_cast<int>(m->vHistory.size()) : 0;
+    return m ? m->oHistory.GetSize() : 0;
 }
 
 Result const & Result::GetHistory(int ix) const
 {
     if (ix < 0 || ix >= GetHistorySize())
         XAssertionFailed("ix>=0 && ix<GetHistorySize()", "Index out of range.");
-    return *m->vHistory[static_cast<std::size_t>(ix)];
+    return m->oHistory.Get(ix);
 }
 
 void Result::SetPrevious(Result const & oResult)
@@ -262,10 +265,7 @@ void Result::SetPrevious(Result const & oResult)
         return;
     }
 
-    // The argument may be an entry of the history that goes.
-    Result const oPrevious(oResult);
-    m->vHistory.clear();
-    m->AddToHistory(oPrevious);
+    m->oHistory = MakeHistory(oResult, oResult.m->oHistory);
 }
 
 Result const & Result::InsertFront(Result const & oResult)
@@ -278,10 +278,9 @@ Result const & Result::InsertFront(Result const & oResult)
         return *this;
     }
 
-    // The argument may be this object or go away with the history, so it is not read any more afterwards.
-    Result const oFormer(*this);
+    ResultHistory const oFormer = MakeHistory(*this, m->oHistory);
     CopyFromResult(oResult);
-    m->AddToHistory(oFormer);
+    m->oHistory.Append(oFormer);
     return *this;
 }
 
@@ -319,18 +318,16 @@ void Result::CopyFromResult(Result const & oSource)
         return;
     }
 
-    // An entry of the own history would go away under the copy.
-    std::vector<std::unique_ptr<Result>> vEntries;
-    for (auto const & pEntry : oSource.m->vHistory)
-        vEntries.push_back(std::make_unique<Result>(*pEntry));
-
     // A new body stands alone until it is whole: no destructor follows a copy constructor that throws.
     std::unique_ptr<Private> pNew(m ? nullptr : new Private);
     Private & oBody = pNew ? *pNew : *m;
     oBody.CopyFields(*oSource.m);
-    if (vEntries.empty())
-        oBody.vHistory.clear();
-    std::move(vEntries.begin(), vEntries.end(), std::back_inserter(oBody.vHistory));
+
+    // Last, since the source may be an entry of the own history.
+    if (oSource.GetHistorySize() > 0)
+        oBody.oHistory.Append(oSource.m->oHistory);
+    else
+        oBody.oHistory = ResultHistory();
     if (pNew)
         m = pNew.release();
 }
