@@ -3,6 +3,7 @@
 #include <tessel/ValueString.h>
 
 #include <atomic>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,15 +16,20 @@ namespace tsl
 class ShortText
 {
 public:
-    explicit ShortText(std::string_view sText = {}) { Set(sText); }
+    explicit ShortText(std::string_view sText = {}) : m_iLength(sText.size())
+    {
+        if (IsLong(sText)) [[unlikely]]
+            m_sLong = CopyLong(sText);
+        else
+            CopyShort(sText);
+    }
 
     void Set(std::string_view sText)
     {
-        // The old text is kept until the new one is copied, which may be part of it, or have no address.
-        std::unique_ptr<char[]> sLong(sText.size() < sizeof m_aShort ? nullptr : new char[sText.size() + 1]);
-        char * const sTarget = sLong ? sLong.get() : m_aShort;
-        std::char_traits<char>::move(sTarget, sText.data(), sText.size());
-        sTarget[sText.size()] = '\0';
+        // The old text is kept until the new one is copied, which may be part of it.
+        std::unique_ptr<char[]> sLong = IsLong(sText) ? CopyLong(sText) : nullptr;
+        if (!sLong)
+            Copy(sText, m_aShort);
         m_sLong = std::move(sLong);
         m_iLength = sText.size();
     }
@@ -32,6 +38,37 @@ public:
     std::string_view Get() const { return {c_str(), m_iLength}; }
 
 private:
+    static bool IsLong(std::string_view sText) { return sText.size() >= sizeof m_aShort; }
+
+    /// With a terminating zero.
+    static void Copy(std::string_view sText, char * sTarget)
+    {
+        // Not copy, which is for texts that have an address and do not overlap.
+        std::char_traits<char>::move(sTarget, sText.data(), sText.size());
+        sTarget[sText.size()] = '\0';
+    }
+    /// In blocks, the last of which may overlap the one before it: most lengths then need no call (R03).
+    void CopyShort(std::string_view sText)
+    {
+        constexpr std::size_t BLOCK = 16;
+        static_assert(sizeof m_aShort == 3 * BLOCK);
+        if (sText.size() < BLOCK)
+            return Copy(sText, m_aShort);
+
+        std::memcpy(m_aShort, sText.data(), BLOCK);
+        if (sText.size() > 2 * BLOCK)
+            std::memcpy(m_aShort + BLOCK, sText.data() + BLOCK, BLOCK);
+        std::memcpy(m_aShort + sText.size() - BLOCK, sText.data() + sText.size() - BLOCK, BLOCK);
+        m_aShort[sText.size()] = '\0';
+    }
+
+    static std::unique_ptr<char[]> CopyLong(std::string_view sText)
+    {
+        std::unique_ptr<char[]> sCopy(new char[sText.size() + 1]);
+        Copy(sText, sCopy.get());
+        return sCopy;
+    }
+
     std::size_t m_iLength;
     char m_aShort[48];
     std::unique_ptr<char[]> m_sLong;
