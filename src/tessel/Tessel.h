@@ -31,6 +31,7 @@
 #include <tessel/Message.h>
 #include <tessel/MessageConstIterator.h>
 #include <tessel/MessageDispatcher.h>
+#include <tessel/MessageDispatcherClient.h>
 #include <tessel/MessageFilter.h>
 #include <tessel/MessageLayout.h>
 #include <tessel/MessageProcessor.h>

@@ -1,0 +1,102 @@
+#include <tessel/MessageDispatcherClient.h>
+
+#include "MessageDispatcherPrivate.h"
+
+#include <tessel/Assertion.h>
+
+#include <atomic>
+#include <memory>
+#include <utility>
+
+namespace tsl
+{
+
+ClassDescription const & MessageDispatcherClientConfig::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & MessageDispatcherClientConfig::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<MessageDispatcherClientConfig>(
+        &MessageProcessor::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
+    return oDescription;
+}
+
+Root * MessageDispatcherClientConfig::CreateNew()
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+struct TSL_HIDDEN MessageDispatcherClient::Private
+{
+    explicit Private(std::shared_ptr<MessageDispatcher::Private> pTheBus) : pBus(std::move(pTheBus)) {}
+
+    void Close(MessageProcessor const & oClient);
+
+    std::shared_ptr<MessageDispatcher::Private> const pBus;
+    std::atomic<bool> bRegistered{false};
+};
+
+void MessageDispatcherClient::Private::Close(MessageProcessor const & oClient)
+{
+    if (!bRegistered.load(std::memory_order_acquire))
+    {
+        // Another thread, or the client itself, may have closed it from inside a call that still runs.
+        pBus->AwaitCalls(oClient);
+        return;
+    }
+    pBus->Unregister(oClient);
+    bRegistered.store(false, std::memory_order_release);
+}
+
+MessageDispatcherClient::MessageDispatcherClient(MessageDispatcher & oDispatcher)
+    : m(std::make_unique<Private>(oDispatcher.m->shared_from_this()))
+{
+}
+
+MessageDispatcherClient::MessageDispatcherClient(MessageDispatcherClient const & oSource)
+    : MessageProcessor(oSource), m(std::make_unique<Private>(oSource.m->pBus))
+{
+    m->bRegistered.store(oSource.m->bRegistered.load(std::memory_order_relaxed), std::memory_order_relaxed);
+}
+
+ClassDescription const & MessageDispatcherClient::GetClassDesc() const
+{
+    return GetStaticClassDesc();
+}
+
+ClassDescription const & MessageDispatcherClient::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = DescribeClass<MessageDispatcherClient>(
+        &MessageProcessor::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
+    return oDescription;
+}
+
+MessageDispatcherClient::~MessageDispatcherClient()
+{
+    // Also if it counts as closed: a failed Open has left it registered for some types.
+    m->pBus->Unregister(*this);
+}
+
+Root * MessageDispatcherClient::CreateNew()
+{
+    XAssertionFailed("false", "Unknown");
+}
+
+Result MessageDispatcherClient::Open()
+{
+    if (m->pBus->bEnded.load(std::memory_order_relaxed))
+        return MakeResult(ERR::eNotAllowed, "The bus of this client has ended.");
+
+    Result oResult = m->pBus->Register(*this, GetConfig().GetMessageTypes());
+    m->bRegistered.store(oResult.IsOk(), std::memory_order_release);
+    return oResult;
+}
+
+void MessageDispatcherClient::Close()
+{
+    m->Close(*this);
+}
+
+} // namespace tsl
