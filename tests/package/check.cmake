@@ -32,6 +32,11 @@ endfunction()
 # <tessel/Tessel.h> is there for all others but those that only public templates need, and the libraries' own headers
 # are not.
 function(check_headers folder)
+  file(GLOB folders RELATIVE ${folder} ${folder}/*)
+  if(NOT folders STREQUAL "patternmatcher;tessel")
+    message(FATAL_ERROR "Installed are headers in ${folders}.")
+  endif()
+
   file(GLOB headers RELATIVE ${folder} ${folder}/patternmatcher/*)
   if(NOT headers STREQUAL "patternmatcher/Export.h;patternmatcher/PatternMatcher.h")
     message(FATAL_ERROR "Installed are ${headers}.")
