@@ -60,6 +60,23 @@ TEST(TransitionTable, AnswersForEachTaskAndResultWithTheLastWord)
     for (auto const & [iSource, iResult, iAnswer] : vAnswers)
         EXPECT_EQ(GetNext(oList, iSource, iResult), iAnswer) << iSource << ' ' << iResult;
 
+    // The same with many tasks and results.
+    constexpr int COUNT = 100;
+    for (int i = 0; i < COUNT; ++i)
+        EXPECT_TRUE(oList.AddTransition(i, 7, i + 1).IsOk() && oList.AddTransition(3, i + 10, i).IsOk());
+    EXPECT_TRUE(oList.AddTransition(99, 7, 1).IsOk() && oList.AddTransition(3, 109, 2).IsOk());
+    TaskTransitionList const oCopy = oList;
+    EXPECT_EQ(oCopy.GetCount(), COUNT);
+    for (int i = 0; i < COUNT - 1; ++i)
+    {
+        EXPECT_EQ(GetNext(oCopy, i, 7), i + 1);
+        EXPECT_EQ(GetNext(oCopy, 3, i + 10), i);
+    }
+    EXPECT_EQ(GetNext(oCopy, 99, 7), 1);
+    EXPECT_EQ(GetNext(oCopy, 3, 109), 2);
+    EXPECT_EQ(GetNext(oCopy, COUNT, 7), 99);
+    EXPECT_EQ(GetNext(oCopy, 3, 110), 99);
+
     // A row takes the pair of its constructor as it is.
     TaskTransition oRow(Task::TR_REMAIN, -7);
     int iNext = 0;

@@ -55,9 +55,13 @@ Result CheckSource(int iTaskId, int iResultId)
               " Use own task ids > RESERVED_TASK_ID_MAX.");
 }
 
-/// Looks for a key from the front: tables are short. Null if it is not there.
+using Places = std::unordered_map<int, unsigned int>;
+
+// Among as many entries a key is found sooner by looking at each of them, without their places (R05).
+constexpr std::size_t FEW = 8;
+
 template<class Entry>
-inline Entry const * Find(std::vector<Entry> const & vEntries, int iKey)
+inline Entry const * FindInFew(std::vector<Entry> const & vEntries, int iKey)
 {
     for (Entry const & oEntry : vEntries)
         if (oEntry.first == iKey)
@@ -65,13 +69,54 @@ inline Entry const * Find(std::vector<Entry> const & vEntries, int iKey)
     return nullptr;
 }
 
+/// The entry of a key, or null.
+template<class Entry>
+Entry const * Find(std::vector<Entry> const & vEntries, Places const & oPlaces, int iKey)
+{
+    if (oPlaces.empty())
+        return FindInFew(vEntries, iKey);
+    auto const oPlace = oPlaces.find(iKey);
+    return oPlace == oPlaces.end() ? nullptr : &vEntries[oPlace->second];
+}
+
+// Look-ups in long tables are out of line and last, so that one in a short table saves no registers (R05).
+
+using Pair = std::pair<int, int>;
+using Row = std::pair<int, TaskTransition>;
+
+[[gnu::noinline]] bool GetFromMany(
+    std::vector<Pair> const & vPairs, Places const & oPlaces, int iResultId, int & iNextTaskId)
+{
+    Pair const * const pFound = Find(vPairs, oPlaces, iResultId);
+    if (pFound)
+        iNextTaskId = pFound->second;
+    return pFound != nullptr;
+}
+
+[[gnu::noinline]] bool GetFromMany(std::vector<Row> const & vRows, Places const & oPlaces, int iSourceTaskId,
+    int iResultId, int & iNextTaskId)
+{
+    Row const * const pFound = Find(vRows, oPlaces, iSourceTaskId);
+    return pFound && pFound->second.GetNextTaskId(iResultId, iNextTaskId);
+}
+
 /// The place of a key, which is the number of entries if it is not there.
 template<class Entry>
-bool FindPlace(std::vector<Entry> const & vEntries, int iKey, unsigned int & iIndex)
+bool FindPlace(std::vector<Entry> const & vEntries, Places const & oPlaces, int iKey, unsigned int & iIndex)
 {
-    Entry const * const pEntry = Find(vEntries, iKey);
+    Entry const * const pEntry = Find(vEntries, oPlaces, iKey);
     iIndex = static_cast<unsigned int>(pEntry ? pEntry - vEntries.data() : std::ssize(vEntries));
     return pEntry != nullptr;
+}
+
+/// Adds an entry whose key is not there.
+template<class Entry>
+void Add(std::vector<Entry> & vEntries, Places & oPlaces, Entry && oEntry)
+{
+    vEntries.push_back(std::move(oEntry));
+    if (vEntries.size() > FEW)
+        for (std::size_t i = oPlaces.size(); i < vEntries.size(); ++i)
+            oPlaces.emplace(vEntries[i].first, static_cast<unsigned int>(i));
 }
 
 } // namespace
@@ -98,13 +143,16 @@ Result TaskTransition::AddTransition(int iResultId, int iDestinationTaskId)
     if (FindResult(iResultId, iIndex))
         m_vPairs[iIndex].second = iDestinationTaskId;
     else
-        m_vPairs.emplace_back(iResultId, iDestinationTaskId);
+        Add(m_vPairs, m_oPlaces, {iResultId, iDestinationTaskId});
     return Result();
 }
 
 bool TaskTransition::GetNextTaskId(int iResultId, int & iNextTaskId) const
 {
-    auto const * const pFound = Find(m_vPairs, iResultId);
+    if (!m_oPlaces.empty()) [[unlikely]]
+        return GetFromMany(m_vPairs, m_oPlaces, iResultId, iNextTaskId);
+
+    Pair const * const pFound = FindInFew(m_vPairs, iResultId);
     if (!pFound)
         return false;
     iNextTaskId = pFound->second;
@@ -113,7 +161,7 @@ bool TaskTransition::GetNextTaskId(int iResultId, int & iNextTaskId) const
 
 bool TaskTransition::FindResult(int iResultId, unsigned int & iIndex) const
 {
-    return FindPlace(m_vPairs, iResultId, iIndex);
+    return FindPlace(m_vPairs, m_oPlaces, iResultId, iIndex);
 }
 
 int TaskTransitionList::GetCount() const
@@ -134,19 +182,22 @@ Result TaskTransitionList::AddTransition(int iSourceTaskId, int iResultId, int i
 
 bool TaskTransitionList::GetNextTaskId(int iSourceTaskId, int iResultId, int & iNextTaskId) const
 {
-    auto const * const pFound = Find(m_vTasks, iSourceTaskId);
+    if (!m_oPlaces.empty()) [[unlikely]]
+        return GetFromMany(m_vTasks, m_oPlaces, iSourceTaskId, iResultId, iNextTaskId);
+
+    Row const * const pFound = FindInFew(m_vTasks, iSourceTaskId);
     return pFound && pFound->second.GetNextTaskId(iResultId, iNextTaskId);
 }
 
 bool TaskTransitionList::FindTask(int iTaskId, unsigned int & iIndex) const
 {
-    return FindPlace(m_vTasks, iTaskId, iIndex);
+    return FindPlace(m_vTasks, m_oPlaces, iTaskId, iIndex);
 }
 
 void TaskTransitionList::AddTask(int iTaskId, unsigned int & iIndex)
 {
     if (!FindTask(iTaskId, iIndex))
-        m_vTasks.emplace_back(iTaskId, TaskTransition());
+        Add(m_vTasks, m_oPlaces, {iTaskId, TaskTransition()});
 }
 
 } // namespace tsl

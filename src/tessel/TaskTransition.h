@@ -3,6 +3,7 @@
 #include <tessel/Export.h>
 #include <tessel/Result.h>
 
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -11,7 +12,8 @@ namespace tsl
 
 /// Where a task of a machine leads to: for each of its results the id of the next task.
 ///
-/// A table is filled by one thread and afterwards only read, by any number of them.
+/// A table is filled by one thread and afterwards only read, by any number of them. To add a pair or to find one
+/// takes the same time on average, whatever their number.
 class TSL_EXPORT TaskTransition
 {
 public:
@@ -37,12 +39,16 @@ private:
 
     // Of result and destination, in the order in which the results were first added.
     std::vector<std::pair<int, int>> m_vPairs;
+
+    // The place of each result; empty as long as there are few.
+    std::unordered_map<int, unsigned int> m_oPlaces;
 };
 
 /// The table of a whole machine: for a task and its result the id of the next task.
 ///
 /// Task::TASK_INIT with Task::TR_PROCEED leads to the first task; Task::TASK_FINE as a destination ends the
-/// machine. A destination that is the source itself makes the task run on, see TaskProcessor.
+/// machine. A destination that is the source itself makes the task run on, see TaskProcessor. To add a transition or
+/// to find one takes the same time on average, whatever their number.
 class TSL_EXPORT TaskTransitionList
 {
 public:
@@ -69,6 +75,9 @@ protected:
 private:
     // In the order in which the tasks were first added.
     std::vector<std::pair<int, TaskTransition>> m_vTasks;
+
+    // The place of each task; empty as long as there are few.
+    std::unordered_map<int, unsigned int> m_oPlaces;
 };
 
 } // namespace tsl
