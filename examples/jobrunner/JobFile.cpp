@@ -118,9 +118,11 @@ private:
             tsl::String const sChapter = tsl::String(JOB_PREFIX) + oJob.sName;
             for (tsl::String const & sName : ReadWords(sChapter, "After"))
             {
-                auto const pOther = std::find_if(m_oPlan.vJobs.begin(), m_oPlan.vJobs.end(),
-                    [&](Job const & oOther) { return oOther.sName == sName; });
-                if (pOther == m_oPlan.vJobs.end())
+                // The jobs are in the order of their chapters, which is that of their names.
+                auto const pOther = std::lower_bound(m_oPlan.vJobs.begin(), m_oPlan.vJobs.end(), sName,
+                    [](Job const & oOther, tsl::String const & s)
+                    { return oOther.sName.s_str() < s.s_str(); });
+                if (pOther == m_oPlan.vJobs.end() || pOther->sName != sName)
                     AddProblem(sChapter, "After", tsl::String("There is no job '") + sName + "'.");
                 else
                     oJob.vAfter.push_back(static_cast<std::size_t>(pOther - m_oPlan.vJobs.begin()));

@@ -3,35 +3,34 @@
 #include <algorithm>
 #include <ostream>
 
-namespace
-{
-
-/// The wave of a job whose prerequisites have theirs, else 0.
-int GetWave(Job const & oJob, std::vector<int> const & vWaves)
-{
-    int iWave = 1;
-    for (std::size_t const iOther : oJob.vAfter)
-    {
-        if (vWaves[iOther] == 0)
-            return 0;
-        iWave = std::max(iWave, vWaves[iOther] + 1);
-    }
-    return iWave;
-}
-
-} // namespace
-
 std::vector<int> GetWaves(JobPlan const & oPlan)
 {
-    std::vector<int> vWaves(oPlan.vJobs.size(), 0);
-    for (bool bChanged = true; bChanged;)
+    std::size_t const iCount = oPlan.vJobs.size();
+    std::vector<std::size_t> vOpen(iCount);                   // prerequisites without a wave
+    std::vector<std::vector<std::size_t>> vFollowers(iCount); // the jobs that wait for it
+    std::vector<std::size_t> vReady;                          // jobs with a wave, in its order
+    std::vector<int> vWaves(iCount, 0);
+    for (std::size_t i = 0; i < iCount; ++i)
     {
-        bChanged = false;
-        for (std::size_t i = 0; i < vWaves.size(); ++i)
-            if (vWaves[i] == 0)
+        for (std::size_t const iOther : oPlan.vJobs[i].vAfter)
+            vFollowers[iOther].push_back(i);
+        vOpen[i] = oPlan.vJobs[i].vAfter.size();
+        if (vOpen[i] == 0)
+        {
+            vWaves[i] = 1;
+            vReady.push_back(i);
+        }
+    }
+
+    for (std::size_t iNext = 0; iNext < vReady.size(); ++iNext)
+    {
+        std::size_t const iJob = vReady[iNext];
+        for (std::size_t const iFollower : vFollowers[iJob])
+            if (--vOpen[iFollower] == 0)
             {
-                vWaves[i] = GetWave(oPlan.vJobs[i], vWaves);
-                bChanged = bChanged || vWaves[i] != 0;
+                // None of the others that it waits for has a later wave.
+                vWaves[iFollower] = vWaves[iJob] + 1;
+                vReady.push_back(iFollower);
             }
     }
     return vWaves;
@@ -64,12 +63,16 @@ std::vector<std::size_t> FindCycle(JobPlan const & oPlan)
 void WriteOrder(JobPlan const & oPlan, std::ostream & oStream)
 {
     std::vector<int> const vWaves = GetWaves(oPlan);
-    int const iLast = vWaves.empty() ? 0 : *std::max_element(vWaves.begin(), vWaves.end());
-    for (int iWave = 1; iWave <= iLast; ++iWave)
-        for (std::size_t i = 0; i < vWaves.size(); ++i)
-            if (vWaves[i] == iWave)
-                oStream << iWave << "  " << oPlan.vJobs[i].sName.s_str() << ": "
-                        << oPlan.vJobs[i].sCommand.s_str() << '\n';
+    std::vector<std::size_t> vOrder;
+    for (std::size_t i = 0; i < vWaves.size(); ++i)
+        if (vWaves[i] != 0)
+            vOrder.push_back(i);
+    std::stable_sort(vOrder.begin(), vOrder.end(),
+        [&](std::size_t iLeft, std::size_t iRight) { return vWaves[iLeft] < vWaves[iRight]; });
+
+    for (std::size_t const i : vOrder)
+        oStream << vWaves[i] << "  " << oPlan.vJobs[i].sName.s_str() << ": "
+                << oPlan.vJobs[i].sCommand.s_str() << '\n';
 }
 
 void WriteGraph(JobPlan const & oPlan, std::ostream & oStream)
