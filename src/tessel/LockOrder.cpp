@@ -33,32 +33,63 @@ struct HeldLocks
 
 constinit thread_local HeldLocks t_oHeld{};
 
-/// The locks that have been asked for under a lock, by the numbers of both, with the place where that was first.
-using Followers = std::map<std::uint64_t, Stack>;
-
-struct Graph
+/// The locks by their numbers, and which of them have been asked for under which.
+class Graph
 {
+public:
+    std::uint64_t MakeNumber() { return ++m_iLastNumber; }
+
     bool IsKnown(std::uint64_t iHeld, std::uint64_t iWanted) const
     {
-        auto const oEntry = oFollowers.find(iHeld);
-        return oEntry != oFollowers.end() && oEntry->second.contains(iWanted);
+        auto const oNode = m_oNodes.find(iHeld);
+        return oNode != m_oNodes.end() && oNode->second.oFollowers.contains(iWanted);
+    }
+
+    /// The order is new; where in the program it was first is for the caller to fill in.
+    Stack & Add(std::uint64_t iHeld, std::uint64_t iWanted)
+    {
+        Node & oHeld = m_oNodes[iHeld];
+        m_oNodes[iWanted].oLeaders.insert(iHeld);
+        return oHeld.oFollowers[iWanted];
     }
 
     /// The first step of a way from one lock to another that was taken under it, or under one that was, and so
     /// on; null if there is none.
     Stack const * FindWay(std::uint64_t iFrom, std::uint64_t iTo, std::set<std::uint64_t> & oSeen) const
     {
-        auto const oEntry = oFollowers.find(iFrom);
-        if (oEntry == oFollowers.end() || !oSeen.insert(iFrom).second)
+        auto const oNode = m_oNodes.find(iFrom);
+        if (oNode == m_oNodes.end() || !oSeen.insert(iFrom).second)
             return nullptr;
-        for (auto const & [iNext, oStack] : oEntry->second)
+        for (auto const & [iNext, oStack] : oNode->second.oFollowers)
             if (iNext == iTo || FindWay(iNext, iTo, oSeen))
                 return &oStack;
         return nullptr;
     }
 
-    std::map<std::uint64_t, Followers> oFollowers;
-    std::uint64_t iLastNumber = 0;
+    void Forget(std::uint64_t iNumber)
+    {
+        auto const oNode = m_oNodes.find(iNumber);
+        if (oNode == m_oNodes.end())
+            return;
+        for (std::uint64_t const iLeader : oNode->second.oLeaders)
+            m_oNodes[iLeader].oFollowers.erase(iNumber);
+        for (auto const & [iFollower, oStack] : oNode->second.oFollowers)
+            m_oNodes[iFollower].oLeaders.erase(iNumber);
+        m_oNodes.erase(oNode);
+    }
+
+private:
+    struct Node
+    {
+        // The locks that have been asked for under it, with the place where that was first.
+        std::map<std::uint64_t, Stack> oFollowers;
+
+        // The locks under which it has been asked for.
+        std::set<std::uint64_t> oLeaders;
+    };
+
+    std::map<std::uint64_t, Node> m_oNodes;
+    std::uint64_t m_iLastNumber = 0;
 };
 
 constinit std::mutex g_oGraphLock;
@@ -101,7 +132,7 @@ void AddOrder(std::uint64_t iHeld, std::uint64_t iWanted)
     std::set<std::uint64_t> oSeen;
     if (Stack const * const pEarlier = g_pGraph->FindWay(iWanted, iHeld, oSeen))
         Stop("Two locks are taken in both orders", pEarlier);
-    Stack & oStack = g_pGraph->oFollowers[iHeld][iWanted];
+    Stack & oStack = g_pGraph->Add(iHeld, iWanted);
     Platform::GetStack(oStack.data(), oStack.size());
 }
 
@@ -126,12 +157,12 @@ void LockOrder::NoteOrder()
 {
     GraphScope const oScope;
     if (m_iNumber == 0)
-        m_iNumber = ++g_pGraph->iLastNumber;
+        m_iNumber = g_pGraph->MakeNumber();
     for (unsigned int i = 0; i < std::min(t_oHeld.iCount, HeldLocks::COUNT_MAX); ++i)
     {
         LockOrder & oHeld = *t_oHeld.apLocks[i];
         if (oHeld.m_iNumber == 0)
-            oHeld.m_iNumber = ++g_pGraph->iLastNumber;
+            oHeld.m_iNumber = g_pGraph->MakeNumber();
         AddOrder(oHeld.m_iNumber, m_iNumber);
     }
 }
@@ -160,9 +191,7 @@ void LockOrder::Forget()
         return;
 
     GraphScope const oScope;
-    g_pGraph->oFollowers.erase(m_iNumber);
-    for (auto & [iNumber, oFollowers] : g_pGraph->oFollowers)
-        oFollowers.erase(m_iNumber);
+    g_pGraph->Forget(m_iNumber);
 }
 
 void LockOrder::DemandNoOwnLock()
