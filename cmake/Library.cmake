@@ -23,7 +23,7 @@ function(tessel_library_objects target)
   endif()
 endfunction()
 
-# The library's file is lib<target>.so.<version>, which is its soname as well. It finds its companions beside
+# The library's file is lib<target>.so.<major>.<minor>, which is its soname as well. It finds its companions beside
 # itself, in the build tree as well as where it is installed. Only what the version script names is exported:
 # visibility alone lets instances of the standard library's templates through.
 function(tessel_library target)
@@ -31,8 +31,8 @@ function(tessel_library target)
   add_library(Tessel::${target} ALIAS ${target})
   tessel_library_objects(${target})
   set_target_properties(${target} PROPERTIES
-    VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION}
+    VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib
     BUILD_WITH_INSTALL_RPATH ON
     INSTALL_RPATH $ORIGIN
@@ -50,22 +50,36 @@ function(tessel_public_headers target)
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${ARGN})
 endfunction()
 
-# Adds the targets to what "cmake --install" puts below its prefix.
-function(tessel_install)
-  install(TARGETS ${ARGN} EXPORT TesselTargets FILE_SET HEADERS)
-  install(EXPORT TesselTargets NAMESPACE Tessel:: DESTINATION ${TESSEL_PACKAGE_DIR})
+# Writes the file for pkg-config that is named after the target in lower case, with "tessel-" in front unless it
+# is Tessel itself.
+function(tessel_pkg_config target description)
+  string(TOLOWER tessel-${target} name)
+  string(REPLACE tessel-tessel tessel name ${name})
+  # The installed files may be moved as a whole, so their place is told from that of the file itself.
+  file(RELATIVE_PATH prefix_from_file /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+  string(REGEX REPLACE "/$" "" prefix_from_file ${prefix_from_file})
+  configure_file(cmake/pkg-config.pc.in ${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Tessel_dev)
+endfunction()
 
+# Adds the targets to what "cmake --install" puts below its prefix: Tessel_runtime is what programs need to run,
+# Tessel_dev what is needed to build them.
+function(tessel_install)
+  install(TARGETS ${ARGN} EXPORT TesselTargets
+    LIBRARY COMPONENT Tessel_runtime NAMELINK_COMPONENT Tessel_dev
+    FILE_SET HEADERS COMPONENT Tessel_dev)
+  install(EXPORT TesselTargets NAMESPACE Tessel:: DESTINATION ${TESSEL_PACKAGE_DIR} COMPONENT Tessel_dev)
+
+  set(TESSEL_COMPONENTS ${ARGN})
   configure_package_config_file(cmake/TesselConfig.cmake.in TesselConfig.cmake
     INSTALL_DESTINATION ${TESSEL_PACKAGE_DIR}
-    NO_SET_AND_CHECK_MACRO)
+    NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
   write_basic_package_version_file(TesselConfigVersion.cmake COMPATIBILITY SameMinorVersion)
   install(FILES
     ${PROJECT_BINARY_DIR}/TesselConfig.cmake ${PROJECT_BINARY_DIR}/TesselConfigVersion.cmake
-    DESTINATION ${TESSEL_PACKAGE_DIR})
+    DESTINATION ${TESSEL_PACKAGE_DIR} COMPONENT Tessel_dev)
 
-  # The installed files may be moved as a whole, so their place is told from that of the file itself.
-  file(RELATIVE_PATH TESSEL_PREFIX_FROM_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-  string(REGEX REPLACE "/$" "" TESSEL_PREFIX_FROM_PKGCONFIG ${TESSEL_PREFIX_FROM_PKGCONFIG})
-  configure_file(cmake/tessel.pc.in tessel.pc @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/tessel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  tessel_pkg_config(Tessel "General application class library")
+  tessel_pkg_config(PatternMatcher "Regular expressions in linear time")
 endfunction()

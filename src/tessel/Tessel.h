@@ -82,3 +82,4 @@
 #include <tessel/ValueString.h>
 #include <tessel/ValueStringConverter.h>
 #include <tessel/ValueValidator.h>
+#include <tessel/Version.h>

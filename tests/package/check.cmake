@@ -9,10 +9,10 @@ function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# The program, started in its folder, prints the text.
+# The program prints the text.
 function(check_output expected)
   execute_process(COMMAND ${ARGN}
-    WORKING_DIRECTORY ${WORK}/build
+    WORKING_DIRECTORY ${WORK}
     OUTPUT_VARIABLE output
     COMMAND_ERROR_IS_FATAL ANY)
   if(NOT output STREQUAL expected)
@@ -65,9 +65,34 @@ run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${WORK}/build ${OPTIONS}
   -DTESSEL_FROM=${TESSEL_FROM} -DTESSEL_SOURCE=${TESSEL_SOURCE} -DPROGRAM=${WORK}/hello.cpp)
 run(${CMAKE_COMMAND} --build ${WORK}/build)
 
-foreach(program IN ITEMS ./hello ${WORK}/build/hello)
-  check_output("Hello Ann\nHello Bob\n" ${program} Ann Bob)
-endforeach()
-if(NOT TESSEL_FROM STREQUAL "pkg_config")
-  check_output("42\n" ./digits)
+check_output("Hello Ann\nHello Bob\n" build/hello Ann Bob)
+
+# The installed programs need nothing of the folder where they were built.
+run(${CMAKE_COMMAND} --install ${WORK}/build --prefix ${WORK}/first)
+file(RENAME ${WORK}/first ${WORK}/user)
+file(REMOVE_RECURSE ${WORK}/build)
+check_output("Hello Ann\nHello Bob\n" ${WORK}/user/bin/hello Ann Bob)
+check_output("42\n" user/bin/digits)
+file(READ ${TESSEL_SOURCE}/src/tessel/Version.h text)
+string(REGEX MATCH "\"(([0-9]+[.][0-9]+)[.][0-9]+)\"" text "${text}")
+set(version ${CMAKE_MATCH_1})
+set(library_version ${CMAKE_MATCH_2})
+check_output("${version}\n" user/bin/version)
+
+if(TESSEL_FROM STREQUAL "find_package")
+  foreach(library IN ITEMS Tessel PatternMatcher)
+    execute_process(COMMAND objdump -p ${WORK}/prefix/lib/lib${library}.so
+      OUTPUT_VARIABLE header COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT header MATCHES "SONAME +lib${library}[.]so[.]${library_version}\n")
+      message(FATAL_ERROR "lib${library}.so of version ${version} is named otherwise: ${header}")
+    endif()
+  endforeach()
+endif()
+
+# Without CMake.
+if(TESSEL_FROM STREQUAL "pkg_config")
+  run(sh -c "export PKG_CONFIG_PATH=prefix/lib/pkgconfig
+    cd ${WORK} && ${CXX} -std=c++20 hello.cpp -o plain $(pkg-config --cflags --libs tessel) \
+      -Wl,-rpath,$(pkg-config --variable=libdir tessel)")
+  check_output("Hello Ann\n" ./plain Ann)
 endif()
