@@ -91,7 +91,8 @@ private:
 ///
 /// Any thread may use it. The table's lock is held while a key is searched or the table changes; an integer is
 /// searched without it. Creation functions and observers run outside of it, the observers under a lock of their
-/// own. An observer can veto nothing. The memory of a key that is not registered is used again for others.
+/// own. An observer can veto nothing. The memory of a key that is not registered is used again for others. An integer is entered, found and removed
+/// in the same time on average, whatever the number of keys; any other key in O(log n).
 ///
 /// A copy has the same entries and calls the same observers, which ObserverNotify tells more of: the end of
 /// a copy is not told to them. No other thread may use either factory while one is copied or assigned.

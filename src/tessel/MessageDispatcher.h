@@ -39,6 +39,9 @@ protected:
 /// thread that is itself inside a delivery does not wait for a thread that in turn waits for it, by way of
 /// any bus. Then the removed processor may still be running there when Unregister returns.
 ///
+/// To register a processor for a type or to remove it takes time in proportion to the processors of that type, as
+/// does a delivery to them; the number of types counts only for Unregister without types and at the end.
+///
 /// Processors are not owned. One that is registered when the bus is destroyed is told by its
 /// HandlerDestruction, once for each list, so a processor that ends before its bus has to be unregistered
 /// first.

@@ -21,6 +21,9 @@ class StringValidator;
 /// is known of encodings: positions and lengths are in bytes, and the character classes are those of the
 /// process's current locale. Searches return an index or -1. A text holds at most 2,147,483,647 bytes.
 ///
+/// To append takes time in proportion to what is appended, on average; to insert, erase or replace, in proportion to
+/// the text.
+///
 /// A String is used by one thread at a time.
 class TSL_EXPORT String
 {

@@ -27,6 +27,8 @@ class TaskStack;
 /// The memory of the tasks that the machine has left is kept for the next ones of their size: at most 8
 /// blocks of each size up to 512 bytes.
 ///
+/// A variable or a setting is set and found in O(log n) for n of them.
+///
 /// Copies share one record, the machine included, and none may be assigned to while a step runs.
 class TSL_EXPORT TaskContext
 {

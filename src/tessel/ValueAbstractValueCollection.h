@@ -11,7 +11,8 @@ namespace tsl
 /// such a collection is copied, compared and written is told here.
 ///
 /// Elements are copies that the collection owns, of any classes. The text is made through a
-/// ValueAbstractValueCollectionConverterLayout; a collection cannot be read from text.
+/// ValueAbstractValueCollectionConverterLayout; a collection cannot be read from text. To
+/// copy, to compare and to write takes one walk over the elements.
 class TSL_EXPORT ValueAbstractValueCollection : public Value
 {
 public:

@@ -1,0 +1,8 @@
+// The same as start_resident without the library.
+
+#include "ResidentSize.h"
+
+int main()
+{
+    tslbench::PrintResidentSize();
+}
