@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;

@@ -1,7 +1,7 @@
-#include "AssertionTest.h"
-#include "ProcessTest.h"
+#include "TestPrelude.h"
 
 #include <csignal>
+#include <regex>
 
 using namespace tsltest;
 
@@ -88,8 +88,7 @@ TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
         oProgram.WriteFile(sProgram + ".ini", sIni);
         ProgramOutcome const oOutcome = oProgram.Run({sArgument});
         EXPECT_EQ(oOutcome.iExitCode, iExitCode) << sIni;
-        EXPECT_NE((oOutcome.sOutput + oOutcome.sErrors).find(sPrinted), std::string::npos)
-            << sIni << " gives " << oOutcome.sOutput << oOutcome.sErrors;
+        EXPECT_TRUE(Contains(oOutcome.sOutput + oOutcome.sErrors, sPrinted)) << sIni;
     }
 }
 

@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 #include <cmath>
 
@@ -22,10 +22,22 @@ TEST(FloatComparison, TakesATolerance)
 
 TEST(FloatComparison, CountsSignificantDigitsOfTheLeftNumber)
 {
-    Rows<double, double, int, int> aRows = {{1000.0, 1000.5, 4, 0}, {1000.5, 1000.0, 5, 1},
-        {1000.0, 1000.5, 5, -1}, {9.0, 10.5, 1, -1}, {10.5, 9.0, 1, 0}, {0.012, 0.0129, 2, 0},
-        {0.012, 0.0141, 2, -1}, {1.0, 90.0, -1, 0}, {0.0, 0.0, 5, 0}, {0.0, 1e-30, 5, -1},
-        {-5.0, -5.0, 5, -1}, {std::nan(""), 1.0, 5, -1}, {1.0, 1.0, INT_MAX, 0}, {1.0, 5.0, INT_MIN, 0}};
+    Rows<double, double, int, int> aRows = {
+        {1000.0, 1000.5, 4, 0},
+        {1000.5, 1000.0, 5, 1},
+        {1000.0, 1000.5, 5, -1},
+        {9.0, 10.5, 1, -1},
+        {10.5, 9.0, 1, 0},
+        {0.012, 0.0129, 2, 0},
+        {0.012, 0.0141, 2, -1},
+        {1.0, 90.0, -1, 0},
+        {0.0, 0.0, 5, 0},
+        {0.0, 1e-30, 5, -1},
+        {-5.0, -5.0, 5, -1},
+        {std::nan(""), 1.0, 5, -1},
+        {1.0, 1.0, INT_MAX, 0},
+        {1.0, 5.0, INT_MIN, 0},
+    };
     for (auto const & [a, b, iDigits, iExpected] : aRows)
     {
         SCOPED_TRACE(testing::Message() << a << " and " << b);

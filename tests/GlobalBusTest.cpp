@@ -1,5 +1,4 @@
-#include "AssertionTest.h"
-#include "TestMessages.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -43,11 +42,13 @@ TEST(GlobalBus, HearsOnceOfALayoutThatFailsAnAssertion)
 TEST(GlobalBus, IsFreeForOthersWhateverAProcessorThrows)
 {
     // Whether the bus answers with a failure; what is no Exception passes through.
-    Rows<bool, std::function<void()>> aThrowers = {{false, [] { throw 7; }},
+    Rows<bool, std::function<void()>> aThrowers = {
+        {false, [] { throw 7; }},
         {false, [] { throw std::runtime_error("foreign"); }},
         {false, [] { throw Result(5, "bare", Result::eCategoryDefault); }},
         {true, [] { Exception::Throw(Result(5, "held", Result::eCategoryDefault)); }},
-        {true, [] { XAssertionFailed("false", "Unknown"); }}};
+        {true, [] { XAssertionFailed("false", "Unknown"); }},
+    };
     for (auto const & [bAnswered, fThrow] : aThrowers)
     {
         BusListener const oThrowing(

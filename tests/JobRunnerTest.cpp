@@ -1,5 +1,7 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 #include "ProcessTest.h"
+
+#include <regex>
 
 #include <csignal>
 

@@ -1,5 +1,4 @@
-#include "AssertionTest.h"
-#include "ProcessTest.h"
+#include "TestPrelude.h"
 
 using namespace tsltest;
 

@@ -1,6 +1,5 @@
-#include "AssertionTest.h"
-#include "ProcessTest.h"
 #include "TestMachine.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -52,7 +51,9 @@ TEST(Plugins, BringWhatTheyRegisterAndLeaveTheProcessWithIt)
         {
             EXPECT_FALSE(oProxy.IsLoaded());
             ASSERT_TRUE(oProxy.Load().IsOk());
-            EXPECT_TRUE(oProxy.IsLoaded() && IsMapped() && IsRegistered());
+            EXPECT_TRUE(oProxy.IsLoaded());
+            EXPECT_TRUE(IsMapped());
+            EXPECT_TRUE(IsRegistered());
             EXPECT_EQ(TakeCensus(), "2");
 
             // Loaded anew, it has forgotten what it had counted.
@@ -78,7 +79,8 @@ TEST(Plugins, AreUnloadedByANewNameAlsoOfWhatCannotBeLoaded)
         ASSERT_TRUE(oProxy.Load().IsOk());
         oProxy.SetName(sName);
         EXPECT_EQ(oProxy.GetName().s_str(), sName);
-        EXPECT_FALSE(oProxy.IsLoaded() || IsMapped());
+        EXPECT_FALSE(oProxy.IsLoaded());
+        EXPECT_FALSE(IsMapped());
 
         EXPECT_EQ(Tell(oProxy.Load()), "5 Could not load library '" + sName + ".so'.");
         EXPECT_FALSE(oProxy.IsLoaded()) << sName;
@@ -86,19 +88,19 @@ TEST(Plugins, AreUnloadedByANewNameAlsoOfWhatCannotBeLoaded)
     }
 }
 
+/// Does the work when the plug-in registers what it brings, and when it takes that back.
+class Observer : public MessageProcessorFactoryCallBack
+{
+public:
+    explicit Observer(std::function<void()> fWork) : m_fWork(std::move(fWork)) {}
+    void Invoke(FactoryCallBackArgs<std::string> const &, bool &) override { m_fWork(); }
+
+private:
+    std::function<void()> m_fWork;
+};
+
 TEST(Plugins, MayWaitForThreadsThatUseTheProxy)
 {
-    // What the plug-in registers when it is loaded and unloaded calls this observer.
-    class Observer : public MessageProcessorFactoryCallBack
-    {
-    public:
-        explicit Observer(std::function<void()> fWork) : m_fWork(std::move(fWork)) {}
-        void Invoke(FactoryCallBackArgs<std::string> const &, bool &) override { m_fWork(); }
-
-    private:
-        std::function<void()> m_fWork;
-    };
-
     LibraryProxy oProxy(PLUGIN);
     int iCalls = 0;
     Observer const oObserver(
@@ -117,20 +119,11 @@ TEST(Plugins, MayWaitForThreadsThatUseTheProxy)
 
 TEST(Plugins, AreUnloadedAtOnceIfTheyGiveTheirProxyAnotherName)
 {
-    class Observer : public MessageProcessorFactoryCallBack
-    {
-    public:
-        explicit Observer(LibraryProxy & oProxy) : m_oProxy(oProxy) {}
-        void Invoke(FactoryCallBackArgs<std::string> const &, bool &) override { m_oProxy.SetName("other"); }
-
-    private:
-        LibraryProxy & m_oProxy;
-    };
-
     LibraryProxy oProxy(PLUGIN);
-    Observer const oObserver(oProxy);
+    Observer const oObserver([&] { oProxy.SetName("other"); });
     EXPECT_TRUE(oProxy.Load().IsOk());
-    EXPECT_FALSE(oProxy.IsLoaded() || IsMapped());
+    EXPECT_FALSE(oProxy.IsLoaded());
+    EXPECT_FALSE(IsMapped());
 }
 
 TEST(Plugins, ShowTheirComingAndGoingInTheLog)

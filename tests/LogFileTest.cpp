@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 #include "ProcessTest.h"
 
 #include <ctime>

@@ -1,5 +1,4 @@
-#include "AssertionTest.h"
-#include "TestMessages.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -48,9 +47,12 @@ TEST(MessageIteration, FailsOutsideOfTheElements)
     ResultConstIterator const oFields{Result()};
     TaskContextMessage const oContextMessage;
     TaskContextMessageConstIterator const oContext(oContextMessage);
-    Rows<MessageConstIterator const *, std::string> aRows = {{&oDebug, "DebugMessageConstIterator"},
-        {&oResult, "ResultMessageConstIterator"}, {&oFields, "ResultConstIterator"},
-        {&oContext, "TaskContextMessageConstIterator"}};
+    Rows<MessageConstIterator const *, std::string> aRows = {
+        {&oDebug, "DebugMessageConstIterator"},
+        {&oResult, "ResultMessageConstIterator"},
+        {&oFields, "ResultConstIterator"},
+        {&oContext, "TaskContextMessageConstIterator"},
+    };
     for (auto const & [pElement, sClass] : aRows)
     {
         EXPECT_TRUE(Asserts("false", sClass + "::GetName(): Zugriff auf ungültiges Element.",

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <system_error>
 #include <thread>
 
@@ -176,6 +177,13 @@ std::string TestProgram::ReadFile(std::string const & sName) const
 bool TestProgram::HasFile(std::string const & sName) const
 {
     return std::filesystem::exists(m_oFolder / sName);
+}
+
+std::string ReadLog(TestProgram const & oProgram)
+{
+    std::regex const oTime(R"((^|\n)\d\d\.\d\d\.2\d{3} \d\d:\d\d:\d\d )");
+    std::string const sLog = std::regex_replace(oProgram.ReadFile("Logfile.txt"), oTime, "$1T ");
+    return std::regex_replace(sLog, std::regex(R"((^|\n)T \d+ \d+ DEB )"), "$1T P DEB ");
 }
 
 } // namespace tsltest

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
-#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,11 +62,6 @@ private:
 };
 
 /// The program's log with each timestamp as "T ", and process and thread id as "P ".
-inline std::string ReadLog(TestProgram const & oProgram)
-{
-    std::regex const oTime(R"((^|\n)\d\d\.\d\d\.2\d{3} \d\d:\d\d:\d\d )");
-    std::string const sLog = std::regex_replace(oProgram.ReadFile("Logfile.txt"), oTime, "$1T ");
-    return std::regex_replace(sLog, std::regex(R"((^|\n)T \d+ \d+ DEB )"), "$1T P DEB ");
-}
+std::string ReadLog(TestProgram const & oProgram);
 
 } // namespace tsltest

@@ -1,5 +1,4 @@
-#include "AssertionTest.h"
-#include "ProcessTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -36,7 +35,9 @@ TEST(ResultState, IsToldByTheBodyAndNeverByTheCode)
         Result oResult;
         oResult.SetNull();
         fSet(oResult);
-        EXPECT_TRUE(oResult.IsError() && oResult.GetErrorCode() == 0 && oResult.GetText().IsNull());
+        EXPECT_TRUE(oResult.IsError());
+        EXPECT_EQ(oResult.GetErrorCode(), 0);
+        EXPECT_TRUE(oResult.GetText().IsNull());
     }
 
     std::string const sLong(1000, 'l');
@@ -75,8 +76,12 @@ TEST(ResultHistory, IsReplacedBySetPreviousAndGrowsByInsertFront)
 TEST(ResultCopying, AccumulatesHistoriesAndElseReplaces)
 {
     Result const oChain = MakeChain({"a", "b"});
-    Rows<Result, Result, char const *> aRows = {{oChain, Result(), "ok"}, {Result(), oChain, "a b"},
-        {oChain, MakeChain({"c"}), "c"}, {oChain, MakeChain({"c", "d", "e"}), "c b d e"}};
+    Rows<Result, Result, char const *> aRows = {
+        {oChain, Result(), "ok"},
+        {Result(), oChain, "a b"},
+        {oChain, MakeChain({"c"}), "c"},
+        {oChain, MakeChain({"c", "d", "e"}), "c b d e"},
+    };
     for (auto const & [oTarget, oSource, sAfter] : aRows)
     {
         Result oCopied = oTarget;
@@ -95,7 +100,8 @@ TEST(ResultCopying, AccumulatesHistoriesAndElseReplaces)
     EXPECT_EQ(GetTexts(oResult.GetWithoutHistory()), "a");
     oResult = oResult.GetHistory(0);
     EXPECT_EQ(GetTexts(oResult), "b");
-    EXPECT_TRUE(Result(std::move(oResult)).IsError() && oResult.IsOk());
+    EXPECT_TRUE(Result(std::move(oResult)).IsError());
+    EXPECT_TRUE(oResult.IsOk());
 }
 
 /// The codes of a failure and of its history; none for a success.
@@ -207,7 +213,8 @@ TEST(ResultComparing, LooksAtAllFieldsAndTheHistory)
     {
         Result oOther = oResult;
         fChange(oOther);
-        EXPECT_TRUE(oOther != oResult && oResult != oOther) << GetTexts(oOther);
+        EXPECT_NE(oOther, oResult) << GetTexts(oOther);
+        EXPECT_NE(oResult, oOther) << GetTexts(oOther);
         EXPECT_EQ(oOther.CompareTo(oResult), Value::eNotComparable);
     }
     EXPECT_NE(Result(1, "a", Result::eCategoryIo), Result(1, "a", Result::eCategoryFault));

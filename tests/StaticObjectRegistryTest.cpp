@@ -1,5 +1,4 @@
-#include "AssertionTest.h"
-#include "ProcessTest.h"
+#include "TestPrelude.h"
 
 #include <iostream>
 
@@ -98,7 +97,8 @@ TEST(StaticObjects, AreListedInTheOrderOfTheirRegistration)
             "GlobalMessageDispatcher\n", "Factory<int, ", "ClassDescription, description of class tsltest::"})
     {
         std::size_t const iNext = sList.find("Object = class tsl::" + sType);
-        EXPECT_TRUE(iNext != std::string::npos && iNext > iPlace) << sType << " in " << sList;
+        EXPECT_NE(iNext, std::string::npos) << sType << " in " << sList;
+        EXPECT_GT(iNext, iPlace) << sType << " in " << sList;
         iPlace = iNext;
     }
     EXPECT_TRUE(sList.ends_with("\nObject = class tsltest::Mortal<5>\nObject = class tsltest::Mortal<6>\n"
@@ -117,8 +117,8 @@ TEST(StaticObjects, GoInTheReverseOrderOfTheirRegistration)
 
     // What the last one needs was made after it.
     std::string const sLog = oProgram.ReadFile("Logfile.txt");
-    EXPECT_NE(sLog.find(" DEB Word 7\n"), std::string::npos) << sLog;
-    EXPECT_NE(sLog.find("Number=7,Text=7,"), std::string::npos) << sLog;
+    EXPECT_TRUE(Contains(sLog, " DEB Word 7\n"));
+    EXPECT_TRUE(Contains(sLog, "Number=7,Text=7,"));
 }
 
 } // namespace

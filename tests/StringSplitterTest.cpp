@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 
@@ -32,21 +32,38 @@ TEST(Splitting, FollowsItsFlagsAndProtectsWhatStandsInQuotes)
         int iFlags = ALL_FLAGS;
         char cEscape = '\\';
     };
-    Row const aRows[] = {{"", ""}, {"a,b,,c", "<a><b><><c>", ',', 0}, {"a,b,,c", "<a><b><c>", ',', 8},
-        {"a,", "<a><>", ',', 4}, {" a , b ", "<a ><b >", ',', 1}, {" a , b ", "< a>< b>", ',', 2},
-        {" , ", "<><>", ',', 3}, {" , ", "", ',', 3 | 8}, {"\"a,b\",c", "<\"a><b\"><c>", ',', 0},
-        {"\\,b", "<\\,b>", ',', 0}, {"a\\,b\\,c,d", "<a,b,c><d>", ',', 32},
+    Row const aRows[] = {
+        {"", ""},
+        {"a,b,,c", "<a><b><><c>", ',', 0},
+        {"a,b,,c", "<a><b><c>", ',', 8},
+        {"a,", "<a><>", ',', 4},
+        {" a , b ", "<a ><b >", ',', 1},
+        {" a , b ", "< a>< b>", ',', 2},
+        {" , ", "<><>", ',', 3},
+        {" , ", "", ',', 3 | 8},
+        {"\"a,b\",c", "<\"a><b\"><c>", ',', 0},
+        {"\\,b", "<\\,b>", ',', 0},
+        {"a\\,b\\,c,d", "<a,b,c><d>", ',', 32},
         {"\\a,b\\\\,c", "<\\a><b,c>", ',', 32}, // a doubled escape escapes as well
         {"a\\ , b", "<a\\><b>", ',', 3 | 32},
         {"a,,,b", "<a><,b>", ',', 32, ','}, // the second and the third are escaped by those in front
-        {"a b  c", "<a><b><c>"}, {"a \"b c\"", "<a><b c>"}, {"a\"b c\"d", "<a><b c><d>"},
-        {"a \"\" b", "<a><><b>"}, {"\" a \"", "< a >"}, {"\"a\"   \"b\"", "<a><b>"}, {"\"", "<>"},
-        {"\"\"\"", "<>"}, {"a\"", "<a><>"},                  // too short for an end
-        {"a \"b c", "<a><b c>"},                             // not closed
-        {"\"a\\\"b\" c", "<a\"b><c>"}, {"\"a\\\"", "<a\">"}, // the last quote is escaped and closes nothing
-        {"\"a\\ b\" c\\ d", "<a\\ b><c d>"}, {" ", ""},
+        {"a b  c", "<a><b><c>"},
+        {"a \"b c\"", "<a><b c>"},
+        {"a\"b c\"d", "<a><b c><d>"},
+        {"a \"\" b", "<a><><b>"},
+        {"\" a \"", "< a >"},
+        {"\"a\"   \"b\"", "<a><b>"},
+        {"\"", "<>"},
+        {"\"\"\"", "<>"},
+        {"a\"", "<a><>"},        // too short for an end
+        {"a \"b c", "<a><b c>"}, // not closed
+        {"\"a\\\"b\" c", "<a\"b><c>"},
+        {"\"a\\\"", "<a\">"}, // the last quote is escaped and closes nothing
+        {"\"a\\ b\" c\\ d", "<a\\ b><c d>"},
+        {" ", ""},
         {"a  \"b\"  c", "<a><><b><><c>", ' ', 16}, // of two blanks one is left
-        {"  \"b\"  ", "<><><b><><>", ' ', 16}};
+        {"  \"b\"  ", "<><><b><><>", ' ', 16},
+    };
     for (auto const & [sText, sParts, cSeparator, iFlags, cEscape] : aRows)
     {
         SCOPED_TRACE(sText);

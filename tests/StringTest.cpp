@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 #include <cstdio>
 
@@ -39,8 +39,12 @@ TEST(StringEditing, CutsAndInsertsWhereItIsTold)
 
 TEST(StringParts, StopAtAZeroByteUnlessTheWholeTextIsTaken)
 {
-    EXPECT_TRUE(WITH_ZERO.Mid(0) == "ab" && WITH_ZERO.Mid(1, UINT_MAX) == "b" && WITH_ZERO.Left(9) == "ab");
-    EXPECT_TRUE(WITH_ZERO.Right(5) == "ab" && WITH_ZERO.Right(2) == "cd" && WITH_ZERO != "ab");
+    EXPECT_EQ(WITH_ZERO.Mid(0), "ab");
+    EXPECT_EQ(WITH_ZERO.Mid(1, UINT_MAX), "b");
+    EXPECT_EQ(WITH_ZERO.Left(9), "ab");
+    EXPECT_EQ(WITH_ZERO.Right(5), "ab");
+    EXPECT_EQ(WITH_ZERO.Right(2), "cd");
+    EXPECT_NE(WITH_ZERO, "ab");
     EXPECT_EQ(WITH_ZERO.Right(6).GetLength(), 5u);
     EXPECT_TRUE(String("abc").Mid(3).IsEmpty());
     EXPECT_THROW(static_cast<void>(String("abc").Mid(4)), std::out_of_range);
@@ -50,11 +54,18 @@ TEST(StringParts, StopAtAZeroByteUnlessTheWholeTextIsTaken)
 TEST(StringSearching, FindsFromAPositionAndNothingPastTheEnd)
 {
     String const sText("banana");
-    EXPECT_TRUE(sText.Find('a', 2) == 3 && sText.Find("na", 3) == 4 && sText.Find(String("nan"), 3) == -1);
-    EXPECT_TRUE(sText.Find('a', 6) == -1 && sText.Find("", 6) == 6 && sText.Find("", 7) == -1);
-    EXPECT_TRUE(sText.FindFirstOf("nx", 0) == 2 && sText.FindFirstOf(String("b"), 1) == -1);
-    EXPECT_TRUE(sText.FindReverse('n') == 4 && sText.FindReverse('n', 3) == 2);
-    EXPECT_TRUE(sText.FindReverse('a', 6) == 5 && sText.FindReverse('a', 7) == -1);
+    EXPECT_EQ(sText.Find('a', 2), 3);
+    EXPECT_EQ(sText.Find("na", 3), 4);
+    EXPECT_EQ(sText.Find(String("nan"), 3), -1);
+    EXPECT_EQ(sText.Find('a', 6), -1);
+    EXPECT_EQ(sText.Find("", 6), 6);
+    EXPECT_EQ(sText.Find("", 7), -1);
+    EXPECT_EQ(sText.FindFirstOf("nx", 0), 2);
+    EXPECT_EQ(sText.FindFirstOf(String("b"), 1), -1);
+    EXPECT_EQ(sText.FindReverse('n'), 4);
+    EXPECT_EQ(sText.FindReverse('n', 3), 2);
+    EXPECT_EQ(sText.FindReverse('a', 6), 5);
+    EXPECT_EQ(sText.FindReverse('a', 7), -1);
 
     // What Replace finds, and what it leaves: the first occurrence goes alone.
     Rows<char const *, unsigned int, int, char const *> aRows = {
@@ -83,10 +94,12 @@ public:
 TEST(StringComparing, TakesEveryKindOfTextOnBothSides)
 {
     String const sText("abc");
-    EXPECT_TRUE(sText == std::string("abc") && std::string("abc") == sText);
-    EXPECT_TRUE(sText == "abc" && "abc" == sText && sText != "abd" && "abd" != sText);
-    EXPECT_TRUE(sText < "abd" && sText <= String("abc") && sText > std::string("ab") && sText >= "");
-    EXPECT_TRUE(Name("x") == Name("x") && Name("x") != Name("y") && Name("x") < Name("y"));
+    EXPECT_EQ(GetOrder(sText, std::string("ab")), 1);
+    EXPECT_EQ(GetOrder(std::string("ab"), sText), -1);
+    EXPECT_EQ(GetOrder(sText, "abd"), -1);
+    EXPECT_EQ(GetOrder("abc", sText), 0);
+    EXPECT_EQ(GetOrder(sText, String("abc")), 0);
+    EXPECT_EQ(GetOrder(Name("x"), Name("y")), -1);
     EXPECT_GT(String("\xE4"), "a") << "bytes are unsigned between texts";
 
     // A single byte meets the first byte alone, and there bytes are signed.

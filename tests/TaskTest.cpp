@@ -1,9 +1,5 @@
-#include "AssertionTest.h"
 #include "TestMachine.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <new>
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -12,9 +8,8 @@ namespace
 {
 
 /// A machine that is its own parent.
-class SelfParent : public OneTaskMachine
+struct SelfParent : OneTaskMachine
 {
-public:
     SelfParent() : OneTaskMachine(nullptr, 1, this) {}
 };
 
@@ -52,14 +47,12 @@ TEST(TaskOutsideAStep, RefusesWhatNeedsTheContext)
 {
     OpenTask oTask("task", nullptr, 1, nullptr);
     MessageFilterAllMessages const oFilter;
-    std::function<void()> const vCalls[] = {[&] { oTask.GetContext(); },
-        [&] { oTask.Send(TaskContextMessage()); }, [&] { oTask.Receive(0); },
-        [&] { oTask.ReceiveFilter(oFilter, 0); }, [&] { oTask.Wait(0, false); },
-        [&] { oTask.ClearReveiveBuffer(); }, [&] { oTask.ClearSendBuffer(); }, [&] { oTask.SetVar("x", 1); },
-        [&] { oTask.SetLocalVar("x", "t"); }, [&] { oTask.GetLocalVar("x", "t"); },
-        [&] { oTask.GetSimulationMode(0); }};
-    for (auto const & fCall : vCalls)
-        EXPECT_TRUE(Asserts("m->pContext!=NULL", "", fCall)) << &fCall - vCalls;
+    EXPECT_TRUE(AllAssert("m->pContext!=NULL", "",
+        {[&] { oTask.GetContext(); }, [&] { oTask.Send(TaskContextMessage()); }, [&] { oTask.Receive(0); },
+            [&] { oTask.ReceiveFilter(oFilter, 0); }, [&] { oTask.Wait(0, false); },
+            [&] { oTask.ClearReveiveBuffer(); }, [&] { oTask.ClearSendBuffer(); },
+            [&] { oTask.SetVar("x", 1); }, [&] { oTask.SetLocalVar("x", "t"); },
+            [&] { oTask.GetLocalVar("x", "t"); }, [&] { oTask.GetSimulationMode(0); }}));
 }
 
 TEST(TaskResults, HaveNames)
@@ -78,15 +71,12 @@ TEST(TaskSteps, MeetNoSecondOneFromWithinOrFromAnotherThread)
         ++iSteps;
         TaskContext & oContext = oTask.GetContext();
         auto const fRunMachine = [&] { oTask.GetParent()->Process(oContext); };
-        std::function<void()> const vCalls[] = {fRunMachine,
-            [&] { std::async(std::launch::async, fRunMachine).get(); }, [&] { oTask.Process(oContext); },
-            [&] { oTask.TaskExit(oContext); }, [&] { oTask = OpenTask(oTask); }};
-        for (auto const & fCall : vCalls)
-            EXPECT_TRUE(Asserts("p==NULL",
-                "Context wird für die Task zum zweiten Mal Instanziiert. "
-                "Entweder durch 2. Thread oder durch Rekursion!",
-                fCall))
-                << &fCall - vCalls;
+        EXPECT_TRUE(AllAssert("p==NULL",
+            "Context wird für die Task zum zweiten Mal Instanziiert. "
+            "Entweder durch 2. Thread oder durch Rekursion!",
+            {fRunMachine, [&] { std::async(std::launch::async, fRunMachine).get(); },
+                [&] { oTask.Process(oContext); }, [&] { oTask.TaskExit(oContext); },
+                [&] { oTask = OpenTask(oTask); }}));
         EXPECT_EQ(&oTask.GetContext(), &oContext) << "only the outer step takes the context away";
         return Task::TR_REMAIN;
     };
@@ -100,13 +90,12 @@ TEST(TaskSteps, LetOneOfManyThreadsIn)
 {
     std::atomic<int> iInside{0};
     std::atomic<int> iRefused{0};
-    auto * const pMachine = new OneTaskMachine(
-        [&](OpenTask &)
+    auto * const pMachine = new OneTaskMachine(Remaining(
+        [&](auto &)
         {
             EXPECT_EQ(++iInside, 1);
             --iInside;
-            return Task::TR_REMAIN;
-        });
+        }));
     TaskContext oContext(pMachine);
     RunOnThreads(2,
         [&](int)
@@ -148,11 +137,7 @@ TEST(TaskCopies, ShareNameParentContextAndTheTaskInWhichAMachineStands)
     EXPECT_EQ(oOther.GetParent(), &oMachine);
 
     int iSteps = 0;
-    auto const fWork = [&](OpenTask &)
-    {
-        ++iSteps;
-        return Task::TR_REMAIN;
-    };
+    auto const fWork = Remaining([&](auto &) { ++iSteps; });
     auto * const pMachine = new OneTaskMachine(fWork);
     auto pContext = std::make_unique<TaskContext>(pMachine);
     pContext->Process();

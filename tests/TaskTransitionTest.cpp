@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -25,7 +25,9 @@ TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
         " Use own task ids > RESERVED_TASK_ID_MAX.";
 
     // The text is empty for a success; in the end comes the number of source tasks afterwards.
-    Rows<int, int, int, std::string, int> vRows = {{TASK_INIT, TR_PROCEED, 1, "", 1}, {0, 0, 0, "", 1},
+    Rows<int, int, int, std::string, int> vRows = {
+        {TASK_INIT, TR_PROCEED, 1, "", 1},
+        {0, 0, 0, "", 1},
         {3, TR_PROCEED, TASK_FINE, "", 1},
         {TASK_INIT, 5, 1,
             "Transition id '5' is invalid. With TASK_INIT as source task, TR_PROCEED is the only allowed"
@@ -35,7 +37,8 @@ TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
         {TASK_FINE, TR_PROCEED, 1, std::string("Id of source task '-2") + sBadSource, 0},
         {-3, -1, -1, std::string("Id of source task '-3") + sBadSource, 0},
         {3, -3, -3, std::string("Transition id '-3") + sBadResult, 1},
-        {3, 0, -3, std::string("Id of destination task '-3") + sBadDestination, 1}};
+        {3, 0, -3, std::string("Id of destination task '-3") + sBadDestination, 1},
+    };
     for (auto const & [iSource, iResult, iDestination, sText, iCount] : vRows)
     {
         SCOPED_TRACE(testing::Message() << iSource << ' ' << iResult << ' ' << iDestination);
@@ -52,8 +55,19 @@ TEST(TransitionTable, TakesOwnIdsAndWhatTheReservedOnesAreFor)
 TEST(TransitionTable, AnswersForEachTaskAndResultWithTheLastWord)
 {
     TaskTransitionList oList;
-    Rows<int, int, int> vTransitions = {{3, 7, 4}, {4, 7, 3}, {3, 8, 6}, {3, 7, 5}};
-    Rows<int, int, int> vAnswers = {{3, 7, 5}, {3, 8, 6}, {4, 7, 3}, {4, 8, 99}, {5, 7, 99}};
+    Rows<int, int, int> vTransitions = {
+        {3, 7, 4},
+        {4, 7, 3},
+        {3, 8, 6},
+        {3, 7, 5},
+    };
+    Rows<int, int, int> vAnswers = {
+        {3, 7, 5},
+        {3, 8, 6},
+        {4, 7, 3},
+        {4, 8, 99},
+        {5, 7, 99},
+    };
     for (auto const & [iSource, iResult, iDestination] : vTransitions)
         EXPECT_TRUE(oList.AddTransition(iSource, iResult, iDestination).IsOk());
     EXPECT_EQ(oList.GetCount(), 2);

@@ -2,8 +2,6 @@
 
 #include "TestMessages.h"
 
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace tsltest
@@ -46,6 +44,16 @@ private:
     Work m_fWork;
     tsl::MessageFilterAllMessages m_oFilter;
 };
+
+/// Work after which the task remains.
+inline OpenTask::Work Remaining(std::function<void(OpenTask &)> fWork)
+{
+    return [fWork = std::move(fWork)](OpenTask & oTask)
+    {
+        fWork(oTask);
+        return +tsl::Task::TR_REMAIN;
+    };
+}
 
 /// A machine of a task that does what the test says, and of a second one that does the same. Result 0 leads
 /// from the one to the other.

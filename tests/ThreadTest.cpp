@@ -1,6 +1,8 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 #include "ProcessTest.h"
 #include "TestMessages.h"
+
+#include <regex>
 
 using namespace tsltest;
 using tsl::Result;

@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 #include <ctime>
 
@@ -58,14 +58,15 @@ std::string Format(DateTime const & oMoment, char const * sFormat, TimeZone::EZo
 
 TEST(TimeSpanParts, AreSpreadOverTheirRangesAndCountedToThePrecision)
 {
-    std::pair<TimeSpan, Numbers> const aRows[] = {{90061, {1, 1, 1, 1, 90061}},
-        {{1, 25, 0, 60}, {2, 1, 1, 0, 176460}}, {{-1, 0, 0, -90}, {-1, 0, -1, -30, -86490}},
-        // Seconds of another sign than the rest keep to themselves.
-        {{0, 0, 1, -1}, {0, 0, 0, -1, -1}},
-        // -2^31 times the odd number 90061 ends where it began.
-        {{INT_MIN, INT_MIN, INT_MIN, INT_MIN}, {-24855, -3, -14, -8, INT_MIN}}};
-    for (auto const & [oSpan, vParts] : aRows)
-        EXPECT_EQ(GetParts(oSpan), vParts);
+    Rows<char const *, TimeSpan, Numbers> aRows = {
+        {"of seconds", 90061, {1, 1, 1, 1, 90061}},
+        {"too large", {1, 25, 0, 60}, {2, 1, 1, 0, 176460}},
+        {"negative", {-1, 0, 0, -90}, {-1, 0, -1, -30, -86490}},
+        {"seconds of another sign, which keep to themselves", {0, 0, 1, -1}, {0, 0, 0, -1, -1}},
+        {"-2^31 times an odd number", {INT_MIN, INT_MIN, INT_MIN, INT_MIN}, {-24855, -3, -14, -8, INT_MIN}},
+    };
+    for (auto const & [sCase, oSpan, vParts] : aRows)
+        EXPECT_EQ(GetParts(oSpan), vParts) << sCase;
 
     TimeSpan oSpan(1, 2, 3, 4);
     for (int i = 0; int const iSeconds : {86400, 93600, 93780, 93784, 0})
@@ -101,9 +102,13 @@ TEST(TimeZoneLocal, HasItsDaylightSavingAlsoWhereItIsGreenwich)
 {
     // The first hour is that of SUMMER, the last one that of 2024-01-01 00:00:00 in Greenwich.
     // The standard time of Moscow has changed more than once; Auckland has its summer in January.
-    Rows<char const *, int, int, int, int> aRows = {{"Europe/London", 0, 10, 1, 0},
-        {"Europe/Berlin", -1, 11, 1, 1}, {"Europe/Moscow", -3, 12, 0, 3}, {"America/New_York", 5, 5, 1, 19},
-        {"Pacific/Auckland", -12, 21, 0, 13}};
+    Rows<char const *, int, int, int, int> aRows = {
+        {"Europe/London", 0, 10, 1, 0},
+        {"Europe/Berlin", -1, 11, 1, 1},
+        {"Europe/Moscow", -3, 12, 0, 3},
+        {"America/New_York", 5, 5, 1, 19},
+        {"Pacific/Auckland", -12, 21, 0, 13},
+    };
     for (auto const & [sZone, iZone, iHour, iDLS, iWinterHour] : aRows)
     {
         SCOPED_TRACE(sZone);
@@ -129,9 +134,11 @@ TEST(TimeZoneLocal, HasItsDaylightSavingAlsoWhereItIsGreenwich)
 
 TEST(TimeZoneMisuse, ZonesThatCannotBeServedAreAssertionFailures)
 {
-    std::pair<char const *, char const *> const aRows[] = {{"Asia/Kolkata", "seconds%3600==0"},
+    std::pair<char const *, char const *> const aRows[] = {
+        {"Asia/Kolkata", "seconds%3600==0"},
         {"Pacific/Kiritimati", "hours >= eNewZealand && hours <= eEniwetok"},
-        {"WWW13", "hours >= eNewZealand && hours <= eEniwetok"}};
+        {"WWW13", "hours >= eNewZealand && hours <= eEniwetok"},
+    };
     std::tm oTm{};
     for (auto const & [sZone, sExpression] : aRows)
     {
@@ -181,17 +188,21 @@ TEST(DateTimeElementsOrder, GoesByEachSidesOwnPrecision)
     DateTimeElements oHour(oTime);
     oHour.SetPrecision(Time::ePrecisionHour);
 
-    Rows<DateTimeElements, DateTimeElements, int> aRows = {{{2023, 11, 1, GREENWICH}, oDay, -1},
-        {{2024, 2, 1, GREENWICH}, oDay, 1}, {{2024, 1, 28, 23, 0, 0, GREENWICH}, oDay, -1},
-        {{2024, 1, 29, 9, 59, 0, GREENWICH}, oTime, -1}, {{2024, 1, 29, 10, 21, 0, GREENWICH}, oTime, 1},
-        {{2024, 1, 29, 10, 20, 30, TimeZone::eJapan}, oTime, 0},
-        {{-1, 0, 1, GREENWICH}, oDay, 1}, // without a sign
-        {oDay, {2024, 1, 29, 0, 0, 1, GREENWICH}, -1}, {oHour, {2024, 1, 29, 10, 0, 0, GREENWICH}, 0}};
-    for (int iRow = 0; auto const & [oLeft, oRight, iOrder] : aRows)
+    Rows<char const *, DateTimeElements, DateTimeElements, int> aRows = {
+        {"years", {2023, 11, 1, GREENWICH}, oDay, -1},
+        {"months", {2024, 2, 1, GREENWICH}, oDay, 1},
+        {"days", {2024, 1, 28, 23, 0, 0, GREENWICH}, oDay, -1},
+        {"hours", {2024, 1, 29, 9, 59, 0, GREENWICH}, oTime, -1},
+        {"minutes", {2024, 1, 29, 10, 21, 0, GREENWICH}, oTime, 1},
+        {"zones", {2024, 1, 29, 10, 20, 30, TimeZone::eJapan}, oTime, 0},
+        {"without a sign", {-1, 0, 1, GREENWICH}, oDay, 1},
+        {"finer than the left one", oDay, {2024, 1, 29, 0, 0, 1, GREENWICH}, -1},
+        {"minutes that do not count", oHour, {2024, 1, 29, 10, 0, 0, GREENWICH}, 0},
+    };
+    for (auto const & [sCase, oLeft, oRight, iOrder] : aRows)
     {
-        SCOPED_TRACE(iRow++);
-        EXPECT_EQ(GetOrder(oLeft, oRight), iOrder);
-        EXPECT_EQ(GetOrder(oRight, oLeft), -iOrder);
+        EXPECT_EQ(GetOrder(oLeft, oRight), iOrder) << sCase;
+        EXPECT_EQ(GetOrder(oRight, oLeft), -iOrder) << sCase;
     }
 
     // Daylight saving that is none.
@@ -209,7 +220,12 @@ TEST(DateTimeMoments, LieAroundTheCurrentTime)
 {
     LocalZone const oZone;
     // The time of day is kept, but not in the two that are computed.
-    Rows<long long, long long> aRows = {{1, 0}, {1, 0}, {86400, -86400}, {86400, 86400}};
+    Rows<long long, long long> aRows = {
+        {1, 0},
+        {1, 0},
+        {86400, -86400},
+        {86400, 86400},
+    };
     for (int i = 0; auto const & [iUnit, iDistance] : aRows)
     {
         long long const iBefore = std::time(nullptr);
@@ -224,8 +240,12 @@ TEST(DateTimeMoments, LieAroundTheCurrentTime)
 TEST(DateTimeConversion, CutsOffWhatThePrecisionDoesNotCount)
 {
     LocalZone const oZone;
-    Rows<int, int, int, long long> aRows = {{0, 0, 0, 1'719'957'600}, {11, 0, 0, 1'719'997'200},
-        {11, 46, 0, 1'719'999'960}, {11, 46, 40, SUMMER}};
+    Rows<int, int, int, long long> aRows = {
+        {0, 0, 0, 1'719'957'600},
+        {11, 0, 0, 1'719'997'200},
+        {11, 46, 0, 1'719'999'960},
+        {11, 46, 40, SUMMER},
+    };
     for (int i = 0; auto const & [iHour, iMinute, iSecond, iMoment] : aRows)
     {
         DateTime const oMoment(SUMMER, static_cast<Time::Precision>(i));
@@ -264,20 +284,22 @@ TEST(DateTimeArithmetic, MovesByThePartsThatThePrecisionCounts)
 {
     LocalZone const oBerlin;
     // 2024-07-03 is 1719964800, 9 hours are 32400 seconds, 46 minutes 2760.
-    Rows<int, TimeSpan, long long, long long> aRows = {{3, {2, 3, 4, 5}, 1'720'183'845, 1'719'816'155},
-        {2, {2, 3, 4, 5}, 1'720'183'800, 1'719'816'120}, {1, {2, 3, 4, 5}, 1'720'180'800, 1'719'813'600},
-        {0, {2, 3, 4, 5}, 1'720'137'600, 1'719'792'000},
-        {4, {2, 3, 4, 5}, 1'719'999'960, 1'719'999'960}, // not a precision
-        // Days keep their length also where summer time ends in between.
-        {3, {120, 0, 0, 0}, 1'730'368'000, 1'709'632'000}};
-    for (auto const & [iPrecision, oSpan, iSum, iDifference] : aRows)
+    Rows<char const *, int, TimeSpan, long long, long long> aRows = {
+        {"second", 3, {2, 3, 4, 5}, 1'720'183'845, 1'719'816'155},
+        {"minute", 2, {2, 3, 4, 5}, 1'720'183'800, 1'719'816'120},
+        {"hour", 1, {2, 3, 4, 5}, 1'720'180'800, 1'719'813'600},
+        {"day", 0, {2, 3, 4, 5}, 1'720'137'600, 1'719'792'000},
+        {"not a precision", 4, {2, 3, 4, 5}, 1'719'999'960, 1'719'999'960},
+        {"days keep their length over the end of summer", 3, {120, 0, 0, 0}, 1'730'368'000, 1'709'632'000},
+    };
+    for (auto const & [sCase, iPrecision, oSpan, iSum, iDifference] : aRows)
     {
         DateTime oSum(SUMMER, static_cast<Time::Precision>(iPrecision));
         DateTime oDifference(oSum);
         oSum.Add(oSpan);
         oDifference.Sub(oSpan);
-        EXPECT_EQ(oSum.GetAsTime_t(), iSum) << iPrecision;
-        EXPECT_EQ(oDifference.GetAsTime_t(), iDifference) << iPrecision;
+        EXPECT_EQ(oSum.GetAsTime_t(), iSum) << sCase;
+        EXPECT_EQ(oDifference.GetAsTime_t(), iDifference) << sCase;
     }
 }
 

@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 #include "../examples/values/ValueVector.h"
 
@@ -116,13 +116,16 @@ TEST(ValueCollectionComparing, CountsFirstAndThenLooksForTheFirstDifference)
     oText.Add(ValueString("1"));
     ValueVector oNull;
     oNull.Add(ValueInt32());
-    Rows<ValueVector, ValueVector, Value::eCompare> aRows = {{MakeVector({}), MakeVector({}), Value::eEqual},
+    Rows<ValueVector, ValueVector, Value::eCompare> aRows = {
+        {MakeVector({}), MakeVector({}), Value::eEqual},
         {MakeVector({9}), MakeVector({1, 1}), Value::eLess},
         {MakeVector({1, 1}), MakeVector({9}), Value::eGreater},
         {MakeVector({1, 2, 9}), MakeVector({1, 3, 0}), Value::eLess},
         {MakeVector({1, 3, 0}), MakeVector({1, 2, 9}), Value::eGreater},
-        {MakeVector({1}), oText, Value::eNotComparable}, {oNull, oNull, Value::eEqual},
-        {oNull, MakeVector({1}), Value::eNotComparable}};
+        {MakeVector({1}), oText, Value::eNotComparable},
+        {oNull, oNull, Value::eEqual},
+        {oNull, MakeVector({1}), Value::eNotComparable},
+    };
     for (auto const & [oLeft, oRight, eExpected] : aRows)
         EXPECT_EQ(oLeft.CompareTo(oRight), eExpected) << GetText(oLeft) << " and " << GetText(oRight);
     EXPECT_EQ(oText.DoCompareTo(ValueInt32(1)), Value::eNotComparable);

@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -64,10 +64,16 @@ Result Read(ValueString const & sText, Value & oValue, ValueConverterLayout cons
 
 TEST(ConverterWriting, FollowsTheFormat)
 {
-    std::pair<char const *, std::string> const aRows[] = {{"a}b{c$d", "a}b{c$d"}, {"a${format}b", "a${x}b"},
-        {"${format}${format}", "${x}${x}"}, {"${dollar}{format}", "${format}"},
-        {"a${unknown}b${nothing}c", "a${unknown}bc"}, {"${both}", "${x}${both}"},
-        {"${${format}}", "${${format}}"}, {"${clsname} ${null}", "class tsl::ValueInt32 false"}};
+    std::pair<char const *, std::string> const aRows[] = {
+        {"a}b{c$d", "a}b{c$d"},
+        {"a${format}b", "a${x}b"},
+        {"${format}${format}", "${x}${x}"},
+        {"${dollar}{format}", "${format}"},
+        {"a${unknown}b${nothing}c", "a${unknown}bc"},
+        {"${both}", "${x}${both}"},
+        {"${${format}}", "${${format}}"},
+        {"${clsname} ${null}", "class tsl::ValueInt32 false"},
+    };
     for (auto const & [sFormat, sExpected] : aRows)
     {
         ValueString sText("<");
@@ -111,10 +117,17 @@ TEST(ConverterWriting, RefusesFormatsThatItCannotWalk)
 
 TEST(ConverterIdentifiers, AreFormatsOfPrintf)
 {
-    Rows<char const *, int, char const *> aRows = {{"${%+06.3d}|", 42, "  +042|"},
-        {"${%u}", -1, "4294967295"}, {"${%#x}", 255, "0xff"}, {"${%o}", 8, "10"}, {"a${%c}b", 0, "ab"},
-        {"${%.0d}", 0, ""}, {"${100%% of %d items}", 3, "100% of 3 items"}, {"${%hhd}", 300, "300"},
-        {"${%hlx}", 65537, "10001"}};
+    Rows<char const *, int, char const *> aRows = {
+        {"${%+06.3d}|", 42, "  +042|"},
+        {"${%u}", -1, "4294967295"},
+        {"${%#x}", 255, "0xff"},
+        {"${%o}", 8, "10"},
+        {"a${%c}b", 0, "ab"},
+        {"${%.0d}", 0, ""},
+        {"${100%% of %d items}", 3, "100% of 3 items"},
+        {"${%hhd}", 300, "300"},
+        {"${%hlx}", 65537, "10001"},
+    };
     for (auto const & [sFormat, iNumber, sText] : aRows)
         EXPECT_EQ(GetText(ValueInt32(iNumber), TextLayout(sFormat)), sText) << sFormat;
 
@@ -166,10 +179,8 @@ TEST(ConverterIdentifiers, NeedACollectionLayoutForTheClassId)
     ValueInt32 iRead;
     oLayout.AddLayout(new ValueIntegerConverterLayout("${clsid}"));
     TextLayout const oPlain("${clsid}", "${clsid}");
-    std::function<void()> const aCalls[] = {
-        [&] { GetText(ValueInt32(), oPlain); }, [&] { Read("<1>", iRead, oLayout); }};
-    for (auto const & fCall : aCalls)
-        EXPECT_TRUE(Asserts(sExpression, sInfo, fCall));
+    EXPECT_TRUE(AllAssert(
+        sExpression, sInfo, {[&] { GetText(ValueInt32(), oPlain); }, [&] { Read("<1>", iRead, oLayout); }}));
 }
 
 TEST(ConverterReading, FollowsTheFormatFromItsHead)

@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -32,14 +32,12 @@ TEST(ValueDateTimeNull, IsRefusedWhereAMomentIsNeeded)
     ValueDateTime oNull;
     ValueDateTime oMoment(LEAP_DAY, Time::ePrecisionSecond);
     String sText;
-    std::function<void()> const aCalls[] = {[&] { return oNull.AsDateTime(); },
-        [&] { return oNull.GetYear(GREENWICH); }, [&] { oNull.Format("%Y", sText, GREENWICH); },
-        [&] { oNull.Add(TimeSpan(1, 0, 0, 0)); }, [&] { oNull.Sub(TimeSpan(1, 0, 0, 0)); },
-        [&] { ValueDateTime const oCopy(oNull); }, [&] { oMoment = oNull; }, [&] { oMoment.Set(oNull); },
-        [&] { delete oNull.GetCopy(); }, [&] { return oMoment == oNull; },
-        [&] { return DateTime(DateTime::eNow) < oNull; }};
-    for (auto const & fCall : aCalls)
-        EXPECT_TRUE(Asserts("!m_bNull", "Value must not be NULL", fCall)) << &fCall - aCalls;
+    EXPECT_TRUE(AllAssert("!m_bNull", "Value must not be NULL",
+        {[&] { return oNull.AsDateTime(); }, [&] { return oNull.GetYear(GREENWICH); },
+            [&] { oNull.Format("%Y", sText, GREENWICH); }, [&] { oNull.Add(TimeSpan(1, 0, 0, 0)); },
+            [&] { oNull.Sub(TimeSpan(1, 0, 0, 0)); }, [&] { ValueDateTime const oCopy(oNull); },
+            [&] { oMoment = oNull; }, [&] { oMoment.Set(oNull); }, [&] { delete oNull.GetCopy(); },
+            [&] { return oMoment == oNull; }, [&] { return DateTime(DateTime::eNow) < oNull; }}));
     EXPECT_EQ(oMoment.GetAsTime_t(), LEAP_DAY);
     EXPECT_TRUE(Asserts("!m_bNull", "Invalid operation. ValueDateTime is NULL",
         [&] { return oNull == DateTime(DateTime::eNow); }));

@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -13,16 +13,20 @@ enum Answer
 
 TEST(ValueInt32Arithmetic, WrapsAround)
 {
-    Rows<int, void (*)(ValueInt32 &), int> aRows = {{INT_MAX, [](ValueInt32 & i) { i += 1; }, INT_MIN},
+    Rows<int, void (*)(ValueInt32 &), int> aRows = {
+        {INT_MAX, [](ValueInt32 & i) { i += 1; }, INT_MIN},
         {INT_MIN, [](ValueInt32 & i) { i -= ValueInt32(1); }, INT_MAX},
         {-46341, [](ValueInt32 & i) { i *= i; }, -2147479015},
-        {INT_MIN, [](ValueInt32 & i) { i /= -1; }, INT_MIN}, {INT_MIN, [](ValueInt32 & i) { i %= -1; }, 0},
+        {INT_MIN, [](ValueInt32 & i) { i /= -1; }, INT_MIN},
+        {INT_MIN, [](ValueInt32 & i) { i %= -1; }, 0},
         {-7, [](ValueInt32 & i) { i %= ValueInt32(4); }, -3},
         {12, [](ValueInt32 & i) { ((i &= 6) |= ValueInt32(3)) ^= 5; }, 2},
-        {INT_MAX, [](ValueInt32 & i) { ++i; }, INT_MIN}, {INT_MIN, [](ValueInt32 & i) { i--; }, INT_MAX},
+        {INT_MAX, [](ValueInt32 & i) { ++i; }, INT_MIN},
+        {INT_MIN, [](ValueInt32 & i) { i--; }, INT_MAX},
         {INT_MIN, [](ValueInt32 & i) { i = -i; }, INT_MIN},
         {5, [](ValueInt32 & i) { i = (i + 5 - ValueInt32(2)) * 7 / 3 % 10; }, 8},
-        {4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i + eAnswer - 2L; }, 44}};
+        {4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i + eAnswer - 2L; }, 44},
+    };
     for (int iRow = 0; auto const & [iBefore, fChange, iAfter] : aRows)
     {
         ValueInt32 iNumber(iBefore);
@@ -31,10 +35,8 @@ TEST(ValueInt32Arithmetic, WrapsAround)
     }
 
     ValueInt32 iNumber(5);
-    std::function<void()> const aCalls[] = {
-        [&] { iNumber /= 0; }, [&] { iNumber %= ValueInt32(); }, [] { return 5 / ValueInt32(0); }};
-    for (auto const & fCall : aCalls)
-        EXPECT_TRUE(Asserts("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero", fCall));
+    EXPECT_TRUE(AllAssert("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero",
+        {[&] { iNumber /= 0; }, [&] { iNumber %= ValueInt32(); }, [] { return 5 / ValueInt32(0); }}));
     EXPECT_EQ(iNumber, 5);
 }
 
@@ -42,7 +44,8 @@ TEST(ValueInt32Arithmetic, TakesTheNullStateFromTheLeft)
 {
     ValueInt32 const iNull;
     EXPECT_TRUE((iNull + 5).IsNull());
-    EXPECT_FALSE((ValueInt32(5) + iNull).IsNull() || (-iNull).IsNull());
+    EXPECT_FALSE((ValueInt32(5) + iNull).IsNull());
+    EXPECT_FALSE((-iNull).IsNull());
 
     ValueInt32 iNumber;
     iNumber += 3;
@@ -69,10 +72,9 @@ TEST(ValueInt32Comparing, RefusesNullOnTheLeftAlone)
     EXPECT_TRUE(ValueInt32(1) <= 1L);
     EXPECT_EQ(GetOrder(Index(1) + Index(2), Index(2)), 1);
 
-    std::function<void()> const aCalls[] = {[&] { return iNull == 0; }, [&] { return iNull != 0L; },
-        [&] { return iNull < ValueInt32(1); }, [&] { return iNull >= eAnswer; }};
-    for (auto const & fCall : aCalls)
-        EXPECT_TRUE(Asserts("!m_bNull", "Invalid operation. ValueInt32 is NULL", fCall));
+    EXPECT_TRUE(AllAssert("!m_bNull", "Invalid operation. ValueInt32 is NULL",
+        {[&] { return iNull == 0; }, [&] { return iNull != 0L; }, [&] { return iNull < ValueInt32(1); },
+            [&] { return iNull >= eAnswer; }}));
     EXPECT_EQ(ValueInt32(INT_MIN).CompareTo(ValueInt32(INT_MAX)), Value::eLess);
 }
 
@@ -81,13 +83,21 @@ TEST(ValueInt32Text, IsReadFromDigitsAloneAndWrittenInTheDefaultLayout)
     char const * const sOnlyDigits = "Only digits allowed. integer := [whitespace]*[-+][0-9]+[whitespace]*";
     char const * const sTooLong = "Overflow. Max 10 digits allowed for ValueInt32.";
     // 77 if nothing is read.
-    Rows<char const *, int, std::string> aRows = {{" \t42\n ", 42, ""}, {"+42", 42, ""},
-        {"-0000000042", -42, ""}, {"2147483647", INT_MAX, ""}, {"-2147483648", INT_MIN, ""},
+    Rows<char const *, int, std::string> aRows = {
+        {" \t42\n ", 42, ""},
+        {"+42", 42, ""},
+        {"-0000000042", -42, ""},
+        {"2147483647", INT_MAX, ""},
+        {"-2147483648", INT_MIN, ""},
         {"2147483648", 77, "Overflow. Biggest number for ValueInt32 is 2147483647."},
         {"-2147483649", 77, "Overflow. Smalest number for ValueInt32 is -2147483648."},
-        {"+12345678901", 77, sTooLong}, {"00000000001", 77, sTooLong},
-        {"   ", 77, "At least one digit expected."}, {"-", 77, sOnlyDigits}, {"12 3", 77, sOnlyDigits},
-        {"1234567890123x", 77, sOnlyDigits}};
+        {"+12345678901", 77, sTooLong},
+        {"00000000001", 77, sTooLong},
+        {"   ", 77, "At least one digit expected."},
+        {"-", 77, sOnlyDigits},
+        {"12 3", 77, sOnlyDigits},
+        {"1234567890123x", 77, sOnlyDigits},
+    };
     for (auto const & [sText, iExpected, sFailure] : aRows)
     {
         ValueInt32 iNumber(77);

@@ -1,4 +1,4 @@
-#include "AssertionTest.h"
+#include "TestPrelude.h"
 
 using namespace tsl;
 using namespace tsltest;
@@ -12,17 +12,24 @@ TEST(ValueStringNull, IsRefusedByAllThatNeedsText)
 {
     ValueString const sOther("x");
     std::string const sOwn = "!m_bNull";
-    std::pair<std::string, Call> const aRows[] = {{sOwn, [](ValueString & s) { s.Trim(); }},
-        {sOwn, [](ValueString & s) { s.GetLength(); }}, {sOwn, [](ValueString & s) { s.IsEmpty(); }},
-        {sOwn, [](ValueString & s) { s.GetAt(0); }}, {sOwn, [](ValueString & s) { s.Mid(0, 1); }},
-        {sOwn, [](ValueString & s) { s.Right(0); }}, {sOwn, [](ValueString & s) { s.CutLeft(0); }},
-        {sOwn, [](ValueString & s) { s.CutMid(0, 0); }}, {sOwn, [](ValueString & s) { s.Find('x', 0); }},
+    std::pair<std::string, Call> const aRows[] = {
+        {sOwn, [](ValueString & s) { s.Trim(); }},
+        {sOwn, [](ValueString & s) { s.GetLength(); }},
+        {sOwn, [](ValueString & s) { s.IsEmpty(); }},
+        {sOwn, [](ValueString & s) { s.GetAt(0); }},
+        {sOwn, [](ValueString & s) { s.Mid(0, 1); }},
+        {sOwn, [](ValueString & s) { s.Right(0); }},
+        {sOwn, [](ValueString & s) { s.CutLeft(0); }},
+        {sOwn, [](ValueString & s) { s.CutMid(0, 0); }},
+        {sOwn, [](ValueString & s) { s.Find('x', 0); }},
         {sOwn, [](ValueString & s) { s.Replace("x", "y", 0); }},
         {sOwn, [&](ValueString & s) { ValueString("x").Replace(sOther, s, 0); }},
-        {sOwn, [](ValueString & s) { s.c_str(); }}, {sOwn, [](ValueString & s) { return "x" == s; }},
+        {sOwn, [](ValueString & s) { s.c_str(); }},
+        {sOwn, [](ValueString & s) { return "x" == s; }},
         {"!m_bNull && !s.m_bNull", [](ValueString & s) { ValueString("x").Insert(0, s); }},
         {"!m_bNull && !Source.m_bNull", [&](ValueString & s) { return sOther == s; }},
-        {"!s.IsNull()", [](ValueString & s) { ValueString("x") << s; }}};
+        {"!s.IsNull()", [](ValueString & s) { ValueString("x") << s; }},
+    };
     std::set<std::pair<std::string, int>> oPlaces;
     for (int iRow = 0; auto const & [sExpression, fCall] : aRows)
     {
@@ -41,12 +48,16 @@ TEST(ValueStringNull, IsRefusedByAllThatNeedsText)
 
 TEST(ValueStringNull, EndsWithEveryTextThatIsPutIn)
 {
-    std::pair<char const *, Call> const aRows[] = {{"", [](ValueString & s) { s.Clear(); }},
-        {"a", [](ValueString & s) { s = std::string("a"); }}, {"b", [](ValueString & s) { s = 'b'; }},
-        {"c", [](ValueString & s) { s = String("c"); }}, {"1", [](ValueString & s) { s.Format("%d", 1); }},
+    std::pair<char const *, Call> const aRows[] = {
+        {"", [](ValueString & s) { s.Clear(); }},
+        {"a", [](ValueString & s) { s = std::string("a"); }},
+        {"b", [](ValueString & s) { s = 'b'; }},
+        {"c", [](ValueString & s) { s = String("c"); }},
+        {"1", [](ValueString & s) { s.Format("%d", 1); }},
         {"", [](ValueString & s) { s += ValueString(""); }},
         {"-5d0.500000", [](ValueString & s) { s << -5 << 'd' << 0.5f; }},
-        {"x7", [](ValueString & s) { s = s + "x" + ValueInt32(7); }}};
+        {"x7", [](ValueString & s) { s = s + "x" + ValueInt32(7); }},
+    };
     for (auto const & [sAfter, fCall] : aRows)
     {
         ValueString sText;

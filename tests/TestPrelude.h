@@ -2,20 +2,18 @@
 
 // What nearly every test includes.
 
+#include "ProcessTest.h"
+#include "TestMessages.h"
+
 #include <tessel/Tessel.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <climits>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <functional>
 #include <future>
 #include <iterator>
 #include <latch>
@@ -26,21 +24,25 @@
 #include <set>
 #include <sstream>
 #include <stdexcept>
-#include <string>
-#include <string_view>
 #include <thread>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include <pthread.h>
 
 namespace tsltest
 {
 
-/// The cases of a test, one a row.
+/// The cases of a test: one row a line, each of which begins with what tells it from the others.
 template<class... Columns>
 using Rows = std::tuple<Columns...> const[];
+
+inline testing::AssertionResult Contains(std::string const & sText, std::string const & sPart)
+{
+    if (sText.find(sPart) != std::string::npos)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "'" << sPart << "' is missing in: " << sText;
+}
 
 /// What a call throws; one with a success if it throws nothing.
 template<class Call>
@@ -67,6 +69,16 @@ testing::AssertionResult Asserts(std::string const & sExpression, std::string co
     if (oException.GetText() == sExpected && oException.GetResult().GetErrorCode() == 6)
         return testing::AssertionSuccess();
     return testing::AssertionFailure() << "it says: " << oException.GetText();
+}
+
+/// Whether each of the calls ends so.
+inline testing::AssertionResult AllAssert(std::string const & sExpression, std::string const & sInfo,
+    std::vector<std::function<void()>> const & vCalls)
+{
+    for (std::size_t i = 0; i < vCalls.size(); ++i)
+        if (auto const oResult = Asserts(sExpression, sInfo, vCalls[i]); !oResult)
+            return testing::AssertionFailure() << "call " << i << ": " << oResult.message();
+    return testing::AssertionSuccess();
 }
 
 /// Looks again and again until it is true; false if that takes too long.
