@@ -1,6 +1,5 @@
+#include "OpenThread.h"
 #include "TestPrelude.h"
-#include "ProcessTest.h"
-#include "TestMessages.h"
 
 #include <regex>
 
@@ -9,27 +8,6 @@ using tsl::Result;
 
 namespace
 {
-
-// In each kind of work.
-char const * const KILLS = "20";
-
-/// A thread that does what the test says.
-class OpenThread : public tsl::Thread
-{
-public:
-    explicit OpenThread(std::function<void()> fWork = [] {}) : m_fWork(std::move(fWork)) {}
-    ~OpenThread() override
-    {
-        while (Kill(1).GetErrorCode() == tsl::ERR::eTimeout)
-        {
-        }
-    }
-
-private:
-    void Process() override { m_fWork(); }
-
-    std::function<void()> m_fWork;
-};
 
 bool RunsToItsEnd(OpenThread & oThread)
 {
@@ -48,7 +26,7 @@ class ForcedThreadEnd : public testing::Test
 {
     void SetUp() override
     {
-        if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos)
+        if (std::string_view(TESSEL_SANITIZE) == "thread")
             GTEST_SKIP() << "the sanitizer puts signals off and keeps account of the end of each thread";
     }
 };
@@ -57,14 +35,13 @@ class ForcedThreadEnd : public testing::Test
 
 TEST(ThreadRun, GoesThroughItsStates)
 {
-    std::promise<void> oGo;
-    std::shared_future<void> const oGone = oGo.get_future().share();
+    std::latch oGo(1);
     std::atomic<unsigned long> iId{0};
     OpenThread oThread(
         [&]
         {
             iId = tsl::OS::GetThreadId();
-            oGone.wait();
+            oGo.wait();
         });
     EXPECT_EQ(GetState(oThread), "still -1 -");
     EXPECT_TRUE(oThread.Kill(3).IsOk());
@@ -74,7 +51,7 @@ TEST(ThreadRun, GoesThroughItsStates)
     EXPECT_EQ(GetState(oThread), "running 259 id");
     EXPECT_EQ(Tell(oThread.Run()), "3 Cannot start new thread. There is still one running.");
 
-    oGo.set_value();
+    oGo.count_down();
     ASSERT_TRUE(WaitUntil([&] { return !oThread.IsRunning(); }));
     EXPECT_EQ(iId, iFirstId);
     EXPECT_TRUE(oThread.Kill(3).IsOk()) << "it has ended";
@@ -98,19 +75,18 @@ TEST(ThreadRun, EndsInNoKillOfItsOwn)
 
 TEST_F(ForcedThreadEnd, OfTheObjectMayComeOnItsOwnThread)
 {
-    std::promise<unsigned long> oDeleted;
-    std::future<unsigned long> oId = oDeleted.get_future();
+    std::atomic<unsigned long> iId{0};
     OpenThread * pThread = nullptr;
     pThread = new OpenThread(
         [&]
         {
-            std::promise<unsigned long> & oEnd = oDeleted;
+            std::atomic<unsigned long> & iOut = iId; // what is captured goes with the object
             delete pThread;
-            oEnd.set_value(tsl::OS::GetThreadId());
+            iOut = tsl::OS::GetThreadId();
         });
     ASSERT_TRUE(pThread->Run().IsOk());
-    ASSERT_EQ(oId.wait_for(std::chrono::seconds(60)), std::future_status::ready);
-    std::string const sThread = "/proc/self/task/" + std::to_string(oId.get());
+    ASSERT_TRUE(WaitUntil([&] { return iId != 0; }));
+    std::string const sThread = "/proc/self/task/" + std::to_string(iId);
     EXPECT_TRUE(WaitUntil([&] { return !std::filesystem::exists(sThread); }));
 }
 
@@ -119,7 +95,7 @@ TEST_F(ForcedThreadEnd, LeavesAllThatTheThreadsShareInOrder)
     // What killed threads have allocated is lost.
     TestProgram oProgram("ThreadKills");
     oProgram.SetEnvironment("ASAN_OPTIONS", "detect_leaks=0");
-    ProgramOutcome const oOutcome = oProgram.Run({KILLS}, std::chrono::minutes(4));
+    ProgramOutcome const oOutcome = oProgram.Run({"20"}, std::chrono::minutes(4));
     EXPECT_FALSE(oOutcome.bTimedOut);
     EXPECT_EQ(oOutcome.iExitCode, 0) << oOutcome.sErrors;
     EXPECT_TRUE(oOutcome.sOutput.ends_with("\nok\n")) << oOutcome.sOutput;
@@ -137,14 +113,20 @@ TEST_F(ForcedThreadEnd, LeavesAllThatTheThreadsShareInOrder)
 
 TEST_F(ForcedThreadEnd, IsRefusedInTimeWhereItWouldDoHarm)
 {
-    // What each thread does, and what is said of it.
-    std::string const sRefused = "11 in time. Thread has not ended within N ms. ";
-    std::string const sRuntime = sRefused + "It is in a runtime library, or was called back by one.\n";
-    EXPECT_EQ(TestProgram("ThreadKills").Run({"refusals"}).sOutput,
-        "signals: " + sRefused
-            + "It does not respond: it blocks all signals, or gets no time of a processor.\n"
-            + "lock: " + sRefused + "It holds a lock of the library.\n" + "loader: " + sRuntime
-            + "called back: " + sRuntime + "priority: " + sRuntime + "stream: " + sRuntime + "ok\n");
+    // What each thread does, and why it is not ended.
+    std::string const sRuntime = "It is in a runtime library, or was called back by one.";
+    Rows<std::string, std::string> aRows = {
+        {"signals", "It does not respond: it blocks all signals, or gets no time of a processor."},
+        {"lock", "It holds a lock of the library."},
+        {"loader", sRuntime},
+        {"called back", sRuntime},
+        {"priority", sRuntime},
+        {"stream", sRuntime},
+    };
+    std::string sExpected;
+    for (auto const & [sCase, sReason] : aRows)
+        sExpected += sCase + ": 11 in time. Thread has not ended within N ms. " + sReason + '\n';
+    EXPECT_EQ(TestProgram("ThreadKills").Run({"refusals"}).sOutput, sExpected + "ok\n");
 }
 
 TEST_F(ForcedThreadEnd, FindsItsWayWithoutTimersAndTheFirstSignal)
@@ -169,17 +151,12 @@ TEST_F(ForcedThreadEnd, IsTracedLikeTheRest)
              "DEB Thread ThreadFunction finished successfull. TheadId=N\n",
              "DEB Thread ThreadFunction finished with ERROR. TheadId=N\n", "thrown",
              "Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate."})
-        EXPECT_NE(sLog.find(sText), std::string::npos) << sText << "in " << sLog;
+        EXPECT_TRUE(Contains(sLog, sText));
 }
 
 TEST_F(ForcedThreadEnd, ComesWithTheAssignmentOfAnotherThread)
 {
-    OpenThread oThread(
-        []
-        {
-            for (;;)
-                tsl::OS::Sleep(1000);
-        });
+    OpenThread oThread(&SleepForLong);
     ASSERT_TRUE(oThread.Run().IsOk());
     static_cast<tsl::Thread &>(oThread) = OpenThread();
     EXPECT_EQ(GetState(oThread), "still -1 -");

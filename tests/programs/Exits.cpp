@@ -6,36 +6,23 @@
 // for a machine that is busy otherwise.
 
 #include "../TestMachine.h"
+#include "ProcessChecks.h"
 
 #include <atomic>
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
 #include <new>
-#include <string>
 #include <thread>
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace tsl;
-
-// Children of a process with threads may start threads, whatever the sanitizer thinks of that.
-extern "C" char const * __tsan_default_options();
-extern "C" char const * __tsan_default_options() // NOLINT(bugprone-reserved-identifier)
-{
-    return "die_after_fork=0";
-}
+using namespace tsltest;
 
 namespace
 {
 
-constexpr int BUSY_THREADS = 8;
 constexpr int EXIT_CODE = 7;
 
 unsigned int g_iSeconds = 10;
@@ -71,12 +58,12 @@ private:
 };
 
 /// It is never destroyed, as the threads that it may be called by never end.
-class Listener : public tsltest::TestProcessor
+class Listener : public TestProcessor
 {
 public:
     explicit Listener(Work fWork) : TestProcessor(std::move(fWork))
     {
-        if (Support::GetAppDisp().Register(*this, {tsltest::NumberMessage().GetType()}).IsError())
+        if (Support::GetAppDisp().Register(*this, {NumberMessage().GetType()}).IsError())
             std::abort();
     }
 
@@ -98,18 +85,11 @@ void BeBusy(TaskContext & oContext)
 {
     for (;;)
     {
-        Support::DispatchMessage(tsltest::NumberMessage(7));
-        Support::DispatchDebugMessage("Exit", "a line", "f", 1);
-        Support::DispatchMessage(Result(1, "r", Result(2, "s", Result::eCategoryDefault)));
-
-        String sText;
-        DateTime(86400, Time::ePrecisionSecond).Format("%d.%m.%Y", sText, TimeZone::eGreenwich);
-        ValueFloat32 oFloat;
-        static_cast<void>(oFloat.GetConverter().ConvertFromText(ValueString("1.5"), oFloat));
-        ValueString sFloat;
-        ValueInt32::Null().AddAsString(oFloat.AddAsString(sFloat));
-
-        oContext.WriteMessage(tsltest::NumberMessage(8));
+        static_cast<void>(UseBus(NumberMessage(7)));
+        static_cast<void>(ConvertValues());
+        ValueString sNull("");
+        ValueInt32::Null().AddAsString(sNull);
+        oContext.WriteMessage(NumberMessage(8));
         oContext.Process();
         delete oContext.ReadMessage();
         std::unique_ptr<Root> const pCopy(Result(1, "r", Result::eCategoryDefault).GetCopy());
@@ -119,17 +99,17 @@ void BeBusy(TaskContext & oContext)
     }
 }
 
-int Talk(tsltest::OpenTask & oTask)
+int Talk(OpenTask & oTask)
 {
     delete oTask.Receive(0);
-    oTask.Send(tsltest::NumberMessage(9));
+    oTask.Send(NumberMessage(9));
     return Task::TR_REMAIN;
 }
 
 void StartThreads()
 {
-    for (int i = 0; i < BUSY_THREADS; ++i)
-        std::thread([] { BeBusy(*new TaskContext(new tsltest::OneTaskMachine(&Talk))); }).detach();
+    for (int i = 0; i < 8; ++i)
+        std::thread([] { BeBusy(*new TaskContext(new OneTaskMachine(&Talk))); }).detach();
 }
 
 [[noreturn]] void SleepForEver()
@@ -142,16 +122,16 @@ void StartThreads()
 void BlockLog()
 {
     ::mkfifo("pipe", 0600);
-    int const iReader = ::open("pipe", O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    static_cast<void>(::open("pipe", O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     int const iWriter = ::open("pipe", O_WRONLY | O_CLOEXEC);
-    for (std::string const sDescriptor : {"3", "4", "5", "6", "7", "8", "9"})
+    for (int iDescriptor = 3; iDescriptor < 10; ++iDescriptor)
     {
         std::error_code oIgnored;
-        auto const oFile = std::filesystem::read_symlink("/proc/self/fd/" + sDescriptor, oIgnored);
+        auto const oFile =
+            std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(iDescriptor), oIgnored);
         if (oFile.filename() == "Logfile.txt")
-            ::dup2(iWriter, std::atoi(sDescriptor.c_str()));
+            ::dup2(iWriter, iDescriptor);
     }
-    static_cast<void>(iReader);
 }
 
 void ExitFromProcessor(Message const &, Result &)
@@ -174,27 +154,20 @@ Listener * volatile g_pListener = nullptr;
     RegisterStaticObject(new Mortal('b', sWay == "destructor"));
 
     g_pWatcher = new Watcher;
-    if (sWay == "callback")
-        g_pListener = new Listener(&ExitFromProcessor);
-    else if (sWay == "stuck")
-        g_pListener = new Listener([](auto &, auto &) { SleepForEver(); });
-    else
-        g_pListener = new Listener({});
+    g_pListener = new Listener(sWay == "callback" ? TestProcessor::Work(&ExitFromProcessor)
+                               : sWay == "stuck"  ? [](auto &, auto &) { SleepForEver(); }
+                                                  : TestProcessor::Work());
     if (sWay == "log")
         BlockLog();
     StartThreads();
     if (sWay == "callback")
         SleepForEver();
 
-    OS::Sleep(iRun % 4);
-    if (sWay == "log" || sWay == "stuck")
-        OS::Sleep(100);
-    if (sWay == "thread")
-    {
-        std::thread([] { std::exit(EXIT_CODE); }).detach();
-        SleepForEver();
-    }
-    std::exit(EXIT_CODE);
+    OS::Sleep(sWay == "log" || sWay == "stuck" ? 100 : iRun % 4);
+    if (sWay != "thread")
+        std::exit(EXIT_CODE);
+    std::thread([] { std::exit(EXIT_CODE); }).detach();
+    SleepForEver();
 }
 
 /// What has to happen, in this order: the task factory loses its entry, the program's objects go, the observers of
@@ -205,19 +178,13 @@ std::string GetExpectedTrail(std::string const & sWay)
     return sObjects + (sWay == "log" || sWay == "stuck" ? "f" : "fh");
 }
 
-bool HasEndedWell(pid_t iProcess, std::string const & sWay)
+void CheckEnd(pid_t iProcess, std::string const & sWay)
 {
-    int iStatus = 0;
-    while (::waitpid(iProcess, &iStatus, 0) < 0 && errno == EINTR)
-    {
-    }
+    int const iStatus = WaitForEnd(iProcess);
     std::string const sTrail(g_oTrail.aEvents, g_oTrail.iEvents % sizeof g_oTrail.aEvents);
-    bool const bWell =
-        WIFEXITED(iStatus) && WEXITSTATUS(iStatus) == EXIT_CODE && sTrail == GetExpectedTrail(sWay);
-    if (!bWell)
-        std::fprintf(stderr, "process %d: status %x, trail %s\n", iProcess,
-            static_cast<unsigned int>(iStatus), sTrail.c_str());
-    return bWell;
+    Require(WIFEXITED(iStatus) && WEXITSTATUS(iStatus) == EXIT_CODE,
+        ("ended with status " + std::to_string(iStatus)).c_str());
+    Require(sTrail == GetExpectedTrail(sWay), sTrail.c_str());
 }
 
 } // namespace
@@ -229,16 +196,15 @@ int main(int iCount, char ** pArguments)
 
     if (iCount > 3)
         g_iSeconds = static_cast<unsigned int>(std::atoi(pArguments[3]));
+    g_sOccupation = pArguments[2];
     for (int i = 0; i < std::atoi(pArguments[1]); ++i)
     {
-        if (i % 16 == 0)
-            std::filesystem::resize_file("Logfile.txt", 0);
+        LimitLog(i);
         g_oTrail.iEvents = 0;
         pid_t const iProcess = ::fork();
         if (iProcess == 0)
             End(pArguments[2], i);
-        if (!HasEndedWell(iProcess, pArguments[2]))
-            std::_Exit(1);
+        CheckEnd(iProcess, pArguments[2]);
     }
     std::puts("ok");
     return 0;

@@ -6,41 +6,37 @@
 //   ThreadKills signals         a few kills without timers, and after the program has taken the signals
 //   ThreadKills trace           a few kills, ends and exceptions, for the lines that they trace
 
+#include "../OpenThread.h"
+#include "ProcessChecks.h"
+
 #include <patternmatcher/PatternMatcher.h>
 #include <tessel/ScopedLock.h>
-#include <tessel/Tessel.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cmath>
 #include <condition_variable>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <future>
+#include <iomanip>
 #include <iostream>
 #include <iterator>
 #include <latch>
-#include <map>
+#include <list>
 #include <mutex>
 #include <random>
 #include <regex>
 #include <semaphore>
-#include <span>
 #include <sstream>
 #include <stdexcept>
-#include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
-#include <dirent.h>
 #include <dlfcn.h>
 #include <link.h>
 #include <locale.h>
@@ -56,58 +52,43 @@
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
 
+char const INI[] = "kills.ini";
+char const LIBRARY[] = "libresolv.so.2";
+std::time_t const MOMENT = 1'720'000'000;
+
 CriticalSectionMutex g_oLock;
 DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>> g_oPipe;
 long g_iUnderLock[2] = {};
-char const * g_sWork = "";
-char const INI[] = "kills.ini";
-char const LIBRARY[] = "libresolv.so.2";
 
-[[noreturn]] void Fail(char const * sWhat)
-{
-    std::fprintf(stderr, "%s: %s\n", g_sWork, sWhat);
-    std::_Exit(1);
-}
+// What never comes: input from a socket, a connection, an event, the end of a child, a unit of a semaphore, and
+// a mutex that the main thread holds.
+int g_iSilence = -1;
+int g_iListener = -1;
+int g_iEvents = -1;
+pid_t g_iChild = 0;
+sem_t g_oSemaphore;
+std::mutex g_oTaken;
 
-void Demand(bool bHolds, char const * sWhat)
-{
-    if (!bHolds)
-        Fail(sWhat);
-}
-
-void Compute()
+void Compute(unsigned int iRounds = 1)
 {
     static volatile unsigned int iSink = 0;
-    for (unsigned int i = 0; i < 1000; ++i)
+    for (unsigned int i = 0; i < 1'000 * iRounds; ++i)
         iSink = iSink + i;
 }
 
-// What allocates and throws.
-
-void Allocate()
+/// Allocates so many bytes, which no compiler leaves out.
+void Allocate(std::size_t iSize)
 {
-    for (std::size_t iSize = 16; iSize < 100'000; iSize = iSize * 3 / 2)
-        std::free(std::malloc(iSize));
-}
-
-void AllocateMuch()
-{
-    delete[] new char[1'000'000];
-}
-
-void FillContainers()
-{
-    std::map<std::string, std::vector<int>> oMap;
-    for (int i = 0; i < 20; ++i)
-        oMap["a name that needs memory " + std::to_string(i)].resize(100);
+    void * volatile const pMemory = std::malloc(iSize);
+    std::free(pMemory);
 }
 
 void Throw()
@@ -134,40 +115,9 @@ void ThrowNested()
             std::throw_with_nested(std::logic_error("outer"));
         }
     }
-    catch (std::exception const & oError)
+    catch (std::exception const &)
     {
-        try
-        {
-            std::rethrow_if_nested(oError);
-        }
-        catch (std::exception const &)
-        {
-        }
     }
-}
-
-// What reads and writes.
-
-void Print()
-{
-    std::printf("%g %d %s\n", 1.5, 17, "text");
-}
-
-void PrintToStream()
-{
-    std::cout << "text " << 17 << ' ' << 1.5 << std::endl;
-}
-
-void FormatText()
-{
-    std::ostringstream() << 1.5 << ' ' << 17;
-    char aText[64];
-    std::snprintf(aText, sizeof aText, "%g %d", 1.5, 17);
-}
-
-void Flush()
-{
-    std::fflush(nullptr);
 }
 
 void ReadLine()
@@ -180,24 +130,14 @@ void ReadLine()
     }
 }
 
-void UseFile()
+void ReadFile()
 {
-    if (std::FILE * const pFile = std::fopen(INI, "r"))
-    {
-        char aLine[64];
-        while (std::fgets(aLine, sizeof aLine, pFile))
-        {
-        }
-        std::fclose(pFile);
-    }
-}
-
-void UseFileStream()
-{
-    std::ifstream oFile(INI);
-    for (std::string sLine; std::getline(oFile, sLine);)
+    char aText[64];
+    std::FILE * const pFile = std::fopen(INI, "r");
+    while (std::fgets(aText, sizeof aText, pFile))
     {
     }
+    std::fclose(pFile);
 }
 
 void ListFolder()
@@ -206,14 +146,12 @@ void ListFolder()
         static_cast<void>(oEntry.is_directory());
 }
 
-void Map()
+void MapMemory()
 {
     void * const pPages = ::mmap(nullptr, 65'536, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     std::memset(pPages, 1, 65'536);
     ::munmap(pPages, 65'536);
 }
-
-// What asks the system.
 
 void FindAddress()
 {
@@ -222,86 +160,17 @@ void FindAddress()
         ::freeaddrinfo(pFound);
 }
 
-void FindUser()
+int ComputeForLibrary(dl_phdr_info *, std::size_t, void *)
 {
-    passwd oEntry;
-    passwd * pFound = nullptr;
-    char aText[1024];
-    ::getpwnam_r("root", &oEntry, aText, sizeof aText, &pFound);
-}
-
-void LoadLibrary()
-{
-    if (void * const pLibrary = ::dlopen(LIBRARY, RTLD_NOW))
-        ::dlclose(pLibrary);
-}
-
-void LookAtLibraries()
-{
-    ::dl_iterate_phdr(
-        [](dl_phdr_info *, std::size_t, void *)
-        {
-            Compute();
-            return 0;
-        },
-        nullptr);
-}
-
-void UseTime()
-{
-    std::time_t const iNow = std::time(nullptr);
-    std::tm oTime;
-    ::localtime_r(&iNow, &oTime);
-    char aText[64];
-    std::strftime(aText, sizeof aText, "%H:%M", &oTime);
-    static_cast<void>(std::mktime(&oTime));
+    Compute();
+    return 0;
 }
 
 void UseLocale()
 {
     ::setlocale(LC_ALL, nullptr);
-    locale_t const oLocale = ::newlocale(LC_ALL_MASK, "C", nullptr);
-    ::freelocale(oLocale);
-    std::locale const oFormer = std::locale();
-    static_cast<void>(std::use_facet<std::ctype<char>>(oFormer).toupper('a'));
-}
-
-void UseEnvironment()
-{
-    ::setenv("KILLS", "1", 1);
-    static_cast<void>(std::getenv("KILLS"));
-}
-
-void UseRandom()
-{
-    static_cast<void>(std::rand());
-    static_cast<void>(std::random_device()());
-}
-
-void StartProgram()
-{
-    CmdLine oChild;
-    oChild.SetCommand("true");
-    int iId = 0;
-    static_cast<void>(oChild.Run(iId));
-    static_cast<void>(oChild.WaitTermination(1'000));
-}
-
-void StartThread()
-{
-    std::thread([] { std::free(std::malloc(100)); }).join();
-}
-
-// What is called back.
-
-void SortBack()
-{
-    int aNumbers[200];
-    for (int i = 0; i < 200; ++i)
-        aNumbers[i] = i * 7919 % 200;
-    std::qsort(aNumbers, 200, sizeof aNumbers[0],
-        [](void const * pLeft, void const * pRight)
-        { return *static_cast<int const *>(pLeft) - *static_cast<int const *>(pRight); });
+    ::freelocale(::newlocale(LC_ALL_MASK, "C", nullptr));
+    static_cast<void>(std::toupper('a', std::locale()));
 }
 
 void Sort()
@@ -312,17 +181,25 @@ void Sort()
     std::sort(vTexts.begin(), vTexts.end());
 }
 
+int CompareNumbers(void const * pLeft, void const * pRight)
+{
+    return *static_cast<int const *>(pLeft) - *static_cast<int const *>(pRight);
+}
+
+void SortBack()
+{
+    int aNumbers[200];
+    for (int i = 0; i < 200; ++i)
+        aNumbers[i] = i * 7919 % 200;
+    std::qsort(aNumbers, 200, sizeof aNumbers[0], &CompareNumbers);
+}
+
 void CallOnce()
 {
     std::once_flag oOnce;
-    std::call_once(oOnce, &Compute);
+    std::call_once(oOnce, [] { Compute(); });
     static std::string const sText = [] { return std::string("made before the first kill"); }();
     static_cast<void>(sText.size());
-}
-
-void Signal()
-{
-    std::raise(SIGUSR1);
 }
 
 /// Goes deep down.
@@ -332,27 +209,18 @@ unsigned int Recur(unsigned int iDepth)
     return iDepth == 0 ? 1 : Recur(iDepth - 1) + iHere;
 }
 
-void UseRegex()
-{
-    static_cast<void>(std::regex_match("a text of words", std::regex("(\\w+ )*\\w+")));
-}
-
-// What the library does.
+// The log is to stay small, so there is a pause after each line.
 
 void Log()
 {
     Support::DispatchDebugMessage("Kill", "a line that has to be whole", "ThreadKills.cpp", 1);
-
-    // The file is to stay small.
-    for (int i = 0; i < 30; ++i)
-        Compute();
+    Compute(30);
 }
 
 void DispatchFailure()
 {
     Support::DispatchMessage(Result(77, "a failure that is logged", Result::eCategoryDefault));
-    for (int i = 0; i < 30; ++i)
-        Compute();
+    Compute(30);
 }
 
 void Send()
@@ -370,266 +238,159 @@ void HoldLock()
     ++g_iUnderLock[1];
 }
 
-void Convert()
-{
-    ValueInt32 oValue(17);
-    ValueString sText("");
-    oValue.GetConverter().ConvertToText(oValue, sText, oValue.GetConverter().GetDefaultLayout());
-    static_cast<void>(Result(77, "text", Result::eCategoryDefault).GetText());
-}
-
 void ReadIni()
 {
     IniFile oFile;
     static_cast<void>(oFile.Open(INI));
     int iValue = 0;
-    Result oResult;
-    static_cast<void>(oFile.GetInt32("Chapter", "Key", iValue, oResult));
-}
-
-void UseDate()
-{
-    static_cast<void>(DateTime(DateTime::eNow).GetElements(TimeZone::eGreenwich).GetPrecision());
-}
-
-void MatchPattern()
-{
-    static_cast<void>(PatternMatcher("(\\w+ )*\\w+").Match("a text of words", 0));
-}
-
-// What waits.
-
-int MakePipe()
-{
-    int aEnds[2] = {};
-    Demand(::pipe(aEnds) == 0, "pipe");
-    return aEnds[0];
-}
-
-/// Nothing ever comes out of it.
-int GetSilence()
-{
-    static int const iPipe = MakePipe();
-    return iPipe;
-}
-
-void Read()
-{
-    char cByte = 0;
-    static_cast<void>(::read(GetSilence(), &cByte, 1) == 1);
-}
-
-void Poll()
-{
-    pollfd oPoll{GetSilence(), POLLIN, 0};
-    ::poll(&oPoll, 1, -1);
+    oFile.GetInt32("Chapter", "Key", iValue);
 }
 
 void Select()
 {
     fd_set oSet;
     FD_ZERO(&oSet);
-    FD_SET(GetSilence(), &oSet);
-    ::select(GetSilence() + 1, &oSet, nullptr, nullptr, nullptr);
+    FD_SET(g_iSilence, &oSet);
+    ::select(g_iSilence + 1, &oSet, nullptr, nullptr, nullptr);
 }
 
-void WaitInEpoll()
+void Poll()
 {
-    static int const iPoll = ::epoll_create1(EPOLL_CLOEXEC);
-    epoll_event oEvent;
-    ::epoll_wait(iPoll, &oEvent, 1, -1);
+    pollfd oPoll{g_iSilence, POLLIN, 0};
+    ::poll(&oPoll, 1, -1);
 }
 
-void Receive()
-{
-    static int aEnds[2] = {};
-    static bool const bOpen = ::socketpair(AF_UNIX, SOCK_STREAM, 0, aEnds) == 0;
-    char cByte = 0;
-    static_cast<void>(bOpen && ::recv(aEnds[0], &cByte, 1, 0) == 1);
-}
-
-void Accept()
-{
-    static int const iSocket = []
-    {
-        int const iNew = ::socket(AF_UNIX, SOCK_STREAM, 0);
-        sockaddr_un oName = {};
-        oName.sun_family = AF_UNIX;
-        Demand(::bind(iNew, reinterpret_cast<sockaddr const *>(&oName), sizeof(sa_family_t)) == 0
-                   && ::listen(iNew, 1) == 0,
-            "socket");
-        return iNew;
-    }();
-    ::accept(iSocket, nullptr, nullptr);
-}
-
-pid_t g_iChild = 0;
-
-void WaitForChild()
-{
-    ::waitpid(g_iChild, nullptr, 0);
-}
-
-std::mutex g_oTaken;
-
-void WaitForMutex()
-{
-    g_oTaken.lock();
-}
-
-void WaitForEvent()
+/// Waits for an event by a function of the test's.
+template<class Wait>
+void WaitForEvent(Wait const & fWait)
 {
     std::mutex oMutex;
     std::condition_variable oEvent;
     std::unique_lock oScope(oMutex);
-    oEvent.wait(oScope, [] { return false; });
+    fWait(oEvent, oScope);
 }
 
-void WaitForEventAndTime()
+enum Kind
 {
-    std::mutex oMutex;
-    std::condition_variable oEvent;
-    std::unique_lock oScope(oMutex);
-    oEvent.wait_for(oScope, std::chrono::microseconds(50));
-}
-
-void WaitForSemaphore()
-{
-    std::counting_semaphore<> oSemaphore(0);
-    oSemaphore.acquire();
-}
-
-void WaitForSystemSemaphore()
-{
-    sem_t oSemaphore;
-    ::sem_init(&oSemaphore, 0, 0);
-    ::sem_wait(&oSemaphore);
-}
-
-void WaitForAtomic()
-{
-    std::atomic<int> iValue{0};
-    iValue.wait(0);
-}
-
-void WaitForFuture()
-{
-    std::promise<void> oPromise;
-    oPromise.get_future().wait();
-}
-
-void WaitForLock()
-{
-    g_oLock.Lock();
-    g_oLock.Unlock();
-}
+    eEnds,
+    eHealth, ///< it ends, and shows after kills that no lock was lost
+    eWaits,  ///< it does not come to its end
+    eWaitsForLock
+};
 
 struct Work
 {
     char const * sName;
     void (*fDo)();
-    bool bWaits = false; ///< it does not come to its end
+    Kind eKind = eEnds;
 };
+
+char g_cByte;
+epoll_event g_oEvent;
 
 constexpr Work WORKS[] = {
-    {"compute", &Compute},
-    {"allocate", &Allocate},
-    {"allocate much", &AllocateMuch},
-    {"fill containers", &FillContainers},
+    // What allocates and throws.
+    {"compute", [] { Compute(); }},
+    {"allocate", [] { Allocate(static_cast<std::size_t>(std::clock() % 100'000)); }, eHealth},
+    {"allocate much", [] { Allocate(1'000'000); }, eHealth},
+    {"fill containers", [] { static_cast<void>(std::list(20, std::string("a name that needs memory"))); }},
     {"throw", &Throw},
-    {"throw nested", &ThrowNested},
-    {"print", &Print},
-    {"print to a stream", &PrintToStream},
-    {"format", &FormatText},
-    {"flush", &Flush},
-    {"read a line", &ReadLine},
-    {"file", &UseFile},
-    {"file stream", &UseFileStream},
+    {"throw nested", &ThrowNested, eHealth},
+    // What reads and writes.
+    {"print", [] { std::printf("%g %d %s\n", 1.5, 17, "text"); }, eHealth},
+    {"print to a stream", [] { std::cout << "text " << 17 << ' ' << 1.5 << std::endl; }, eHealth},
+    {"format", [] { std::ostringstream() << std::to_string(1.5) << ' ' << 1.5; }},
+    {"flush", [] { std::fflush(nullptr); }, eHealth},
+    {"read a line", &ReadLine, eHealth},
+    {"file", &ReadFile, eHealth},
+    {"file stream", [] { std::ostringstream() << std::ifstream(INI).rdbuf(); }, eHealth},
     {"folder", &ListFolder},
-    {"map memory", &Map},
+    {"map memory", &MapMemory},
+    // What asks the system.
     {"find an address", &FindAddress},
-    {"find a user", &FindUser},
-    {"load a library", &LoadLibrary},
-    {"look at the libraries", &LookAtLibraries},
-    {"time", &UseTime},
-    {"locale", &UseLocale},
-    {"environment", &UseEnvironment},
-    {"random numbers", &UseRandom},
-    {"start a program", &StartProgram},
-    {"start a thread", &StartThread},
+    {"find a user", [] { static_cast<void>(::getpwnam("root")); }, eHealth},
+    {"load a library", [] { ::dlclose(::dlopen(LIBRARY, RTLD_NOW)); }, eHealth},
+    {"look at the libraries", [] { ::dl_iterate_phdr(&ComputeForLibrary, nullptr); }, eHealth},
+    {"time", [] { std::ostringstream() << std::put_time(std::localtime(&MOMENT), "%H:%M"); }, eHealth},
+    {"locale", &UseLocale, eHealth},
+    {"environment", [] { ::setenv("KILLS", std::getenv("PATH") ? "1" : "0", 1); }, eHealth},
+    {"random numbers", [] { std::srand(std::random_device()() + unsigned(std::rand())); }, eHealth},
+    {"start a program", [] { static_cast<void>(RunToTheEnd(*std::make_unique<Child>("", 0))); }},
+    {"start a thread", [] { std::thread([] { Allocate(100); }).join(); }, eHealth},
+    // What is called back.
     {"qsort", &SortBack},
     {"sort", &Sort},
-    {"call once", &CallOnce},
-    {"signal", &Signal},
+    {"call once", &CallOnce, eHealth},
+    {"signal", [] { std::raise(SIGUSR1); }},
     {"recur", [] { Recur(1'000); }},
-    {"regular expression", &UseRegex},
-    {"log", &Log},
+    {"regular expression", [] { std::regex_match("a text of words", std::regex("(\\w+ )*\\w+")); }},
+    // What the library does.
+    {"log", &Log, eHealth},
     {"dispatch", &DispatchFailure},
-    {"send", &Send},
+    {"send", &Send, eHealth},
     {"hold a lock", &HoldLock},
-    {"convert", &Convert},
-    {"ini file", &ReadIni},
-    {"date", &UseDate},
-    {"match", &MatchPattern},
-    {"sleep", [] { ::sleep(1'000); }, true},
-    {"sleep for", [] { std::this_thread::sleep_for(std::chrono::hours(1)); }, true},
-    {"sleep in the library", [] { OS::Sleep(1'000'000); }, true},
-    {"read", &Read, true},
-    {"poll", &Poll, true},
-    {"select", &Select, true},
-    {"epoll", &WaitInEpoll, true},
-    {"receive", &Receive, true},
-    {"accept", &Accept, true},
-    {"wait for a child", &WaitForChild, true},
-    {"wait for a mutex", &WaitForMutex, true},
-    {"wait for an event", &WaitForEvent, true},
-    {"wait for an event and time", &WaitForEventAndTime},
-    {"wait for a semaphore", &WaitForSemaphore, true},
-    {"wait for a system semaphore", &WaitForSystemSemaphore, true},
-    {"wait for an atomic", &WaitForAtomic, true},
-    {"wait for a future", &WaitForFuture, true},
-    {"wait for a lock of the library", &WaitForLock, true},
+    {"convert", [] { static_cast<void>(ConvertValues()); }, eHealth},
+    {"ini file", &ReadIni, eHealth},
+    {"date", [] { DateTime(DateTime::eNow).GetElements(TimeZone::eGreenwich); }, eHealth},
+    {"match", [] { PatternMatcher("(\\w+ )*\\w+").Match("a text of words", 0); }},
+    // What waits.
+    {"sleep", [] { ::sleep(1'000); }, eWaits},
+    {"sleep for", [] { std::this_thread::sleep_for(std::chrono::hours(1)); }, eWaits},
+    {"sleep in the library", [] { OS::Sleep(1'000'000); }, eWaits},
+    {"read", [] { static_cast<void>(::read(g_iSilence, &g_cByte, 1) == 1); }, eWaits},
+    {"poll", &Poll, eWaits},
+    {"select", &Select, eWaits},
+    {"epoll", [] { ::epoll_wait(g_iEvents, &g_oEvent, 1, -1); }, eWaits},
+    {"receive", [] { ::recv(g_iSilence, &g_cByte, 1, 0); }, eWaits},
+    {"accept", [] { ::accept(g_iListener, nullptr, nullptr); }, eWaits},
+    {"wait for a child", [] { ::waitpid(g_iChild, nullptr, 0); }, eWaits},
+    {"wait for a mutex", [] { g_oTaken.lock(); }, eWaits},
+    {"wait for an event", [] { WaitForEvent([](auto & o, auto & oScope) { o.wait(oScope); }); }, eWaits},
+    {"wait for an event and time",
+        [] {
+            WaitForEvent([](auto & o, auto & oScope) { o.wait_for(oScope, std::chrono::microseconds(50)); });
+        }},
+    {"wait for a semaphore", [] { std::counting_semaphore<>(0).acquire(); }, eWaits},
+    {"wait for a system semaphore", [] { ::sem_wait(&g_oSemaphore); }, eWaits},
+    {"wait for an atomic", [] { std::atomic<int>(0).wait(0); }, eWaits},
+    {"wait for a future", [] { std::promise<void>().get_future().wait(); }, eWaits},
+    {"wait for a lock of the library", [] { WriteLock const oScope(g_oLock); }, eWaitsForLock},
 };
+static_assert(std::size(WORKS) == 57);
 
 /// Does the work for ever, or once.
-class Worker : public Thread
+class Worker : public OpenThread
 {
 public:
-    explicit Worker(std::function<void()> fWork) : m_fWork(std::move(fWork)) {}
-    ~Worker() override
+    explicit Worker(std::function<void()> fWork)
+        : OpenThread(
+            [this, fWork = std::move(fWork)]
+            {
+                do
+                {
+                    fWork();
+                    Compute();
+                } while (m_bForEver);
+            })
     {
-        while (Kill(1).GetErrorCode() == ERR::eTimeout)
-        {
-        }
     }
 
-    bool bForEver = true;
+    ~Worker() override { End(); }
 
-private:
-    void Process() override
+    /// Whether it runs, and says so in every way.
+    bool IsAtWork() const { return IsRunning() && GetExitCode() == 259 && GetThreadId() != 0; }
+
+    void RunToTheEnd()
     {
-        do
-        {
-            m_fWork();
-            Compute();
-        } while (bForEver);
-    }
-
-    std::function<void()> m_fWork;
-};
-
-/// Does the work twice on threads that come to their ends.
-void RunToTheEnd(std::function<void()> fWork)
-{
-    Worker oWorker(std::move(fWork));
-    oWorker.bForEver = false;
-    for (int i = 0; i < 2; ++i)
-    {
-        Demand(oWorker.Run().IsOk(), "run in the end");
-        while (oWorker.IsRunning())
+        m_bForEver = false;
+        Require(Run().IsOk(), "run to the end");
+        while (IsRunning())
             OS::Sleep(1);
     }
-}
+
+private:
+    std::atomic<bool> m_bForEver{true};
+};
 
 /// A library that a killed thread has loaded stays otherwise, and nobody would really load it again.
 void Unload()
@@ -641,83 +402,84 @@ void Unload()
     }
 }
 
-/// Everything of which a lock may have been lost.
+/// Uses everything of which a lock may have been lost.
 void CheckHealth()
 {
     {
         WriteLock const oScope(g_oLock);
-        Demand(g_iUnderLock[0] == g_iUnderLock[1], "ended under the lock");
+        Require(g_iUnderLock[0] == g_iUnderLock[1], "ended under the lock");
     }
-    for (auto const fWork :
-        {&Allocate, &AllocateMuch, &ThrowNested, &Print, &PrintToStream, &Flush, &ReadLine, &UseFile,
-            &UseFileStream, &FindUser, &LoadLibrary, &LookAtLibraries, &UseTime, &UseLocale, &UseEnvironment,
-            &UseRandom, &StartThread, &CallOnce, &Log, &Send, &Convert, &ReadIni, &UseDate})
-        fWork();
+    for (Work const & oWork : WORKS)
+        if (oWork.eKind == eHealth)
+            oWork.fDo();
 }
-
-struct Tally
-{
-    long iRefusals = 0;
-    double fLongest = 0; ///< milliseconds
-    std::chrono::steady_clock::time_point oBegin = std::chrono::steady_clock::now();
-};
 
 double GetMilliseconds(std::chrono::steady_clock::time_point oBegin)
 {
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - oBegin).count();
 }
 
-/// Lets the thread run for a moment and kills it.
-void RunAndKill(Worker & oWorker, std::mt19937 & oRandom, Tally & oTally)
+/// Lets the thread run for a moment and kills it. Returns how often that was refused.
+int RunAndKill(Worker & oWorker, std::mt19937 & oRandom)
 {
     // Whatever hangs ends the program.
     ::alarm(60);
-    Demand(oWorker.Run().IsOk(), "run");
+    Require(oWorker.Run().IsOk(), "run");
 
-    // Some do not even come to their begin.
+    // Some are killed before they begin to work.
     auto const oBegin = std::chrono::steady_clock::now();
-    if (oRandom() % 4 > 0)
-        for (double const fDelay = static_cast<double>(oRandom() % 100) / 1'000;
-             GetMilliseconds(oBegin) < fDelay;)
-            std::this_thread::yield();
+    double const fDelay = oRandom() % 4 == 0 ? 0 : static_cast<double>(oRandom() % 100) / 1'000;
+    while (GetMilliseconds(oBegin) < fDelay)
+        std::this_thread::yield();
 
-    auto const oKill = std::chrono::steady_clock::now();
-    while (oWorker.Kill(1).IsError())
-    {
-        ++oTally.iRefusals;
-        Demand(oWorker.IsRunning() && oWorker.GetExitCode() == 259 && oWorker.GetThreadId() != 0, "refused");
-    }
-    oTally.fLongest = std::max(oTally.fLongest, GetMilliseconds(oKill));
-    Demand(!oWorker.IsRunning() && oWorker.GetExitCode() == -1 && oWorker.GetThreadId() == 0, "killed");
+    int iRefusals = 0;
+    for (; oWorker.Kill(1).IsError(); ++iRefusals)
+        Require(oWorker.IsAtWork(), "refused");
+    Require(!oWorker.IsRunning() && oWorker.GetExitCode() == -1 && oWorker.GetThreadId() == 0, "killed");
     Unload();
+    return iRefusals;
 }
 
 void KillIn(Work const & oWork, int iKills, int iResults)
 {
-    g_sWork = oWork.sName;
-    if (!oWork.bWaits)
+    constexpr int KILLS_BETWEEN_CHECKS = 20;
+    bool const bEnds = oWork.eKind == eEnds || oWork.eKind == eHealth;
+    g_sOccupation = oWork.sName;
+    if (bEnds)
         oWork.fDo();
 
-    constexpr int KILLS_BETWEEN_CHECKS = 20;
+    auto const oBegin = std::chrono::steady_clock::now();
     std::mt19937 oRandom(7);
-    Tally oTally;
+    int iRefusals = 0;
     Worker oWorker(oWork.fDo);
     for (int i = 1; i <= iKills; ++i)
     {
-        bool const bLocked = oWork.fDo == &WaitForLock;
-        if (bLocked)
+        if (oWork.eKind == eWaitsForLock)
             g_oLock.Lock();
-        RunAndKill(oWorker, oRandom, oTally);
-        if (bLocked)
+        iRefusals += RunAndKill(oWorker, oRandom);
+        if (oWork.eKind == eWaitsForLock)
             g_oLock.Unlock();
-        if (i % KILLS_BETWEEN_CHECKS == 0)
+        if (i % KILLS_BETWEEN_CHECKS == 0 || i == iKills)
             CheckHealth();
     }
-    CheckHealth();
-    if (!oWork.bWaits)
-        RunToTheEnd(oWork.fDo);
-    ::dprintf(iResults, "%-32s %6d kills, %3ld refused, longest %7.1f ms, %7.1f s\n", oWork.sName, iKills,
-        oTally.iRefusals, oTally.fLongest, GetMilliseconds(oTally.oBegin) / 1'000);
+    for (int i = 0; bEnds && i < 2; ++i)
+        oWorker.RunToTheEnd();
+    ::dprintf(iResults, "%-32s %6d kills, %3d refused, %7.1f s\n", oWork.sName, iKills, iRefusals,
+        GetMilliseconds(oBegin) / 1'000);
+}
+
+void OpenSockets()
+{
+    int aEnds[2] = {};
+    sockaddr_un oName = {};
+    oName.sun_family = AF_UNIX;
+    g_iListener = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    Require(
+        ::bind(g_iListener, reinterpret_cast<sockaddr const *>(&oName), sizeof(sa_family_t)) == 0, "bind");
+    Require(::listen(g_iListener, 1) == 0, "listen");
+    Require(::socketpair(AF_UNIX, SOCK_STREAM, 0, aEnds) == 0, "sockets");
+    g_iSilence = aEnds[0];
+    g_iEvents = ::epoll_create1(EPOLL_CLOEXEC);
 }
 
 /// Sets up what the kinds of work use, and leaves standard output to the results.
@@ -727,7 +489,7 @@ int SetUp()
     std::signal(SIGALRM,
         [](int)
         {
-            static_cast<void>(::write(STDERR_FILENO, g_sWork, std::strlen(g_sWork)));
+            static_cast<void>(::write(STDERR_FILENO, g_sOccupation, std::strlen(g_sOccupation)));
             static_cast<void>(::write(STDERR_FILENO, ": hangs\n", 8));
             ::_exit(3);
         });
@@ -739,7 +501,9 @@ int SetUp()
         for (int i = 0; i < 50; ++i)
             oFile << "Key" << i << "=a value\n";
     }
-    Demand(std::freopen("/dev/null", "w", stdout) && std::freopen(INI, "r", stdin), "streams");
+    Require(std::freopen("/dev/null", "w", stdout) && std::freopen(INI, "r", stdin), "streams");
+    OpenSockets();
+    ::sem_init(&g_oSemaphore, 0, 0);
     g_oTaken.lock();
     g_iChild = ::fork();
     if (g_iChild == 0)
@@ -749,20 +513,7 @@ int SetUp()
         for (;;)
             ::pause();
     }
-    static_cast<void>(GetSilence());
     return iResults;
-}
-
-/// A thread that wants to kill itself.
-void KillFromWithin()
-{
-    Worker * pWorker = nullptr;
-    Worker oWorker([&] { Demand(pWorker->Kill(1).IsError(), "killed itself"); });
-    pWorker = &oWorker;
-    oWorker.bForEver = false;
-    Demand(oWorker.Run().IsOk(), "run to kill itself");
-    while (oWorker.IsRunning())
-        OS::Sleep(1);
 }
 
 /// Keeps a thread from being ended until it is released.
@@ -798,15 +549,10 @@ void HoldLibraryLock(Refusal & oRefusal)
     oRefusal.Keep();
 }
 
-void HoldLoader(Refusal & oRefusal)
+int KeepInLoader(dl_phdr_info *, std::size_t, void * pRefusal)
 {
-    ::dl_iterate_phdr(
-        [](dl_phdr_info *, std::size_t, void * pRefusal)
-        {
-            static_cast<Refusal *>(pRefusal)->Keep();
-            return 1;
-        },
-        &oRefusal);
+    static_cast<Refusal *>(pRefusal)->Keep();
+    return 1;
 }
 
 void SleepInSort(Refusal & oRefusal)
@@ -824,12 +570,12 @@ void SleepInSort(Refusal & oRefusal)
         });
 }
 
-/// Does something that waits for what another thread holds until the release.
+/// Waits for what another thread takes and gives back at the release.
 void WaitFor(Refusal & oRefusal, std::function<void()> const & fTake, std::function<void()> const & fGive,
     std::function<void()> const & fWait)
 {
     std::latch oTaken(1);
-    std::thread oHolder(
+    std::jthread const oHolder(
         [&]
         {
             fTake();
@@ -840,7 +586,6 @@ void WaitFor(Refusal & oRefusal, std::function<void()> const & fTake, std::funct
     oTaken.wait();
     oRefusal.oKept.count_down();
     fWait();
-    oHolder.join();
 }
 
 void WaitForStream(Refusal & oRefusal)
@@ -856,9 +601,9 @@ void WaitForHeir(Refusal & oRefusal)
     ::pthread_mutexattr_init(&oKind);
     ::pthread_mutexattr_setprotocol(&oKind, PTHREAD_PRIO_INHERIT);
     ::pthread_mutex_init(&oMutex, &oKind);
+    auto const fTake = [&] { ::pthread_mutex_lock(&oMutex); };
     WaitFor(
-        oRefusal, [&] { ::pthread_mutex_lock(&oMutex); }, [&] { ::pthread_mutex_unlock(&oMutex); },
-        [&] { ::pthread_mutex_lock(&oMutex); });
+        oRefusal, fTake, [&] { ::pthread_mutex_unlock(&oMutex); }, fTake);
 }
 
 void Refuse(Refusal & oRefusal, std::string & sSaid)
@@ -870,66 +615,77 @@ void Refuse(Refusal & oRefusal, std::string & sSaid)
             oRefusal.oGoesOn.count_down();
             OS::Sleep(1'000'000);
         });
-    Demand(oWorker.Run().IsOk(), "run");
+    Require(oWorker.Run().IsOk(), "run");
     oRefusal.oKept.wait();
 
     auto const oBegin = std::chrono::steady_clock::now();
     Result const oResult = oWorker.Kill(1);
     bool const bInTime = GetMilliseconds(oBegin) < 2'000;
-    Demand(oWorker.IsRunning() && oWorker.GetExitCode() == 259 && oWorker.GetThreadId() != 0, "refused");
+    Require(oWorker.IsAtWork(), "refused");
     sSaid = std::to_string(oResult.GetErrorCode()) + (bInTime ? " in time. " : " late. ")
             + std::regex_replace(oResult.GetText().s_str(), std::regex("[0-9]+"), "N");
 
     // Nothing is left of the first try.
     oRefusal.oReleased.count_down();
     oRefusal.oGoesOn.wait();
-    Demand(oWorker.Kill(1).IsOk() && !oWorker.IsRunning(), "killed at the second try");
+    Require(oWorker.Kill(1).IsOk() && !oWorker.IsRunning(), "killed at the second try");
 }
 
 void TryRefusals()
 {
-    Refusal aRefusals[] = {{"signals", &BlockSignals}, {"lock", &HoldLibraryLock}, {"loader", &HoldLoader},
-        {"called back", &SleepInSort}, {"priority", &WaitForHeir}, {"stream", &WaitForStream}};
-    constexpr std::size_t iCount = std::size(aRefusals);
-    std::string aSaid[iCount];
+    Refusal aRefusals[] = {
+        {"signals", &BlockSignals},
+        {"lock", &HoldLibraryLock},
+        {"loader", [](Refusal & oRefusal) { ::dl_iterate_phdr(&KeepInLoader, &oRefusal); }},
+        {"called back", &SleepInSort},
+        {"priority", &WaitForHeir},
+        {"stream", &WaitForStream},
+    };
+    std::string aSaid[std::size(aRefusals)];
     {
         std::vector<std::jthread> vThreads;
-        for (std::size_t i = 0; i < iCount; ++i)
+        for (std::size_t i = 0; i < std::size(aRefusals); ++i)
             vThreads.emplace_back([&, i] { Refuse(aRefusals[i], aSaid[i]); });
     }
-    for (std::size_t i = 0; i < iCount; ++i)
+    for (std::size_t i = 0; i < std::size(aRefusals); ++i)
         std::printf("%s: %s\n", aRefusals[i].sName, aSaid[i].c_str());
 }
 
 void TrySignals()
 {
-    Worker oWorker(&Compute);
+    Worker oWorker([] { Compute(); });
     auto const KillOnce = [&](char const * sWhat, auto const & fMeanwhile)
     {
-        Demand(oWorker.Run().IsOk(), sWhat);
+        Require(oWorker.Run().IsOk(), sWhat);
         fMeanwhile();
-        Demand(oWorker.Kill(1).IsOk(), sWhat);
+        Require(oWorker.Kill(1).IsOk(), sWhat);
     };
+    auto const fTakenSignal = [](int) { Fail("the signal of the program"); };
     KillOnce("taken",
-        []
+        [&]
         {
-            std::signal(SIGRTMAX, [](int) { Fail("the signal of the program"); });
+            std::signal(SIGRTMAX, fTakenSignal);
             std::signal(SIGURG, SIG_IGN);
         });
     KillOnce("other signals", [] {});
     rlimit const oNone{0, 0};
-    Demand(::setrlimit(RLIMIT_SIGPENDING, &oNone) == 0, "limit");
+    Require(::setrlimit(RLIMIT_SIGPENDING, &oNone) == 0, "limit");
     KillOnce("no timer", [] {});
-    KillOnce("no timer, taken", [] { std::signal(SIGPWR, [](int) { Fail("the signal of the program"); }); });
+    KillOnce("no timer, taken", [&] { std::signal(SIGPWR, fTakenSignal); });
 }
 
 void Trace()
 {
-    Worker oWorker(&Compute);
-    Demand(oWorker.Run().IsOk() && oWorker.Run().IsError() && oWorker.Kill(1).IsOk(), "run twice");
-    RunToTheEnd([] { Exception::Throw(Result(77, "thrown", Result::eCategoryDefault)); });
-    RunToTheEnd(&Compute);
-    KillFromWithin();
+    Worker oWorker([] { Compute(); });
+    Require(oWorker.Run().IsOk() && oWorker.Run().IsError() && oWorker.Kill(1).IsOk(), "run twice");
+    Worker([] { Exception::Throw(Result(77, "thrown", Result::eCategoryDefault)); }).RunToTheEnd();
+    oWorker.RunToTheEnd();
+    oWorker.RunToTheEnd();
+
+    Worker * pOwn = nullptr;
+    Worker oOwn([&] { Require(pOwn->Kill(1).IsError(), "killed itself"); });
+    pOwn = &oOwn;
+    oOwn.RunToTheEnd();
 }
 
 } // namespace
