@@ -36,7 +36,7 @@ void * Allocate(std::size_t iSize, std::size_t iAlignment) noexcept
     return pMemory;
 }
 
-void * Demand(void * pMemory)
+void * OrThrow(void * pMemory)
 {
     if (!pMemory)
         throw std::bad_alloc();
@@ -54,7 +54,7 @@ void Free(void * pMemory) noexcept
 
 [[gnu::noinline]] void * operator new(std::size_t iSize)
 {
-    return Demand(Allocate(iSize, 0));
+    return OrThrow(Allocate(iSize, 0));
 }
 [[gnu::noinline]] void * operator new(std::size_t iSize, std::nothrow_t const &) noexcept
 {
@@ -62,7 +62,7 @@ void Free(void * pMemory) noexcept
 }
 [[gnu::noinline]] void * operator new(std::size_t iSize, std::align_val_t eAlignment)
 {
-    return Demand(Allocate(iSize, static_cast<std::size_t>(eAlignment)));
+    return OrThrow(Allocate(iSize, static_cast<std::size_t>(eAlignment)));
 }
 [[gnu::noinline]] void operator delete(void * pMemory) noexcept
 {

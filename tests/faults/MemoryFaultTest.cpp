@@ -1,19 +1,14 @@
 #include "Memory.h"
 #include "Operations.h"
 
-#include <tessel/Exception.h>
+#include "../TestChild.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <new>
-#include <string>
 #include <string_view>
 #include <thread>
 
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace tslfaults;
@@ -33,11 +28,11 @@ char g_aPlace[128] = "";
     ::_exit(99);
 }
 
-Outcome Try(Operation const & oOperation)
+Outcome::State Try(Operation const & oOperation)
 {
     try
     {
-        return oOperation.fDo();
+        return oOperation.fDo().eState;
     }
     catch (std::bad_alloc const &)
     {
@@ -52,7 +47,7 @@ Outcome Try(Operation const & oOperation)
 /// A thread finds a lock that another one has lost, unlike that one itself.
 bool WorksOnAnotherThread(Operation const & oOperation)
 {
-    Outcome eOutcome = Outcome::eWrong;
+    Outcome::State eOutcome = Outcome::eWrong;
     std::thread([&] { eOutcome = Try(oOperation); }).join();
     return eOutcome == Outcome::eDone;
 }
@@ -71,7 +66,7 @@ Verdict TryWithFault(Operation const & oOperation, Failing eFailing, long n)
         eFailing == Failing::eOne ? "allocation" : "all from allocation", n);
     ::alarm(PATIENCE);
     MemoryFault oFault(eFailing, n);
-    Outcome const eOutcome = Try(oOperation);
+    Outcome::State const eOutcome = Try(oOperation);
     oFault.Stop();
     bool const bStruck = MemoryFault::HasStruck();
     bool const bWorks = WorksOnAnotherThread(oOperation);
@@ -93,10 +88,10 @@ Verdict TryFirstUse(Operation const & oOperation, Failing eFailing, long n)
 
     int iStatus = 0;
     ::waitpid(iProcess, &iStatus, 0);
-    bool const bSurvived =
-        WIFEXITED(iStatus) && WEXITSTATUS(iStatus) <= static_cast<int>(Verdict::eLostItsUse);
-    EXPECT_TRUE(bSurvived) << "status " << iStatus;
-    return bSurvived ? static_cast<Verdict>(WEXITSTATUS(iStatus)) : Verdict::eWrong;
+    if (WIFEXITED(iStatus) && WEXITSTATUS(iStatus) <= static_cast<int>(Verdict::eLostItsUse))
+        return static_cast<Verdict>(WEXITSTATUS(iStatus));
+    ADD_FAILURE() << "status " << iStatus;
+    return Verdict::eWrong;
 }
 
 /// Tries each place once, until the faults come after the operation.
@@ -107,28 +102,12 @@ void Sweep(Operation const & oOperation, Verdict (*fTry)(Operation const &, Fail
         Verdict eVerdict = Verdict::eSound;
         for (long n = 1; n <= iLast && eVerdict != Verdict::eNeverStruck; ++n)
         {
+            SCOPED_TRACE(
+                testing::Message() << (eFailing == Failing::eOne ? "" : "all from ") << "allocation " << n);
             eVerdict = fTry(oOperation, eFailing, n);
-            EXPECT_LE(eVerdict, Verdict::eSound);
-            if (testing::Test::HasFailure())
-            {
-                ADD_FAILURE() << (eFailing == Failing::eOne ? "at allocation " : "at all from allocation ")
-                              << n;
-                return;
-            }
+            ASSERT_LE(eVerdict, Verdict::eSound);
         }
     }
-}
-
-std::ptrdiff_t CountDescriptors()
-{
-    std::filesystem::directory_iterator const oFirst("/proc/self/fd");
-    return std::distance(begin(oFirst), end(oFirst));
-}
-
-bool HasChildren()
-{
-    siginfo_t oInfo{};
-    return ::waitid(P_ALL, 0, &oInfo, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
 void PrintTo(Verdict eVerdict, std::ostream * pStream)
@@ -158,8 +137,7 @@ TEST_P(Faults, OfMemoryAreToldAndLeaveAllInOrder)
     ::signal(SIGALRM, &ReportHang);
     std::filesystem::resize_file("Logfile.txt", 0); // it would grow with every run
     Operation const & oOperation = GetParam();
-    if (std::string_view(TESSEL_SANITIZE).find("thread") != std::string_view::npos
-        && std::string_view(oOperation.sName) == "KillThread")
+    if (std::string_view(TESSEL_SANITIZE) == "thread" && std::string_view(oOperation.sName) == "KillThread")
         GTEST_SKIP() << "the thread sanitizer waits for the end of each thread in order";
 
     ASSERT_EQ(TryFirstUse(oOperation, Failing::eOne, 0), Verdict::eNeverStruck)
@@ -171,12 +149,12 @@ TEST_P(Faults, OfMemoryAreToldAndLeaveAllInOrder)
     Sweep(oOperation, &TryWithFault, LAST);
     for (int i = 0; i < 50; ++i)
         EXPECT_TRUE(WorksOnAnotherThread(oOperation));
-    std::ptrdiff_t const iDescriptors = CountDescriptors();
+    std::size_t const iDescriptors = tsltest::CountEntries("/proc/self/fd");
     long const iBlocks = CountBlocks();
     Sweep(oOperation, &TryWithFault, LAST);
     EXPECT_LE(CountBlocks(), iBlocks);
-    EXPECT_EQ(CountDescriptors(), iDescriptors);
-    EXPECT_FALSE(HasChildren());
+    EXPECT_EQ(tsltest::CountEntries("/proc/self/fd"), iDescriptors);
+    EXPECT_FALSE(tsltest::HasChildren());
 }
 
 INSTANTIATE_TEST_SUITE_P(Memory, Faults, testing::ValuesIn(GetOperations()),

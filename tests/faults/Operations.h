@@ -1,23 +1,41 @@
 #pragma once
 
+#include <tessel/Result.h>
+
+#include <functional>
 #include <vector>
 
 namespace tslfaults
 {
 
-enum class Outcome
+/// How an operation ended.
+class Outcome
 {
-    eDone,
-    eFailed, ///< it says so
-    eWrong   ///< it says that it is done, and is not
+public:
+    enum State
+    {
+        eDone,
+        eFailed, ///< it says so
+        eWrong   ///< it says that it is done, and is not
+    };
+
+    Outcome(State eState_) : eState(eState_) {}
+    Outcome(bool bRight) : eState(bRight ? eDone : eWrong) {}
+    /// A failure, or else whether the outcome is right.
+    Outcome(tsl::Result const & oResult, bool bRight = true)
+        : eState(oResult.IsError() ? eFailed : Outcome(bRight).eState)
+    {
+    }
+
+    State eState;
 };
 
 /// Something that a user does with the library, and may do again and again, on any thread. What it throws counts
-/// as a failure that it tells.
+/// as a failure that it reports.
 struct Operation
 {
     char const * sName;
-    Outcome (*fDo)();
+    std::function<Outcome()> fDo;
 };
 
 /// All that the sweep covers: a new one is a row of this table.
