@@ -1,13 +1,11 @@
+#include "TestChild.h"
 #include "TestPrelude.h"
-#include "ProcessTest.h"
-#include "TestMessages.h"
 
 #include <csignal>
 #include <iomanip>
 
 #include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace tsl;
@@ -18,36 +16,11 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int WITH_READERS = CmdLine::eModeRedirect | CmdLine::eModeReaderThreads;
-
-// In quotes: the project may be built in a folder with a blank in its path.
-std::string const CHILD = "\"" TESSEL_TEST_PROGRAMS "/Child\"";
-
-/// A child that does what the actions say, see tests/programs/Child.c. In the end it is killed
-/// and nothing of it left, for tests that count.
-class Child : public CmdLine
+void Start(Child & oChild)
 {
-public:
-    explicit Child(std::string const & sActions, int iMode = eModeRedirect)
-    {
-        SetMode(iMode);
-        SetCommand(CHILD + ' ' + sActions);
-    }
-    ~Child() override
-    {
-        static_cast<void>(Kill(0));
-        WaitTermination();
-    }
-
-    Child & Start()
-    {
-        EXPECT_TRUE(Run(iProcessId).IsOk());
-        EXPECT_GT(iProcessId, 0);
-        return *this;
-    }
-
-    int iProcessId = -1;
-};
+    ASSERT_TRUE(oChild.Run(oChild.iProcessId).IsOk());
+    ASSERT_GT(oChild.iProcessId, 0);
+}
 
 /// What the child writes to its standard output, each line with an end.
 std::string ReadOutput(CmdLine & oChild)
@@ -60,25 +33,33 @@ std::string ReadOutput(CmdLine & oChild)
     return sText;
 }
 
-/// What the child has written by now, taken line by line.
-std::string TakeLines(CmdLine & oChild, String * (CmdLine::*fReceive)())
+std::string RunAndRead(Child & oChild)
 {
-    std::string sText;
-    while (std::unique_ptr<String> const pLine{(oChild.*fReceive)()})
-        sText += pLine->s_str() + '\n';
-    return sText;
+    Start(oChild);
+    return ReadOutput(oChild);
 }
 
-std::size_t CountEntries(char const * sFolder)
+/// What counts that a child may cost.
+class Resources
 {
-    std::filesystem::directory_iterator const oFirst(sFolder);
-    return static_cast<std::size_t>(std::distance(begin(oFirst), end(oFirst)));
-}
+public:
+    void ExpectTheSame() const
+    {
+        EXPECT_EQ(CountEntries("/proc/self/fd"), m_iDescriptors);
+        EXPECT_EQ(CountEntries("/proc/self/task"), m_iThreads);
+        EXPECT_FALSE(HasChildren());
+    }
 
-bool HasChildren()
+private:
+    std::size_t m_iDescriptors = CountEntries("/proc/self/fd");
+    std::size_t m_iThreads = CountEntries("/proc/self/task");
+};
+
+/// Whether the process, ended or not, has not been reaped. Its end is waited for.
+bool IsZombie(int iProcessId, int iOptions = 0)
 {
     siginfo_t oInfo{};
-    return ::waitid(P_ALL, 0, &oInfo, WEXITED | WNOHANG | WNOWAIT) == 0;
+    return ::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT | iOptions) == 0;
 }
 
 TEST(ChildCommands, AreMadeOfArgumentsAndSplitAtWhiteSpaceOutsideOfQuotes)
@@ -87,19 +68,12 @@ TEST(ChildCommands, AreMadeOfArgumentsAndSplitAtWhiteSpaceOutsideOfQuotes)
     for (char const * const sArgument : {"a b", "c", "d\te", "\\\""})
         oCommand.AddArg(sArgument);
     EXPECT_EQ(oCommand.GetCommand().s_str(), "\"a b\" c \"d\te\" \\\"");
-    oCommand.SetApplication("my program");
-    EXPECT_EQ(oCommand.GetCommand().s_str(), "\"my program\"");
-
     Child oChild(R"(arguments  a	"b c" d"e  f"g "" \\ \" x "y)");
-    EXPECT_EQ(ReadOutput(oChild.Start()), "61.\n622063.\n646520206667.\n.\n5c5c.\n5c20782079.\n");
-}
+    EXPECT_EQ(RunAndRead(oChild), "61.\n622063.\n646520206667.\n.\n5c5c.\n5c20782079.\n");
 
-TEST(ChildCommands, MayBeMadeOfTheObjectsOwnCommand)
-{
-    CmdLine oCommand;
+    // The object's own command is an argument like another.
     oCommand.SetApplication("program");
     oCommand.AddArg(oCommand.GetCommand());
-    EXPECT_EQ(oCommand.GetCommand().s_str(), "program program");
     oCommand.AddArg(oCommand.GetCommand());
     EXPECT_EQ(oCommand.GetCommand().s_str(), "program program \"program program\"");
     oCommand.SetCommand("my program");
@@ -121,14 +95,15 @@ TEST(ChildCommands, HandOverArgumentsOfAllBytesUnchanged)
         {
             std::string sArgument(static_cast<std::size_t>(fPick(1, 60)), '\0');
             for (char & c : sArgument)
+            {
                 while (c == '\0' || c == '"')
                     c = static_cast<char>(fPick(1, 255));
-            oChild.AddArg(sArgument);
-            for (char const c : sArgument)
                 oExpected << std::setw(2) << +static_cast<unsigned char>(c);
+            }
+            oChild.AddArg(sArgument);
             oExpected << ".\n";
         }
-        ASSERT_EQ(ReadOutput(oChild.Start()), oExpected.str()) << oChild.GetCommand().s_str();
+        ASSERT_EQ(RunAndRead(oChild), oExpected.str()) << oChild.GetCommand().s_str();
     }
 }
 
@@ -136,7 +111,7 @@ TEST(ChildCommands, OfLessThan1024CharactersAreAccepted)
 {
     Child oChild("exit 7");
     oChild.SetCommand(oChild.GetCommand() + std::string(1023 - oChild.GetCommand().GetLength(), ' '));
-    oChild.Start();
+    Start(oChild);
     EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
     EXPECT_EQ(oChild.GetExitCode(), 7);
 
@@ -152,20 +127,26 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
     oFolder.WriteFile("plain", "no program");
     oFolder.WriteFile("broken", "no program");
     std::filesystem::permissions(oFolder.GetFolder() / "broken", std::filesystem::perms::owner_all);
-
-    Rows<std::string, int> aRows = {{"", ENOENT}, {"no_such_program", ENOENT}, {"/no/such program", ENOENT},
-        {oFolder.GetFolder() / "plain", EACCES}, {oFolder.GetFolder(), EACCES},
-        {oFolder.GetFolder() / "plain/x", ENOTDIR}, {oFolder.GetFolder() / "broken", ENOEXEC}};
-    std::size_t const iDescriptors = CountEntries("/proc/self/fd");
+    Rows<std::string, int> aRows = {
+        {"", ENOENT},
+        {"no_such_program", ENOENT},
+        {"/no/such program", ENOENT},
+        {oFolder.GetFolder() / "plain", EACCES},
+        {oFolder.GetFolder(), EACCES},
+        {oFolder.GetFolder() / "plain/x", ENOTDIR},
+        {oFolder.GetFolder() / "broken", ENOEXEC},
+    };
+    Resources const oBefore;
     for (auto const & [sCommand, iError] : aRows)
         for (int const iMode : {0, WITH_READERS, CmdLine::eModeSuspended | CmdLine::eModeRedirect})
         {
+            SCOPED_TRACE(testing::Message() << sCommand << " in mode " << iMode);
             Child oChild("", iMode);
             oChild.SetCommand(sCommand);
             Result const oResult = oChild.Run(oChild.iProcessId);
             if (iError == ENOEXEC && iMode & CmdLine::eModeSuspended)
             {
-                // The system looks into the file when the child is let go.
+                // The system looks into the file when the child is continued.
                 ::kill(oChild.iProcessId, SIGCONT);
                 EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
                 EXPECT_EQ(oChild.GetExitCode(), 127);
@@ -176,13 +157,12 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
             EXPECT_FALSE(oChild.IsRunning());
             EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
         }
-    EXPECT_EQ(CountEntries("/proc/self/fd"), iDescriptors);
-    EXPECT_FALSE(HasChildren());
+    oBefore.ExpectTheSame();
 }
 
-TEST(ChildStart, LeavesNoChildBehindIfAReaderCannotBeStarted)
+TEST(ChildStart, LeavesNoChildIfAReaderCannotBeStarted)
 {
-    std::size_t const iDescriptors = CountEntries("/proc/self/fd");
+    Resources const oBefore;
     for (int const iMode : {WITH_READERS, WITH_READERS | CmdLine::eModeSuspended})
     {
         Child oChild("hang", iMode);
@@ -191,10 +171,9 @@ TEST(ChildStart, LeavesNoChildBehindIfAReaderCannotBeStarted)
             EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 10);
         }
         EXPECT_EQ(oChild.iProcessId, 0);
-        EXPECT_FALSE(HasChildren());
-        EXPECT_EQ(CountEntries("/proc/self/fd"), iDescriptors);
+        oBefore.ExpectTheSame();
         EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
-        oChild.Start();
+        Start(oChild);
     }
 }
 
@@ -214,14 +193,14 @@ TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
     {
         Child oChild("descriptors signals session", iMode);
         Child oDetached("session", iMode | CmdLine::eModeDetached);
-        oChild.Start();
-        oDetached.Start();
+        Start(oChild);
+        Start(oDetached);
         // A child that runs is left alone: the signal would disturb the sanitizer that looks through it at
         // its end.
         for (Child * const pChild : {&oChild, &oDetached})
             if (iMode & CmdLine::eModeSuspended)
             {
-                EXPECT_EQ(pChild->WaitTermination(50), CmdLine::eWaitTimeout) << "it stands at its begin";
+                EXPECT_EQ(pChild->WaitTermination(50), CmdLine::eWaitTimeout) << "it is suspended";
                 ::kill(pChild->iProcessId, SIGCONT);
             }
         EXPECT_EQ(ReadOutput(oChild), "0 1 2 \nmember\n") << iMode;
@@ -246,9 +225,9 @@ TEST(ChildStart, WorksInAProgramWithClosedStreamsOrIgnoredChildren)
         std::string sOutcome = oProgram.ReadFile("outcome");
         if (sPreparation == "deaf" && sOutcome.starts_with("0 1 -1\n"))
             sOutcome.replace(4, 2, "7");
-        EXPECT_EQ(sOutcome, "0 1 7\nout one\nout 0 1 2 \nerr two\n") << sPreparation;
+        EXPECT_EQ(sOutcome, "0 1 7\nout one\n0 1 2 \nerr two\n") << sPreparation;
         for (char const * sLine : {"CmdLine STDOUT: one\n", "CmdLine STDERR: two\n"})
-            EXPECT_NE(ReadLog(oProgram).find(sLine), std::string::npos);
+            EXPECT_TRUE(Contains(ReadLog(oProgram), sLine));
     }
 }
 
@@ -262,7 +241,7 @@ TEST(ChildStart, IsPossibleOnManyThreadsAtOnce)
                 std::string const sText = std::to_string(iThread * 100 + i);
                 Child oChild(
                     "descriptors out " + sText + "\\n exit " + std::to_string(iThread), WITH_READERS);
-                oChild.Start();
+                Start(oChild);
                 oChild.WaitTermination();
                 EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "0 1 2 \n" + sText + '\n');
                 EXPECT_EQ(oChild.GetExitCode(), iThread);
@@ -270,20 +249,27 @@ TEST(ChildStart, IsPossibleOnManyThreadsAtOnce)
         });
 }
 
-TEST(ChildEnd, IsToldByTheExitCode)
+TEST(ChildEnd, IsReportedByTheExitCode)
 {
-    Rows<char const *, int> aRows = {{"", 0}, {"exit 7", 7}, {"exit 255", 255}, {"signal 9", 137},
-        {"signal 15", 143}, {"close exit 3", 3}};
+    Rows<char const *, int> aRows = {
+        {"", 0},
+        {"exit 7", 7},
+        {"exit 255", 255},
+        {"signal 9", 137},
+        {"signal 15", 143},
+        {"close exit 3", 3},
+    };
     for (auto const & [sActions, iExitCode] : aRows)
     {
+        SCOPED_TRACE(sActions);
         Child oChild(sActions, WITH_READERS);
         EXPECT_EQ(oChild.GetExitCode(), 0);
-        oChild.Start();
-        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated) << sActions;
-        EXPECT_EQ(oChild.GetExitCode(), iExitCode) << sActions;
-        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed) << sActions;
-        EXPECT_EQ(oChild.Kill(1).GetErrorCode(), 3) << sActions;
-        EXPECT_EQ(oChild.GetExitCode(), iExitCode) << sActions;
+        Start(oChild);
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
+        EXPECT_EQ(oChild.GetExitCode(), iExitCode);
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
+        EXPECT_EQ(oChild.Kill(1).GetErrorCode(), 3);
+        EXPECT_EQ(oChild.GetExitCode(), iExitCode);
     }
     EXPECT_FALSE(HasChildren());
 }
@@ -292,21 +278,22 @@ TEST(ChildEnd, ComesByKillWhateverTheChildDoes)
 {
     for (char const * sActions : {"hang", "ignore 15 hang", "signal 19 hang", "close hang", "daemon hang"})
     {
+        SCOPED_TRACE(sActions);
         Child oChild(std::string("out ready\\n ") + sActions, WITH_READERS);
-        oChild.Start();
-        EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 3) << sActions;
+        Start(oChild);
+        EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 3);
         EXPECT_TRUE(WaitUntil([&] { return TakeLines(oChild, &CmdLine::ReceiveStdOut) == "ready\n"; }));
 
         Clock::time_point const oStart = Clock::now();
-        EXPECT_EQ(oChild.WaitTermination(30), CmdLine::eWaitTimeout) << sActions;
-        EXPECT_GE(Clock::now() - oStart, std::chrono::milliseconds(30)) << sActions;
-        EXPECT_EQ(oChild.WaitTermination(0), CmdLine::eWaitTimeout) << sActions;
+        EXPECT_EQ(oChild.WaitTermination(30), CmdLine::eWaitTimeout);
+        EXPECT_GE(Clock::now() - oStart, std::chrono::milliseconds(30));
+        EXPECT_EQ(oChild.WaitTermination(0), CmdLine::eWaitTimeout);
         EXPECT_TRUE(oChild.IsRunning());
-        EXPECT_EQ(oChild.GetExitCode(), 259) << sActions;
+        EXPECT_EQ(oChild.GetExitCode(), 259);
 
-        EXPECT_TRUE(oChild.Kill(1234).IsOk()) << sActions;
-        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated) << sActions;
-        EXPECT_EQ(oChild.GetExitCode(), 1234) << sActions;
+        EXPECT_TRUE(oChild.Kill(1234).IsOk());
+        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
+        EXPECT_EQ(oChild.GetExitCode(), 1234);
     }
 }
 
@@ -317,7 +304,7 @@ TEST(ChildEnd, DoesNotWaitForAProgramThatKeepsTheStreams)
         Clock::time_point oStart;
         {
             Child oChild(sActions, WITH_READERS);
-            oChild.Start();
+            Start(oChild);
             CmdLine const oCopy(oChild);
             EXPECT_TRUE(WaitUntil([&] { return !oChild.IsRunning() || oChild.GetExitCode() == 0; }));
             EXPECT_TRUE(oChild.IsRunning()) << sActions;
@@ -327,49 +314,23 @@ TEST(ChildEnd, DoesNotWaitForAProgramThatKeepsTheStreams)
     }
 }
 
-TEST(ChildEnd, LeavesNothingBehind)
+TEST(ChildEnd, ReleasesAllResources)
 {
     auto const fCycle = []
     {
         Child oChild("hang", WITH_READERS);
-        oChild.Start();
+        Start(oChild);
         EXPECT_TRUE(oChild.Kill(9).IsOk());
         EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
     };
     fCycle();
-    std::size_t const iDescriptors = CountEntries("/proc/self/fd");
-    std::size_t const iThreads = CountEntries("/proc/self/task");
+    Resources const oBefore;
     for (int i = 0; i < 100; ++i)
         fCycle();
-    EXPECT_EQ(CountEntries("/proc/self/fd"), iDescriptors);
-    EXPECT_EQ(CountEntries("/proc/self/task"), iThreads);
-    EXPECT_FALSE(HasChildren());
+    oBefore.ExpectTheSame();
 }
 
-TEST(ChildEnd, IsNotWaitedForByTheDestructorAndReapedLater)
-{
-    int iProcessId = 0;
-    {
-        CmdLine oChild;
-        oChild.SetCommand(CHILD + " hang");
-        ASSERT_TRUE(oChild.Run(iProcessId).IsOk());
-    }
-    pid_t const iForeign = ::fork();
-    if (iForeign == 0)
-        ::_exit(5);
-    EXPECT_EQ(::kill(iProcessId, SIGKILL), 0);
-    siginfo_t oInfo{};
-    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT), 0);
-    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(iForeign), &oInfo, WEXITED | WNOWAIT), 0);
-
-    Child("exit 0").Start();
-    EXPECT_EQ(::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT | WNOHANG), -1);
-    int iStatus = 0;
-    EXPECT_EQ(::waitpid(iForeign, &iStatus, 0), iForeign);
-    EXPECT_EQ(WEXITSTATUS(iStatus), 5);
-}
-
-/// Starts a child and gives it up. Returns its process id.
+/// Starts a child and destroys its object. Returns its process id.
 int Abandon(std::string const & sActions, int iMode = 0)
 {
     CmdLine oChild;
@@ -380,11 +341,35 @@ int Abandon(std::string const & sActions, int iMode = 0)
     return iProcessId;
 }
 
-/// Whether the process has been reaped, or is waited for until it has ended.
-bool IsGone(int iProcessId)
+/// Kills an abandoned child, which then waits to be reaped.
+void KillAbandoned(int iProcessId)
 {
-    siginfo_t oInfo{};
-    return ::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT) != 0;
+    EXPECT_EQ(::kill(iProcessId, SIGKILL), 0);
+    EXPECT_TRUE(IsZombie(iProcessId));
+}
+
+TEST(AbandonedChildren, AreReapedLaterAndTheProgramsOwnOnesNever)
+{
+    int const iProcessId = Abandon("hang");
+    pid_t const iForeign = ::fork();
+    if (iForeign == 0)
+        ::_exit(5);
+    KillAbandoned(iProcessId);
+    EXPECT_TRUE(IsZombie(iForeign));
+
+    Child oChild("exit 0");
+    Start(oChild);
+    EXPECT_FALSE(IsZombie(iProcessId, WNOHANG));
+    int iStatus = 0;
+    EXPECT_EQ(::waitpid(iForeign, &iStatus, 0), iForeign);
+    EXPECT_EQ(WEXITSTATUS(iStatus), 5);
+
+    // Queries reap as well.
+    Child oRunning("hang");
+    Start(oRunning);
+    int const iOther = Abandon("hang");
+    KillAbandoned(iOther);
+    EXPECT_TRUE(WaitUntil([&] { return oRunning.IsRunning() && !IsZombie(iOther); }));
 }
 
 /// The shortest time that 100 queries take, out of several tries.
@@ -404,50 +389,41 @@ Clock::duration MeasureQueries(CmdLine const & oChild)
 TEST(AbandonedChildren, CostNoDescriptorAndNoTimeOfQueries)
 {
     Child oChild("hang");
-    oChild.Start();
+    Start(oChild);
     Clock::duration const oAlone = MeasureQueries(oChild);
     rlimit oFormer{};
     ::getrlimit(RLIMIT_NOFILE, &oFormer);
     rlimit const oFew{64, oFormer.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &oFew), 0);
 
-    constexpr int COUNT = 300;
-    std::vector<int> vProcessIds;
-    for (int i = 0; i < COUNT; ++i)
-        vProcessIds.push_back(Abandon("hang"));
+    std::vector<int> vProcessIds(300);
+    for (int & iProcessId : vProcessIds)
+        iProcessId = Abandon("hang");
     EXPECT_LT(MeasureQueries(oChild), 3 * oAlone);
 
     // A start and a destruction look after 64 each.
     for (int const iProcessId : vProcessIds)
-        EXPECT_TRUE(::kill(iProcessId, SIGKILL) == 0 && !IsGone(iProcessId));
-    for (int i = 0; i < COUNT / 64; ++i)
+        KillAbandoned(iProcessId);
+    for (std::size_t i = 0; i < vProcessIds.size() / 64; ++i)
         Abandon("");
-    EXPECT_TRUE(std::all_of(vProcessIds.begin(), vProcessIds.end(), &IsGone));
+    for (int const iProcessId : vProcessIds)
+        EXPECT_FALSE(IsZombie(iProcessId));
     ::setrlimit(RLIMIT_NOFILE, &oFormer);
-}
-
-TEST(AbandonedChildren, AreReapedByQueriesAsWell)
-{
-    Child oChild("hang");
-    oChild.Start();
-    int const iProcessId = Abandon("hang");
-    EXPECT_TRUE(::kill(iProcessId, SIGKILL) == 0 && !IsGone(iProcessId));
-    EXPECT_TRUE(WaitUntil([&] { return oChild.IsRunning() && IsGone(iProcessId); }));
 }
 
 TEST(AbandonedChildren, AreEndedIfTheyWereNeverContinued)
 {
     for (int const iMode : {0, CmdLine::eModeDetached + 0, WITH_READERS})
-        EXPECT_TRUE(IsGone(Abandon("hang", CmdLine::eModeSuspended | iMode))) << iMode;
+        EXPECT_FALSE(IsZombie(Abandon("hang", CmdLine::eModeSuspended | iMode))) << iMode;
 
     int iProcessId = 0;
     {
         Child oParent("hang", CmdLine::eModeSuspended);
-        oParent.Start();
+        Start(oParent);
         iProcessId = oParent.iProcessId;
         CmdLine const oCopy(oParent);
     }
-    EXPECT_TRUE(IsGone(iProcessId));
+    EXPECT_FALSE(IsZombie(iProcessId));
 
     // Continued at any moment before.
     for (int const iPause : {0, 0, 0, 50, 1000})
@@ -473,19 +449,17 @@ TEST(ChildStreams, GiveTheLinesThatHaveEnded)
     {
         Child oChild(R"(out one\r\n\n\ttwo\tthree\nlost err 1\n2\nlost)", WITH_READERS);
         oChild.SetBufferSize(iBufferSize);
-        oChild.Start();
+        Start(oChild);
         EXPECT_TRUE(WaitUntil([&] { return !oChild.IsRunning(); })) << "and its streams are read";
         EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "one\ntwo\nthree\n");
         EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdErr), "1\n2\n");
-
         EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut).IsOk()) << "a thread has read it";
 
-        // Lines of the next run queue behind those of this one.
-        oChild.Start();
+        // Lines of the next run queue after those of this one.
+        Start(oChild);
         oChild.WaitTermination();
         oChild.SetMode(CmdLine::eModeRedirect);
-        oChild.Start();
-        EXPECT_EQ(ReadOutput(oChild), "one\ntwo\nthree\none\ntwo\nthree\n");
+        EXPECT_EQ(RunAndRead(oChild), "one\ntwo\nthree\none\ntwo\nthree\n");
         EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdErr).IsOk());
         EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdErr), "1\n2\n1\n2\n");
     }
@@ -495,30 +469,27 @@ TEST(ChildStreams, CannotBeReadWithoutChildOrRedirection)
 {
     Child oChild("hang", CmdLine::eModeReaderThreads);
     EXPECT_EQ(Tell(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut)), "1 No Process starteded.");
-    oChild.Start();
+    Start(oChild);
     EXPECT_EQ(oChild.GetMode(), 0);
     EXPECT_EQ(Tell(oChild.ReadStdStreamUntilEof(CmdLine::eStdErr)), "2 No redirection aktivated");
 }
 
-TEST(ChildStreams, LoseNothingOfMuchOutputOnBoth)
+TEST(ChildStreams, LoseNothingOfMuchOutput)
 {
     Child oChild("flood 20000000", WITH_READERS);
-    oChild.Start();
+    Start(oChild);
     std::size_t iBytes = 0;
-    auto const fTake = [&]
+    for (bool bRunning = true; bRunning;)
     {
+        bRunning = oChild.IsRunning();
         iBytes += TakeLines(oChild, &CmdLine::ReceiveStdOut).size()
                   + TakeLines(oChild, &CmdLine::ReceiveStdErr).size();
-    };
-    while (oChild.IsRunning())
-        fTake();
-    fTake();
+    }
     EXPECT_GE(iBytes, 20'000'000u);
     EXPECT_EQ(oChild.GetExitCode(), 0);
 
-    Child oPlain("");
-    oPlain.SetCommand(R"(sh -c "head -c 3000000 /dev/zero | tr '\0' x; echo")");
-    EXPECT_EQ(ReadOutput(oPlain.Start()).size(), 3'000'001u) << "in one line, without reader threads";
+    Child oPlain("line 3000000");
+    EXPECT_EQ(RunAndRead(oPlain).size(), 3'000'001u) << "in one line, without reader threads";
 }
 
 } // namespace

@@ -121,8 +121,12 @@ void CountTransitions()
 int main(int iCount, char ** pArguments)
 {
     std::string const sArea = iCount > 1 ? pArguments[1] : "";
-    std::pair<char const *, void (*)()> const aAreas[] = {{"results", &CountResults},
-        {"matches", &CountMatches}, {"variables", &CountVariables}, {"transitions", &CountTransitions}};
+    std::pair<char const *, void (*)()> const aAreas[] = {
+        {"results", &CountResults},
+        {"matches", &CountMatches},
+        {"variables", &CountVariables},
+        {"transitions", &CountTransitions},
+    };
     for (auto const & [sName, fCount] : aAreas)
         if (sArea == sName)
             fCount();

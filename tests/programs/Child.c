@@ -3,6 +3,7 @@
 
    once FILE        ends if the file is there, else makes it
    out TEXT         writes a text to the standard output; "\n", "\r", "\t" are written so; err likewise
+   line BYTES       writes a line of so many bytes
    flood BYTES      writes lines of 1 to 100,000 bytes to both streams in turn, so many bytes in sum
    daemon           leaves a child of its own behind, which keeps the streams until its input ends
    noise            the same, but the child writes until nobody reads any more
@@ -140,6 +141,8 @@ static int Do(char const * sAction, char const * sArgument)
         WriteText(STDOUT_FILENO, sArgument);
     else if (strcmp(sAction, "err") == 0)
         WriteText(STDERR_FILENO, sArgument);
+    else if (strcmp(sAction, "line") == 0)
+        printf("%0*d\n", atoi(sArgument), 0);
     else if (strcmp(sAction, "flood") == 0)
         Flood(atol(sArgument));
     else

@@ -1,26 +1,23 @@
 // Reports on the global bus what the arguments say, in their order; g_oCommands has them.
 // What stands behind a colon is given to the command.
 
+#include "../TestChild.h"
 #include "../TestMachine.h"
 
 #include <atomic>
-#include <chrono>
 #include <csignal>
-#include <cstddef>
-#include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iostream>
 #include <map>
-#include <new>
 #include <sstream>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
+
+using namespace tsl;
+using namespace tsltest;
 
 namespace
 {
@@ -29,36 +26,36 @@ namespace
 class ElementMessage : public tsltest::Described<ElementMessage, tsl::Message>
 {
 public:
-    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
+    std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const override
     {
-        return std::make_unique<tsl::ResultMessageConstIterator>(m_oMessage);
+        return std::make_unique<ResultMessageConstIterator>(m_oMessage);
     }
 
 protected:
-    void DoCopy(tsl::Root const &) override {}
+    void DoCopy(Root const &) override {}
 
 private:
-    tsl::ResultMessage m_oMessage{tsl::Result(1, "a", tsl::Result(2, "b", tsl::Result::eCategoryDefault))};
+    ResultMessage m_oMessage{Result(1, "a", Result(2, "b", Result::eCategoryDefault))};
 };
 
-void Debug(tsl::String const & sText)
+void Debug(String const & sText)
 {
-    tsl::Support::DispatchDebugMessage("Id", sText, "f.cpp", 1);
+    Support::DispatchDebugMessage("Id", sText, "f.cpp", 1);
 }
 
 /// The codes are separated by colons; each has those in front of it as its history. Without one it is a
 /// success.
 void ReportResult(std::string const & sCodes)
 {
-    tsl::Result oResult;
+    Result oResult;
     std::istringstream oCodes(sCodes);
     for (std::string sCode; std::getline(oCodes, sCode, ':');)
     {
-        tsl::Result oNext(std::stoi(sCode), "t", tsl::Result::eCategoryDefault);
+        Result oNext(std::stoi(sCode), "t", Result::eCategoryDefault);
         oNext.SetSource("f.cpp", 1);
         oResult.InsertFront(oNext);
     }
-    tsl::Support::DispatchMessage(oResult);
+    Support::DispatchMessage(oResult);
 }
 
 void ReportLines(int iCount)
@@ -69,7 +66,7 @@ void ReportLines(int iCount)
             [&]
             {
                 for (int i = 0; i < iCount; ++i)
-                    Debug(tsl::String('x', static_cast<unsigned int>(1 + i % 300)) + "<end>");
+                    Debug(String('x', static_cast<unsigned int>(1 + i % 300)) + "<end>");
             });
 }
 
@@ -78,11 +75,11 @@ void FailAssertion()
 {
     try
     {
-        tsl::XAssertionFailed("x>0", "bad", "f.cpp", 7);
+        XAssertionFailed("x>0", "bad", "f.cpp", 7);
     }
-    catch (tsl::Exception const & oException)
+    catch (Exception const & oException)
     {
-        tsl::Result const & oResult = oException.GetResult();
+        Result const & oResult = oException.GetResult();
         std::cout << oResult.GetErrorCode() << ' ' << oResult.GetCategory() << ' ' << oResult.GetSourceFile()
                   << ' ' << oResult.GetSourceLine() << ' ' << oResult.GetHistorySize() << ' '
                   << oException.GetText() << std::endl;
@@ -92,8 +89,8 @@ void FailAssertion()
 /// The same while a processor fails one for every message.
 void FailNested()
 {
-    tsltest::BusListener const oProcessor(
-        tsl::Message::GetBaseType(), [](auto &, auto &) { tsl::XAssertionFailed("inner", "Unknown"); });
+    BusListener const oProcessor(
+        Message::GetBaseType(), [](auto &, auto &) { XAssertionFailed("inner", "Unknown"); });
     FailAssertion();
     std::cout << oProcessor.GetCalls() << " calls" << std::endl;
 }
@@ -107,17 +104,14 @@ void CancelThreads(int iCount)
         std::thread oThread(
             [&]
             {
-                for (;;)
-                {
+                for (;; bReported = true)
                     try
                     {
-                        tsl::XAssertionFailed("again", "Unknown");
+                        XAssertionFailed("again", "Unknown");
                     }
-                    catch (tsl::Exception const &)
+                    catch (Exception const &)
                     {
-                        bReported = true;
                     }
-                }
             });
         while (!bReported)
             std::this_thread::yield();
@@ -129,18 +123,10 @@ void CancelThreads(int iCount)
 
 void OpenSecondLog()
 {
-    std::unique_ptr<tsl::MessageProcessor> const pLog(
-        tsl::MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
-    tsl::Result const oResult = pLog->Open();
+    std::unique_ptr<MessageProcessor> const pLog(
+        MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
+    Result const oResult = pLog->Open();
     std::cout << oResult.GetErrorCode() << ' ' << oResult.GetText().c_str() << std::endl;
-}
-
-void UnlinkProgram()
-{
-    std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"));
-    tsl::String sName;
-    static_cast<void>(tsl::OS::GetApplicationFileName(sName));
-    std::cout << sName.c_str() << std::endl;
 }
 
 /// Starts the program anew, which may use that many bytes of a resource, with the arguments behind this one.
@@ -157,34 +143,27 @@ void StartLimited(Resource eResource, std::string const & sCount, char ** pArgum
 void PrintLevel(std::string const & sId)
 {
     int iLevel = -99;
-    std::cout << tsl::Support::RegisterLogPoint(&iLevel, sId.c_str(), "f.cpp", 1) << ' ' << iLevel
-              << std::endl;
-}
-
-void EnterNewFolder()
-{
-    std::filesystem::create_directory("other");
-    std::filesystem::current_path("other");
+    std::cout << Support::RegisterLogPoint(&iLevel, sId.c_str(), "f.cpp", 1) << ' ' << iLevel << std::endl;
 }
 
 void PrintChapters()
 {
-    std::vector<tsl::String> vChapters;
-    tsl::Support::GetAppIni().GetChapters(vChapters);
+    std::vector<String> vChapters;
+    Support::GetAppIni().GetChapters(vChapters);
     std::cout << vChapters.size() << " chapters" << std::endl;
 }
 
 /// Reports once more when the bus goes away, which must neither harm nor come through.
-class LateReporter : public tsltest::TestProcessor
+class LateReporter : public TestProcessor
 {
 public:
     void HandlerDestruction() const override
     {
         Debug("late");
         int iLevel = 1;
-        tsl::Support::RegisterLogPoint(&iLevel, "Id", "f.cpp", 1);
-        tsl::Result const oFailure(1, "late", tsl::Result::eCategoryDefault);
-        if (tsl::Support::DispatchMessage(oFailure).IsOk())
+        Support::RegisterLogPoint(&iLevel, "Id", "f.cpp", 1);
+        Result const oFailure(1, "late", Result::eCategoryDefault);
+        if (Support::DispatchMessage(oFailure).IsOk())
             std::cout << "late report" << std::endl;
     }
 };
@@ -194,40 +173,40 @@ void RegisterLateReporter()
 {
     alignas(LateReporter) static std::byte aMemory[sizeof(LateReporter)];
     auto const * const pReporter = new (aMemory) LateReporter;
-    static_cast<void>(tsl::Support::GetAppDisp().Register(*pReporter, {tsltest::NumberMessage().GetType()}));
+    static_cast<void>(Support::GetAppDisp().Register(*pReporter, {NumberMessage().GetType()}));
 }
 
 void LoadLibrary(std::string const & sName)
 {
-    tsl::LibraryProxy oProxy{tsl::String(sName)};
+    LibraryProxy oProxy{String(sName)};
     std::cout << oProxy.Load().GetErrorCode() << ' ' << oProxy.Load().GetErrorCode() << std::endl;
     oProxy.Unload();
     oProxy.Unload();
 }
 
 /// Does all that tasks and contexts trace.
-int Talk(tsltest::OpenTask & oTask)
+int Talk(OpenTask & oTask)
 {
-    tsl::MessageFilterNoMessage const oNothing;
-    tsl::MessageFilterAllMessages const oAll;
+    MessageFilterNoMessage const oNothing;
+    MessageFilterAllMessages const oAll;
     delete oTask.Receive(0);
     delete oTask.ReceiveFilter(oNothing, 0);
     delete oTask.ReceiveFilter(oAll, -1);
-    oTask.Send(tsltest::NumberMessage(9));
+    oTask.Send(NumberMessage(9));
     oTask.ClearSendBuffer();
     oTask.ClearReveiveBuffer();
-    return tsl::Task::TR_RETURN;
+    return Task::TR_RETURN;
 }
 
 void RunMachine()
 {
-    tsl::TaskContext oContext(new tsltest::OneTaskMachine(&Talk));
+    TaskContext oContext(new OneTaskMachine(&Talk));
     for (int i = 1; i <= 3; ++i)
-        oContext.WriteMessage(tsltest::NumberMessage(i));
+        oContext.WriteMessage(NumberMessage(i));
     oContext.Process();
     delete oContext.ReadMessage();
 
-    tsl::TaskContextMessage oMessage;
+    TaskContextMessage oMessage;
     oMessage.SetTaskName("task");
     oMessage.SetMode(3);
     for (bool const bEnabled : {true, false})
@@ -237,60 +216,72 @@ void RunMachine()
     }
 }
 
-void CloseStreams()
-{
-    for (int iStream = 0; iStream < 3; ++iStream)
-        ::close(iStream);
-}
-
 /// Starts a child with redirected streams, and leaves what comes of it in the file "outcome".
 void StartChild(std::string const & sCommand)
 {
-    tsl::CmdLine oChild;
-    oChild.SetMode(tsl::CmdLine::eModeRedirect | tsl::CmdLine::eModeReaderThreads);
+    CmdLine oChild;
+    oChild.SetMode(CmdLine::eModeRedirect | CmdLine::eModeReaderThreads);
     oChild.SetCommand(sCommand);
     int iProcessId = 0;
-    tsl::Result const oResult = oChild.Run(iProcessId);
+    Result const oResult = oChild.Run(iProcessId);
     int const iWait = oChild.WaitTermination();
 
     // With the child's ends of the pipes in the place of a stream, this would not come to an end.
     std::ofstream oOutcome("outcome");
     oOutcome << oResult.GetErrorCode() << ' ' << iWait << ' ' << oChild.GetExitCode() << '\n';
-    while (std::unique_ptr<tsl::String> const pLine{oChild.ReceiveStdOut()})
-        oOutcome << "out " << pLine->s_str() << '\n';
-    while (std::unique_ptr<tsl::String> const pLine{oChild.ReceiveStdErr()})
-        oOutcome << "err " << pLine->s_str() << '\n';
-}
-
-/// The same function at three places.
-void TraceShared()
-{
-    auto const fText = [] { return tsl::String("shared"); };
-    for (int i = 0; i < 2; ++i)
-    {
-        tsl::Trace("Off", fText);
-        tsl::Trace("Task", fText);
-        tsl::Trace("Pipe", fText);
-    }
+    oOutcome << "out " << TakeLines(oChild, &CmdLine::ReceiveStdOut);
+    oOutcome << "err " << TakeLines(oChild, &CmdLine::ReceiveStdErr);
 }
 
 using Command = std::function<void(std::string const &)>;
 
-std::map<std::string, Command> const g_oCommands = {{"debug", [](auto & sText) { Debug(sText); }},
-    {"trace", [](auto & sId) { tsl::Trace(sId.c_str(), [&] { return tsl::String("traced ") + sId; }); }},
-    {"result", &ReportResult}, {"machine", [](auto &) { RunMachine(); }},
-    {"element", [](auto &) { tsl::Support::DispatchMessage(ElementMessage()); }},
-    {"empty", [](auto &) { tsl::Support::DispatchMessage(tsltest::NumberMessage()); }},
-    {"long", [](auto & sCount) { Debug(tsl::String('y', static_cast<unsigned int>(std::stoul(sCount)))); }},
-    {"lines", [](auto & sCount) { ReportLines(std::stoi(sCount)); }},
+std::map<std::string, Command> const g_oCommands = {
     {"assert", [](auto &) { FailAssertion(); }},
     {"cancel", [](auto & sCount) { CancelThreads(std::stoi(sCount)); }},
-    {"nested", [](auto &) { FailNested(); }}, {"level", &PrintLevel},
-    {"late", [](auto &) { RegisterLateReporter(); }}, {"open", [](auto &) { OpenSecondLog(); }},
-    {"unlink", [](auto &) { UnlinkProgram(); }}, {"chapters", [](auto &) { PrintChapters(); }},
-    {"cd", [](auto &) { EnterNewFolder(); }}, {"load", &LoadLibrary},
-    {"shared", [](auto &) { TraceShared(); }}, {"closed", [](auto &) { CloseStreams(); }},
-    {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }}, {"start", &StartChild}};
+    {"cd",
+        [](auto &)
+        {
+            std::filesystem::create_directory("other");
+            std::filesystem::current_path("other");
+        }},
+    {"chapters", [](auto &) { PrintChapters(); }},
+    {"closed", [](auto &) { ::close_range(0, 2, 0); }},
+    {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }},
+    {"debug", [](auto & sText) { Debug(sText); }},
+    {"element", [](auto &) { Support::DispatchMessage(ElementMessage()); }},
+    {"empty", [](auto &) { Support::DispatchMessage(NumberMessage()); }},
+    {"late", [](auto &) { RegisterLateReporter(); }},
+    {"level", &PrintLevel},
+    {"lines", [](auto & sCount) { ReportLines(std::stoi(sCount)); }},
+    {"load", &LoadLibrary},
+    {"long", [](auto & sCount) { Debug(String('y', static_cast<unsigned int>(std::stoul(sCount)))); }},
+    {"machine", [](auto &) { RunMachine(); }},
+    {"nested", [](auto &) { FailNested(); }},
+    {"open", [](auto &) { OpenSecondLog(); }},
+    {"result", &ReportResult},
+    // The same function at three places.
+    {"shared",
+        [](auto &)
+        {
+            auto const fText = [] { return String("shared"); };
+            for (int i = 0; i < 2; ++i)
+            {
+                Trace("Off", fText);
+                Trace("Task", fText);
+                Trace("Pipe", fText);
+            }
+        }},
+    {"start", &StartChild},
+    {"trace", [](auto & sId) { Trace(sId.c_str(), [&] { return String("traced ") + sId; }); }},
+    {"unlink",
+        [](auto &)
+        {
+            std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"));
+            String sName;
+            static_cast<void>(OS::GetApplicationFileName(sName));
+            std::cout << sName.c_str() << std::endl;
+        }},
+};
 
 } // namespace
 

@@ -1,13 +1,7 @@
 // Leaves objects to the registry and shows in which order they go, while some of them register others, and what
 // the factories lose before that. In front of it, which classes the library knows from the start.
 
-#include <tessel/ClassRepository.h>
-#include <tessel/MessageProcessorFactory.h>
-#include <tessel/Result.h>
-#include <tessel/StaticObjectRegistry.h>
-#include <tessel/Support.h>
-#include <tessel/TaskFactory.h>
-#include <tessel/ValueInt32.h>
+#include <tessel/Tessel.h>
 
 #include <cstdio>
 #include <iostream>
