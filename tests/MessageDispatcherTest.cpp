@@ -1,5 +1,5 @@
+#include "TestClient.h"
 #include "TestPrelude.h"
-#include "TestMessages.h"
 
 #include <barrier>
 
@@ -37,55 +37,6 @@ Result Dispatch(MessageDispatcher const & oDispatcher, Message const & oMessage 
     return oResult;
 }
 
-class ClientConfig : public MessageDispatcherClientConfig
-{
-protected:
-    void DoCopy(Root const &) override {}
-};
-
-class Client : public MessageDispatcherClient
-{
-public:
-    Client(MessageDispatcher & oDispatcher, std::vector<unsigned int> const & vTypes,
-        std::function<void()> fWork = {})
-        : MessageDispatcherClient(oDispatcher), m_fWork(std::move(fWork))
-    {
-        m_oConfig.SetMessageTypes(vTypes);
-    }
-    ~Client() override { Close(); }
-
-    void Process(Message const &, Result &) const override
-    {
-        ++iCalls;
-        if (m_fWork)
-            m_fWork();
-    }
-    MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    Result SetConfig(MessageProcessorConfig const &) override { return Result(); }
-
-    mutable std::atomic<int> iCalls{0};
-
-protected:
-    void DoCopy(Root const &) override {}
-
-private:
-    std::function<void()> m_fWork;
-    ClientConfig m_oConfig;
-};
-
-/// Dispatches a message of each of the two types at once, on a thread each.
-void DispatchBoth(MessageDispatcher const & oDispatcher)
-{
-    RunOnThreads(2,
-        [&](int iThread)
-        {
-            if (iThread == 0)
-                Dispatch(oDispatcher, NumberMessage());
-            else
-                Dispatch(oDispatcher, DebugMessage());
-        });
-}
-
 } // namespace
 
 TEST(DispatcherDelivery, GoesToTheExactTypeAndThenToTheBaseOncePerList)
@@ -118,22 +69,21 @@ TEST(DispatcherDelivery, GoesToTheExactTypeAndThenToTheBaseOncePerList)
 
 TEST(DispatcherDelivery, StopsAfterTheDirectBaseOfADeepMessageAndSaysSo)
 {
-    TestProcessor const oExact;
-    TestProcessor const oDirectBase;
-    TestProcessor const oTop;
+    TestProcessor const aRow[3];
     MessageDispatcher oDispatcher;
-    Register(oDispatcher, oExact, DeepMessage::GetStaticClassDesc().GetClassId());
-    Register(oDispatcher, oDirectBase, g_iNumber);
-    Register(oDispatcher, oTop, g_iBase);
+    Register(oDispatcher, aRow[0], DeepMessage::GetStaticClassDesc().GetClassId());
+    Register(oDispatcher, aRow[1], g_iNumber);
+    Register(oDispatcher, aRow[2], g_iBase);
 
     Result oResult(9, "left by the caller", Result::eCategoryDefault);
     oDispatcher.Process(DeepMessage(), oResult);
-    EXPECT_EQ(oExact.GetCalls(), 1);
-    EXPECT_EQ(oDirectBase.GetCalls(), 1);
-    EXPECT_EQ(oTop.GetCalls(), 0);
+    EXPECT_EQ(aRow[0].GetCalls(), 1);
+    EXPECT_EQ(aRow[1].GetCalls(), 1);
+    EXPECT_EQ(aRow[2].GetCalls(), 0);
+    EXPECT_EQ(oResult.GetErrorCode(), 6);
     EXPECT_EQ(oResult.GetCategory(), Result::eCategoryFault);
-    EXPECT_TRUE(Tell(oResult).starts_with("6 ") && Tell(oResult).ends_with(" <- 9 left by the caller"));
-    EXPECT_GE(oResult.GetText().Find("class tsltest::DeepMessage"), 0);
+    EXPECT_TRUE(Contains(Tell(oResult), "class tsltest::DeepMessage"));
+    EXPECT_TRUE(Tell(oResult).ends_with(" <- 9 left by the caller"));
 }
 
 TEST(DispatcherFailures, PutThrownResultsInFrontAndGoOnWithTheNextList)
@@ -153,7 +103,7 @@ TEST(DispatcherFailures, PutThrownResultsInFrontAndGoOnWithTheNextList)
     EXPECT_EQ(aRow[2].GetCalls(), 0) << "the rest of the list";
 }
 
-TEST(DispatcherReentry, ServesWhatStandsBehindThePresentPlace)
+TEST(DispatcherReentry, ServesWhatIsBehindThePresentPlace)
 {
     // The change happens inside the call of processor 1. Of the four, the first is not registered.
     Rows<char const *, std::function<void(MessageDispatcher &, TestProcessor *)>, std::vector<int>> aRows = {
@@ -168,24 +118,22 @@ TEST(DispatcherReentry, ServesWhatStandsBehindThePresentPlace)
                 oBus.Unregister(pRow[2]);
                 Register(oBus, pRow[2], g_iNumber);
             },
-            {0, 1, 1, 0}}};
-    for (auto const & [sName, fChange, vExpected] : aRows)
+            {0, 1, 1, 0}},
+    };
+    for (auto const & [sChange, fChange, vExpected] : aRows)
     {
         TestProcessor aRow[4];
         MessageDispatcher oDispatcher;
         for (int i = 1; i < 4; ++i)
             Register(oDispatcher, aRow[i], g_iNumber);
         aRow[1].SetWork([&, &fDo = fChange](auto &, auto &) { fDo(oDispatcher, aRow); });
-
         Dispatch(oDispatcher);
-        std::vector<int> vCalls;
-        for (TestProcessor const & oProcessor : aRow)
-            vCalls.push_back(oProcessor.GetCalls());
-        EXPECT_EQ(vCalls, vExpected) << sName;
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_EQ(aRow[i].GetCalls(), vExpected[i]) << sChange << ", processor " << i;
     }
 }
 
-TEST(DispatcherEnd, TellsEachProcessorOncePerListWhenTheLastCopyGoes)
+TEST(DispatcherEnd, TellsEachProcessorOncePerListWithTheLastCopy)
 {
     TestProcessor const oTwice;
     TestProcessor const oGone;
@@ -209,7 +157,7 @@ TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
 {
     OpenDispatcher oDispatcher;
     {
-        Client oClient(oDispatcher, {g_iNumber});
+        TestClient oClient(oDispatcher, {g_iNumber});
         Dispatch(oDispatcher);
         EXPECT_TRUE(oClient.Open().IsOk());
         Dispatch(oDispatcher);
@@ -224,21 +172,51 @@ TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
     // The types in front of a bad one stay with the bus.
     for (unsigned int const iBad : {0u, 4000000000u, Root::GetStaticClassDesc().GetClassId()})
     {
-        Client oClient(oDispatcher, {g_iNumber, iBad, g_iBase});
+        SCOPED_TRACE(iBad);
+        TestClient oClient(oDispatcher, {g_iNumber, iBad, g_iBase});
         Result const oResult = oClient.Open();
-        EXPECT_EQ(Tell(oResult), "2 Ungültige ClassId!") << iBad;
-        EXPECT_EQ(oResult.GetCategory(), Result::eCategoryFault) << iBad;
+        EXPECT_EQ(Tell(oResult), "2 Ungültige ClassId!");
+        EXPECT_EQ(oResult.GetCategory(), Result::eCategoryFault);
         oClient.Close();
-        EXPECT_EQ(oDispatcher.GetTypes(oClient), std::vector{g_iNumber}) << iBad;
+        EXPECT_EQ(oDispatcher.GetTypes(oClient), std::vector{g_iNumber});
         oDispatcher.Unregister(oClient);
     }
+}
+
+TEST(DispatcherClient, LeavesItsBusInOrderWhateverElseItWasRegisteredWith)
+{
+    Rows<char const *, std::vector<unsigned int>, std::function<void(MessageDispatcher &, TestClient &)>>
+        aRows = {
+            {"no types", {}, [](auto &, auto &) {}},
+            {"removed by others", {g_iNumber}, [](auto & oBus, auto & oClient) { oBus.Unregister(oClient); }},
+            {"a second bus", {g_iNumber},
+                [](auto &, auto & o) { Register(*std::make_unique<MessageDispatcher>(), o, g_iBase); }},
+        };
+    for (bool const bBusFirst : {false, true})
+        for (auto const & [sCase, vTypes, fHappens] : aRows)
+        {
+            SCOPED_TRACE(sCase);
+            auto pDispatcher = std::make_unique<OpenDispatcher>();
+            auto pClient = std::make_unique<TestClient>(*pDispatcher, vTypes);
+            EXPECT_TRUE(pClient->Open().IsOk());
+            fHappens(*pDispatcher, *pClient);
+            if (bBusFirst)
+            {
+                pDispatcher.reset();
+                EXPECT_EQ(pClient->Open().GetErrorCode(), 3);
+                continue;
+            }
+            pClient->Close();
+            EXPECT_TRUE(pDispatcher->GetTypes(*pClient).empty());
+            pClient.reset();
+            Dispatch(*pDispatcher);
+        }
 }
 
 TEST(DispatcherThreads, RegisterUnregisterAndDispatchAtOnce)
 {
     // Whoever holds a list must never be waited for by somebody who holds what it needs to register.
-    std::atomic<int> iCalls{0};
-    TestProcessor const oSteady([&](auto &, auto &) { ++iCalls; });
+    TestProcessor const oSteady;
     TestProcessor oTurning;
     MessageDispatcher oDispatcher;
     oTurning.SetWork(
@@ -262,48 +240,18 @@ TEST(DispatcherThreads, RegisterUnregisterAndDispatchAtOnce)
                 oDispatcher.Unregister(oPassing);
             }
         });
-    EXPECT_EQ(iCalls, 4 * iRounds);
+    EXPECT_EQ(oSteady.GetCalls(), 4 * iRounds);
     EXPECT_EQ(oTurning.GetCalls(), 4 * iRounds);
-}
-
-TEST(DispatcherClient, LeavesItsBusInOrderWhateverElseItWasRegisteredWith)
-{
-    Rows<char const *, std::vector<unsigned int>, std::function<void(MessageDispatcher &, Client &)>> aRows =
-        {{"no types", {}, [](auto &, auto &) {}},
-            {"removed by others", {g_iNumber}, [](auto & oBus, auto & oClient) { oBus.Unregister(oClient); }},
-            {"registered with a second bus", {g_iNumber, g_iBase},
-                [](auto &, auto & oClient)
-                {
-                    MessageDispatcher oSecond;
-                    Register(oSecond, oClient, g_iNumber);
-                }}};
-    for (bool const bBusFirst : {false, true})
-        for (auto const & [sName, vTypes, fHappens] : aRows)
-        {
-            auto pDispatcher = std::make_unique<OpenDispatcher>();
-            auto pClient = std::make_unique<Client>(*pDispatcher, vTypes);
-            EXPECT_TRUE(pClient->Open().IsOk());
-            fHappens(*pDispatcher, *pClient);
-            if (bBusFirst)
-            {
-                pDispatcher.reset();
-                EXPECT_EQ(pClient->Open().GetErrorCode(), 3) << sName;
-            }
-            pClient->Close();
-            EXPECT_EQ(pDispatcher ? pDispatcher->GetTypes(*pClient).size() : 0, 0u) << sName;
-            pClient.reset();
-            if (pDispatcher)
-                Dispatch(*pDispatcher);
-        }
 }
 
 TEST(DispatcherThreads, RemoveFromInsideOfTwoDeliveriesAtOnce)
 {
-    using Action = std::function<void(MessageDispatcher &, Client & oOwn, Client & oOther)>;
-    Rows<char const *, std::vector<unsigned int>, std::vector<unsigned int>, Action> aRows = {
+    using Types = std::vector<unsigned int>;
+    using Action = std::function<void(MessageDispatcher &, TestClient & oOwn, TestClient & oOther)>;
+    Rows<char const *, Types, Types, Action> aRows = {
         {"the other one", {g_iNumber}, {g_iDebug}, [](auto & oBus, auto &, auto & o) { oBus.Unregister(o); }},
         {"the other one, closed", {g_iNumber}, {g_iDebug}, [](auto &, auto &, auto & o) { o.Close(); }},
-        {"itself, of both types", {g_iNumber, g_iDebug}, {g_iDebug, g_iNumber},
+        {"itself", {g_iNumber, g_iDebug}, {g_iDebug, g_iNumber},
             [](auto &, auto & oOwn, auto &) { oOwn.Close(); }},
         {"both", {g_iNumber}, {g_iDebug, g_iBase},
             [](auto & oBus, auto & oOwn, auto & o)
@@ -324,15 +272,17 @@ TEST(DispatcherThreads, RemoveFromInsideOfTwoDeliveriesAtOnce)
                 oOwn.Close();
                 o.Close();
                 Dispatch(oBus, DebugMessage());
-            }}};
-    for (auto const & [sName, vFirst, vSecond, fAct] : aRows)
+            }},
+    };
+    for (auto const & [sCase, vFirst, vSecond, fAct] : aRows)
         for (int i = 0; i < 50; ++i)
         {
+            SCOPED_TRACE(sCase);
             OpenDispatcher oDispatcher;
             std::barrier oBothInside(2);
             std::atomic<int> iEntries{0};
-            Client * apClients[2] = {};
-            auto const Act = [&, &fDo = fAct](int iOwn)
+            TestClient * apClients[2] = {};
+            auto const fEnter = [&, &fDo = fAct](int iOwn)
             {
                 // A call beyond the first two has nobody to meet.
                 if (++iEntries > 2)
@@ -340,63 +290,57 @@ TEST(DispatcherThreads, RemoveFromInsideOfTwoDeliveriesAtOnce)
                 oBothInside.arrive_and_wait();
                 fDo(oDispatcher, *apClients[iOwn], *apClients[1 - iOwn]);
             };
-            Client oFirst(oDispatcher, vFirst, [&] { Act(0); });
-            Client oSecond(oDispatcher, vSecond, [&] { Act(1); });
+            TestClient oFirst(oDispatcher, vFirst, [&] { fEnter(0); });
+            TestClient oSecond(oDispatcher, vSecond, [&] { fEnter(1); });
             apClients[0] = &oFirst;
             apClients[1] = &oSecond;
-            ASSERT_TRUE(oFirst.Open().IsOk() && oSecond.Open().IsOk());
-            DispatchBoth(oDispatcher);
+            ASSERT_TRUE(oFirst.Open().IsOk());
+            ASSERT_TRUE(oSecond.Open().IsOk());
+            std::jthread const oOther([&] { Dispatch(oDispatcher, DebugMessage()); });
+            Dispatch(oDispatcher, NumberMessage());
         }
 }
 
 TEST(DispatcherThreads, NobodyIsInsideOfAClientThatIsDestroyed)
 {
-    enum
-    {
-        eOutside,
-        eOutsideAfterItself,
-        eInside
-    };
-    for (int const eWhere : {eOutside, eOutsideAfterItself, eInside})
+    // Who destroys it: another thread, also after the client has closed itself, or a processor of the bus.
+    for (std::string const sCase : {"outside", "outside, after itself", "inside"})
         for (int i = 0; i < 20; ++i)
         {
             MessageDispatcher oDispatcher;
             std::atomic<bool> bEntered{false};
             std::atomic<bool> bInside{false};
-            std::unique_ptr<Client> pClient;
-            auto const Destroy = [&]
-            {
-                bEntered.wait(false);
-                pClient->Close();
-                EXPECT_FALSE(bInside) << eWhere;
-                pClient.reset();
-            };
-            auto const StayInside = [&]
+            std::unique_ptr<TestClient> pClient;
+            auto const fStayInside = [&]
             {
                 bInside = true;
-                if (eWhere == eOutsideAfterItself)
+                if (sCase == "outside, after itself")
                     pClient->Close();
                 bEntered = true;
                 bEntered.notify_all();
-                tsl::OS::Sleep(5);
+                OS::Sleep(5);
                 bInside = false;
             };
-            pClient = std::make_unique<Client>(oDispatcher, std::vector{g_iDebug, g_iBase}, StayInside);
+            auto const fDestroy = [&](auto &, auto &)
+            {
+                bEntered.wait(false);
+                pClient->Close();
+                EXPECT_FALSE(bInside) << sCase;
+                pClient.reset();
+            };
+            pClient = std::make_unique<TestClient>(oDispatcher, std::vector{g_iDebug, g_iBase}, fStayInside);
             ASSERT_TRUE(pClient->Open().IsOk());
-            TestProcessor const oDestroyer([&](auto &, auto &) { Destroy(); });
-            if (eWhere == eInside)
+            TestProcessor const oDestroyer(fDestroy);
+            if (sCase == "inside")
                 Register(oDispatcher, oDestroyer, g_iNumber);
-
-            RunOnThreads(2,
-                [&](int iThread)
-                {
-                    if (iThread == 1)
-                        Dispatch(oDispatcher, DebugMessage());
-                    else if (eWhere == eInside)
-                        Dispatch(oDispatcher, NumberMessage());
-                    else
-                        Destroy();
-                });
+            {
+                std::jthread const oOther([&] { Dispatch(oDispatcher, DebugMessage()); });
+                Result oResult;
+                if (sCase == "inside")
+                    oDispatcher.Process(NumberMessage(), oResult);
+                else
+                    fDestroy(oDispatcher, oResult);
+            }
             oDispatcher.Unregister(oDestroyer);
         }
 }
