@@ -14,139 +14,61 @@ namespace
 {
 
 /// Names of the program that one of the library's classes once had for itself.
-enum OwnName
+int Begin, AddToHistory, AppendText, Body, ContextThread, ConvertReplacements, CopyCollection, DemandBody,
+    DemandFormat, FailForeignSource, FailNoCopy, FailNoFactory, FailNull, FailWithoutContext, FindText,
+    FreeBody, GetLocalName, GetTaskStack, InitTask, InsertText, InstanceEx, IsInStep, IsLastOwner, Move,
+    ReplaceText, RunEntry, RunProcess, RunStep, SetNewTask, Share, Step, StepScope, SwitchTask, TakeFirst,
+    Text, TOLERANCE;
+
+template<class... Bases>
+class Join : public Bases...
 {
-    Begin,
-    AddToHistory,
-    AppendText,
-    Body,
-    ContextThread,
-    ConvertReplacements,
-    CopyCollection,
-    DemandBody,
-    DemandFormat,
-    FailForeignSource,
-    FailNoCopy,
-    FailNoFactory,
-    FailNull,
-    FailWithoutContext,
-    FindText,
-    FreeBody,
-    GetLocalName,
-    GetTaskStack,
-    InitTask,
-    InsertText,
-    InstanceEx,
-    IsInStep,
-    IsLastOwner,
-    Move,
-    ReplaceText,
-    RunEntry,
-    RunProcess,
-    RunStep,
-    SetNewTask,
-    Share,
-    Step,
-    StepScope,
-    SwitchTask,
-    TakeFirst,
-    Text,
-    TOLERANCE
 };
 
 /// The iterators, which have a Begin that all may use, are no tasks.
-class TaskHeir : public tsl::FineTask, public tsl::TaskProcessor
+class TaskHeir : public Join<tsl::FineTask, tsl::TaskProcessor>
 {
 public:
-    static constexpr OwnName NAME = Begin;
+    static constexpr int const * NAME = &Begin;
 };
 
 /// A class derived from all that a program may derive from: a name is looked up in every base.
-class Heir : public tsl::CmdLine,
-             public tsl::CmdLineParser,
-             public tsl::ConsoleApplication,
-             public tsl::ConsoleApplicationConfig,
-             public tsl::DateTime,
-             public tsl::DebugMessage,
-             public tsl::DebugMessageConstIterator,
-             public tsl::DefaultMessageLayout,
-             public tsl::DummyMessageIterator,
-             public tsl::DummyMutex,
-             public tsl::Duration,
-             public tsl::Exception,
-             public tsl::FineTask,
-             public tsl::Float32Validator,
-             public tsl::IniFile,
-             public tsl::Int32Validator,
-             public tsl::LibraryProxy,
-             public tsl::MessageDispatcher,
-             public tsl::MessageDispatcherClient,
-             public tsl::MessageDispatcherClientConfig,
-             public tsl::MessageDispatcherConfig,
-             public tsl::MessageFilterAllMessages,
-             public tsl::MessageFilterNoMessage,
-             public tsl::MessageProcessorCreator,
-             public tsl::MessageProcessorFactoryBase,
-             public tsl::MessageProcessorFactoryCallBack,
-             public tsl::NamedValue,
-             public tsl::NamedValueConverter,
-             public tsl::NamedValueConverterLayout,
-             public tsl::PipeDebMessage,
-             public tsl::ReaderWriterMutex,
-             public tsl::RequestChannel,
-             public tsl::Result,
-             public tsl::ResultConstIterator,
-             public tsl::ResultConverter,
-             public tsl::ResultConverterLayout,
-             public tsl::ResultMessage,
-             public tsl::ResultMessageConstIterator,
-             public tsl::Singleton<int>,
-             public tsl::StaticObjectPtr<int>,
-             public tsl::String,
-             public tsl::StringFormator,
-             public tsl::StringValidator,
-             public tsl::TaskContextMessage,
-             public tsl::TaskContextMessageConstIterator,
-             public tsl::TaskContextThread,
-             public tsl::TaskCreator,
-             public tsl::TaskFactoryBase,
-             public tsl::TaskFactoryCallBack,
-             public tsl::TaskProcessor,
-             public tsl::Thread,
-             public tsl::TimeSpan,
-             public tsl::ValueAbstractValueCollection,
-             public tsl::ValueAbstractValueCollectionConverter,
-             public tsl::ValueAbstractValueCollectionConverterLayout,
-             public tsl::ValueDateTime,
-             public tsl::ValueDateTimeConverter,
-             public tsl::ValueDateTimeConverterLayout,
-             public tsl::ValueFloat32,
-             public tsl::ValueFloatConverter,
-             public tsl::ValueFloatConverterLayout,
-             public tsl::ValueFormator,
-             public tsl::ValueInt32,
-             public tsl::ValueIntegerConverter,
-             public tsl::ValueIntegerConverterLayout,
-             public tsl::ValueNull,
-             public tsl::ValueNullConverter,
-             public tsl::ValueNullConverterLayout,
-             public tsl::ValueString,
-             public tsl::ValueStringConverter,
-             public tsl::ValueStringConverterLayout,
-             public tsl::ValueValidator
+class Heir
+    : public Join<tsl::CmdLine, tsl::CmdLineParser, tsl::ConsoleApplication, tsl::ConsoleApplicationConfig,
+          tsl::DateTime, tsl::DebugMessage, tsl::DebugMessageConstIterator, tsl::DefaultMessageLayout,
+          tsl::DummyMessageIterator, tsl::DummyMutex, tsl::Duration, tsl::Exception, tsl::FineTask,
+          tsl::Float32Validator, tsl::IniFile, tsl::Int32Validator, tsl::LibraryProxy, tsl::MessageDispatcher,
+          tsl::MessageDispatcherClient, tsl::MessageDispatcherClientConfig, tsl::MessageDispatcherConfig,
+          tsl::MessageFilterAllMessages, tsl::MessageFilterNoMessage, tsl::MessageProcessorCreator,
+          tsl::MessageProcessorFactoryBase, tsl::MessageProcessorFactoryCallBack, tsl::NamedValue,
+          tsl::NamedValueConverter, tsl::NamedValueConverterLayout, tsl::PipeDebMessage,
+          tsl::ReaderWriterMutex, tsl::RequestChannel, tsl::Result, tsl::ResultConstIterator,
+          tsl::ResultConverter, tsl::ResultConverterLayout, tsl::ResultMessage,
+          tsl::ResultMessageConstIterator, tsl::Singleton<int>, tsl::StaticObjectPtr<int>, tsl::String,
+          tsl::StringFormator, tsl::StringValidator, tsl::TaskContextMessage,
+          tsl::TaskContextMessageConstIterator, tsl::TaskContextThread, tsl::TaskCreator,
+          tsl::TaskFactoryBase, tsl::TaskFactoryCallBack, tsl::TaskProcessor, tsl::Thread, tsl::TimeSpan,
+          tsl::ValueAbstractValueCollection, tsl::ValueAbstractValueCollectionConverter,
+          tsl::ValueAbstractValueCollectionConverterLayout, tsl::ValueDateTime, tsl::ValueDateTimeConverter,
+          tsl::ValueDateTimeConverterLayout, tsl::ValueFloat32, tsl::ValueFloatConverter,
+          tsl::ValueFloatConverterLayout, tsl::ValueFormator, tsl::ValueInt32, tsl::ValueIntegerConverter,
+          tsl::ValueIntegerConverterLayout, tsl::ValueNull, tsl::ValueNullConverter,
+          tsl::ValueNullConverterLayout, tsl::ValueString, tsl::ValueStringConverter,
+          tsl::ValueStringConverterLayout, tsl::ValueValidator>
 {
 public:
-    static constexpr OwnName aNames[] = {AddToHistory, AppendText, Body, ContextThread, ConvertReplacements,
-        CopyCollection, DemandBody, DemandFormat, FailForeignSource, FailNoCopy, FailNoFactory, FailNull,
-        FailWithoutContext, FindText, FreeBody, GetLocalName, GetTaskStack, InitTask, InsertText, InstanceEx,
-        IsInStep, IsLastOwner, Move, ReplaceText, RunEntry, RunProcess, RunStep, SetNewTask, Share, Step,
-        StepScope, SwitchTask, TakeFirst, Text, TOLERANCE};
+    static constexpr int const * NAMES[] = {&AddToHistory, &AppendText, &Body, &ContextThread,
+        &ConvertReplacements, &CopyCollection, &DemandBody, &DemandFormat, &FailForeignSource, &FailNoCopy,
+        &FailNoFactory, &FailNull, &FailWithoutContext, &FindText, &FreeBody, &GetLocalName, &GetTaskStack,
+        &InitTask, &InsertText, &InstanceEx, &IsInStep, &IsLastOwner, &Move, &ReplaceText, &RunEntry,
+        &RunProcess, &RunStep, &SetNewTask, &Share, &Step, &StepScope, &SwitchTask, &TakeFirst, &Text,
+        &TOLERANCE};
 };
 
 TEST(NamesOfADerivedClass, AreNotHiddenByWhatTheLibraryNeedsForItself)
 {
-    EXPECT_EQ(TaskHeir::NAME, 0);
-    EXPECT_EQ(std::size(Heir::aNames), Heir::aNames[std::size(Heir::aNames) - 1]);
+    EXPECT_EQ(TaskHeir::NAME, &Begin);
+    EXPECT_EQ(*std::rbegin(Heir::NAMES), &TOLERANCE);
 }
 
 struct Constants
