@@ -1,5 +1,4 @@
 #include "TestPrelude.h"
-#include "ProcessTest.h"
 
 #include <sys/stat.h>
 
@@ -32,8 +31,14 @@ std::string Dump(IniFile const & oIni)
     return sDump;
 }
 
-std::string const EMPTY_NAME = " < 2.2 The name must contain at least 1 character.";
-std::string const BAD_NAME = " < 2.2 The name may only contain alphanumeric characters.";
+std::string const EMPTY_NAME = " <- 2 The name must contain at least 1 character.";
+std::string const BAD_NAME = " <- 2 The name may only contain alphanumeric characters.";
+
+/// "open", "closed", and the name of the file.
+std::string GetState(IniFile const & oIni)
+{
+    return (oIni.IsOpen() ? "open " : "closed ") + oIni.GetFileName().s_str();
+}
 
 /// A folder with one file, and the object that reads it.
 class IniFiles : public testing::Test
@@ -45,16 +50,10 @@ protected:
         return Show(m_oIni.Open(GetPath()));
     }
 
-    /// A failure and its history as "code.category text < code.category text", with FILE for the file.
+    /// A failure as Tell, with FILE for the file; "" for a success.
     std::string Show(Result const & oResult) const
     {
-        std::string sText;
-        for (int i = -1; oResult.IsError() && i < oResult.GetHistorySize(); ++i)
-        {
-            Result const & o = i < 0 ? oResult : oResult.GetHistory(i);
-            sText += (i < 0 ? "" : " < ") + std::to_string(o.GetErrorCode()) + '.'
-                     + std::to_string(o.GetCategory()) + ' ' + o.GetText().c_str();
-        }
+        std::string sText = oResult.IsError() ? Tell(oResult) : "";
         for (std::size_t i = sText.find(GetPath()); i != std::string::npos; i = sText.find(GetPath()))
             sText.replace(i, GetPath().size(), "FILE");
         return sText;
@@ -68,15 +67,21 @@ protected:
 
 TEST_F(IniFiles, AreReadByTheRules)
 {
-    std::pair<std::string, char const *> const aRows[] = {{"", ""}, {"[c]\nk=v", "[c]k=v;"},
-        {"[c]\r\nk=v\r\n", "[c]k=v;"}, {"\t[ c ] anything]\n \v k\t =\f v w \n", "[c]k=v w;"},
-        {"; [x\n\n  \n[c]\n  ; k=x\nk=v", "[c]k=v;"}, {"[c]\nk=", "[c]k=;"},
+    std::pair<std::string, char const *> const aRows[] = {
+        {"", ""},
+        {"[c]\nk=v", "[c]k=v;"},
+        {"[c]\r\nk=v\r\n", "[c]k=v;"},
+        {"\t[ c ] anything]\n \v k\t =\f v w \n", "[c]k=v w;"},
+        {"; [x\n\n  \n[c]\n  ; k=x\nk=v", "[c]k=v;"},
+        {"[c]\nk=", "[c]k=;"},
         {"[c]\nk=a;b=c \"d\" \\\xE4", "[c]k=a;b=c \"d\" \\\xE4;"},
-        {"[c]\nk=a\n+=b\n\n;\n+=   c\t\nK=d\n+=e", "[c]K=d e;k=a b c;"}, {"[c]\nk=\n+=a", "[c]k= a;"},
+        {"[c]\nk=a\n+=b\n\n;\n+=   c\t\nK=d\n+=e", "[c]K=d e;k=a b c;"},
+        {"[c]\nk=\n+=a", "[c]k= a;"},
         {"[c]\n+=a\n+=b\nk=v\n+=w\n[d]\n+=x", "[c]=<not found>;k=v w;[d]=<not found>;"},
         {"[b]\nkey=1\nKey=2\n_=3\n/=4\n0=5\n[Debug/Switch]\n[a_1]\n[B]",
             "[B][Debug/Switch][a_1][b]/=4;0=5;Key=2;_=3;key=1;"},
-        {"\0[x\n[c]\nk=a\0b\nl=c"s, "[c]k=a;l=c;"}};
+        {"\0[x\n[c]\nk=a\0b\nl=c"s, "[c]k=a;l=c;"},
+    };
     for (auto const & [sContent, sDump] : aRows)
     {
         EXPECT_EQ(Open(sContent), "") << sContent;
@@ -86,19 +91,23 @@ TEST_F(IniFiles, AreReadByTheRules)
 
 TEST_F(IniFiles, AreReadToTheFirstBadLine)
 {
-    Rows<std::string, std::string, std::string> aRows = {{"\n;\n+=1\n[x]", "3", "Chaptername expected. "},
-        {"[c\0]"s, "1", "Token ']' expected."}, {"[ \t]", "1", "Name of chapter invalid." + EMPTY_NAME},
+    Rows<std::string, std::string, std::string> aRows = {
+        {"\n;\n+=1\n[x]", "3", "Chaptername expected. "},
+        {"[c\0]"s, "1", "Token ']' expected."},
+        {"[ \t]", "1", "Name of chapter invalid." + EMPTY_NAME},
         {"[\xE4]", "1", "Name of chapter invalid." + BAD_NAME},
         {"[a]\n[b]\n[ a ]", "3", "Chapter 'a' already exists."},
         {"[c]\nk=v\n\nword\nl=w", "4", "Token '=' expected."},
         {"[c]\n=v", "2", "Name of key invalid." + EMPTY_NAME},
         {"[c]\nk=v\n+= ", "3", "Name of key invalid." + BAD_NAME},
-        {"[c]\nk=v\nK=v\n\tk = w\n", "4", "Key 'k' already exists in this Chapter."}};
+        {"[c]\nk=v\nK=v\n\tk = w\n", "4", "Key 'k' already exists in this Chapter."},
+    };
     for (auto const & [sContent, sLine, sError] : aRows)
         EXPECT_EQ(Open(sContent),
-            "2.2 Error while reading file 'FILE', line " + sLine + ". < 2.2 Syntax error: " + sError);
+            "2 Error while reading file 'FILE', line " + sLine + ". <- 2 Syntax error: " + sError);
 
     EXPECT_NE(Open("[c]\nk=v\n+=w\nbad\nl=x"), "");
+    EXPECT_EQ(m_oIni.Open(GetPath()).GetCategory(), Result::eCategoryFault);
     EXPECT_EQ(m_oIni.GetFileName().s_str(), GetPath());
     EXPECT_EQ(Dump(m_oIni), "[c]k=v w;");
 }
@@ -107,19 +116,22 @@ TEST_F(IniFiles, HaveTheirLongLinesCut)
 {
     auto const MakeKey = [](std::size_t iLength) { return "k=" + std::string(iLength - 2, 'v'); };
     // What stands behind a chapter line, what is taken of it, and the line that is bad.
-    Rows<std::string, std::string, std::string> aRows = {{MakeKey(498) + "\n!", MakeKey(498), "3"},
+    Rows<std::string, std::string, std::string> aRows = {
+        {MakeKey(498) + "\n!", MakeKey(498), "3"},
         {MakeKey(499) + "\n!", MakeKey(499), "4"}, // its line end is a line of its own
-        {MakeKey(500) + "\n!", MakeKey(499), "3"}, {MakeKey(499) + "l=w", MakeKey(499) + ";l=w", ""},
+        {MakeKey(500) + "\n!", MakeKey(499), "3"},
+        {MakeKey(499) + "l=w", MakeKey(499) + ";l=w", ""},
         {MakeKey(499) + "+=w", MakeKey(499) + " w", ""},
         {std::string(499, ' ') + std::string(499, ';') + std::string(499, ' ') + "k=v\n!", "k=v", "6"},
         {"k=v\0"s + std::string(495, 'x') + "l=w", "k=v;l=w", ""}, // zero bytes count as well
-        {"k=" + std::string(10'000'000, 'v'), MakeKey(499), "3"}};
+        {"k=" + std::string(10'000'000, 'v'), MakeKey(499), "3"},
+    };
     for (auto const & [sContent, sDump, sBadLine] : aRows)
     {
         std::string const sFailure = Open("[c]\n" + sContent);
         EXPECT_EQ(Dump(m_oIni), "[c]" + sDump + ";");
-        EXPECT_EQ(sFailure.substr(0, sFailure.find(" <")),
-            sBadLine.empty() ? "" : "2.2 Error while reading file 'FILE', line " + sBadLine + ".");
+        EXPECT_EQ(sFailure.substr(0, sFailure.find(" <-")),
+            sBadLine.empty() ? "" : "2 Error while reading file 'FILE', line " + sBadLine + ".");
     }
 }
 
@@ -139,7 +151,8 @@ TEST_F(IniFiles, AreReadQuicklyWhateverThereIsMuchOf)
     EXPECT_EQ(Open(sKeys), "");
     EXPECT_EQ(Dump(m_oIni).size(), sKeys.size() - 1);
     int iValue = 0;
-    EXPECT_TRUE(m_oIni.GetInt32("c", "k77777", iValue) && iValue == 77'777);
+    m_oIni.GetInt32("c", "k77777", iValue);
+    EXPECT_EQ(iValue, 77'777);
     EXPECT_EQ(Open(sContinued), "");
     EXPECT_EQ(Dump(m_oIni).size(), 1'000'000U + 6);
     EXPECT_EQ(Open(std::string(10'000'000, ';') + std::string(10'000'000, '\0')), "");
@@ -154,15 +167,16 @@ TEST_F(IniFiles, AreRefusedAtOnceIfTheyAreNotRegular)
     {
         EXPECT_TRUE(m_oIni.OpenEmpty().IsOk());
         Result const oResult = m_oIni.Open(sName);
-        EXPECT_TRUE(Show(oResult).starts_with("5.0 Error while opening file '" + sName + "'. < ")) << sName;
+        EXPECT_TRUE(Show(oResult).starts_with("5 Error while opening file '" + sName + "'. <- ")) << sName;
         EXPECT_EQ(oResult.GetHistorySize(), 1) << sName;
-        EXPECT_TRUE(!m_oIni.IsOpen() && m_oIni.GetFileName().IsEmpty()) << sName;
+        EXPECT_EQ(GetState(m_oIni), "closed ") << sName;
     }
     EXPECT_EQ(m_oIni.Open(sAbsent).GetHistory(0).GetErrorCode(), ENOENT);
 
     std::filesystem::create_directory(GetPath());
-    EXPECT_EQ(Show(m_oIni.Open(GetPath())), "2.1 Error while reading file 'FILE', line 1. < "
-                                            "2.1 IO-Error occoured while reading file 'FILE'.");
+    EXPECT_EQ(m_oIni.Open(GetPath()).GetCategory(), Result::eCategoryIo);
+    EXPECT_EQ(Show(m_oIni.Open(GetPath())), "2 Error while reading file 'FILE', line 1. <- "
+                                            "2 IO-Error occoured while reading file 'FILE'.");
     EXPECT_EQ(m_oIni.GetFileName().s_str(), GetPath());
     EXPECT_EQ(Dump(m_oIni), "");
 }
@@ -180,7 +194,7 @@ TEST_F(IniFiles, StartFromNothingEachTime)
 
     IniFile oCopy(m_oIni);
     EXPECT_TRUE(oCopy.OpenEmpty().IsOk());
-    EXPECT_TRUE(m_oIni.IsOpen() && m_oIni.GetFileName().IsEmpty()) << "copies share all";
+    EXPECT_EQ(GetState(m_oIni), "open ") << "copies share all";
     EXPECT_EQ(Dump(m_oIni), "");
 }
 
@@ -201,25 +215,41 @@ TEST_F(IniFiles, TellTheFirstReasonOfAFailure)
         Result oNumber(oText);
         EXPECT_FALSE(m_oIni.GetString(sChapter, sKey, sValue, oText));
         EXPECT_FALSE(m_oIni.GetInt32(sChapter, sKey, iValue, oNumber));
-        EXPECT_EQ(Show(oText), "2.2 Error accessing IniFile 'FILE'. " + sReason);
+        EXPECT_EQ(Show(oText), "2 Error accessing IniFile 'FILE'. " + sReason);
         EXPECT_EQ(oNumber, oText);
-        EXPECT_TRUE(sValue == "preset" && iValue == 77);
-        std::vector<String> vKeys = {sChapter};
-        if (sReason.starts_with("Chapter"))
-        {
-            EXPECT_TRUE(m_oIni.GetKeys(vKeys[0], vKeys) == oText && vKeys.empty()) << "the name goes";
-        }
+        EXPECT_EQ(sValue, "preset");
+        EXPECT_EQ(iValue, 77);
+        if (!sReason.starts_with("Chapter"))
+            continue;
+        std::vector<String> vKeys = {sChapter}; // which holds the name that is asked for
+        EXPECT_EQ(m_oIni.GetKeys(vKeys[0], vKeys), oText);
+        EXPECT_TRUE(vKeys.empty());
     }
 }
 
 TEST_F(IniFiles, GiveANumberOnlyAsItIsWritten)
 {
     // 77 for those that are no numbers.
-    std::pair<char const *, int> const aRows[] = {{"12", 12}, {"-5", -5}, {"0", 0}, {"2147483647", INT_MAX},
-        {"-2147483648", INT_MIN}, {"2147483648", 77}, {"-2147483649", 77}, {"99999999999999999999999", 77},
-        {"", 77}, {"-", 77}, {"-0", 77}, {"+5", 77}, {"05", 77}, {"5x", 77}, {"5 6", 77}, {"\n+=5", 77}};
+    std::pair<char const *, int> const aRows[] = {
+        {"12", 12},
+        {"-5", -5},
+        {"0", 0},
+        {"2147483647", INT_MAX},
+        {"-2147483648", INT_MIN},
+        {"2147483648", 77},
+        {"-2147483649", 77},
+        {"99999999999999999999999", 77},
+        {"", 77},
+        {"-", 77},
+        {"-0", 77},
+        {"+5", 77},
+        {"05", 77},
+        {"5x", 77},
+        {"5 6", 77},
+        {"\n+=5", 77},
+    };
     std::string const sFailure =
-        "2.2 Error accessing IniFile 'FILE'. Key 'k ' in chapter ' c' is no valid integer.";
+        "2 Error accessing IniFile 'FILE'. Key 'k ' in chapter ' c' is no valid integer.";
     for (auto const & [sText, iNumber] : aRows)
     {
         SCOPED_TRACE(sText);
@@ -236,16 +266,14 @@ TEST_F(IniFiles, MustBeOpenForQueries)
 {
     EXPECT_EQ(Open("[c]\nk=v"), "");
     m_oIni.Close();
-    EXPECT_TRUE(!m_oIni.IsOpen() && m_oIni.GetFileName().IsEmpty());
+    EXPECT_EQ(GetState(m_oIni), "closed ");
 
     String sValue;
     int iValue = 0;
     std::vector<String> vNames;
-    std::function<void()> const aCalls[] = {[&] { m_oIni.GetString("c", "k", sValue); },
-        [&] { m_oIni.GetInt32("c", "k", iValue); }, [&] { m_oIni.GetChapters(vNames); },
-        [&] { return m_oIni.GetKeys("c", vNames); }};
-    for (auto const & fCall : aCalls)
-        EXPECT_TRUE(Asserts("IsOpen()", "IniFile not open.", fCall)) << &fCall - aCalls;
+    EXPECT_TRUE(AllAssert("IsOpen()", "IniFile not open.",
+        {[&] { m_oIni.GetString("c", "k", sValue); }, [&] { m_oIni.GetInt32("c", "k", iValue); },
+            [&] { m_oIni.GetChapters(vNames); }, [&] { return m_oIni.GetKeys("c", vNames); }}));
 }
 
 /// How many chapters a program sees that has the ini file, and what it reports in its error file.

@@ -1,17 +1,13 @@
+#include "TestChild.h"
 #include "TestPrelude.h"
-#include "ProcessTest.h"
-
-#include <regex>
 
 #include <csignal>
+#include <regex>
 
 using namespace tsltest;
 
 namespace
 {
-
-// In quotes: the project may be built in a folder with a blank in its path.
-std::string const CHILD = "\"" TESSEL_TEST_PROGRAMS "/Child\"";
 
 /// The runner in a folder of its own, with jobs whose command "%" stands for the test's own program.
 class JobRunner : public TestProgram
@@ -25,13 +21,6 @@ public:
         WriteFile("jobrunner.ini", sIni);
     }
 };
-
-testing::AssertionResult Contains(std::string const & sText, std::string const & sPart)
-{
-    if (sText.find(sPart) != std::string::npos)
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "'" << sPart << "' is missing in " << sText;
-}
 
 /// Whether the summary shows the job's state.
 testing::AssertionResult Ends(

@@ -1,7 +1,7 @@
 #include "TestPrelude.h"
-#include "ProcessTest.h"
 
 #include <ctime>
+#include <regex>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,23 +12,6 @@ using namespace tsltest;
 
 namespace
 {
-
-/// The names of all zones of the system's database, without its two variants of the whole.
-std::vector<std::string> GetZones()
-{
-    std::filesystem::path const oRoot("/usr/share/zoneinfo");
-    std::vector<std::string> vZones;
-    for (auto const & oEntry : std::filesystem::recursive_directory_iterator(oRoot))
-    {
-        std::string const sZone = std::filesystem::relative(oEntry.path(), oRoot);
-        char sMark[5] = "";
-        if (oEntry.is_regular_file())
-            std::ifstream(oEntry.path(), std::ios::binary).read(sMark, 4);
-        if (sMark == std::string("TZif") && !sZone.starts_with("right/") && !sZone.starts_with("posix/"))
-            vZones.push_back(sZone);
-    }
-    return vZones;
-}
 
 /// What the C library makes of the time in the zone that TZ names at the moment, as the log writes it.
 std::string GetWallClock(time_t iTime)
@@ -46,14 +29,18 @@ TEST(LogFile, ShowsEachKindOfMessage)
 {
     auto const Line = [](std::string const & sNumber)
     { return "Number=" + sNumber + ",Text=t,File=f.cpp,Line=1"; };
-    Rows<std::string, std::string> aRows = {{"debug:some text", "T P DEB Id some text\n"},
-        {"debug:two\nlines", "T P DEB Id two\nlines\n"}, {"result", "T ERR \nHistory 0: NULL\n"},
+    Rows<std::string, std::string> aRows = {
+        {"debug:some text", "T P DEB Id some text\n"},
+        {"debug:two\nlines", "T P DEB Id two\nlines\n"},
+        {"result", "T ERR \nHistory 0: NULL\n"},
         {"result:5", "T ERR \nHistory 0: " + Line("5") + "\n"},
         {"result:5:6:7:8", "T ERR \nHistory 3: " + Line("5") + "'; \nHistory 2: " + Line("6")
                                + "'\nHistory 1: " + Line("7") + "'\nHistory 0: " + Line("8") + "\n"},
-        {"empty", "T \n"}, {"long:1000000", "T P DEB Id " + std::string(1'000'000, 'y') + "\n"},
+        {"empty", "T \n"},
+        {"long:1000000", "T P DEB Id " + std::string(1'000'000, 'y') + "\n"},
         {"element", "T Result='\nHistory 1: Number=2,Text=b,File=,Line=0'\nHistory 0: "
-                    "Number=1,Text=a,File=,Line=0'\n"}};
+                    "Number=1,Text=a,File=,Line=0'\n"},
+    };
     for (auto const & [sCommand, sLog] : aRows)
     {
         TestProgram const oProgram("Reporter");
@@ -62,20 +49,16 @@ TEST(LogFile, ShowsEachKindOfMessage)
     }
 }
 
-TEST(LogFile, IsExtendedAndStaysWhereItWasOpened)
+TEST(LogFile, IsExtendedByWholeLinesWhereItWasOpened)
 {
-    TestProgram const oProgram("Reporter");
-    oProgram.WriteFile("Logfile.txt", "earlier\n");
-    oProgram.Run({"debug:a", "cd", "debug:b"});
-    EXPECT_EQ(ReadLog(oProgram), "earlier\nT P DEB Id a\nT P DEB Id b\n");
-}
-
-TEST(LogFile, BeginsALineOfItsOwnBehindHalfALine)
-{
-    TestProgram const oProgram("Reporter");
-    oProgram.WriteFile("Logfile.txt", "half");
-    oProgram.Run({"debug:a", "debug:b"});
-    EXPECT_EQ(ReadLog(oProgram), "half\nT P DEB Id a\nT P DEB Id b\n");
+    for (std::string const sFormer : {"earlier\n", "half"})
+    {
+        TestProgram const oProgram("Reporter");
+        oProgram.WriteFile("Logfile.txt", sFormer);
+        oProgram.Run({"debug:a", "cd", "debug:b"});
+        EXPECT_EQ(
+            ReadLog(oProgram), (sFormer == "half" ? "half\n" : sFormer) + "T P DEB Id a\nT P DEB Id b\n");
+    }
 }
 
 TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
@@ -85,7 +68,7 @@ TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
     std::istringstream oLog(ReadLog(oProgram));
     int iLines = 0;
     for (std::string sLine; std::getline(oLog, sLine); ++iLines)
-        ASSERT_TRUE(sLine.starts_with("T P DEB Id x") && sLine.find('<') + 5 == sLine.size()) << sLine;
+        ASSERT_TRUE(std::regex_match(sLine, std::regex("T P DEB Id x+<end>"))) << sLine;
     EXPECT_EQ(iLines, 3 * 4 * 100);
 }
 
@@ -141,10 +124,11 @@ TEST(LogFile, IsOpenedOnceByEachProcessorForTheProgramAlone)
 
 TEST(LogFile, FollowsTheWallClockInEveryZone)
 {
+    // Whole hours and parts, the largest distances, summer in January, a negative summer time, and none at all.
     TestProgram oProgram("Reporter");
-    std::vector<std::string> const vZones = GetZones();
-    EXPECT_GT(vZones.size(), 300u) << "the zone database is there";
-    for (std::string const & sZone : vZones)
+    for (std::string const sZone :
+        {"Europe/Berlin", "America/St_Johns", "Asia/Kathmandu", "Pacific/Kiritimati", "Pacific/Niue",
+            "Pacific/Chatham", "Europe/Dublin", "America/New_York", "UTC", "no such zone"})
     {
         oProgram.SetEnvironment("TZ", sZone);
         oProgram.WriteFile("Logfile.txt", "");
@@ -190,11 +174,13 @@ TEST(LogPoints, AreSwitchedByTheIniFile)
 {
     std::string const sOff = "0 0\n0 0\n0 0\n";
     // The levels are those of Task, Pipe and Off; the log is that of a log point of Task.
-    Rows<std::string, std::string, std::string> aRows = {{"", sOff, ""},
+    Rows<std::string, std::string, std::string> aRows = {
+        {"", sOff, ""},
         {"[Debug]\nEnable=0\n[Debug/Switch]\nTask=1\n", sOff, ""},
         {"[Debug]\nEnable=01\n[Debug/Switch]\nTask=1\n", sOff, ""},
         {"[Debug]\nEnable=2\n[Debug/Switch]\nTask=2\nPipe=-1\nOff=yes\n", "2 2\n-1 -1\n0 0\n",
-            "T P DEB Task traced Task\n"}};
+            "T P DEB Task traced Task\n"},
+    };
     for (auto const & [sIni, sLevels, sLog] : aRows)
     {
         TestProgram const oProgram("Reporter");

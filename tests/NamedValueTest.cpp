@@ -23,7 +23,8 @@ TEST(NamedValueHolding, ReusesAnObjectOfTheSameClassOnly)
     EXPECT_TRUE(Asserts("m_pValue", NO_VALUE, [&] { std::as_const(oNamed).GetValue(); }));
 
     // Null without any of its parts.
-    EXPECT_TRUE(oNamed.IsNull() && NamedValue("n", ValueInt32()).IsNull());
+    EXPECT_TRUE(oNamed.IsNull());
+    EXPECT_TRUE(NamedValue("n", ValueInt32()).IsNull());
     EXPECT_TRUE(NamedValue(ValueString(), ValueInt32(5)).IsNull());
     EXPECT_FALSE(NamedValue("", ValueInt32(0)).IsNull());
     oNamed.SetNull();
@@ -69,21 +70,6 @@ TEST(NamedValueComparing, LooksAtNamesAndThenAtValues)
     }
 }
 
-TEST(NamedValueComparing, SkipsTheChecksWithAConstantOnTheLeft)
-{
-    // Two null values are equal, while their contents differ.
-    NamedValue oLeft(ValueString(), ValueInt32(5));
-    NamedValue oRight(ValueString(), ValueInt32(6));
-    NamedValue const oConstLeft(oLeft.GetName(), oLeft.GetValue());
-    NamedValue const oConstRight(oRight.GetName(), oRight.GetValue());
-    EXPECT_TRUE(oLeft == oRight && oLeft == oConstRight);
-    EXPECT_TRUE(NamedValue(ValueString(), ValueInt32(5)) == oConstRight);
-    EXPECT_FALSE(oConstLeft == oRight || oConstLeft == oConstRight);
-    NamedValue const oNameAlone("n");
-    EXPECT_FALSE(oNameAlone == oConstRight);
-    EXPECT_TRUE(Asserts("m_pValue", NO_VALUE, [&] { return oNameAlone == NamedValue("n"); }));
-}
-
 /// A class of the program.
 class Setting : public NamedValue
 {
@@ -91,36 +77,43 @@ public:
     using NamedValue::NamedValue;
 };
 
-template<class Left, class Right>
-void ExpectEqual(Left && oLeft, Right && oRight, bool bEqual)
-{
-    EXPECT_EQ(std::forward<Left>(oLeft) == std::forward<Right>(oRight), bEqual);
-    EXPECT_EQ(std::forward<Left>(oLeft) != std::forward<Right>(oRight), !bEqual);
-}
-
 /// Compares a left operand with right ones of all kinds.
 template<class Left, class Right>
-void ExpectEqualToAll(Left && oLeft, Right & oRight, bool bEqual)
+void ExpectEqual(Left && oLeft, Right & oRight, bool bEqual)
 {
-    ExpectEqual(std::forward<Left>(oLeft), oRight, bEqual);
-    ExpectEqual(std::forward<Left>(oLeft), std::as_const(oRight), bEqual);
-    ExpectEqual(std::forward<Left>(oLeft), std::move(oRight), bEqual);
+    EXPECT_EQ(std::forward<Left>(oLeft) == oRight, bEqual);
+    EXPECT_EQ(std::forward<Left>(oLeft) == std::as_const(oRight), bEqual);
+    EXPECT_EQ(std::forward<Left>(oLeft) == std::move(oRight), bEqual);
+    EXPECT_EQ(std::forward<Left>(oLeft) != oRight, !bEqual);
+    EXPECT_EQ(std::forward<Left>(oLeft) != std::as_const(oRight), !bEqual);
+    EXPECT_EQ(std::forward<Left>(oLeft) != std::move(oRight), !bEqual);
 }
 
-TEST(NamedValueComparing, DependsOnTheLeftOperandAloneInDerivedClassesToo)
+TEST(NamedValueComparing, SkipsTheChecksWithAConstantOnTheLeft)
 {
     // All are null and so are equal, while their contents differ, which a constant on the left finds.
     Setting oSetting(ValueString(), ValueInt32(5));
     Setting oOther(ValueString(), ValueInt32(6));
     NamedValue oNamed(ValueString(), ValueInt32(7));
-    ExpectEqualToAll(oSetting, oOther, true);
-    ExpectEqualToAll(oSetting, oNamed, true);
-    ExpectEqualToAll(oNamed, oSetting, true);
-    ExpectEqualToAll(std::move(oSetting), oOther, true);
-    ExpectEqualToAll(std::as_const(oSetting), oOther, false);
-    ExpectEqualToAll(std::as_const(oSetting), oNamed, false);
-    ExpectEqualToAll(std::as_const(oNamed), oSetting, false);
-    EXPECT_TRUE(oSetting <= oNamed && oSetting >= oOther && !(oSetting < oOther || oSetting > oNamed));
+    NamedValue oSecond(ValueString(), ValueInt32(8));
+    ExpectEqual(oNamed, oSecond, true);
+    ExpectEqual(NamedValue(oNamed), oSecond, true);
+    ExpectEqual(oSetting, oOther, true);
+    ExpectEqual(oSetting, oNamed, true);
+    ExpectEqual(oNamed, oSetting, true);
+    ExpectEqual(std::move(oSetting), oOther, true);
+    ExpectEqual(std::as_const(oNamed), oSecond, false);
+    ExpectEqual(std::as_const(oSetting), oOther, false);
+    ExpectEqual(std::as_const(oSetting), oNamed, false);
+    ExpectEqual(std::as_const(oNamed), oSetting, false);
+    EXPECT_TRUE(oSetting <= oNamed);
+    EXPECT_TRUE(oSetting >= oOther);
+    EXPECT_FALSE(oSetting < oOther);
+    EXPECT_FALSE(oSetting > oNamed);
+
+    NamedValue const oNameAlone("n");
+    EXPECT_FALSE(oNameAlone == std::as_const(oNamed));
+    EXPECT_TRUE(Asserts("m_pValue", NO_VALUE, [&] { return oNameAlone == NamedValue("n"); }));
 }
 
 TEST(NamedValueText, FollowsTheLayoutsOfItsPartsAndReadsNullAlone)
