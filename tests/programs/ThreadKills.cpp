@@ -440,6 +440,15 @@ int RunAndKill(Worker & oWorker, std::mt19937 & oRandom)
     return iRefusals;
 }
 
+/// One more than the highest descriptor.
+unsigned int GetEndOfDescriptors()
+{
+    unsigned int iEnd = 0;
+    for (auto const & oEntry : std::filesystem::directory_iterator("/proc/self/fd"))
+        iEnd = std::max(iEnd, static_cast<unsigned int>(std::stoul(oEntry.path().filename())) + 1);
+    return iEnd;
+}
+
 void KillIn(Work const & oWork, int iKills, int iResults)
 {
     constexpr int KILLS_BETWEEN_CHECKS = 20;
@@ -447,11 +456,13 @@ void KillIn(Work const & oWork, int iKills, int iResults)
     g_sOccupation = oWork.sName;
     if (bEnds)
         oWork.fDo();
+    CheckHealth();
 
     auto const oBegin = std::chrono::steady_clock::now();
     std::mt19937 oRandom(7);
     int iRefusals = 0;
     Worker oWorker(oWork.fDo);
+    unsigned int const iFirstLost = GetEndOfDescriptors();
     for (int i = 1; i <= iKills; ++i)
     {
         if (oWork.eKind == eWaitsForLock)
@@ -460,7 +471,11 @@ void KillIn(Work const & oWork, int iKills, int iResults)
         if (oWork.eKind == eWaitsForLock)
             g_oLock.Unlock();
         if (i % KILLS_BETWEEN_CHECKS == 0 || i == iKills)
+        {
             CheckHealth();
+            // Files of killed threads belong to nobody.
+            ::close_range(iFirstLost, ~0U, 0);
+        }
     }
     for (int i = 0; bEnds && i < 2; ++i)
         oWorker.RunToTheEnd();
