@@ -21,15 +21,8 @@ private:
 
 /// One of many classes that nobody has used yet.
 template<int I>
-class Fresh : public Root
+class Fresh : public Described<Fresh<I>, Fresh<I - 1>, ClassDescription::eAbstract>
 {
-public:
-    static ClassDescription const & GetStaticClassDesc()
-    {
-        static ClassDescription const & oDescription = DescribeClass<Fresh>(
-            &Fresh<I - 1>::GetStaticClassDesc(), ClassDescription::eAbstract, &Root::CreateNew);
-        return oDescription;
-    }
 };
 
 template<>
@@ -37,15 +30,102 @@ class Fresh<0> : public Root
 {
 };
 
+/// A class of which the description makes no objects.
+class Shape : public Described<Shape, Root, ClassDescription::eAbstract>
+{
+public:
+    explicit Shape(int iTheEdges) : iEdges(iTheEdges) {}
+
+    int iEdges;
+
+protected:
+    void DoCopy(Root const & oSource) override { iEdges = static_cast<Shape const &>(oSource).iEdges; }
+};
+
 } // namespace tsltest
+
+static constexpr int SHAPE_LINE = __LINE__ + 2;
+template<>
+inline constexpr tsl::ClassSource tsl::CLASS_SOURCE<Shape>{};
 
 namespace
 {
 
+/// Inherits the constructor of its base, and registers another base.
+class Square : public Described<Square, Shape, ClassDescription::eConcrete, Root>
+{
+public:
+    Square() : Described(4) {}
+    using Described::Described;
+};
+
+/// Below a described class of a program; must not take the source of its base for its own.
+class Tile : public Described<Tile, Square>
+{
+};
+
+TEST(DescribedClasses, HaveTheirNameFileKindAndBase)
+{
+    struct Row
+    {
+        char const * sName;
+        ClassDescription const & oClass;
+        char const * sFile;
+        bool bAbstract;
+        char const * sBase;
+    };
+    Row const aRows[] = {
+        {"Shape", Shape::GetStaticClassDesc(), "tests/ClassDescriptionTest.cpp", true, "class tsl::Root"},
+        {"Square", Square::GetStaticClassDesc(), "", false, "class tsl::Root"},
+        {"Tile", Tile::GetStaticClassDesc(), "", false, "Square"},
+        {"Fresh<1>", Fresh<1>::GetStaticClassDesc(), "", true, "class tsl::Root"},
+    };
+    for (Row const & oRow : aRows)
+    {
+        SCOPED_TRACE(oRow.sName);
+        EXPECT_TRUE(std::string(oRow.oClass.GetClassName()).ends_with(oRow.sName))
+            << oRow.oClass.GetClassName();
+        EXPECT_STREQ(oRow.oClass.GetFile(), oRow.sFile);
+        EXPECT_EQ(oRow.oClass.IsAbstract(), oRow.bAbstract);
+        EXPECT_TRUE(std::string(oRow.oClass.GetBaseClassName()).ends_with(oRow.sBase))
+            << oRow.oClass.GetBaseClassName();
+    }
+}
+
+TEST(DescribedClasses, AreCopiedByTheirDescriptionUnlessAbstract)
+{
+    Tile oTile;
+    oTile.iEdges = 5;
+    std::unique_ptr<Root> const pCopy(oTile.GetCopy());
+    Tile const * const pTile = dynamic_cast<Tile const *>(pCopy.get());
+    ASSERT_NE(pTile, nullptr);
+    EXPECT_EQ(pTile->iEdges, 5);
+    EXPECT_EQ(Square(6).iEdges, 6);
+
+    try
+    {
+        Shape::CreateNew();
+        FAIL();
+    }
+    catch (Exception const & oException)
+    {
+        EXPECT_STREQ(oException.GetResult().GetSourceFile(), "tests/ClassDescriptionTest.cpp");
+        EXPECT_EQ(oException.GetResult().GetSourceLine(), SHAPE_LINE);
+    }
+}
+
+TEST(DescribedClasses, HaveOneDescriptionThatBelongsToTheirLibrary)
+{
+    // This program has a text of its own for the name, and must not lend it to the library's description.
+    ClassDescription const & oClass = ValueInt32::GetStaticClassDesc();
+    EXPECT_EQ(&ValueInt32().GetClassDesc(), &oClass);
+    EXPECT_EQ(&std::unique_ptr<Root>(ValueInt32::CreateNew())->GetClassDesc(), &oClass);
+    EXPECT_NE(static_cast<void const *>(oClass.GetClassName()), GetTypeName<ValueInt32>());
+}
+
 // What each class of the library is called and derived from, its table of classes shows.
 TEST(ClassRepositories, HandOutGrowingIdsBaseFirst)
 {
-    EXPECT_STREQ(Fresh<1>::GetStaticClassDesc().GetFile(), "tests/ClassDescriptionTest.cpp");
     ClassDescription const & oValue = Value::GetStaticClassDesc();
     ClassDescription const & oResult = Result::GetStaticClassDesc();
     EXPECT_TRUE(oResult.IsDerivedClass(oResult) && oResult.IsDerivedClass(Root::GetStaticClassDesc()));

@@ -19,23 +19,8 @@ inline std::string Tell(tsl::Result const & oResult)
     return sText;
 }
 
-/// Gives a class its description.
-template<class Self, class Base>
-class Described : public Base
-{
-public:
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    static tsl::ClassDescription const & GetStaticClassDesc()
-    {
-        static tsl::ClassDescription const & oDescription =
-            tsl::DescribeClass<Self>(&Base::GetStaticClassDesc(), tsl::ClassDescription::eConcrete,
-                []() -> tsl::Root * { return new Self; });
-        return oDescription;
-    }
-};
-
 /// A message class directly below tsl::Message, with a number that tells copies from other objects.
-class NumberMessage : public Described<NumberMessage, tsl::Message>
+class NumberMessage : public tsl::Described<NumberMessage, tsl::Message>
 {
 public:
     explicit NumberMessage(int iNumber_ = 0) : iNumber(iNumber_) {}
@@ -57,7 +42,7 @@ protected:
 };
 
 /// A message class that stands one level too deep for a bus.
-class DeepMessage : public Described<DeepMessage, NumberMessage>
+class DeepMessage : public tsl::Described<DeepMessage, NumberMessage>
 {
 };
 

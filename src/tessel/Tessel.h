@@ -13,6 +13,7 @@
 #include <tessel/ConsoleApplication.h>
 #include <tessel/DateTime.h>
 #include <tessel/DebugMessage.h>
+#include <tessel/Described.h>
 #include <tessel/Duration.h>
 #include <tessel/ErrorCodes.h>
 #include <tessel/Exception.h>

@@ -23,7 +23,7 @@ namespace
 {
 
 /// A message with a Result as its element.
-class ElementMessage : public tsltest::Described<ElementMessage, tsl::Message>
+class ElementMessage : public tsl::Described<ElementMessage, tsl::Message>
 {
 public:
     std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const override
