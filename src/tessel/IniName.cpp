@@ -1,4 +1,5 @@
 #include "IniName.h"
+#include "LastingObject.h"
 
 #include <tessel/Result.h>
 #include <tessel/StaticObjectRegistry.h>
@@ -62,14 +63,12 @@ IniName::IniName(std::string_view sText) : String(sText)
 
 StringValidator const & IniName::GetValidator() const
 {
-    static ValidatorName const & oValidator = *RegisterLastingObject(new ValidatorName);
-    return oValidator;
+    return LastingObject<ValidatorName>();
 }
 
 StringFormator const & IniName::GetFormator() const
 {
-    static FormatorName const & oFormator = *RegisterLastingObject(new FormatorName);
-    return oFormator;
+    return LastingObject<FormatorName>();
 }
 
 } // namespace tsl

@@ -1,5 +1,7 @@
 #include <tessel/NamedValue.h>
 
+#include "LastingObject.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/NamedValueConverter.h>
 #include <tessel/ValueNull.h>
@@ -60,8 +62,7 @@ void NamedValue::SetNull()
 
 ValueConverter const & NamedValue::GetConverter() const
 {
-    static NamedValueConverter const & oConverter = *RegisterLastingObject(new NamedValueConverter);
-    return oConverter;
+    return LastingObject<NamedValueConverter>();
 }
 
 Value & NamedValue::GetValue()

@@ -1,5 +1,6 @@
 #include <tessel/NamedValueConverter.h>
 
+#include "LastingObject.h"
 #include "ValueCast.h"
 
 #include <tessel/Assertion.h>
@@ -62,8 +63,7 @@ Root * NamedValueConverter::CreateNew()
 
 ValueConverterLayout const & NamedValueConverter::GetDefaultLayout() const
 {
-    static NamedValueConverterLayout const & oLayout = *RegisterLastingObject(new NamedValueConverterLayout);
-    return oLayout;
+    return LastingObject<NamedValueConverterLayout>();
 }
 
 bool NamedValueConverter::DoGetReplacement(Value const & oValue, ValueString const & sIdentifier,

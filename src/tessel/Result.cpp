@@ -1,6 +1,7 @@
 #include <tessel/Result.h>
 
 #include "FailureText.h"
+#include "LastingObject.h"
 #include "ResultHistory.h"
 
 #include <tessel/Assertion.h>
@@ -179,14 +180,12 @@ Root * Result::CreateNew()
 
 ValueConverter const & Result::GetConverter() const
 {
-    static ResultConverter const & oConverter = *RegisterLastingObject(new ResultConverter);
-    return oConverter;
+    return LastingObject<ResultConverter>();
 }
 
 Result const & Result::Null()
 {
-    static Result const & oNull = *RegisterLastingObject(new Result);
-    return oNull;
+    return LastingObject<Result>();
 }
 
 void Result::Clear()

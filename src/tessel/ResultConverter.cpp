@@ -1,5 +1,6 @@
 #include <tessel/ResultConverter.h>
 
+#include "LastingObject.h"
 #include "LayoutFormat.h"
 
 #include "ValueCast.h"
@@ -53,8 +54,7 @@ Root * ResultConverter::CreateNew()
 
 ValueConverterLayout const & ResultConverter::GetDefaultLayout() const
 {
-    static ResultConverterLayout const & oLayout = *RegisterLastingObject(new ResultConverterLayout);
-    return oLayout;
+    return LastingObject<ResultConverterLayout>();
 }
 
 bool ResultConverter::DoGetReplacement(Value const & oValue, ValueString const & sIdentifier,

@@ -2,6 +2,7 @@
 
 #include "ArgumentList.h"
 #include "FormattedText.h"
+#include "LastingObject.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Result.h>
@@ -352,14 +353,12 @@ void String::Formate()
 
 StringValidator const & String::GetValidator() const
 {
-    static StringValidator const & oValidator = *RegisterLastingObject(new StringValidator);
-    return oValidator;
+    return LastingObject<StringValidator>();
 }
 
 StringFormator const & String::GetFormator() const
 {
-    static StringFormator const & oFormator = *RegisterLastingObject(new StringFormator(0));
-    return oFormator;
+    return LastingObject<StringFormator>();
 }
 
 } // namespace tsl

@@ -1,5 +1,7 @@
 #include <tessel/ValueAbstractValueCollection.h>
 
+#include "LastingObject.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/ValueAbstractValueCollectionConverter.h>
 
@@ -42,9 +44,7 @@ void ValueAbstractValueCollection::DoCopy(Root const & oSource)
 
 ValueConverter const & ValueAbstractValueCollection::GetConverter() const
 {
-    static ValueAbstractValueCollectionConverter const & oConverter =
-        *RegisterLastingObject(new ValueAbstractValueCollectionConverter);
-    return oConverter;
+    return LastingObject<ValueAbstractValueCollectionConverter>();
 }
 
 Value::eCompare ValueAbstractValueCollection::DoCompareTo(Value const & oOther) const

@@ -1,5 +1,7 @@
 #include <tessel/ValueAbstractValueCollectionConverter.h>
 
+#include "LastingObject.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/ValueAbstractValueCollection.h>
 
@@ -80,9 +82,7 @@ Root * ValueAbstractValueCollectionConverter::CreateNew()
 
 ValueConverterLayout const & ValueAbstractValueCollectionConverter::GetDefaultLayout() const
 {
-    static ValueAbstractValueCollectionConverterLayout const & oLayout =
-        *RegisterLastingObject(new ValueAbstractValueCollectionConverterLayout);
-    return oLayout;
+    return LastingObject<ValueAbstractValueCollectionConverterLayout>();
 }
 
 bool ValueAbstractValueCollectionConverter::DoGetReplacement(Value const & oValue,

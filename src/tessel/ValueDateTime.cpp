@@ -1,6 +1,7 @@
 #include <tessel/ValueDateTime.h>
 
 #include "CompareResult.h"
+#include "LastingObject.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/ValueDateTimeConverter.h>
@@ -58,14 +59,12 @@ Root * ValueDateTime::CreateNew()
 
 ValueConverter const & ValueDateTime::GetConverter() const
 {
-    static ValueDateTimeConverter const & oConverter = *RegisterLastingObject(new ValueDateTimeConverter);
-    return oConverter;
+    return LastingObject<ValueDateTimeConverter>();
 }
 
 ValueDateTime const & ValueDateTime::Null()
 {
-    static ValueDateTime const & oNull = *RegisterLastingObject(new ValueDateTime);
-    return oNull;
+    return LastingObject<ValueDateTime>();
 }
 
 DateTime const & ValueDateTime::AsDateTime() const

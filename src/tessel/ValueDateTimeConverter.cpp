@@ -1,5 +1,6 @@
 #include <tessel/ValueDateTimeConverter.h>
 
+#include "LastingObject.h"
 #include "LayoutFormat.h"
 
 namespace tsl
@@ -48,9 +49,7 @@ Root * ValueDateTimeConverter::CreateNew()
 
 ValueConverterLayout const & ValueDateTimeConverter::GetDefaultLayout() const
 {
-    static ValueDateTimeConverterLayout const & oLayout =
-        *RegisterLastingObject(new ValueDateTimeConverterLayout);
-    return oLayout;
+    return LastingObject<ValueDateTimeConverterLayout>();
 }
 
 bool ValueDateTimeConverter::DoGetReplacement(

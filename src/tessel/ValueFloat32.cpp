@@ -1,5 +1,7 @@
 #include <tessel/ValueFloat32.h>
 
+#include "LastingObject.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/ValueFloatConverter.h>
 
@@ -44,14 +46,12 @@ void ValueFloat32::SetNull()
 
 ValueConverter const & ValueFloat32::GetConverter() const
 {
-    static ValueFloatConverter const & oConverter = *RegisterLastingObject(new ValueFloatConverter);
-    return oConverter;
+    return LastingObject<ValueFloatConverter>();
 }
 
 ValueFloat32 const & ValueFloat32::Null()
 {
-    static ValueFloat32 const & oNull = *RegisterLastingObject(new ValueFloat32);
-    return oNull;
+    return LastingObject<ValueFloat32>();
 }
 
 float ValueFloat32::AsFloat32() const

@@ -1,5 +1,6 @@
 #include <tessel/ValueFloatConverter.h>
 
+#include "LastingObject.h"
 #include "LayoutFormat.h"
 
 #include "ReplacementFormat.h"
@@ -244,8 +245,7 @@ Root * ValueFloatConverter::CreateNew()
 
 ValueConverterLayout const & ValueFloatConverter::GetDefaultLayout() const
 {
-    static ValueFloatConverterLayout const & oLayout = *RegisterLastingObject(new ValueFloatConverterLayout);
-    return oLayout;
+    return LastingObject<ValueFloatConverterLayout>();
 }
 
 bool ValueFloatConverter::DoGetReplacement(Value const & oValue, ValueString const & sIdentifier,

@@ -1,6 +1,7 @@
 #include <tessel/ValueInt32.h>
 
 #include "CompareResult.h"
+#include "LastingObject.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/ValueIntegerConverter.h>
@@ -60,14 +61,12 @@ void ValueInt32::SetNull()
 
 ValueConverter const & ValueInt32::GetConverter() const
 {
-    static ValueIntegerConverter const & oConverter = *RegisterLastingObject(new ValueIntegerConverter);
-    return oConverter;
+    return LastingObject<ValueIntegerConverter>();
 }
 
 ValueInt32 const & ValueInt32::Null()
 {
-    static ValueInt32 const & oNull = *RegisterLastingObject(new ValueInt32);
-    return oNull;
+    return LastingObject<ValueInt32>();
 }
 
 ValueInt32 & ValueInt32::operator+=(int const & iRight)

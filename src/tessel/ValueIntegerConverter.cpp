@@ -1,5 +1,6 @@
 #include <tessel/ValueIntegerConverter.h>
 
+#include "LastingObject.h"
 #include "LayoutFormat.h"
 
 #include "ReplacementFormat.h"
@@ -98,9 +99,7 @@ Root * ValueIntegerConverter::CreateNew()
 
 ValueConverterLayout const & ValueIntegerConverter::GetDefaultLayout() const
 {
-    static ValueIntegerConverterLayout const & oLayout =
-        *RegisterLastingObject(new ValueIntegerConverterLayout);
-    return oLayout;
+    return LastingObject<ValueIntegerConverterLayout>();
 }
 
 bool ValueIntegerConverter::DoGetReplacement(Value const & oValue, ValueString const & sIdentifier,

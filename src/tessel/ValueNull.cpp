@@ -1,5 +1,7 @@
 #include <tessel/ValueNull.h>
 
+#include "LastingObject.h"
+
 #include <tessel/ValueNullConverter.h>
 
 namespace tsl
@@ -24,14 +26,12 @@ Root * ValueNull::CreateNew()
 
 ValueConverter const & ValueNull::GetConverter() const
 {
-    static ValueNullConverter const & oConverter = *RegisterLastingObject(new ValueNullConverter);
-    return oConverter;
+    return LastingObject<ValueNullConverter>();
 }
 
 ValueNull const & ValueNull::Null()
 {
-    static ValueNull const & oNull = *RegisterLastingObject(new ValueNull);
-    return oNull;
+    return LastingObject<ValueNull>();
 }
 
 } // namespace tsl

@@ -1,5 +1,7 @@
 #include <tessel/ValueNullConverter.h>
 
+#include "LastingObject.h"
+
 #include <tessel/Assertion.h>
 
 namespace tsl
@@ -43,8 +45,7 @@ Root * ValueNullConverter::CreateNew()
 
 ValueConverterLayout const & ValueNullConverter::GetDefaultLayout() const
 {
-    static ValueNullConverterLayout const & oLayout = *RegisterLastingObject(new ValueNullConverterLayout);
-    return oLayout;
+    return LastingObject<ValueNullConverterLayout>();
 }
 
 bool ValueNullConverter::DoGetReplacement(

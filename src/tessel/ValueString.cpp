@@ -2,6 +2,7 @@
 
 #include "ArgumentList.h"
 #include "CompareResult.h"
+#include "LastingObject.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/ValueStringConverter.h>
@@ -83,14 +84,12 @@ void ValueString::Clear()
 
 ValueConverter const & ValueString::GetConverter() const
 {
-    static ValueStringConverter const & oConverter = *RegisterLastingObject(new ValueStringConverter);
-    return oConverter;
+    return LastingObject<ValueStringConverter>();
 }
 
 ValueString const & ValueString::Null()
 {
-    static ValueString const & sNull = *RegisterLastingObject(new ValueString);
-    return sNull;
+    return LastingObject<ValueString>();
 }
 
 void ValueString::Insert(unsigned int pos, ValueString const & s)

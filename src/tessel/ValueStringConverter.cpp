@@ -1,5 +1,6 @@
 #include <tessel/ValueStringConverter.h>
 
+#include "LastingObject.h"
 #include "ReplacementFormat.h"
 #include "ValueCast.h"
 
@@ -46,9 +47,7 @@ Root * ValueStringConverter::CreateNew()
 
 ValueConverterLayout const & ValueStringConverter::GetDefaultLayout() const
 {
-    static ValueStringConverterLayout const & oLayout =
-        *RegisterLastingObject(new ValueStringConverterLayout);
-    return oLayout;
+    return LastingObject<ValueStringConverterLayout>();
 }
 
 bool ValueStringConverter::DoGetReplacement(Value const & oValue, ValueString const & sIdentifier,

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <tessel/Export.h>
+#include <tessel/StaticObjectRegistry.h>
+
+namespace tsl
+{
+
+/// The library's one lasting T, default constructed on the first call. Any thread may call.
+template<class T>
+TSL_HIDDEN T const & LastingObject()
+{
+    static T const & oObject = *RegisterLastingObject(new T);
+    return oObject;
+}
+
+} // namespace tsl
