@@ -8,22 +8,10 @@ namespace tsl
 
 template class Singleton<Application>;
 
-ClassDescription const & ApplicationConfig::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ApplicationConfig::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ApplicationConfig>(
-        &Configuration::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ApplicationConfig::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ApplicationConfig>{};
+template ClassDescription const &
+Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 Result ApplicationConfig::SetCmdLine(int iCount, char ** pArguments)
 {
@@ -61,17 +49,10 @@ Application::Application(ApplicationConfig * pConfig) : m_pConfig(pConfig)
         XAssertionFailed("m_pConfig!=NULL", "Application::Application : pConfig darf nicht NULL sein!");
 }
 
-ClassDescription const & Application::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & Application::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<Application>(
-        &Singleton<Application>::GetStaticClassDesc(), ClassDescription::eAbstract, nullptr);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<Application>{};
+template ClassDescription const &
+Described<Application, Singleton<Application>, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 Application::~Application() = default;
 

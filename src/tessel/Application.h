@@ -2,6 +2,7 @@
 
 #include <tessel/CmdLineParser.h>
 #include <tessel/Configuration.h>
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/MessageDispatcher.h>
 #include <tessel/Result.h>
@@ -17,16 +18,14 @@ namespace tsl
 class Message;
 
 /// The configuration of an application, which holds its command line. Copies share one parser.
-class TSL_EXPORT ApplicationConfig : public Configuration
+class TSL_EXPORT ApplicationConfig
+    : public Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>
 {
 public:
     ApplicationConfig(ApplicationConfig const & oSource) = default;
     ApplicationConfig & operator=(ApplicationConfig const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~ApplicationConfig() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// Code 1 for an option without a name.
     [[nodiscard]] Result SetCmdLine(int iCount, char ** pArguments);
@@ -46,20 +45,22 @@ private:
     CmdLineParser m_oCmdLineParser;
 };
 
+extern template ClassDescription const &
+Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
+
 /// The frame of a program. A program derives from ConsoleApplication, implements Run, and hands control to
 /// Main from its entry point.
 ///
 /// The application has a bus of its own, beside the global one: the failures of the run cycle go there.
 /// The object is a singleton and deleted at the end of the library. Main runs on the calling thread.
-class TSL_EXPORT Application : public Singleton<Application>
+class TSL_EXPORT Application
+    : public Described<Application, Singleton<Application>, ClassDescription::eAbstract>
 {
 public:
     Application(Application const &) = delete;
     Application & operator=(Application const &) = delete;
 
-    ClassDescription const & GetClassDesc() const override;
     ~Application() override;
-    static ClassDescription const & GetStaticClassDesc();
 
     /// The one application, made by the function on the first call; later calls do not look at it.
     static Application & Instance(Application * (*fCreator)());
@@ -104,6 +105,9 @@ private:
     MessageDispatcher m_oDispatcher;
     std::unique_ptr<ApplicationConfig> m_pConfig;
 };
+
+extern template ClassDescription const &
+Described<Application, Singleton<Application>, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 extern template class Singleton<Application>;
 

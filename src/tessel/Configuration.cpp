@@ -1,25 +1,14 @@
 #include <tessel/Configuration.h>
 
-#include <tessel/Assertion.h>
-
 namespace tsl
 {
 
-ClassDescription const & Configuration::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<Configuration>{};
+template ClassDescription const &
+Described<Configuration, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-ClassDescription const & Configuration::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<Configuration>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * Configuration::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+Configuration::~Configuration() = default;
 
 } // namespace tsl

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Root.h>
 
@@ -7,19 +8,19 @@ namespace tsl
 {
 
 /// Base of all configuration classes.
-class TSL_EXPORT Configuration : public Root
+class TSL_EXPORT Configuration : public Described<Configuration, Root, ClassDescription::eAbstract>
 {
 public:
     Configuration(Configuration const &) = default;
     Configuration & operator=(Configuration const &) = default;
 
-    ClassDescription const & GetClassDesc() const override;
-    ~Configuration() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~Configuration() override;
 
 protected:
     Configuration() = default;
 };
+
+extern template ClassDescription const &
+Described<Configuration, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -5,42 +5,23 @@
 namespace tsl
 {
 
-ClassDescription const & ConsoleApplicationConfig::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ConsoleApplicationConfig::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ConsoleApplicationConfig>(
-        &ApplicationConfig::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ConsoleApplicationConfig::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ConsoleApplicationConfig>{};
+template ClassDescription const &
+Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 ConsoleApplication::ConsoleApplication(ConsoleApplicationConfig * pConfig)
-    : Application(pConfig), m_pConfig(pConfig)
+    : Described(pConfig), m_pConfig(pConfig)
 {
     if (m_pConfig == nullptr)
         XAssertionFailed(
             "m_pConfig!=NULL", "ConsoleApplication::ConsoleApplication : pConfig darf nicht NULL sein!");
 }
 
-ClassDescription const & ConsoleApplication::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ConsoleApplication::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ConsoleApplication>(
-        &Application::GetStaticClassDesc(), ClassDescription::eAbstract, nullptr);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ConsoleApplication>{};
+template ClassDescription const &
+Described<ConsoleApplication, Application, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 static ConsoleApplication & DemandConsole(Application & oApplication)
 {

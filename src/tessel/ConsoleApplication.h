@@ -1,22 +1,21 @@
 #pragma once
 
 #include <tessel/Application.h>
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 
 namespace tsl
 {
 
 /// The configuration of a ConsoleApplication; a program derives its own from it.
-class TSL_EXPORT ConsoleApplicationConfig : public ApplicationConfig
+class TSL_EXPORT ConsoleApplicationConfig
+    : public Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>
 {
 public:
     ConsoleApplicationConfig(ConsoleApplicationConfig const & oSource) = default;
     ConsoleApplicationConfig & operator=(ConsoleApplicationConfig const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~ConsoleApplicationConfig() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
 protected:
     ConsoleApplicationConfig() = default;
@@ -24,13 +23,15 @@ protected:
     void DoCopy(Root const &) override {}
 };
 
+extern template ClassDescription const &
+Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>::GetStaticClassDesc();
+
 /// The frame of a console program: derive from it, implement Run, and call Main.
-class TSL_EXPORT ConsoleApplication : public Application
+class TSL_EXPORT ConsoleApplication
+    : public Described<ConsoleApplication, Application, ClassDescription::eAbstract>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
     ~ConsoleApplication() override = default;
-    static ClassDescription const & GetStaticClassDesc();
 
     /// The one application. One that is no ConsoleApplication is an assertion failure.
     static ConsoleApplication & Instance(Application * (*fCreator)());
@@ -48,5 +49,8 @@ private:
     // The object that the base owns, under its own type.
     ConsoleApplicationConfig * m_pConfig;
 };
+
+extern template ClassDescription const &
+Described<ConsoleApplication, Application, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

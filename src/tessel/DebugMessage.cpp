@@ -13,22 +13,9 @@ DebugMessage::DebugMessage(ValueString const & sText)
 {
 }
 
-ClassDescription const & DebugMessage::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & DebugMessage::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<DebugMessage>(&Message::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * DebugMessage::CreateNew()
-{
-    return new DebugMessage;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<DebugMessage>{};
+template ClassDescription const & Described<DebugMessage, Message>::GetStaticClassDesc();
 
 void DebugMessage::SetText(String const & sText)
 {

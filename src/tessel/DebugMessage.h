@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Message.h>
 #include <tessel/ValueInt32.h>
@@ -9,7 +10,7 @@ namespace tsl
 {
 
 /// A line of trace text with its source position and the thread and process that it comes from.
-class TSL_EXPORT DebugMessage : public Message
+class TSL_EXPORT DebugMessage : public Described<DebugMessage, Message>
 {
 public:
     /// Carries the calling thread and process; all else is null.
@@ -18,10 +19,7 @@ public:
     DebugMessage(DebugMessage const & oSource) = default;
     DebugMessage & operator=(DebugMessage const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~DebugMessage() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     void SetText(String const & sText);
     void SetFile(char const * sFile);
@@ -56,6 +54,8 @@ private:
     unsigned long m_iThreadId;
     int m_iProcessId;
 };
+
+extern template ClassDescription const & Described<DebugMessage, Message>::GetStaticClassDesc();
 
 /// The walk over a DebugMessage, which must outlive it. Access outside the elements is an assertion
 /// failure.

@@ -40,17 +40,10 @@ static void ReportBadFile(std::string_view sReason)
     Platform::CloseFile(oLog);
 }
 
-ClassDescription const & GlobalApplicationIni::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & GlobalApplicationIni::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<GlobalApplicationIni>(
-        &Singleton<GlobalApplicationIni>::GetStaticClassDesc(), ClassDescription::eConcrete, nullptr);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<GlobalApplicationIni>{};
+template ClassDescription const &
+Described<GlobalApplicationIni, Singleton<GlobalApplicationIni>>::GetStaticClassDesc();
 
 GlobalApplicationIni & GlobalApplicationIni::Instance()
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/IniFile.h>
 #include <tessel/SingletonTemplate.h>
 
@@ -13,15 +14,13 @@ namespace tsl
 /// No file is normal and silent. A file with an error counts for nothing as a whole, and a line is
 /// appended to "error_opening_inifile.log", or written to the standard error stream if that fails. So it is
 /// with a file of more than SIZE_MAX_READ bytes, and with one that there is not enough memory for.
-class GlobalApplicationIni : public Singleton<GlobalApplicationIni>
+class GlobalApplicationIni : public Described<GlobalApplicationIni, Singleton<GlobalApplicationIni>>
 {
 public:
     /// Counted as they are read, whatever size the system tells.
     static constexpr std::uint64_t SIZE_MAX_READ = 64 * 1024 * 1024;
 
-    ClassDescription const & GetClassDesc() const override;
     ~GlobalApplicationIni() override;
-    static ClassDescription const & GetStaticClassDesc();
 
     static GlobalApplicationIni & Instance();
 
@@ -35,6 +34,9 @@ private:
 
     IniFile m_oIniFile;
 };
+
+extern template ClassDescription const &
+Described<GlobalApplicationIni, Singleton<GlobalApplicationIni>>::GetStaticClassDesc();
 
 extern template class Singleton<GlobalApplicationIni>;
 

@@ -84,17 +84,10 @@ void GlobalDebugSwitchRegistry::Private::ReadSwitches()
         vSwitches.push_back({sKey, GetNumber(sChapter, sKey)});
 }
 
-ClassDescription const & GlobalDebugSwitchRegistry::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & GlobalDebugSwitchRegistry::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<GlobalDebugSwitchRegistry>(
-        &Singleton<GlobalDebugSwitchRegistry>::GetStaticClassDesc(), ClassDescription::eConcrete, nullptr);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<GlobalDebugSwitchRegistry>{};
+template ClassDescription const &
+Described<GlobalDebugSwitchRegistry, Singleton<GlobalDebugSwitchRegistry>>::GetStaticClassDesc();
 
 GlobalDebugSwitchRegistry & GlobalDebugSwitchRegistry::Instance()
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/SingletonTemplate.h>
 
 #include <memory>
@@ -9,12 +10,11 @@ namespace tsl
 
 /// Reads the debug switches from the application's ini file, once, and answers for each log point. Any
 /// thread may ask.
-class GlobalDebugSwitchRegistry : public Singleton<GlobalDebugSwitchRegistry>
+class GlobalDebugSwitchRegistry
+    : public Described<GlobalDebugSwitchRegistry, Singleton<GlobalDebugSwitchRegistry>>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
     ~GlobalDebugSwitchRegistry() override;
-    static ClassDescription const & GetStaticClassDesc();
 
     static GlobalDebugSwitchRegistry & Instance();
 
@@ -32,6 +32,9 @@ private:
     struct Private;
     std::unique_ptr<Private> m;
 };
+
+extern template ClassDescription const &
+Described<GlobalDebugSwitchRegistry, Singleton<GlobalDebugSwitchRegistry>>::GetStaticClassDesc();
 
 extern template class Singleton<GlobalDebugSwitchRegistry>;
 

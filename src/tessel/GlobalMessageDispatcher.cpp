@@ -68,17 +68,10 @@ void GlobalMessageDispatcher::Private::DemandConfiguration()
     }
 }
 
-ClassDescription const & GlobalMessageDispatcher::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & GlobalMessageDispatcher::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<GlobalMessageDispatcher>(
-        &Singleton<GlobalMessageDispatcher>::GetStaticClassDesc(), ClassDescription::eConcrete, nullptr);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<GlobalMessageDispatcher>{};
+template ClassDescription const &
+Described<GlobalMessageDispatcher, Singleton<GlobalMessageDispatcher>>::GetStaticClassDesc();
 
 GlobalMessageDispatcher & GlobalMessageDispatcher::Instance()
 {

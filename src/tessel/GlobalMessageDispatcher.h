@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Result.h>
 #include <tessel/SingletonTemplate.h>
@@ -25,15 +26,14 @@ class MessageProcessor;
 /// From then on IsAvailable returns false, what is reported or registered is dropped, and success is returned.
 /// Threads that run on at the end of the process may go on like this. When the library has been unloaded, neither
 /// Instance nor a reference that was kept may be used any more.
-class TSL_EXPORT GlobalMessageDispatcher : public Singleton<GlobalMessageDispatcher>
+class TSL_EXPORT GlobalMessageDispatcher
+    : public Described<GlobalMessageDispatcher, Singleton<GlobalMessageDispatcher>>
 {
 public:
     GlobalMessageDispatcher(GlobalMessageDispatcher const &) = delete;
     GlobalMessageDispatcher & operator=(GlobalMessageDispatcher const &) = delete;
 
-    ClassDescription const & GetClassDesc() const override;
     ~GlobalMessageDispatcher() override;
-    static ClassDescription const & GetStaticClassDesc();
 
     static GlobalMessageDispatcher & Instance();
 
@@ -61,6 +61,9 @@ private:
     struct Private;
     std::unique_ptr<Private> m;
 };
+
+extern template ClassDescription const &
+Described<GlobalMessageDispatcher, Singleton<GlobalMessageDispatcher>>::GetStaticClassDesc();
 
 extern template class Singleton<GlobalMessageDispatcher>;
 

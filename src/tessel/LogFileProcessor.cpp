@@ -45,22 +45,10 @@ private:
 
 } // namespace
 
-ClassDescription const & LogFileProcessorConfig::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & LogFileProcessorConfig::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<LogFileProcessorConfig>(
-        &MessageProcessorConfig::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * LogFileProcessorConfig::CreateNew()
-{
-    return new LogFileProcessorConfig;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<LogFileProcessorConfig>{};
+template ClassDescription const &
+Described<LogFileProcessorConfig, MessageProcessorConfig>::GetStaticClassDesc();
 
 void LogFileProcessorConfig::DoCopy(Root const &)
 {
@@ -93,26 +81,13 @@ void LogFileProcessor::Private::Append(String & sLine)
 
 LogFileProcessor::LogFileProcessor() : m(std::make_unique<Private>()) {}
 
-ClassDescription const & LogFileProcessor::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & LogFileProcessor::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<LogFileProcessor>(
-        &MessageProcessor::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<LogFileProcessor>{};
+template ClassDescription const & Described<LogFileProcessor, MessageProcessor>::GetStaticClassDesc();
 
 LogFileProcessor::~LogFileProcessor()
 {
     LogFileProcessor::Close();
-}
-
-Root * LogFileProcessor::CreateNew()
-{
-    return new LogFileProcessor;
 }
 
 void LogFileProcessor::Process(Message const & oMessage, Result &) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/MessageProcessor.h>
 #include <tessel/ValueString.h>
 
@@ -9,14 +10,10 @@ namespace tsl
 {
 
 /// Which file the log is written to, and how. It cannot be copied through Root::Set.
-class LogFileProcessorConfig : public MessageProcessorConfig
+class LogFileProcessorConfig : public Described<LogFileProcessorConfig, MessageProcessorConfig>
 {
 public:
     LogFileProcessorConfig() = default;
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// Output plus append.
     int GetOpenMode() const { return m_iOpenMode; }
@@ -32,6 +29,9 @@ private:
     ValueString m_sFileName{"Logfile.txt"};
 };
 
+extern template ClassDescription const &
+Described<LogFileProcessorConfig, MessageProcessorConfig>::GetStaticClassDesc();
+
 /// Appends each message as a line, or several for a Result with a history, to the log file. The text and
 /// its line end go to the system in one piece before Process returns, so that nothing is lost in a crash
 /// and lines are whole, also if several processes write to one file.
@@ -41,7 +41,7 @@ private:
 /// next begins a line of its own. Half a line that was left by a process that was killed meanwhile, or on a
 /// system that can replace nothing on a full disk, is ended by the first line of the next process that opens
 /// the file; until then, others may go on with it.
-class LogFileProcessor : public MessageProcessor
+class LogFileProcessor : public Described<LogFileProcessor, MessageProcessor>
 {
 public:
     /// Under which it is registered in MessageProcessorFactory.
@@ -51,12 +51,8 @@ public:
     LogFileProcessor(LogFileProcessor const &) = delete;
     LogFileProcessor & operator=(LogFileProcessor const &) = delete;
 
-    ClassDescription const & GetClassDesc() const override;
-
     /// Closes the file.
     ~LogFileProcessor() override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     void Process(Message const & oMessage, Result & oResult) const override;
     MessageProcessorConfig const & GetConfig() const override;
@@ -76,5 +72,7 @@ private:
     struct Private;
     std::unique_ptr<Private> m;
 };
+
+extern template ClassDescription const & Described<LogFileProcessor, MessageProcessor>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -2,7 +2,6 @@
 
 #include "MessageElements.h"
 
-#include <tessel/Assertion.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueNull.h>
 #include <tessel/ValueString.h>
@@ -10,22 +9,9 @@
 namespace tsl
 {
 
-ClassDescription const & Message::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & Message::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<Message>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * Message::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<Message>{};
+template ClassDescription const & Described<Message, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 unsigned int const & Message::GetBaseType()
 {

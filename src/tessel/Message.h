@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tessel/AbstractConstIterator.h>
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/MessageConstIterator.h>
 #include <tessel/Root.h>
@@ -19,16 +20,13 @@ namespace tsl
 /// one run. Only classes that derive from Message directly may be dispatched.
 ///
 /// A message is built by one thread and afterwards read by others through its const operations.
-class TSL_EXPORT Message : public Root
+class TSL_EXPORT Message : public Described<Message, Root, ClassDescription::eAbstract>
 {
 public:
     Message(Message const &) = default;
     Message & operator=(Message const &) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~Message() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     unsigned int const & GetType() const { return GetClassDesc().GetClassId(); }
 
@@ -45,6 +43,9 @@ public:
 protected:
     Message() = default;
 };
+
+extern template ClassDescription const &
+Described<Message, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// The walk over nothing.
 class TSL_EXPORT DummyMessageIterator : public MessageConstIterator

@@ -69,45 +69,20 @@ void MessageDispatcher::Private::End()
     oTable.ForEach([](unsigned int, ProcessorList & oList) { oList.End(); });
 }
 
-ClassDescription const & MessageDispatcherConfig::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & MessageDispatcherConfig::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<MessageDispatcherConfig>(
-        &MessageProcessorConfig::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * MessageDispatcherConfig::CreateNew()
-{
-    return new MessageDispatcherConfig;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<MessageDispatcherConfig>{};
+template ClassDescription const &
+Described<MessageDispatcherConfig, MessageProcessorConfig>::GetStaticClassDesc();
 
 MessageDispatcher::MessageDispatcher() : m(Private::Make()) {}
 MessageDispatcher::MessageDispatcher(MessageDispatcher const & oSource) = default;
 MessageDispatcher & MessageDispatcher::operator=(MessageDispatcher const & oSource) = default;
 
-ClassDescription const & MessageDispatcher::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & MessageDispatcher::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<MessageDispatcher>(
-        &MessageProcessor::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<MessageDispatcher>{};
+template ClassDescription const & Described<MessageDispatcher, MessageProcessor>::GetStaticClassDesc();
 
 MessageDispatcher::~MessageDispatcher() = default;
-
-Root * MessageDispatcher::CreateNew()
-{
-    return new MessageDispatcher;
-}
 
 Result MessageDispatcher::Register(
     MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes)

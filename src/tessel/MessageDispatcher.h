@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/MessageDispatcherClient.h> // for programs that have it from here
 #include <tessel/MessageProcessor.h>
@@ -11,18 +12,17 @@ namespace tsl
 {
 
 /// The configuration of a bus. Copying through Root::Set copies nothing; assignment copies the types.
-class TSL_EXPORT MessageDispatcherConfig : public MessageProcessorConfig
+class TSL_EXPORT MessageDispatcherConfig : public Described<MessageDispatcherConfig, MessageProcessorConfig>
 {
 public:
     MessageDispatcherConfig() = default;
 
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
 protected:
     void DoCopy(Root const &) override {}
 };
+
+extern template ClassDescription const &
+Described<MessageDispatcherConfig, MessageProcessorConfig>::GetStaticClassDesc();
 
 /// A bus: hands each message to the processors registered for its exact type and then to those
 /// registered for Message, within a list in the order of their addresses.
@@ -51,7 +51,7 @@ protected:
 /// while it unregisters or dispatches, and that a processor takes as well. What would use a destroyed object:
 /// to destroy a processor from inside a delivery while it runs on another thread and there unregisters the
 /// one that destroys it, or dispatches a message of its type. Outside of deliveries it is always safe.
-class TSL_EXPORT MessageDispatcher : public MessageProcessor
+class TSL_EXPORT MessageDispatcher : public Described<MessageDispatcher, MessageProcessor>
 {
 public:
     MessageDispatcher();
@@ -60,10 +60,7 @@ public:
     MessageDispatcher(MessageDispatcher const & oSource);
     MessageDispatcher & operator=(MessageDispatcher const & oSource);
 
-    ClassDescription const & GetClassDesc() const override;
     ~MessageDispatcher() override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// Registers the processor for message types, once for each. Code 2 at the first type that is not the
     /// class id of a message class; the types before it stay registered.
@@ -107,5 +104,7 @@ private:
     struct Private;
     std::shared_ptr<Private> m;
 };
+
+extern template ClassDescription const & Described<MessageDispatcher, MessageProcessor>::GetStaticClassDesc();
 
 } // namespace tsl

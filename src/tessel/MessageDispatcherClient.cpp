@@ -2,8 +2,6 @@
 
 #include "MessageDispatcherPrivate.h"
 
-#include <tessel/Assertion.h>
-
 #include <atomic>
 #include <memory>
 #include <utility>
@@ -11,22 +9,10 @@
 namespace tsl
 {
 
-ClassDescription const & MessageDispatcherClientConfig::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & MessageDispatcherClientConfig::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<MessageDispatcherClientConfig>(
-        &MessageProcessor::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * MessageDispatcherClientConfig::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<MessageDispatcherClientConfig>{};
+template ClassDescription const & Described<MessageDispatcherClientConfig, MessageProcessorConfig,
+    ClassDescription::eAbstract, MessageProcessor>::GetStaticClassDesc();
 
 struct TSL_HIDDEN MessageDispatcherClient::Private
 {
@@ -56,32 +42,20 @@ MessageDispatcherClient::MessageDispatcherClient(MessageDispatcher & oDispatcher
 }
 
 MessageDispatcherClient::MessageDispatcherClient(MessageDispatcherClient const & oSource)
-    : MessageProcessor(oSource), m(std::make_unique<Private>(oSource.m->pBus))
+    : Described(oSource), m(std::make_unique<Private>(oSource.m->pBus))
 {
     m->bRegistered.store(oSource.m->bRegistered.load(std::memory_order_relaxed), std::memory_order_relaxed);
 }
 
-ClassDescription const & MessageDispatcherClient::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & MessageDispatcherClient::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<MessageDispatcherClient>(
-        &MessageProcessor::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<MessageDispatcherClient>{};
+template ClassDescription const &
+Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 MessageDispatcherClient::~MessageDispatcherClient()
 {
     // Also if it counts as closed: a failed Open has left it registered for some types.
     m->pBus->Unregister(*this);
-}
-
-Root * MessageDispatcherClient::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
 }
 
 Result MessageDispatcherClient::Open()

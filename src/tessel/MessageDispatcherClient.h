@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/MessageProcessor.h>
 
@@ -11,16 +12,16 @@ namespace tsl
 class MessageDispatcher;
 
 /// The configuration of a MessageDispatcherClient. Its registered base is MessageProcessor.
-class TSL_EXPORT MessageDispatcherClientConfig : public MessageProcessorConfig
+class TSL_EXPORT MessageDispatcherClientConfig
+    : public Described<MessageDispatcherClientConfig, MessageProcessorConfig, ClassDescription::eAbstract,
+          MessageProcessor>
 {
-public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
 protected:
     MessageDispatcherClientConfig() = default;
 };
+
+extern template ClassDescription const & Described<MessageDispatcherClientConfig, MessageProcessorConfig,
+    ClassDescription::eAbstract, MessageProcessor>::GetStaticClassDesc();
 
 /// A processor that knows its bus and registers itself when it is opened for the types of its configuration.
 /// It may outlive its bus, and know other buses besides, from which it has to be unregistered by hand.
@@ -28,15 +29,12 @@ protected:
 /// Any thread may close it. It may be destroyed as soon as Close has returned, on the terms of
 /// MessageDispatcher::Unregister. Where other threads dispatch, a derived class closes it in its own
 /// destructor: by the time the base does so, the derived part is gone.
-class TSL_EXPORT MessageDispatcherClient : public MessageProcessor
+class TSL_EXPORT MessageDispatcherClient
+    : public Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-
     /// Unregisters from all types of its bus, also those that a failed Open has left.
     ~MessageDispatcherClient() override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// What Register of the bus returns. After a failure the client counts as closed, while the types that
     /// were taken stay with the bus. Code 3 if the bus has been destroyed.
@@ -54,5 +52,8 @@ private:
     struct Private;
     std::unique_ptr<Private> m;
 };
+
+extern template ClassDescription const &
+Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -1,47 +1,24 @@
 #include <tessel/MessageProcessor.h>
 
-#include <tessel/Assertion.h>
-
 namespace tsl
 {
 
-ClassDescription const & MessageProcessorConfig::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & MessageProcessorConfig::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<MessageProcessorConfig>(
-        &Configuration::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * MessageProcessorConfig::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<MessageProcessorConfig>{};
+template ClassDescription const &
+Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 void MessageProcessorConfig::SetMessageTypes(std::vector<unsigned int> const & vTypes)
 {
     m_vTypes = vTypes;
 }
 
-ClassDescription const & MessageProcessor::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<MessageProcessor>{};
+template ClassDescription const &
+Described<MessageProcessor, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-ClassDescription const & MessageProcessor::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<MessageProcessor>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * MessageProcessor::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+MessageProcessor::~MessageProcessor() = default;
 
 } // namespace tsl

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tessel/Configuration.h>
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Result.h>
 #include <tessel/Root.h>
@@ -13,16 +14,14 @@ namespace tsl
 class Message;
 
 /// The configuration of a processor: the message types that it wants.
-class TSL_EXPORT MessageProcessorConfig : public Configuration
+class TSL_EXPORT MessageProcessorConfig
+    : public Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>
 {
 public:
     MessageProcessorConfig(MessageProcessorConfig const & oSource) = default;
     MessageProcessorConfig & operator=(MessageProcessorConfig const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~MessageProcessorConfig() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     virtual void SetMessageTypes(std::vector<unsigned int> const & vTypes);
     std::vector<unsigned int> const & GetMessageTypes() const { return m_vTypes; }
@@ -34,20 +33,20 @@ private:
     std::vector<unsigned int> m_vTypes;
 };
 
+extern template ClassDescription const &
+Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
+
 /// Anything that can take a message.
 ///
 /// A bus calls Process on whatever thread dispatches, one call at a time per list of the bus; which other
 /// threads may use a processor is for its class to say.
-class TSL_EXPORT MessageProcessor : public Root
+class TSL_EXPORT MessageProcessor : public Described<MessageProcessor, Root, ClassDescription::eAbstract>
 {
 public:
     MessageProcessor(MessageProcessor const &) = default;
     MessageProcessor & operator=(MessageProcessor const &) = default;
 
-    ClassDescription const & GetClassDesc() const override;
-    ~MessageProcessor() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~MessageProcessor() override;
 
     /// Takes a message. The result is shared by all processors that get it: each may read what the one
     /// before left there, and leave something itself.
@@ -64,6 +63,9 @@ public:
 protected:
     MessageProcessor() = default;
 };
+
+extern template ClassDescription const &
+Described<MessageProcessor, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// An interface without operations of its own.
 class TSL_EXPORT RequestChannel

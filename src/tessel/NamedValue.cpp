@@ -21,7 +21,7 @@ NamedValue::NamedValue(ValueString const & sName, Value const & oValue)
 {
 }
 
-NamedValue::NamedValue(NamedValue const & oSource) : Value(oSource)
+NamedValue::NamedValue(NamedValue const & oSource) : Described(oSource)
 {
     NamedValue::DoCopy(oSource);
 }
@@ -32,22 +32,9 @@ NamedValue & NamedValue::operator=(NamedValue const & oSource)
     return *this;
 }
 
-ClassDescription const & NamedValue::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & NamedValue::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<NamedValue>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * NamedValue::CreateNew()
-{
-    return new NamedValue;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<NamedValue>{};
+template ClassDescription const & Described<NamedValue, Value>::GetStaticClassDesc();
 
 bool NamedValue::IsNull() const
 {

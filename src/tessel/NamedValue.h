@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Value.h>
 #include <tessel/ValueString.h>
@@ -14,7 +15,7 @@ namespace tsl
 /// The object owns its value. It is null, in the sense of the value family, if it has no value, if its
 /// value is null, or if its name is null. Its text is made through a NamedValueConverterLayout; it cannot
 /// be read from text.
-class TSL_EXPORT NamedValue : public Value
+class TSL_EXPORT NamedValue : public Described<NamedValue, Value>
 {
 public:
     /// Null, without a name and a value.
@@ -30,10 +31,6 @@ public:
     /// What is copied from a null source is null and has neither name nor value.
     NamedValue(NamedValue const & oSource);
     NamedValue & operator=(NamedValue const & oSource);
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     bool IsNull() const override;
 
@@ -85,5 +82,7 @@ private:
     ValueString m_sName;
     std::unique_ptr<Value> m_pValue;
 };
+
+extern template ClassDescription const & Described<NamedValue, Value>::GetStaticClassDesc();
 
 } // namespace tsl

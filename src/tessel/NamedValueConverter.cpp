@@ -16,50 +16,22 @@ static void AppendInner(Value const & oInner, ValueString & sOut, ValueConverter
 
 NamedValueConverterLayout::NamedValueConverterLayout() : NamedValueConverterLayout("${name} ${value}") {}
 
-NamedValueConverterLayout::NamedValueConverterLayout(ValueString const & sFormat)
-    : ValueConverterLayoutCollection(sFormat)
-{
-}
+NamedValueConverterLayout::NamedValueConverterLayout(ValueString const & sFormat) : Described(sFormat) {}
 
 NamedValueConverterLayout::NamedValueConverterLayout(
     ValueString const & sFormat, ValueString const & sNullFormat)
-    : ValueConverterLayoutCollection(sFormat, sNullFormat)
+    : Described(sFormat, sNullFormat)
 {
 }
 
-ClassDescription const & NamedValueConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<NamedValueConverterLayout>{};
+template ClassDescription const &
+Described<NamedValueConverterLayout, ValueConverterLayoutCollection>::GetStaticClassDesc();
 
-ClassDescription const & NamedValueConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<NamedValueConverterLayout>(
-        &ValueConverterLayoutCollection::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * NamedValueConverterLayout::CreateNew()
-{
-    return new NamedValueConverterLayout;
-}
-
-ClassDescription const & NamedValueConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & NamedValueConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<NamedValueConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * NamedValueConverter::CreateNew()
-{
-    return new NamedValueConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<NamedValueConverter>{};
+template ClassDescription const & Described<NamedValueConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & NamedValueConverter::GetDefaultLayout() const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueConverterLayoutCollection.h>
@@ -9,27 +10,23 @@ namespace tsl
 
 /// The layout of a NamedValue; the default format is "${name} ${value}". Name and value take the layouts
 /// that were added for their classes.
-class TSL_EXPORT NamedValueConverterLayout : public ValueConverterLayoutCollection
+class TSL_EXPORT NamedValueConverterLayout
+    : public Described<NamedValueConverterLayout, ValueConverterLayoutCollection>
 {
 public:
     NamedValueConverterLayout();
     explicit NamedValueConverterLayout(ValueString const & sFormat);
     NamedValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 };
+
+extern template ClassDescription const &
+Described<NamedValueConverterLayout, ValueConverterLayoutCollection>::GetStaticClassDesc();
 
 /// The text form of NamedValue, with the identifiers "name" and "value"; the others are not known.
 /// "value" without a value is an assertion failure, and so is reading a replacement.
-class TSL_EXPORT NamedValueConverter : public ValueConverter
+class TSL_EXPORT NamedValueConverter : public Described<NamedValueConverter, ValueConverter>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
     ValueConverterLayout const & GetDefaultLayout() const override;
 
 protected:
@@ -38,5 +35,7 @@ protected:
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
         ValueString const & sIdentifier) const override;
 };
+
+extern template ClassDescription const & Described<NamedValueConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

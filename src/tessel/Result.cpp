@@ -161,22 +161,9 @@ Result & Result::operator=(Result && oSource)
     return *this;
 }
 
-ClassDescription const & Result::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & Result::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<Result>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * Result::CreateNew()
-{
-    return new Result;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<Result>{};
+template ClassDescription const & Described<Result, Value>::GetStaticClassDesc();
 
 ValueConverter const & Result::GetConverter() const
 {

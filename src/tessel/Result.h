@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tessel/AbstractConstIterator.h>
+#include <tessel/Described.h>
 #include <tessel/ErrorCodes.h>
 #include <tessel/Export.h>
 #include <tessel/Value.h>
@@ -25,7 +26,7 @@ class ValueString;
 /// owners are counted atomically: to copy or wrap a failure takes the same time whatever the length of its history,
 /// and an entry is found in O(log n). An object is used by one thread at a time and may be handed to another, as may
 /// its copies.
-class TSL_EXPORT Result : public Value
+class TSL_EXPORT Result : public Described<Result, Value>
 {
 public:
     /// Any other number may be used as well.
@@ -52,26 +53,23 @@ public:
     /// A failure with its source place; both texts are copied.
     Result(int iErrorCode, std::string_view sText, Category eCategory, std::string_view sFile, int iLine);
 
-    Result(Result const & oSource) : Value(oSource)
+    Result(Result const & oSource) : Described(oSource)
     {
         if (oSource.m) [[unlikely]]
             CopyFromResult(oSource);
     }
-    Result(Result && oSource) noexcept : Value(oSource), m(oSource.m) { oSource.m = nullptr; }
+    Result(Result && oSource) noexcept : Described(oSource), m(oSource.m) { oSource.m = nullptr; }
 
     /// Assigning a failure to a failure with a history appends the other's history to the own one; the
     /// rest is replaced. Without a history on the right there is none afterwards.
     Result & operator=(Result const & oSource);
     Result & operator=(Result && oSource);
 
-    ClassDescription const & GetClassDesc() const override;
     ~Result() override
     {
         if (m) [[unlikely]]
             Result::Clear();
     }
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     bool IsNull() const override { return IsOk(); }
     void SetNull() override { Clear(); }
@@ -142,6 +140,8 @@ private:
     // Null in a success.
     Private * m = nullptr;
 };
+
+extern template ClassDescription const & Described<Result, Value>::GetStaticClassDesc();
 
 /// Makes a failure that carries the place of the call: with category 0, with a category, or with a previous
 /// failure. A null text counts as the empty one.

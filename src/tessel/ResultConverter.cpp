@@ -8,22 +8,13 @@
 namespace tsl
 {
 
-ClassDescription const & ResultConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ResultConverterLayout>{};
+template ClassDescription const &
+Described<ResultConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-ClassDescription const & ResultConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ResultConverterLayout>(
-        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ResultConverterLayout::CreateNew()
-{
-    return new ResultConverterLayout;
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ResultConverterLayout::~ResultConverterLayout() = default;
 
 ResultConverterLayout::ResultConverterLayout()
     : ResultConverterLayout("Number=${No},Text=${Text},File=${File},Line=${Line}")
@@ -35,22 +26,9 @@ ResultConverterLayout::ResultConverterLayout(ValueString const & sFormat)
     DemandFormat(*this, sFormat, "ResultConverterLayout");
 }
 
-ClassDescription const & ResultConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ResultConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ResultConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ResultConverter::CreateNew()
-{
-    return new ResultConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ResultConverter>{};
+template ClassDescription const & Described<ResultConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & ResultConverter::GetDefaultLayout() const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueConverterLayout.h>
@@ -8,7 +9,7 @@ namespace tsl
 {
 
 /// The layout of a Result; the default format is "Number=${No},Text=${Text},File=${File},Line=${Line}".
-class TSL_EXPORT ResultConverterLayout : public ValueConverterLayout
+class TSL_EXPORT ResultConverterLayout : public Described<ResultConverterLayout, ValueConverterLayout>
 {
 public:
     ResultConverterLayout();
@@ -16,20 +17,17 @@ public:
     /// Another format. One that SetFormat refuses is an assertion failure.
     explicit ResultConverterLayout(ValueString const & sFormat);
 
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~ResultConverterLayout() override;
 };
+
+extern template ClassDescription const &
+Described<ResultConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// The text form of Result, with the identifiers "No", "Text", "Line" and "File"; any other stands for
 /// the empty text. Category, cause and history do not show. Reading a replacement fails with code 3.
-class TSL_EXPORT ResultConverter : public ValueConverter
+class TSL_EXPORT ResultConverter : public Described<ResultConverter, ValueConverter>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
     ValueConverterLayout const & GetDefaultLayout() const override;
 
 protected:
@@ -38,5 +36,7 @@ protected:
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
         ValueString const & sIdentifier) const override;
 };
+
+extern template ClassDescription const & Described<ResultConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

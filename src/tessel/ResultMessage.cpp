@@ -9,22 +9,9 @@ namespace tsl
 
 ResultMessage::ResultMessage(Result const & oResult) : m_oResult(oResult) {}
 
-ClassDescription const & ResultMessage::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ResultMessage::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ResultMessage>(&Message::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ResultMessage::CreateNew()
-{
-    return new ResultMessage;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ResultMessage>{};
+template ClassDescription const & Described<ResultMessage, Message>::GetStaticClassDesc();
 
 void ResultMessage::SetResult(Result const & oResult)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Message.h>
 #include <tessel/Result.h>
@@ -10,7 +11,7 @@ namespace tsl
 class ValueString;
 
 /// A Result that somebody wants reported.
-class TSL_EXPORT ResultMessage : public Message
+class TSL_EXPORT ResultMessage : public Described<ResultMessage, Message>
 {
 public:
     /// With a success.
@@ -19,10 +20,7 @@ public:
     ResultMessage(ResultMessage const & oSource) = default;
     ResultMessage & operator=(ResultMessage const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~ResultMessage() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     void SetResult(Result const & oResult);
     Result const & GetResult() const { return m_oResult; }
@@ -43,6 +41,8 @@ protected:
 private:
     Result m_oResult;
 };
+
+extern template ClassDescription const & Described<ResultMessage, Message>::GetStaticClassDesc();
 
 /// The walk over a ResultMessage, which must outlive it. Access outside the element is an assertion
 /// failure.

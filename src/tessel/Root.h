@@ -11,10 +11,9 @@ namespace tsl
 
 /// Common base of the library's objects: it gives them a run-time class and polymorphic copying.
 ///
-/// A class that takes part in the class system has the following members, written alike everywhere:
-/// GetClassDesc, first among its virtual operations; the static GetStaticClassDesc, which makes the
-/// description on the first call with DescribeClass; the static CreateNew, which makes a default object
-/// or, in a class of which there are none, fails an assertion; and DoCopy.
+/// A class that takes part in the class system derives from Described, and has DoCopy of its own if it has a state.
+/// Its operations GetClassDesc, first among the virtual ones, the static GetStaticClassDesc and the static CreateNew
+/// come from there.
 ///
 /// An object is used by one thread at a time unless its class says otherwise.
 class TSL_EXPORT Root

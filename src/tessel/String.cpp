@@ -4,7 +4,6 @@
 #include "FormattedText.h"
 #include "LastingObject.h"
 
-#include <tessel/Assertion.h>
 #include <tessel/Result.h>
 #include <tessel/StaticObjectRegistry.h>
 #include <tessel/StringFormator.h>

@@ -5,22 +5,9 @@
 namespace tsl
 {
 
-ClassDescription const & StringFormator::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & StringFormator::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<StringFormator>(&Root::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * StringFormator::CreateNew()
-{
-    return new StringFormator;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<StringFormator>{};
+template ClassDescription const & Described<StringFormator, Root>::GetStaticClassDesc();
 
 void StringFormator::Format(String const & sSource, String & sTarget) const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Root.h>
 
@@ -10,7 +11,7 @@ class String;
 
 /// Puts a text into its normal form, as its flags say. Read-only once it is made, so any thread may use
 /// it.
-class TSL_EXPORT StringFormator : public Root
+class TSL_EXPORT StringFormator : public Described<StringFormator, Root>
 {
 public:
     /// Can be combined; they are applied in this order.
@@ -26,10 +27,7 @@ public:
     StringFormator(StringFormator const & oSource) = default;
     StringFormator & operator=(StringFormator const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~StringFormator() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// Makes the normal form of the source in the target; both may be the same text.
     virtual void Format(String const & sSource, String & sTarget) const;
@@ -40,5 +38,7 @@ protected:
 private:
     int m_iFlags;
 };
+
+extern template ClassDescription const & Described<StringFormator, Root>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -12,22 +12,9 @@ static Result MakeLengthFailure(char const * sHead, unsigned int iLimit)
     return Result(ERR::eOutOfRange, sText, Result::eCategoryDefault);
 }
 
-ClassDescription const & StringValidator::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & StringValidator::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<StringValidator>(&Root::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * StringValidator::CreateNew()
-{
-    return new StringValidator;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<StringValidator>{};
+template ClassDescription const & Described<StringValidator, Root>::GetStaticClassDesc();
 
 Result StringValidator::Validate(String const & s) const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Result.h>
 #include <tessel/Root.h>
@@ -11,7 +12,7 @@ class String;
 
 /// Says whether a text may stand, by its length in bytes. Read-only once it is made, so any thread may
 /// use it.
-class TSL_EXPORT StringValidator : public Root
+class TSL_EXPORT StringValidator : public Described<StringValidator, Root>
 {
 public:
     /// Accepts every text.
@@ -24,10 +25,7 @@ public:
     StringValidator(StringValidator const & oSource) = default;
     StringValidator & operator=(StringValidator const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~StringValidator() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// Code 4 for a text that is too short or too long.
     [[nodiscard]] virtual Result Validate(String const & s) const;
@@ -40,5 +38,7 @@ private:
     bool m_bMaximum = false;
     unsigned int m_iMaximum = 0;
 };
+
+extern template ClassDescription const & Described<StringValidator, Root>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -5,22 +5,9 @@
 namespace tsl
 {
 
-ClassDescription const & TaskContextMessage::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & TaskContextMessage::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<TaskContextMessage>(
-        &Message::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * TaskContextMessage::CreateNew()
-{
-    return new TaskContextMessage;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<TaskContextMessage>{};
+template ClassDescription const & Described<TaskContextMessage, Message>::GetStaticClassDesc();
 
 TaskContextMessage * TaskContextMessage::GetClone() const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Message.h>
 #include <tessel/String.h>
@@ -11,7 +12,7 @@ namespace tsl
 
 /// Tells a machine from outside that tasks of a name should simulate, or asks for it. TaskContext acts on
 /// it at once, in WriteMessage; no task ever receives one.
-class TSL_EXPORT TaskContextMessage : public Message
+class TSL_EXPORT TaskContextMessage : public Described<TaskContextMessage, Message>
 {
 public:
     /// What to do. Any other number is ignored.
@@ -26,10 +27,7 @@ public:
     TaskContextMessage(TaskContextMessage const & oSource) = default;
     TaskContextMessage & operator=(TaskContextMessage const & oSource) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~TaskContextMessage() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     void SetActionId(int iActionId) { m_iActionId = iActionId; }
     int GetActionId() const { return m_iActionId; }
@@ -60,6 +58,8 @@ private:
     int m_iMode = 0;
     bool m_bEnabled = false;
 };
+
+extern template ClassDescription const & Described<TaskContextMessage, Message>::GetStaticClassDesc();
 
 /// The walk over the contents of a TaskContextMessage as they are when it begins; "Enabled" is 1 or 0.
 /// Access outside the elements is an assertion failure.

@@ -1,26 +1,18 @@
 #include <tessel/Value.h>
 
-#include <tessel/Assertion.h>
 #include <tessel/ValueConverter.h>
 
 namespace tsl
 {
 
+template<>
+constexpr ClassSource CLASS_SOURCE<Value>{};
+template ClassDescription const & Described<Value, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
+
+// Not inline, so that the table and the type record of the class are in the library alone.
 ClassDescription const & Value::GetClassDesc() const
 {
     return GetStaticClassDesc();
-}
-
-ClassDescription const & Value::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<Value>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * Value::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
 }
 
 Value::eCompare Value::CompareTo(Value const & oOther) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Root.h>
 
@@ -14,7 +15,7 @@ class ValueString;
 /// Each value class hands out one shared converter, layout and null value; they are made on first use,
 /// which is safe on any thread, belong to the library, and are never written to. A value itself is used
 /// by one thread at a time.
-class TSL_EXPORT Value : public Root
+class TSL_EXPORT Value : public Described<Value, Root, ClassDescription::eAbstract>
 {
 public:
     /// The outcome of a comparison.
@@ -32,8 +33,6 @@ public:
 
     ClassDescription const & GetClassDesc() const override;
     ~Value() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     virtual bool IsNull() const = 0;
 
@@ -55,5 +54,8 @@ protected:
     /// Compares with another value of the same class; neither is null.
     virtual eCompare DoCompareTo(Value const & oOther) const = 0;
 };
+
+extern template ClassDescription const &
+Described<Value, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -12,22 +12,10 @@ namespace tsl
 
 using Iterator = std::unique_ptr<AbstractConstIterator<Value>>;
 
-ClassDescription const & ValueAbstractValueCollection::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueAbstractValueCollection::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueAbstractValueCollection>(
-        &Value::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueAbstractValueCollection::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueAbstractValueCollection>{};
+template ClassDescription const &
+Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 void ValueAbstractValueCollection::DoCopy(Root const & oSource)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tessel/AbstractConstIterator.h>
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Value.h>
 
@@ -13,13 +14,10 @@ namespace tsl
 /// Elements are copies that the collection owns, of any classes. The text is made through a
 /// ValueAbstractValueCollectionConverterLayout; a collection cannot be read from text. To
 /// copy, to compare and to write takes one walk over the elements.
-class TSL_EXPORT ValueAbstractValueCollection : public Value
+class TSL_EXPORT ValueAbstractValueCollection
+    : public Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
     /// Replaces all elements by copies of the source's elements; the former elements go first, so the
     /// source must not be one of them or a part of one. A source that is no collection is an assertion
     /// failure.
@@ -50,5 +48,8 @@ protected:
     ValueAbstractValueCollection(ValueAbstractValueCollection const &) = default;
     ValueAbstractValueCollection & operator=(ValueAbstractValueCollection const &) = default;
 };
+
+extern template ClassDescription const &
+Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -36,49 +36,25 @@ ValueAbstractValueCollectionConverterLayout::ValueAbstractValueCollectionConvert
 
 ValueAbstractValueCollectionConverterLayout::ValueAbstractValueCollectionConverterLayout(
     ValueString const & sFormat)
-    : ValueConverterLayoutCollection(sFormat)
+    : Described(sFormat)
 {
 }
 
 ValueAbstractValueCollectionConverterLayout::ValueAbstractValueCollectionConverterLayout(
     ValueString const & sFormat, ValueString const & sNullFormat)
-    : ValueConverterLayoutCollection(sFormat, sNullFormat)
+    : Described(sFormat, sNullFormat)
 {
 }
 
-ClassDescription const & ValueAbstractValueCollectionConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueAbstractValueCollectionConverterLayout>{};
+template ClassDescription const & Described<ValueAbstractValueCollectionConverterLayout,
+    ValueConverterLayoutCollection, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-ClassDescription const & ValueAbstractValueCollectionConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueAbstractValueCollectionConverterLayout>(
-        &ValueConverterLayoutCollection::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueAbstractValueCollectionConverterLayout::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
-
-ClassDescription const & ValueAbstractValueCollectionConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueAbstractValueCollectionConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueAbstractValueCollectionConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueAbstractValueCollectionConverter::CreateNew()
-{
-    return new ValueAbstractValueCollectionConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueAbstractValueCollectionConverter>{};
+template ClassDescription const &
+Described<ValueAbstractValueCollectionConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & ValueAbstractValueCollectionConverter::GetDefaultLayout() const
 {

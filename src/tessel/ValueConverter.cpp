@@ -148,22 +148,10 @@ Result CutStandard(ValueString & sText, Value const & oValue, ValueConverterLayo
 
 } // namespace
 
-ClassDescription const & ValueConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueConverter>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueConverter::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueConverter>{};
+template ClassDescription const &
+Described<ValueConverter, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 void ValueConverter::DoCopy(Root const &) {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Result.h>
 #include <tessel/Root.h>
@@ -19,16 +20,13 @@ namespace tsl
 /// One converter serves all values of a class: use Value::GetConverter. A value of another class is an
 /// assertion failure as soon as the converter has to look at it. Any number of threads may convert at
 /// once, as long as the value, text and layout of a call are not changed meanwhile.
-class TSL_EXPORT ValueConverter : public Root
+class TSL_EXPORT ValueConverter : public Described<ValueConverter, Root, ClassDescription::eAbstract>
 {
 public:
     ValueConverter(ValueConverter const &) = default;
     ValueConverter & operator=(ValueConverter const &) = default;
 
-    ClassDescription const & GetClassDesc() const override;
     ~ValueConverter() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// The shared layout of the value class.
     virtual ValueConverterLayout const & GetDefaultLayout() const = 0;
@@ -77,5 +75,8 @@ protected:
 private:
     struct Private;
 };
+
+extern template ClassDescription const &
+Described<ValueConverter, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -28,22 +28,10 @@ ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat, ValueStr
         FailFormat("ValueConverterLayout", sFormat);
 }
 
-ClassDescription const & ValueConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueConverterLayout>(
-        &Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueConverterLayout::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueConverterLayout>{};
+template ClassDescription const &
+Described<ValueConverterLayout, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 void ValueConverterLayout::DoCopy(Root const & oSource)
 {

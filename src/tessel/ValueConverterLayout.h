@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Root.h>
 #include <tessel/ValueString.h>
@@ -12,13 +13,11 @@ namespace tsl
 ///
 /// The syntax of a format is not checked here; ValueConverter finds a bad one when it walks it. Any
 /// number of threads may convert with a layout as long as nobody changes it.
-class TSL_EXPORT ValueConverterLayout : public Root
+class TSL_EXPORT ValueConverterLayout
+    : public Described<ValueConverterLayout, Root, ClassDescription::eAbstract>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
     ~ValueConverterLayout() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// Whether the layout takes these texts. The base takes all.
     virtual bool VerifyFormat(ValueString const & sFormat, ValueString const & sNullFormat) const;
@@ -59,5 +58,8 @@ private:
     ValueString m_sNullFormat{"NULL"};
     ValueString m_sFormat;
 };
+
+extern template ClassDescription const &
+Described<ValueConverterLayout, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

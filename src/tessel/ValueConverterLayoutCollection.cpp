@@ -66,7 +66,7 @@ ValueConverterLayoutCollection::ValueConverterLayoutCollection(
 }
 
 ValueConverterLayoutCollection::ValueConverterLayoutCollection(ValueConverterLayoutCollection const & oSource)
-    : ValueConverterLayout(oSource), m(std::make_unique<Private>())
+    : Described(oSource), m(std::make_unique<Private>())
 {
     m->CopyFrom(*oSource.m);
 }
@@ -80,24 +80,12 @@ ValueConverterLayoutCollection & ValueConverterLayoutCollection::operator=(
     return *this;
 }
 
-ClassDescription const & ValueConverterLayoutCollection::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueConverterLayoutCollection::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueConverterLayoutCollection>(
-        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueConverterLayoutCollection>{};
+template ClassDescription const & Described<ValueConverterLayoutCollection, ValueConverterLayout,
+    ClassDescription::eAbstract>::GetStaticClassDesc();
 
 ValueConverterLayoutCollection::~ValueConverterLayoutCollection() = default;
-
-Root * ValueConverterLayoutCollection::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
 
 ValueConverterLayout const & ValueConverterLayoutCollection::GetSuitableLayout(Value const & oValue) const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverterLayout.h>
 
@@ -13,16 +14,14 @@ namespace tsl
 ///
 /// The layouts are found by their own class: a ValueIntegerConverterLayout serves every inner value whose
 /// default layout is one. The collection owns them, at most one per class.
-class TSL_EXPORT ValueConverterLayoutCollection : public ValueConverterLayout
+class TSL_EXPORT ValueConverterLayoutCollection
+    : public Described<ValueConverterLayoutCollection, ValueConverterLayout, ClassDescription::eAbstract>
 {
 public:
     /// A copy with layouts of its own.
     ValueConverterLayoutCollection(ValueConverterLayoutCollection const & oSource);
 
-    ClassDescription const & GetClassDesc() const override;
     ~ValueConverterLayoutCollection() override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// The added layout of the class that the value's default layout has; else that default layout.
     ValueConverterLayout const & GetSuitableLayout(Value const & oValue) const override;
@@ -56,5 +55,8 @@ private:
     struct Private;
     std::unique_ptr<Private> m;
 };
+
+extern template ClassDescription const & Described<ValueConverterLayoutCollection, ValueConverterLayout,
+    ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -16,7 +16,7 @@ static void DemandMoment(bool bNull, char const * sInfo)
 }
 
 ValueDateTime::ValueDateTime(ValueDateTime const & oSource)
-    : Value(oSource), m_oDateTime(oSource.AsDateTime()), m_bNull(false)
+    : Described(oSource), m_oDateTime(oSource.AsDateTime()), m_bNull(false)
 {
 }
 
@@ -40,22 +40,9 @@ void ValueDateTime::SetElements(DateTimeElements const & oElements)
     m_oDateTime.SetElements(oElements);
 }
 
-ClassDescription const & ValueDateTime::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueDateTime::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueDateTime>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueDateTime::CreateNew()
-{
-    return new ValueDateTime;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueDateTime>{};
+template ClassDescription const & Described<ValueDateTime, Value>::GetStaticClassDesc();
 
 ValueConverter const & ValueDateTime::GetConverter() const
 {

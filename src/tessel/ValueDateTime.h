@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tessel/DateTime.h>
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Value.h>
 
@@ -16,7 +17,7 @@ namespace tsl
 /// DateTime, to which the operations of the same names go.
 ///
 /// It has no text form of its own; Format gives one.
-class TSL_EXPORT ValueDateTime : public Value
+class TSL_EXPORT ValueDateTime : public Described<ValueDateTime, Value>
 {
 public:
     /// Null.
@@ -34,10 +35,6 @@ public:
 
     /// Makes the value non-null, also if the elements cannot be taken: the moment then is the former one.
     void SetElements(DateTimeElements const & oElements);
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     bool IsNull() const override { return m_bNull; }
     void SetNull() override { m_bNull = true; }
@@ -74,6 +71,8 @@ private:
     DateTime m_oDateTime;
     bool m_bNull = true;
 };
+
+extern template ClassDescription const & Described<ValueDateTime, Value>::GetStaticClassDesc();
 
 /// By Compare. A DateTime on either side stands for a ValueDateTime.
 inline bool operator==(ValueDateTime const & oLeft, ValueDateTime const & oRight)

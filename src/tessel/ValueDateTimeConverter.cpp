@@ -13,39 +13,17 @@ ValueDateTimeConverterLayout::ValueDateTimeConverterLayout(ValueString const & s
     DemandFormat(*this, sFormat, "ValueDateTimeConverterLayout");
 }
 
-ClassDescription const & ValueDateTimeConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueDateTimeConverterLayout>{};
+template ClassDescription const &
+Described<ValueDateTimeConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-ClassDescription const & ValueDateTimeConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueDateTimeConverterLayout>(
-        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ValueDateTimeConverterLayout::~ValueDateTimeConverterLayout() = default;
 
-Root * ValueDateTimeConverterLayout::CreateNew()
-{
-    return new ValueDateTimeConverterLayout;
-}
-
-ClassDescription const & ValueDateTimeConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueDateTimeConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueDateTimeConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueDateTimeConverter::CreateNew()
-{
-    return new ValueDateTimeConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueDateTimeConverter>{};
+template ClassDescription const & Described<ValueDateTimeConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & ValueDateTimeConverter::GetDefaultLayout() const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueConverterLayout.h>
@@ -8,7 +9,8 @@ namespace tsl
 {
 
 /// The layout of a ValueDateTime; the default format is "${%d}".
-class TSL_EXPORT ValueDateTimeConverterLayout : public ValueConverterLayout
+class TSL_EXPORT ValueDateTimeConverterLayout
+    : public Described<ValueDateTimeConverterLayout, ValueConverterLayout>
 {
 public:
     ValueDateTimeConverterLayout();
@@ -16,20 +18,17 @@ public:
     /// Another format. One that SetFormat refuses is an assertion failure.
     explicit ValueDateTimeConverterLayout(ValueString const & sFormat);
 
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~ValueDateTimeConverterLayout() override;
 };
+
+extern template ClassDescription const &
+Described<ValueDateTimeConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// The text form of ValueDateTime, which shows nothing of the moment: every identifier stands for the
 /// empty text. Reading a replacement fails with code 2.
-class TSL_EXPORT ValueDateTimeConverter : public ValueConverter
+class TSL_EXPORT ValueDateTimeConverter : public Described<ValueDateTimeConverter, ValueConverter>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
     ValueConverterLayout const & GetDefaultLayout() const override;
 
 protected:
@@ -38,5 +37,8 @@ protected:
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
         ValueString const & sIdentifier) const override;
 };
+
+extern template ClassDescription const &
+Described<ValueDateTimeConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -21,22 +21,9 @@ ValueFloat32 & ValueFloat32::operator=(float const & fValue)
     return *this;
 }
 
-ClassDescription const & ValueFloat32::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueFloat32::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueFloat32>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueFloat32::CreateNew()
-{
-    return new ValueFloat32;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueFloat32>{};
+template ClassDescription const & Described<ValueFloat32, Value>::GetStaticClassDesc();
 
 void ValueFloat32::SetNull()
 {

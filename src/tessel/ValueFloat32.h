@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Value.h>
 #include <tessel/ValueString.h>
@@ -18,7 +19,7 @@ namespace tsl
 /// Compare and the comparison operators know a tolerance of GetTolerance, whatever the size of the
 /// numbers, so that their equality is not transitive; CompareTo compares exactly. A number that is NaN
 /// is equal to every other in both.
-class TSL_EXPORT ValueFloat32 : public Value
+class TSL_EXPORT ValueFloat32 : public Described<ValueFloat32, Value>
 {
 public:
     /// Null.
@@ -28,10 +29,6 @@ public:
 
     ValueFloat32 & operator=(ValueFloat32 const & oSource) = default;
     ValueFloat32 & operator=(float const & fValue);
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     bool IsNull() const override { return m_bNull; }
     void SetNull() override;
@@ -76,6 +73,8 @@ private:
     float m_fValue = 0.0f;
     bool m_bNull = true;
 };
+
+extern template ClassDescription const & Described<ValueFloat32, Value>::GetStaticClassDesc();
 
 /// The result is never null, and neither operand may be. A float stands for a ValueFloat32, here and in
 /// the comparisons.

@@ -179,22 +179,10 @@ ValueFloatConverterLayout::ValueFloatConverterLayout(ValueString const & sFormat
     DemandFormat(*this, sFormat, "ValueFloatConverterLayout");
 }
 
-ClassDescription const & ValueFloatConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueFloatConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueFloatConverterLayout>(
-        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueFloatConverterLayout::CreateNew()
-{
-    return new ValueFloatConverterLayout;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueFloatConverterLayout>{};
+template ClassDescription const &
+Described<ValueFloatConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 void ValueFloatConverterLayout::SetDecimalPlaces(ValueInt32 const & iDecimalPlaces)
 {
@@ -226,22 +214,9 @@ struct TSL_HIDDEN ValueFloatConverter::Private
 
 ValueFloatConverter::ValueFloatConverter() : m(std::make_shared<Private>()) {}
 
-ClassDescription const & ValueFloatConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueFloatConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueFloatConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueFloatConverter::CreateNew()
-{
-    return new ValueFloatConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueFloatConverter>{};
+template ClassDescription const & Described<ValueFloatConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & ValueFloatConverter::GetDefaultLayout() const
 {

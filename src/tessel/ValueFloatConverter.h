@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueConverterLayout.h>
@@ -12,7 +13,7 @@ namespace tsl
 
 /// The layout of a ValueFloat32; the default format is "${%f}". Its format can be made from a number of
 /// decimal places.
-class TSL_EXPORT ValueFloatConverterLayout : public ValueConverterLayout
+class TSL_EXPORT ValueFloatConverterLayout : public Described<ValueFloatConverterLayout, ValueConverterLayout>
 {
 public:
     ValueFloatConverterLayout();
@@ -23,10 +24,6 @@ public:
 
     ValueFloatConverterLayout(ValueFloatConverterLayout const & oSource) = default;
     ValueFloatConverterLayout & operator=(ValueFloatConverterLayout const & oSource) = default;
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     /// Null if no number is set.
     ValueInt32 const & GetDecimalPlaces() const { return m_iDecimalPlaces; }
@@ -45,6 +42,9 @@ private:
     ValueInt32 m_iDecimalPlaces;
 };
 
+extern template ClassDescription const &
+Described<ValueFloatConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+
 /// Text and back for ValueFloat32. Numbers have a decimal point, whatever the locale of the process is.
 ///
 /// Identifiers without an "f" are not known. Written is every other that is a printf format for a double:
@@ -55,14 +55,10 @@ private:
 /// with digits, and an exponent behind e, E, d or D. All parts may be missing but one, and what is left
 /// counts as 0 without digits, so that "-" reads as 0. Blanks behind the number are cut off, too. Code 2 if
 /// there is no number, code 4 for one that a float cannot hold; nothing changes then.
-class TSL_EXPORT ValueFloatConverter : public ValueConverter
+class TSL_EXPORT ValueFloatConverter : public Described<ValueFloatConverter, ValueConverter>
 {
 public:
     ValueFloatConverter();
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     ValueConverterLayout const & GetDefaultLayout() const override;
 
@@ -77,5 +73,7 @@ private:
     struct Private;
     std::shared_ptr<Private> m;
 };
+
+extern template ClassDescription const & Described<ValueFloatConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -1,25 +1,14 @@
 #include <tessel/ValueFormator.h>
 
-#include <tessel/Assertion.h>
-
 namespace tsl
 {
 
-ClassDescription const & ValueFormator::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueFormator>{};
+template ClassDescription const &
+Described<ValueFormator, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-ClassDescription const & ValueFormator::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueFormator>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueFormator::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ValueFormator::~ValueFormator() = default;
 
 } // namespace tsl

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Root.h>
 
@@ -7,12 +8,13 @@ namespace tsl
 {
 
 /// Abstract base of what puts a value into its normal form. The library has none itself.
-class TSL_EXPORT ValueFormator : public Root
+class TSL_EXPORT ValueFormator : public Described<ValueFormator, Root, ClassDescription::eAbstract>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~ValueFormator() override;
 };
+
+extern template ClassDescription const &
+Described<ValueFormator, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

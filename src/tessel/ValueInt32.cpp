@@ -36,22 +36,9 @@ ValueInt32 & ValueInt32::operator=(int const & iValue)
     return *this;
 }
 
-ClassDescription const & ValueInt32::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueInt32::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueInt32>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueInt32::CreateNew()
-{
-    return new ValueInt32;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueInt32>{};
+template ClassDescription const & Described<ValueInt32, Value>::GetStaticClassDesc();
 
 void ValueInt32::SetNull()
 {

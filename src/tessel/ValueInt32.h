@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Value.h>
 #include <tessel/ValueString.h>
@@ -18,7 +19,7 @@ namespace tsl
 ///
 /// Compare and the comparison operators fail the assertion "!m_bNull" with "Invalid operation. ValueInt32
 /// is NULL" on a null left operand; a null right operand counts as 0.
-class TSL_EXPORT ValueInt32 : public Value
+class TSL_EXPORT ValueInt32 : public Described<ValueInt32, Value>
 {
 public:
     /// Null.
@@ -28,10 +29,6 @@ public:
 
     ValueInt32 & operator=(ValueInt32 const & oSource);
     ValueInt32 & operator=(int const & iValue);
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     bool IsNull() const override { return m_bNull; }
     void SetNull() override;
@@ -81,6 +78,8 @@ private:
     int m_iValue = 0;
     bool m_bNull = true;
 };
+
+extern template ClassDescription const & Described<ValueInt32, Value>::GetStaticClassDesc();
 
 /// An int on the right stands for a ValueInt32, here and in the comparisons.
 inline ValueInt32 operator+(ValueInt32 oLeft, ValueInt32 const & oRight)

@@ -56,22 +56,13 @@ char const * ParseInteger(std::string_view sText, int & iNumber)
 
 } // namespace
 
-ClassDescription const & ValueIntegerConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueIntegerConverterLayout>{};
+template ClassDescription const &
+Described<ValueIntegerConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-ClassDescription const & ValueIntegerConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueIntegerConverterLayout>(
-        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueIntegerConverterLayout::CreateNew()
-{
-    return new ValueIntegerConverterLayout;
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ValueIntegerConverterLayout::~ValueIntegerConverterLayout() = default;
 
 ValueIntegerConverterLayout::ValueIntegerConverterLayout() : ValueIntegerConverterLayout("${%d}") {}
 
@@ -80,22 +71,9 @@ ValueIntegerConverterLayout::ValueIntegerConverterLayout(ValueString const & sFo
     DemandFormat(*this, sFormat, "ValueIntegerConverterLayout");
 }
 
-ClassDescription const & ValueIntegerConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueIntegerConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueIntegerConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueIntegerConverter::CreateNew()
-{
-    return new ValueIntegerConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueIntegerConverter>{};
+template ClassDescription const & Described<ValueIntegerConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & ValueIntegerConverter::GetDefaultLayout() const
 {

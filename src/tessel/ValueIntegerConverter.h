@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueConverterLayout.h>
@@ -8,7 +9,8 @@ namespace tsl
 {
 
 /// The layout of a ValueInt32; the default format is "${%d}".
-class TSL_EXPORT ValueIntegerConverterLayout : public ValueConverterLayout
+class TSL_EXPORT ValueIntegerConverterLayout
+    : public Described<ValueIntegerConverterLayout, ValueConverterLayout>
 {
 public:
     ValueIntegerConverterLayout();
@@ -16,10 +18,11 @@ public:
     /// Another format. One that SetFormat refuses is an assertion failure.
     explicit ValueIntegerConverterLayout(ValueString const & sFormat);
 
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~ValueIntegerConverterLayout() override;
 };
+
+extern template ClassDescription const &
+Described<ValueIntegerConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// Text and back for ValueInt32.
 ///
@@ -29,13 +32,9 @@ public:
 ///
 /// Read is the identifier "%d" alone, from the whole of the remaining text: blanks, a sign, 1 to 10
 /// digits, blanks. Failures have code 2.
-class TSL_EXPORT ValueIntegerConverter : public ValueConverter
+class TSL_EXPORT ValueIntegerConverter : public Described<ValueIntegerConverter, ValueConverter>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
     ValueConverterLayout const & GetDefaultLayout() const override;
 
 protected:
@@ -44,5 +43,8 @@ protected:
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
         ValueString const & sIdentifier) const override;
 };
+
+extern template ClassDescription const &
+Described<ValueIntegerConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -7,22 +7,9 @@
 namespace tsl
 {
 
-ClassDescription const & ValueNull::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueNull::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueNull>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueNull::CreateNew()
-{
-    return new ValueNull;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueNull>{};
+template ClassDescription const & Described<ValueNull, Value>::GetStaticClassDesc();
 
 ValueConverter const & ValueNull::GetConverter() const
 {

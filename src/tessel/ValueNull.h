@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Value.h>
 
@@ -7,14 +8,10 @@ namespace tsl
 {
 
 /// The value that is always null and has no content; it stands where a reference to no value is needed.
-class TSL_EXPORT ValueNull : public Value
+class TSL_EXPORT ValueNull : public Described<ValueNull, Value>
 {
 public:
     ValueNull() = default;
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     bool IsNull() const override { return true; }
     void SetNull() override {}
@@ -27,5 +24,7 @@ protected:
     void DoCopy(Root const &) override {}
     eCompare DoCompareTo(Value const &) const override { return eNotComparable; }
 };
+
+extern template ClassDescription const & Described<ValueNull, Value>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -7,41 +7,19 @@
 namespace tsl
 {
 
-ClassDescription const & ValueNullConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueNullConverterLayout>{};
+template ClassDescription const &
+Described<ValueNullConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-ClassDescription const & ValueNullConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueNullConverterLayout>(
-        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ValueNullConverterLayout::~ValueNullConverterLayout() = default;
 
-Root * ValueNullConverterLayout::CreateNew()
-{
-    return new ValueNullConverterLayout;
-}
+ValueNullConverterLayout::ValueNullConverterLayout() : Described("") {}
 
-ValueNullConverterLayout::ValueNullConverterLayout() : ValueConverterLayout("") {}
-
-ClassDescription const & ValueNullConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueNullConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueNullConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueNullConverter::CreateNew()
-{
-    return new ValueNullConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueNullConverter>{};
+template ClassDescription const & Described<ValueNullConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & ValueNullConverter::GetDefaultLayout() const
 {

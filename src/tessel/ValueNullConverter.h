@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueConverterLayout.h>
@@ -8,24 +9,20 @@ namespace tsl
 {
 
 /// The layout of a ValueNull: the empty format; what is written is the null format.
-class TSL_EXPORT ValueNullConverterLayout : public ValueConverterLayout
+class TSL_EXPORT ValueNullConverterLayout : public Described<ValueNullConverterLayout, ValueConverterLayout>
 {
 public:
     ValueNullConverterLayout();
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~ValueNullConverterLayout() override;
 };
 
+extern template ClassDescription const &
+Described<ValueNullConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+
 /// The text form of ValueNull. It knows no identifier, and reading a replacement is an assertion failure.
-class TSL_EXPORT ValueNullConverter : public ValueConverter
+class TSL_EXPORT ValueNullConverter : public Described<ValueNullConverter, ValueConverter>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
     ValueConverterLayout const & GetDefaultLayout() const override;
 
 protected:
@@ -34,5 +31,7 @@ protected:
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
         ValueString const & sIdentifier) const override;
 };
+
+extern template ClassDescription const & Described<ValueNullConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

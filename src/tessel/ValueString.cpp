@@ -14,22 +14,9 @@ namespace tsl
 
 static constexpr char const * NULL_TEXT = "Invalid operation. ValueString is NULL";
 
-ClassDescription const & ValueString::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueString::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueString>(&Value::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueString::CreateNew()
-{
-    return new ValueString;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueString>{};
+template ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc();
 
 // A text that was moved from must not be left non-null with an unspecified content.
 ValueString::ValueString(ValueString && sSource) noexcept

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/String.h>
 #include <tessel/Value.h>
@@ -17,7 +18,7 @@ namespace tsl
 /// Null and empty are different. An operation that needs text fails the assertion "!m_bNull" with
 /// "Invalid operation. ValueString is NULL" on a null value, which then stays as it was; assigning and
 /// appending make a null value non-null. What the operations do is told at String.
-class TSL_EXPORT ValueString : public Value
+class TSL_EXPORT ValueString : public Described<ValueString, Value>
 {
 public:
     /// Null.
@@ -36,10 +37,7 @@ public:
     ValueString & operator=(char c);
     ValueString & operator=(char const * sSource);
 
-    ClassDescription const & GetClassDesc() const override;
     ~ValueString() override = default;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
 
     bool IsNull() const override { return m_bNull; }
 
@@ -159,6 +157,8 @@ private:
     bool m_bNull = true;
     String m_sText;
 };
+
+extern template ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc();
 
 /// As Compare of the right operand, with what that demands. A text that is no ValueString may stand on the
 /// left as well.

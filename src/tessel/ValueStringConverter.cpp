@@ -9,41 +9,19 @@
 namespace tsl
 {
 
-ClassDescription const & ValueStringConverterLayout::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueStringConverterLayout>{};
+template ClassDescription const &
+Described<ValueStringConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-ClassDescription const & ValueStringConverterLayout::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueStringConverterLayout>(
-        &ValueConverterLayout::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ValueStringConverterLayout::~ValueStringConverterLayout() = default;
 
-Root * ValueStringConverterLayout::CreateNew()
-{
-    return new ValueStringConverterLayout;
-}
+ValueStringConverterLayout::ValueStringConverterLayout() : Described("${%s}") {}
 
-ValueStringConverterLayout::ValueStringConverterLayout() : ValueConverterLayout("${%s}") {}
-
-ClassDescription const & ValueStringConverter::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-ClassDescription const & ValueStringConverter::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription = DescribeClass<ValueStringConverter>(
-        &ValueConverter::GetStaticClassDesc(), ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueStringConverter::CreateNew()
-{
-    return new ValueStringConverter;
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueStringConverter>{};
+template ClassDescription const & Described<ValueStringConverter, ValueConverter>::GetStaticClassDesc();
 
 ValueConverterLayout const & ValueStringConverter::GetDefaultLayout() const
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/ValueConverter.h>
 #include <tessel/ValueConverterLayout.h>
@@ -8,15 +9,16 @@ namespace tsl
 {
 
 /// The layout of a ValueString; the format is "${%s}".
-class TSL_EXPORT ValueStringConverterLayout : public ValueConverterLayout
+class TSL_EXPORT ValueStringConverterLayout
+    : public Described<ValueStringConverterLayout, ValueConverterLayout>
 {
 public:
     ValueStringConverterLayout();
-
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~ValueStringConverterLayout() override;
 };
+
+extern template ClassDescription const &
+Described<ValueStringConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// The text form of ValueString. A ValueString cannot be read from text, except for the null format.
 ///
@@ -24,13 +26,9 @@ public:
 /// flags, width and precision of at most 3,998. Any other is an assertion failure that names the format,
 /// and so are a null value and a replacement of more than 3,998 bytes. Reading a replacement is an
 /// assertion failure.
-class TSL_EXPORT ValueStringConverter : public ValueConverter
+class TSL_EXPORT ValueStringConverter : public Described<ValueStringConverter, ValueConverter>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
-
     ValueConverterLayout const & GetDefaultLayout() const override;
 
 protected:
@@ -39,5 +37,8 @@ protected:
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
         ValueString const & sIdentifier) const override;
 };
+
+extern template ClassDescription const &
+Described<ValueStringConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

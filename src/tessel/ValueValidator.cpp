@@ -1,25 +1,14 @@
 #include <tessel/ValueValidator.h>
 
-#include <tessel/Assertion.h>
-
 namespace tsl
 {
 
-ClassDescription const & ValueValidator::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
+template<>
+constexpr ClassSource CLASS_SOURCE<ValueValidator>{};
+template ClassDescription const &
+Described<ValueValidator, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-ClassDescription const & ValueValidator::GetStaticClassDesc()
-{
-    static ClassDescription const & oDescription =
-        DescribeClass<ValueValidator>(&Root::GetStaticClassDesc(), ClassDescription::eAbstract, &CreateNew);
-    return oDescription;
-}
-
-Root * ValueValidator::CreateNew()
-{
-    XAssertionFailed("false", "Unknown");
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ValueValidator::~ValueValidator() = default;
 
 } // namespace tsl

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Root.h>
 
@@ -7,12 +8,13 @@ namespace tsl
 {
 
 /// Abstract base of what says whether a value may stand. The library has none itself.
-class TSL_EXPORT ValueValidator : public Root
+class TSL_EXPORT ValueValidator : public Described<ValueValidator, Root, ClassDescription::eAbstract>
 {
 public:
-    ClassDescription const & GetClassDesc() const override;
-    static ClassDescription const & GetStaticClassDesc();
-    static Root * CreateNew();
+    ~ValueValidator() override;
 };
+
+extern template ClassDescription const &
+Described<ValueValidator, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl
