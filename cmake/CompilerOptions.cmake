@@ -37,7 +37,9 @@ function(tessel_compile_options target)
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wno-format-nonliteral -Wextra-semi -Wundef
     # As the paths are written here, and as a compiler cache may write them, from the folder where it runs.
-    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${source_from_folder}/=)
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${source_from_folder}/=
+    # The folder itself, of which debug data tells.
+    -fdebug-prefix-map=${folder}=.)
   target_compile_definitions(${target} PRIVATE TESSEL_SANITIZE="${TESSEL_SANITIZE}")
   # At -O3, g++ 12 takes "text" + std::to_string(i) for a copy that overlaps itself.
   target_compile_options(${target} PRIVATE

@@ -4,6 +4,11 @@ include_guard(GLOBAL)
 
 include(CMakePackageConfigHelpers)
 
+# Optimised libraries come with files for debuggers. A sanitizer needs the debug data in the library itself.
+include(CMakeDependentOption)
+cmake_dependent_option(TESSEL_DEBUG_FILES "Put the debug data of the libraries into files of their own"
+  ${PROJECT_IS_TOP_LEVEL} "CMAKE_OBJCOPY;NOT CMAKE_BUILD_TYPE STREQUAL Debug;NOT TESSEL_SANITIZE" OFF)
+
 set(TESSEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Tessel)
 
 # How the object files of a shared library are compiled.
@@ -13,6 +18,10 @@ function(tessel_library_objects target)
     POSITION_INDEPENDENT_CODE ON
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
+  if(TESSEL_DEBUG_FILES)
+    # By itself clang++ leaves out what it expects in the debug data of the standard library.
+    target_compile_options(${target} PRIVATE -g $<$<CXX_COMPILER_ID:Clang>:-fstandalone-debug>)
+  endif()
   if(TESSEL_HAS_NO_SEMANTIC_INTERPOSITION)
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   endif()
@@ -42,6 +51,26 @@ function(tessel_library target)
   if(NOT TESSEL_SANITIZE)
     # A sanitized library finds the sanitizer in the program that loads it.
     target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
+  if(TESSEL_DEBUG_FILES)
+    tessel_split_debug_data(${target})
+  endif()
+endfunction()
+
+# Moves the debug data of a library to a file in .debug/ beside it, where debuggers look for the file that the library
+# names. The names of functions stay.
+function(tessel_split_debug_data target)
+  set(library $<TARGET_FILE:${target}>)
+  set(debug_folder $<TARGET_FILE_DIR:${target}>/.debug)
+  set(debug_file ${debug_folder}/$<TARGET_FILE_NAME:${target}>.debug)
+  target_link_options(${target} PRIVATE -Wl,--build-id=sha1)
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${debug_folder}
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug --compress-debug-sections ${library} ${debug_file}
+    COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=${debug_file} ${library}
+    VERBATIM)
+  if(TESSEL_INSTALL)
+    install(FILES ${debug_file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/.debug COMPONENT Tessel_dbg)
   endif()
 endfunction()
 

@@ -24,6 +24,7 @@ clang-tidy|clang-tidy|has clang-tidy
 libbenchmark-dev|Google Benchmark|has_header benchmark/benchmark.h
 doxygen|Doxygen|has doxygen
 ccache|ccache|has ccache
+gdb|gdb|has gdb
 make|make|has make'
 
 has() {
