@@ -1,0 +1,11 @@
+#!/bin/sh
+# What has to pass before a change lands.
+
+set -eu
+cd "$(dirname "$0")"
+
+for preset in dev release; do
+    cmake --preset $preset
+    cmake --build --preset $preset
+    ctest --preset $preset
+done

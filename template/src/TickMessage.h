@@ -1,0 +1,26 @@
+#pragma once
+
+#include <tessel/Message.h>
+
+/// A tick and its number. Goes from the machine to the program.
+class TickMessage : public tsl::Message
+{
+public:
+    TickMessage() = default;
+    explicit TickMessage(int iNumber) : m_iNumber(iNumber) {}
+
+    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
+    static tsl::ClassDescription const & GetStaticClassDesc();
+    static tsl::Root * CreateNew();
+
+    std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
+    tsl::String & AddAsString(tsl::String & sText) const override;
+
+    int GetNumber() const { return m_iNumber; }
+
+protected:
+    void DoCopy(tsl::Root const & oSource) override;
+
+private:
+    int m_iNumber = 0;
+};
