@@ -25,6 +25,8 @@ libbenchmark-dev|Google Benchmark|has_header benchmark/benchmark.h
 doxygen|Doxygen|has doxygen
 ccache|ccache|has ccache
 gdb|gdb|has gdb
+abigail-tools|abidw|has abidw
+python3|Python 3|has python3
 make|make|has make'
 
 has() {
