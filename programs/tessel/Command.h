@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Output.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Reports a failure that does not end the command.
+using ReportFailure = std::function<void(tsl::Result const &)>;
+
+/// One of the program's commands.
+struct Command
+{
+    char const * sName;
+
+    /// Code 2 for wrong arguments, which are those behind the command's name; other codes for what ends the command.
+    tsl::Result (*fRun)(
+        std::vector<std::string> const & vArguments, Output & oOutput, ReportFailure const & fReport);
+};
+
+extern Command const LOG_COMMAND;
+extern Command const INI_COMMAND;

@@ -1,0 +1,24 @@
+#include "FailurePrinter.h"
+
+#include <tessel/ResultMessage.h>
+#include <tessel/ValueString.h>
+
+#include <iostream>
+
+void FailurePrinter::Process(tsl::Message const & oMessage, tsl::Result &) const
+{
+    auto const * const pFailure = dynamic_cast<tsl::ResultMessage const *>(&oMessage);
+    if (!pFailure)
+        return;
+    tsl::Result const & oFailure = pFailure->GetResult();
+    std::cerr << "tessel: " << oFailure.GetText().s_str();
+    for (int i = 0; i < oFailure.GetHistorySize(); ++i)
+        std::cerr << ": " << oFailure.GetHistory(i).GetText().s_str();
+    std::cerr << std::endl;
+}
+
+tsl::Result FailurePrinter::SetConfig(tsl::MessageProcessorConfig const & oConfig)
+{
+    m_oConfig.Set(oConfig);
+    return tsl::Result();
+}

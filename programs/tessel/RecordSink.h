@@ -1,0 +1,51 @@
+#pragma once
+
+#include "LogRecord.h"
+#include "Output.h"
+
+#include <memory>
+
+/// Takes the selected records, one after the other.
+class RecordSink
+{
+public:
+    RecordSink() = default;
+    RecordSink(RecordSink const &) = delete;
+    RecordSink & operator=(RecordSink const &) = delete;
+    virtual ~RecordSink() = default;
+
+    enum class Extent
+    {
+        eWhole,
+        eFirstPiece ///< more pieces of the text follow
+    };
+
+    /// A record, or the first piece of a long one.
+    virtual void Begin(LogRecord const & oRecord, Extent eExtent) = 0;
+
+    virtual void Continue(std::string_view sPiece) = 0;
+
+    /// The record is complete.
+    virtual void End() = 0;
+
+    /// All records are.
+    virtual void Finish() {}
+};
+
+enum class Form
+{
+    eText,
+    eJson
+};
+
+/// Writes the records as they are; with colours to a terminal.
+std::unique_ptr<RecordSink> MakeTextSink(Output & oOutput, bool bColours);
+
+/// Writes each record as a line of JSON.
+std::unique_ptr<RecordSink> MakeJsonSink(Output & oOutput);
+
+/// Writes in the end how many there were.
+std::unique_ptr<RecordSink> MakeCountSink(Output & oOutput);
+
+/// Writes in the end how many there were of each kind, identifier and place of failure.
+std::unique_ptr<RecordSink> MakeStatisticsSink(Output & oOutput, Form eForm);
