@@ -55,7 +55,7 @@ TEST(TesselHelp, IsWhatTheGuideShows)
     std::stringstream oPage;
     oPage << std::ifstream(TESSEL_GUIDE "/programs.md").rdbuf();
     std::string const sPage = oPage.str();
-    for (std::string const sArguments : {"--help", "log|--help"})
+    for (std::string const sArguments : {"--help", "log|--help", "ini|--help"})
     {
         std::string const sRun = "$ tessel " + std::regex_replace(sArguments, std::regex("\\|"), " ") + '\n'
                                  + TesselRun().GetPrinted(sArguments);
@@ -66,7 +66,8 @@ TEST(TesselHelp, IsWhatTheGuideShows)
 TEST(TesselUsage, WrongArgumentsAreToldWithAHintAndCode2)
 {
     // Arguments, what is printed.
-    Rows<char const *, std::string> aRows = {{"", "A command is missing. 'tessel --help' tells more."},
+    Rows<char const *, std::string> aRows = {
+        {"", "A command is missing, log or ini. 'tessel --help' tells more."},
         {"lgo", "There is no command 'lgo'. Did you mean 'log'? 'tessel --help' shows all."},
         {"log|--folow", "There is no option '--folow'. Did you mean '--follow'? A file of that name is given "
                         "behind '--'."},
@@ -204,4 +205,186 @@ TEST(TesselLog, FollowsALogThatIsReplaced)
     oTessel.WriteFile("x.log", ORDER + ORDER);
     EXPECT_TRUE(Shows(sExpected += ORDER + ORDER)) << sShown;
     EXPECT_TRUE(oFollow.Kill(0).IsOk());
+}
+
+TEST(TesselIni, SaysWhatIsWrongWithEachLineAndWhatToDo)
+{
+    std::string const sName =
+        "Syntax error: Name of key invalid. The name may only contain alphanumeric characters.\n    ";
+    // Content, what is printed behind the name of the file, without the last line about all files.
+    Rows<std::string, std::string> aRows = {{"; x\n[A]\nx=1\n+=2\n", ""},
+        {"\xef\xbb\xbf[A]\nx=1\n[A]\ny\n", "1: Syntax error: Chaptername expected.\n    The file begins with "
+                                           "a byte order mark. Save it without one.\n"
+                                           "3: Syntax error: Chapter 'A' already exists.\n    It begins in "
+                                           "line 1; its keys have to stand there.\n"
+                                           "4: Syntax error: Token '=' expected.\n    A key without a value "
+                                           "is written with '=' at its end.\n"},
+        {"x=1\ny=2\n[a \"b\"]\nz=1\n",
+            "1: Syntax error: Chaptername expected.\n    A line such as [Main] has to come first.\n"
+            "3: Syntax error: Name of chapter invalid. The name may only contain alphanumeric characters.\n"
+            "    A name has letters of ASCII, digits, '/' and '_' only; 'a_b' would be one.\n"},
+        {"[A]\n# x=1\na-b=1\n=2\n+=\nx=1\nx=2\n  y\nz: 1\n[\n",
+            "2: " + sName + "Comments begin with ';'.\n" + "3: " + sName
+                + "A name has letters of ASCII, digits, '/' and '_' only; 'a_b' would be one.\n"
+                  "4: Syntax error: Name of key invalid. The name must contain at least 1 character.\n"
+                  "    A name has to stand in front of '='.\n"
+                  "5: "
+                + sName
+                + "Behind '+=' a text is missing, with which the value goes on.\n"
+                  "7: Syntax error: Key 'x' already exists in this Chapter.\n    It is in line 6, too.\n"
+                  "8: Syntax error: Token '=' expected.\n    A value goes on in a line that begins with "
+                  "'+='.\n"
+                  "9: Syntax error: Token '=' expected.\n    A value stands behind '=', not behind ':'.\n"
+                  "10: Syntax error: Token ']' expected.\n    A chapter is written [Name].\n"},
+        {"[A] x\n+= 1\na=1 ; b\nc=\"d\"\ne=007\nf=" + std::string(497, 'x') + "\ng\n",
+            "1: Note: What stands behind ']' does not count.\n"
+            "2: Note: There is no key that the line continues.\n    Its text cannot be read by any program.\n"
+            "3: Note: ';' and what follows is part of the value.\n"
+            "    A comment is a line of its own that begins with ';'.\n"
+            "4: Note: The quotes are part of the value.\n    Values need none; blanks at their ends do not "
+            "count.\n"
+            "5: Note: '007' is a text, but no number.\n    A number is written without '+' and leading "
+            "zeros: 7\n"
+            "8 (line 7 of the file): Syntax error: Token '=' expected.\n"
+            "    A key without a value is written with '=' at its end.\n"},
+        {"[Debug]\nEnable=yes\n[Debug/Switch]\ntask=1\nTaskContxt=1\nGreeter=1\n",
+            "2: Note: 'yes' is no number, so it counts as 0.\n    1 switches on.\n"
+            "4: Note: The library has no log point 'task'.\n    Did you mean 'Task'?\n"
+            "5: Note: The library has no log point 'TaskContxt'.\n    Did you mean 'TaskContext'?\n"}};
+    TesselRun const oTessel;
+    for (auto const & [sIni, sPrinted] : aRows)
+    {
+        oTessel.WriteFile("x", sIni);
+        bool const bError = sPrinted.find("error") != std::string::npos;
+        EXPECT_EQ(std::regex_replace(oTessel.GetPrinted("ini|x"), std::regex("(^|\n)x:"), "$1"),
+            sPrinted + (bError ? "tessel: 1 of 1 files cannot be used.\n(1)\n" : ""))
+            << sIni;
+    }
+    EXPECT_EQ(oTessel.GetPrinted("ini|no"),
+        "tessel: The file 'no' cannot be read: No such file or directory\n(1)\n");
+}
+
+TEST(TesselIni, ChangesOneValueAndNothingElse)
+{
+    std::string const sIni =
+        "; head\r\n[A]\r\n x = 1 \r\n; c\r\n+= more\r\n+= yet\r\ny=2\r\n\r\n; B\r\n[A/B]\r\nx=3";
+    std::string const sLong(600, 'x');
+    // Setting, the text of sIni that is replaced and by what, what is printed.
+    Rows<std::string, std::string, std::string, std::string> aRows = {
+        {"A/x=new = value", " x = 1 \r\n; c\r\n+= more\r\n+= yet\r\n", " x = new = value\r\n; c\r\n", ""},
+        {"A/y=", "y=2", "y=", ""}, {"A/z=9", "y=2\r\n", "y=2\r\nz=9\r\n", ""}, {"A/B/x=4", "x=3", "x=4", ""},
+        {"A/B/y=4", "x=3", "x=3\r\ny=4\r\n", ""}, {"N/k=v", "x=3", "x=3\r\n\r\n[N]\r\nk=v\r\n", ""},
+        {"A/x= v", "", "", "A value cannot have line ends, nor blanks at its ends.\n(2)\n"},
+        {"A/b-c=1", "", "", "'A/b-c' is no key: The name may only contain alphanumeric characters.\n(2)\n"},
+        {"x=1", "", "", "'x' is no key. One is given as CHAPTER/KEY.\n(2)\n"},
+        {"A/q=" + sLong, "", "",
+            "The file 'link' stays as it is: a line of it would have more than 499 bytes.\n(1)\n"}};
+    for (auto const & [sSetting, sOld, sNew, sPrinted] : aRows)
+    {
+        TesselRun const oTessel;
+        oTessel.WriteFile("x", sIni);
+        auto const eMode = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write
+                           | std::filesystem::perms::others_read;
+        std::filesystem::permissions(oTessel.GetPath("x"), eMode);
+        std::filesystem::create_symlink("x", oTessel.GetPath("link"));
+
+        EXPECT_EQ(
+            oTessel.GetPrinted("ini|link|--set|" + sSetting), sPrinted.empty() ? "" : "tessel: " + sPrinted);
+        std::string sExpected = sIni;
+        EXPECT_EQ(oTessel.ReadFile("x"), sExpected.replace(sExpected.find(sOld), sOld.size(), sNew))
+            << sSetting;
+        EXPECT_EQ(std::filesystem::status(oTessel.GetPath("x")).permissions(), eMode);
+        EXPECT_TRUE(std::filesystem::is_symlink(oTessel.GetPath("link")));
+        // These two and the log of the program: nothing is left behind.
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(oTessel.GetFolder()), {}), 3) << sSetting;
+    }
+}
+
+TEST(TesselIni, ShowsAValue)
+{
+    TesselRun const oTessel;
+    oTessel.WriteFile("x", "[A]\nx=1\n+=2\n[A/B]\nC=3\n");
+    EXPECT_EQ(oTessel.GetPrinted("ini|--get|A/x|x"), "1 2\n");
+    EXPECT_EQ(oTessel.GetPrinted("ini|--get=A/B/C|x"), "3\n");
+    EXPECT_EQ(oTessel.GetPrinted("ini|--get|A/B/c|x"),
+        "tessel: The file 'x' has no key 'A/B/c'. Did you mean 'A/B/C'?\n(1)\n");
+}
+
+namespace
+{
+
+/// A file that is an ini file more or less.
+std::string MakeRandomIni(std::mt19937 & oRandom)
+{
+    static std::vector<std::string> const vParts = {"[", "]", "=", "+=", ";", "#", " ", "\t", "\r\n", "\n",
+        "\n", "A", "b", "0", "/", "_", "-", ".", "\"", "x=", "[A]", "[A/b]", "y = 1", "+= more",
+        std::string(1, '\0'), "\x80", "\xef\xbb\xbf", std::string(250, 'x'), "\v"};
+    static std::vector<std::string> const vLines = {
+        "; text", "", " += more", "+=", "[A/0]", "[B] text", "+=x"};
+    std::string sIni = oRandom() % 8 ? "[Main]\n" : "";
+    for (std::size_t iLine = oRandom() % 12, i = 0; i < iLine; ++i)
+    {
+        std::size_t const iKind = oRandom() % 8;
+        if (iKind == 0)
+            for (std::size_t iPart = oRandom() % 8, j = 0; j < iPart; ++j)
+                sIni += vParts[oRandom() % vParts.size()];
+        else if (iKind == 1)
+            sIni += vLines[oRandom() % vLines.size()];
+        else if (iKind == 2)
+            sIni += "long=" + std::string(480 + oRandom() % 40, ' ') + (oRandom() % 2 ? "=" : " ");
+        else
+            sIni += "k" + std::to_string(oRandom() % 99) + " = value";
+        sIni += oRandom() % 40 ? "\n" : "";
+    }
+    return sIni;
+}
+
+/// Line and text of the first error that IniFile has, as the program shows it; empty for a good file.
+std::string GetFirstError(std::string const & sPath)
+{
+    tsl::IniFile oFile;
+    tsl::Result const oResult = oFile.Open(sPath);
+    if (oResult.IsOk())
+        return "";
+    std::string const sOuter = oResult.GetText().s_str();
+    std::string sText = oResult.GetHistory(0).GetText().s_str();
+    if (oResult.GetHistorySize() > 1)
+        sText += " " + oResult.GetHistory(1).GetText().s_str();
+    std::string const sLine = sOuter.substr(sOuter.rfind(' ') + 1);
+    return sLine.substr(0, sLine.size() - 1) + ": " + sText.substr(0, sText.find_last_not_of(' ') + 1);
+}
+
+} // namespace
+
+TEST(TesselIni, AgreesWithIniFileOnTheFirstError)
+{
+    // Other files in each repetition with --gtest_shuffle.
+    std::mt19937 oRandom(static_cast<unsigned int>(testing::UnitTest::GetInstance()->random_seed()));
+    constexpr std::size_t iFiles = 2000;
+    TesselRun const oTessel;
+    std::vector<std::string> vArguments = {"ini"};
+    for (std::size_t i = 0; i < iFiles; ++i)
+    {
+        vArguments.push_back(std::to_string(i));
+        oTessel.WriteFile(vArguments.back(), MakeRandomIni(oRandom));
+    }
+
+    std::map<std::string, std::string> oFirst;
+    std::istringstream oPrinted(oTessel.Run(vArguments).sOutput);
+    std::regex const oError(R"((\d+):(\d+)(?: \(line \d+ of the file\))?(: Syntax error: .*))");
+    std::smatch oParts;
+    for (std::string sLine; std::getline(oPrinted, sLine);)
+        if (std::regex_match(sLine, oParts, oError))
+            oFirst.try_emplace(oParts[1], oParts[2].str() + oParts[3].str());
+
+    std::size_t iWrong = 0;
+    for (std::size_t i = 0; i < iFiles; ++i)
+    {
+        std::string const sName = std::to_string(i);
+        std::string const sError = GetFirstError(oTessel.GetPath(sName));
+        iWrong += sError.empty() ? 0U : 1U;
+        ASSERT_EQ(oFirst[sName], sError) << testing::PrintToString(oTessel.ReadFile(sName));
+    }
+    EXPECT_GT(iWrong, iFiles / 5);
+    EXPECT_LT(iWrong, iFiles * 4 / 5);
 }

@@ -29,8 +29,8 @@ bool WaitWithOutput(std::chrono::milliseconds iDuration);
 /// and the owner where the system allows it. After a failure the file is as it was.
 [[nodiscard]] int ReplaceFile(std::filesystem::path const & oOld, std::filesystem::path const & oNew);
 
-/// Creates a file beside the other one, which only its owner may read, and writes the content to the disk. The
-/// file is gone again after a failure.
+/// Creates a file beside the other one, which only its owner may read, and writes the content to the disk. After a
+/// failure there is none, nor if the other one must not be written.
 [[nodiscard]] int WriteBeside(
     std::filesystem::path const & oFile, std::string_view sContent, std::filesystem::path & oBeside);
 

@@ -16,16 +16,17 @@ namespace
 constexpr char HELP[] = R"(tessel looks after what programs written with Tessel read and write.
 
   tessel log [OPTION...] [FILE...]  shows and filters log files
+  tessel ini [OPTION] FILE...       checks ini files; reads or changes a key
   tessel COMMAND --help             shows the options of a command
   tessel --version                  shows the version
   tessel --help                     shows this text
 
-The exit code is 0; 1 if something cannot be read or written; 2 for wrong arguments.
+The exit code is 0; 1 if something cannot be read or written, or an ini file is wrong; 2 for wrong arguments.
 )";
 
 std::vector<Command> const & GetCommands()
 {
-    static std::vector<Command> const vCommands = {LOG_COMMAND};
+    static std::vector<Command> const vCommands = {LOG_COMMAND, INI_COMMAND};
     return vCommands;
 }
 
@@ -83,7 +84,7 @@ private:
     tsl::Result RunCommand()
     {
         if (m_vArguments.empty())
-            return MakeUsageFailure("A command is missing. 'tessel --help' tells more.");
+            return MakeUsageFailure("A command is missing, log or ini. 'tessel --help' tells more.");
 
         std::string const sName = m_vArguments.front();
         m_vArguments.erase(m_vArguments.begin());

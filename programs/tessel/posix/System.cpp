@@ -87,6 +87,9 @@ int ReplaceFile(std::filesystem::path const & oOld, std::filesystem::path const 
 int WriteBeside(
     std::filesystem::path const & oFile, std::string_view sContent, std::filesystem::path & oBeside)
 {
+    // Whoever may not write the file is not to replace it either, even if the folder would allow it.
+    if (::access(oFile.c_str(), W_OK) != 0)
+        return errno;
     std::string sName = oFile.string() + ".XXXXXX";
     int const iHandle = ::mkostemp(sName.data(), O_CLOEXEC);
     if (iHandle < 0)
