@@ -1,7 +1,7 @@
-#include "AssertionTest.h"
-#include "ProcessTest.h"
+#include "TestPrelude.h"
 
 #include <csignal>
+#include <regex>
 
 using namespace tsltest;
 
