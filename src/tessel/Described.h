@@ -90,7 +90,11 @@ public:
     /// a singleton, has no such function.
     static Root * CreateNew() requires std::is_base_of_v<Root, Base>
     {
-        return GetStaticClassDesc().GetFactoryFunction()();
+        // The failure names the source of the class, which of a class of the library only the library knows.
+        if constexpr (eKind == ClassDescription::eAbstract)
+            return GetStaticClassDesc().GetFactoryFunction()();
+        else
+            return TesselDetails::MakeObject<Self, eKind>();
     }
 };
 
