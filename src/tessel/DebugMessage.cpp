@@ -1,6 +1,5 @@
 #include <tessel/DebugMessage.h>
 
-#include <tessel/Assertion.h>
 #include <tessel/OS.h>
 
 namespace tsl
@@ -62,43 +61,30 @@ void DebugMessage::DoCopy(Root const & oSource)
     *this = static_cast<DebugMessage const &>(oSource);
 }
 
-static constexpr int ELEMENT_COUNT = 6;
-
 DebugMessageConstIterator::DebugMessageConstIterator(DebugMessage const & oMessage)
-    : MessageConstIterator(ELEMENT_COUNT),
+    : NamedValueIterator(GetRows().size()),
       m_oMessage(oMessage),
       m_iThreadId(static_cast<int>(oMessage.GetThreadId())),
       m_iProcessId(oMessage.GetProcessId())
 {
 }
 
-Value const & DebugMessageConstIterator::GetValue() const
-{
-    switch (GetPosition())
-    {
-    case 0:
-        return m_iProcessId;
-    case 1:
-        return m_iThreadId;
-    case 2:
-        return m_oMessage.GetIdentifier();
-    case 3:
-        return m_oMessage.GetText();
-    case 4:
-        return m_oMessage.GetFile();
-    case 5:
-        return m_oMessage.GetLine();
-    default:
-        XAssertionFailed("false", "DebugMessageConstIterator::GetValue(): Zugriff auf ungültiges Element.");
-    }
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+DebugMessageConstIterator::~DebugMessageConstIterator() = default;
 
-char const * DebugMessageConstIterator::GetName() const
+std::span<NamedGetter<DebugMessageConstIterator> const> DebugMessageConstIterator::GetRows()
 {
-    static constexpr char const * aNames[ELEMENT_COUNT] = {"Pid", "Tid", "Id", "Text", "File", "Line"};
-    if (IsEnd())
-        XAssertionFailed("false", "DebugMessageConstIterator::GetName(): Zugriff auf ungültiges Element.");
-    return aNames[GetPosition()];
+    static constexpr NamedGetter<DebugMessageConstIterator> aRows[] = {
+        {"Pid", GetMember<&DebugMessageConstIterator::m_iProcessId>},
+        {"Tid", GetMember<&DebugMessageConstIterator::m_iThreadId>},
+        {"Id",
+            [](DebugMessageConstIterator const & o) -> Value const &
+            { return o.m_oMessage.GetIdentifier(); }},
+        {"Text", [](DebugMessageConstIterator const & o) -> Value const & { return o.m_oMessage.GetText(); }},
+        {"File", [](DebugMessageConstIterator const & o) -> Value const & { return o.m_oMessage.GetFile(); }},
+        {"Line", [](DebugMessageConstIterator const & o) -> Value const & { return o.m_oMessage.GetLine(); }},
+    };
+    return aRows;
 }
 
 } // namespace tsl

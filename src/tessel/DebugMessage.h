@@ -3,8 +3,11 @@
 #include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Message.h>
+#include <tessel/NamedValueIterator.h>
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>
+
+#include <span>
 
 namespace tsl
 {
@@ -59,13 +62,13 @@ extern template ClassDescription const & Described<DebugMessage, Message>::GetSt
 
 /// The walk over a DebugMessage, which must outlive it. Access outside the elements is an assertion
 /// failure.
-class TSL_EXPORT DebugMessageConstIterator : public MessageConstIterator
+class TSL_EXPORT DebugMessageConstIterator : public NamedValueIterator<DebugMessageConstIterator>
 {
 public:
     explicit DebugMessageConstIterator(DebugMessage const & oMessage);
+    ~DebugMessageConstIterator() override;
 
-    Value const & GetValue() const override;
-    char const * GetName() const override;
+    static std::span<NamedGetter<DebugMessageConstIterator> const> GetRows();
 
 private:
     DebugMessage const & m_oMessage;

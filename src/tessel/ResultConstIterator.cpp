@@ -1,11 +1,7 @@
 #include <tessel/ResultConstIterator.h>
 
-#include <tessel/Assertion.h>
-
 namespace tsl
 {
-
-static constexpr int ELEMENT_COUNT = 6;
 
 std::unique_ptr<AbstractNamedValueConstIterator<Value>> Result::GetConstIterator() const
 {
@@ -13,7 +9,7 @@ std::unique_ptr<AbstractNamedValueConstIterator<Value>> Result::GetConstIterator
 }
 
 ResultConstIterator::ResultConstIterator(Result const & oResult)
-    : MessageConstIterator(ELEMENT_COUNT),
+    : NamedValueIterator(GetRows().size()),
       m_iErrorCode(oResult.GetErrorCode()),
       m_sText(oResult.GetText()),
       m_iCategory(oResult.GetCategory()),
@@ -23,34 +19,20 @@ ResultConstIterator::ResultConstIterator(Result const & oResult)
 {
 }
 
-Value const & ResultConstIterator::GetValue() const
-{
-    switch (GetPosition())
-    {
-    case 0:
-        return m_iErrorCode;
-    case 1:
-        return m_sText;
-    case 2:
-        return m_iCategory;
-    case 3:
-        return m_iSourceLine;
-    case 4:
-        return m_sSourceFile;
-    case 5:
-        return m_sCause;
-    default:
-        XAssertionFailed("false", "ResultConstIterator::GetValue(): Zugriff auf ungültiges Element.");
-    }
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ResultConstIterator::~ResultConstIterator() = default;
 
-char const * ResultConstIterator::GetName() const
+std::span<NamedGetter<ResultConstIterator> const> ResultConstIterator::GetRows()
 {
-    static constexpr char const * aNames[ELEMENT_COUNT] = {
-        "ErrCode", "Text", "Category", "SourceLine", "SourceFile", "Cause"};
-    if (IsEnd())
-        XAssertionFailed("false", "ResultConstIterator::GetName(): Zugriff auf ungültiges Element.");
-    return aNames[GetPosition()];
+    static constexpr NamedGetter<ResultConstIterator> aRows[] = {
+        {"ErrCode", GetMember<&ResultConstIterator::m_iErrorCode>},
+        {"Text", GetMember<&ResultConstIterator::m_sText>},
+        {"Category", GetMember<&ResultConstIterator::m_iCategory>},
+        {"SourceLine", GetMember<&ResultConstIterator::m_iSourceLine>},
+        {"SourceFile", GetMember<&ResultConstIterator::m_sSourceFile>},
+        {"Cause", GetMember<&ResultConstIterator::m_sCause>},
+    };
+    return aRows;
 }
 
 } // namespace tsl

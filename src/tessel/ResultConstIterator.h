@@ -1,23 +1,25 @@
 #pragma once
 
 #include <tessel/Export.h>
-#include <tessel/MessageConstIterator.h>
+#include <tessel/NamedValueIterator.h>
 #include <tessel/Result.h>
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>
+
+#include <span>
 
 namespace tsl
 {
 
 /// A walk over the fields of a Result as they were when it was made. Access outside the elements is an
 /// assertion failure.
-class TSL_EXPORT ResultConstIterator : public MessageConstIterator
+class TSL_EXPORT ResultConstIterator : public NamedValueIterator<ResultConstIterator>
 {
 public:
     explicit ResultConstIterator(Result const & oResult);
+    ~ResultConstIterator() override;
 
-    Value const & GetValue() const override;
-    char const * GetName() const override;
+    static std::span<NamedGetter<ResultConstIterator> const> GetRows();
 
 private:
     ValueInt32 m_iErrorCode;

@@ -2,8 +2,6 @@
 
 #include "ResultHistoryText.h"
 
-#include <tessel/Assertion.h>
-
 namespace tsl
 {
 
@@ -39,22 +37,20 @@ void ResultMessage::DoCopy(Root const & oSource)
 }
 
 ResultMessageConstIterator::ResultMessageConstIterator(ResultMessage const & oMessage)
-    : MessageConstIterator(1), m_oMessage(oMessage)
+    : NamedValueIterator(GetRows().size()), m_oMessage(oMessage)
 {
 }
 
-Value const & ResultMessageConstIterator::GetValue() const
-{
-    if (IsEnd())
-        XAssertionFailed("false", "ResultMessageConstIterator::GetValue(): Zugriff auf ungültiges Element.");
-    return m_oMessage.GetResult();
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+ResultMessageConstIterator::~ResultMessageConstIterator() = default;
 
-char const * ResultMessageConstIterator::GetName() const
+std::span<NamedGetter<ResultMessageConstIterator> const> ResultMessageConstIterator::GetRows()
 {
-    if (IsEnd())
-        XAssertionFailed("false", "ResultMessageConstIterator::GetName(): Zugriff auf ungültiges Element.");
-    return "Result";
+    static constexpr NamedGetter<ResultMessageConstIterator> aRows[] = {
+        {"Result",
+            [](ResultMessageConstIterator const & o) -> Value const & { return o.m_oMessage.GetResult(); }},
+    };
+    return aRows;
 }
 
 } // namespace tsl

@@ -3,7 +3,10 @@
 #include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Message.h>
+#include <tessel/NamedValueIterator.h>
 #include <tessel/Result.h>
+
+#include <span>
 
 namespace tsl
 {
@@ -46,13 +49,13 @@ extern template ClassDescription const & Described<ResultMessage, Message>::GetS
 
 /// The walk over a ResultMessage, which must outlive it. Access outside the element is an assertion
 /// failure.
-class TSL_EXPORT ResultMessageConstIterator : public MessageConstIterator
+class TSL_EXPORT ResultMessageConstIterator : public NamedValueIterator<ResultMessageConstIterator>
 {
 public:
     explicit ResultMessageConstIterator(ResultMessage const & oMessage);
+    ~ResultMessageConstIterator() override;
 
-    Value const & GetValue() const override;
-    char const * GetName() const override;
+    static std::span<NamedGetter<ResultMessageConstIterator> const> GetRows();
 
 private:
     ResultMessage const & m_oMessage;

@@ -1,7 +1,5 @@
 #include <tessel/TaskContextMessage.h>
 
-#include <tessel/Assertion.h>
-
 namespace tsl
 {
 
@@ -24,10 +22,8 @@ void TaskContextMessage::DoCopy(Root const & oSource)
     *this = static_cast<TaskContextMessage const &>(oSource);
 }
 
-static constexpr int ELEMENT_COUNT = 4;
-
 TaskContextMessageConstIterator::TaskContextMessageConstIterator(TaskContextMessage const & oMessage)
-    : MessageConstIterator(ELEMENT_COUNT),
+    : NamedValueIterator(GetRows().size()),
       m_iActionId(oMessage.GetActionId()),
       m_sTaskName(oMessage.GetTaskName()),
       m_iMode(oMessage.GetMode()),
@@ -35,31 +31,18 @@ TaskContextMessageConstIterator::TaskContextMessageConstIterator(TaskContextMess
 {
 }
 
-Value const & TaskContextMessageConstIterator::GetValue() const
-{
-    switch (GetPosition())
-    {
-    case 0:
-        return m_iActionId;
-    case 1:
-        return m_sTaskName;
-    case 2:
-        return m_iMode;
-    case 3:
-        return m_iEnabled;
-    default:
-        XAssertionFailed(
-            "false", "TaskContextMessageConstIterator::GetValue(): Zugriff auf ungültiges Element.");
-    }
-}
+// Not inline, so that the table and the type record of the class are in the library alone.
+TaskContextMessageConstIterator::~TaskContextMessageConstIterator() = default;
 
-char const * TaskContextMessageConstIterator::GetName() const
+std::span<NamedGetter<TaskContextMessageConstIterator> const> TaskContextMessageConstIterator::GetRows()
 {
-    static constexpr char const * aNames[ELEMENT_COUNT] = {"ActionId", "TaskName", "Mode", "Enabled"};
-    if (IsEnd())
-        XAssertionFailed(
-            "false", "TaskContextMessageConstIterator::GetName(): Zugriff auf ungültiges Element.");
-    return aNames[GetPosition()];
+    static constexpr NamedGetter<TaskContextMessageConstIterator> aRows[] = {
+        {"ActionId", GetMember<&TaskContextMessageConstIterator::m_iActionId>},
+        {"TaskName", GetMember<&TaskContextMessageConstIterator::m_sTaskName>},
+        {"Mode", GetMember<&TaskContextMessageConstIterator::m_iMode>},
+        {"Enabled", GetMember<&TaskContextMessageConstIterator::m_iEnabled>},
+    };
+    return aRows;
 }
 
 } // namespace tsl

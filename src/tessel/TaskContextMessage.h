@@ -3,9 +3,12 @@
 #include <tessel/Described.h>
 #include <tessel/Export.h>
 #include <tessel/Message.h>
+#include <tessel/NamedValueIterator.h>
 #include <tessel/String.h>
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>
+
+#include <span>
 
 namespace tsl
 {
@@ -63,13 +66,13 @@ extern template ClassDescription const & Described<TaskContextMessage, Message>:
 
 /// The walk over the contents of a TaskContextMessage as they are when it begins; "Enabled" is 1 or 0.
 /// Access outside the elements is an assertion failure.
-class TSL_EXPORT TaskContextMessageConstIterator : public MessageConstIterator
+class TSL_EXPORT TaskContextMessageConstIterator : public NamedValueIterator<TaskContextMessageConstIterator>
 {
 public:
     explicit TaskContextMessageConstIterator(TaskContextMessage const & oMessage);
+    ~TaskContextMessageConstIterator() override;
 
-    Value const & GetValue() const override;
-    char const * GetName() const override;
+    static std::span<NamedGetter<TaskContextMessageConstIterator> const> GetRows();
 
 private:
     ValueInt32 m_iActionId;

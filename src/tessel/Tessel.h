@@ -39,6 +39,7 @@
 #include <tessel/MessageProcessorFactory.h>
 #include <tessel/NamedValue.h>
 #include <tessel/NamedValueConverter.h>
+#include <tessel/NamedValueIterator.h>
 #include <tessel/OS.h>
 #include <tessel/ObserverNotifyTemplate.h>
 #include <tessel/Pipe.h>
