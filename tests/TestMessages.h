@@ -47,7 +47,7 @@ class DeepMessage : public tsl::Described<DeepMessage, NumberMessage>
 };
 
 /// A processor that does what the test says.
-class TestProcessor : public tsl::MessageProcessor
+class TestProcessor : public tsl::PlainProcessor
 {
 public:
     using Work = std::function<void(tsl::Message const &, tsl::Result &)>;
@@ -67,18 +67,10 @@ public:
             m_fWork(oMessage, oResult);
     }
 
-    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
-    tsl::Result Open() override { return tsl::Result(); }
-    void Close() override {}
     void HandlerDestruction() const override { ++m_iDestructions; }
-
-protected:
-    void DoCopy(tsl::Root const &) override {}
 
 private:
     Work m_fWork;
-    tsl::MessageDispatcherConfig m_oConfig;
     mutable std::atomic<int> m_iCalls{0};
     mutable std::atomic<int> m_iDestructions{0};
 };

@@ -43,6 +43,7 @@
 #include <tessel/OS.h>
 #include <tessel/ObserverNotifyTemplate.h>
 #include <tessel/Pipe.h>
+#include <tessel/PlainProcessor.h>
 #include <tessel/Result.h>
 #include <tessel/ResultConstIterator.h>
 #include <tessel/ResultConverter.h>
