@@ -3,6 +3,7 @@
 #include <tessel/Message.h>
 #include <tessel/MessageDispatcher.h>
 #include <tessel/Pipe.h>
+#include <tessel/PlainProcessor.h>
 
 #include <memory>
 
@@ -30,22 +31,13 @@ private:
     ClassDescription const & m_oClass;
 };
 
-class Counter : public MessageProcessor
+class Counter : public PlainProcessor
 {
 public:
     void Process(Message const &, Result &) const override { ++m_iCount; }
     int GetCount() const { return m_iCount; }
 
-    MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    Result SetConfig(MessageProcessorConfig const &) override { return Result(); }
-    Result Open() override { return Result(); }
-    void Close() override {}
-
-protected:
-    void DoCopy(Root const &) override {}
-
 private:
-    MessageDispatcherConfig m_oConfig;
     mutable int m_iCount = 0;
 };
 

@@ -4,8 +4,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
 #include <tessel/MessageDispatcher.h>
+#include <tessel/PlainProcessor.h>
 
 #include <memory>
 #include <vector>
@@ -13,20 +15,9 @@
 namespace
 {
 
-class NumberMessage : public tsl::Message
+class NumberMessage : public tsl::Described<NumberMessage, tsl::Message>
 {
 public:
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-
-    static tsl::ClassDescription const & GetStaticClassDesc()
-    {
-        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<NumberMessage>(
-            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-        return oDescription;
-    }
-
-    static tsl::Root * CreateNew() { return new NumberMessage; }
-
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
     {
         return tsl::Message::GetConstIterator();
@@ -41,24 +32,13 @@ protected:
     }
 };
 
-class NumberProcessor : public tsl::MessageProcessor
+class NumberProcessor : public tsl::PlainProcessor
 {
 public:
     void Process(tsl::Message const & oMessage, tsl::Result &) const override
     {
         tslbench::Receive(static_cast<NumberMessage const &>(oMessage).iValue);
     }
-
-    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    tsl::Result SetConfig(tsl::MessageProcessorConfig const &) override { return tsl::Result(); }
-    tsl::Result Open() override { return tsl::Result(); }
-    void Close() override {}
-
-protected:
-    void DoCopy(tsl::Root const &) override {}
-
-private:
-    tsl::MessageDispatcherConfig m_oConfig;
 };
 
 void Dispatch(benchmark::State & oState)

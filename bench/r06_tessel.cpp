@@ -4,6 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
 #include <tessel/Pipe.h>
 
@@ -15,20 +16,9 @@
 namespace
 {
 
-class Order : public tsl::Message
+class Order : public tsl::Described<Order, tsl::Message>
 {
 public:
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-
-    static tsl::ClassDescription const & GetStaticClassDesc()
-    {
-        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<Order>(
-            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-        return oDescription;
-    }
-
-    static tsl::Root * CreateNew() { return new Order; }
-
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
     {
         return tsl::Message::GetConstIterator();

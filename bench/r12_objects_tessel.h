@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
 
 #include <array>
@@ -8,13 +9,9 @@ namespace tslbench
 {
 
 /// A message of 96 bytes with three classes below it.
-class Record : public tsl::Message
+class Record : public tsl::Described<Record, tsl::Message>
 {
 public:
-    tsl::ClassDescription const & GetClassDesc() const override;
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
-
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
 
 protected:
@@ -26,28 +23,16 @@ private:
     [[maybe_unused]] std::array<long, 11> m_aValues = {1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0};
 };
 
-class Record1 : public Record
+class Record1 : public tsl::Described<Record1, Record>
 {
-public:
-    tsl::ClassDescription const & GetClassDesc() const override;
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 };
 
-class Record2 : public Record1
+class Record2 : public tsl::Described<Record2, Record1>
 {
-public:
-    tsl::ClassDescription const & GetClassDesc() const override;
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 };
 
-class Record3 : public Record2
+class Record3 : public tsl::Described<Record3, Record2>
 {
-public:
-    tsl::ClassDescription const & GetClassDesc() const override;
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 };
 
 } // namespace tslbench

@@ -1,17 +1,5 @@
 #include "Messages.h"
 
-tsl::ClassDescription const & ProgressMessage::GetStaticClassDesc()
-{
-    static tsl::ClassDescription const & oDescription = tsl::DescribeClass<ProgressMessage>(
-        &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-tsl::Root * ProgressMessage::CreateNew()
-{
-    return new ProgressMessage;
-}
-
 // It shows as one text, which says more than its fields would one by one.
 std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> ProgressMessage::GetConstIterator() const
 {
@@ -26,18 +14,6 @@ tsl::String & ProgressMessage::AddAsString(tsl::String & sText) const
 void ProgressMessage::DoCopy(tsl::Root const & oSource)
 {
     *this = static_cast<ProgressMessage const &>(oSource);
-}
-
-tsl::ClassDescription const & StopMessage::GetStaticClassDesc()
-{
-    static tsl::ClassDescription const & oDescription = tsl::DescribeClass<StopMessage>(
-        &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-tsl::Root * StopMessage::CreateNew()
-{
-    return new StopMessage;
 }
 
 std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> StopMessage::GetConstIterator() const

@@ -1,17 +1,14 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
 
 /// How far the work has come. Goes from the machine to the main thread.
-class ProgressMessage : public tsl::Message
+class ProgressMessage : public tsl::Described<ProgressMessage, tsl::Message>
 {
 public:
     ProgressMessage() = default;
     ProgressMessage(int iDone, int iParts) : m_iDone(iDone), m_iParts(iParts) {}
-
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
     tsl::String & AddAsString(tsl::String & sText) const override;
@@ -28,13 +25,9 @@ private:
 };
 
 /// Asks the machine to stop before the next part. Goes from the main thread to the machine.
-class StopMessage : public tsl::Message
+class StopMessage : public tsl::Described<StopMessage, tsl::Message>
 {
 public:
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
-
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
     tsl::String & AddAsString(tsl::String & sText) const override { return sText << "stop"; }
 

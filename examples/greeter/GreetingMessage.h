@@ -1,19 +1,16 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>
 
 /// Somebody has been greeted: the greeting's number and its text.
-class GreetingMessage : public tsl::Message
+class GreetingMessage : public tsl::Described<GreetingMessage, tsl::Message>
 {
 public:
     GreetingMessage() = default;
     GreetingMessage(tsl::ValueInt32 const & iNumber, tsl::ValueString const & sText);
-
-    tsl::ClassDescription const & GetClassDesc() const override;
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 
     tsl::ValueInt32 const & GetNumber() const { return m_iNumber; }
     tsl::ValueString const & GetText() const { return m_sText; }

@@ -6,12 +6,6 @@
 
 #include <iostream>
 
-tsl::Result Printer::SetConfig(tsl::MessageProcessorConfig const & oConfig)
-{
-    m_oConfig.Set(oConfig);
-    return tsl::Result();
-}
-
 void GreetingPrinter::Process(tsl::Message const & oMessage, tsl::Result &) const
 {
     if (auto const * const pGreeting = dynamic_cast<GreetingMessage const *>(&oMessage))

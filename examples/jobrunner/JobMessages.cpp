@@ -1,44 +1,20 @@
 #include "JobMessages.h"
 
 #include <array>
-#include <utility>
-
-namespace
-{
-
-class FieldIterator : public tsl::MessageConstIterator
-{
-public:
-    explicit FieldIterator(std::vector<MessageField> vFields)
-        : MessageConstIterator(static_cast<int>(vFields.size())), m_vFields(std::move(vFields))
-    {
-    }
-
-    char const * GetName() const override { return GetField().sName; }
-    tsl::Value const & GetValue() const override { return GetField().oValue; }
-
-private:
-    MessageField const & GetField() const { return m_vFields.at(static_cast<std::size_t>(GetPosition())); }
-
-    std::vector<MessageField> m_vFields;
-};
-
-} // namespace
-
-std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> MakeFieldIterator(
-    std::vector<MessageField> vFields)
-{
-    return std::make_unique<FieldIterator>(std::move(vFields));
-}
 
 JobLineMessage::JobLineMessage(tsl::String const & sJob, char const * sStream, tsl::String const & sLine)
     : m_sJob(sJob), m_sStream(sStream), m_sLine(sLine)
 {
 }
 
-std::vector<MessageField> JobLineMessage::GetFields() const
+JobLineMessage::Rows JobLineMessage::GetRows()
 {
-    return {{"Job", m_sJob}, {"Stream", m_sStream}, {"Line", m_sLine}};
+    static constexpr tsl::NamedGetter<JobLineMessage> aRows[] = {
+        {"Job", tsl::GetMember<&JobLineMessage::m_sJob>},
+        {"Stream", tsl::GetMember<&JobLineMessage::m_sStream>},
+        {"Line", tsl::GetMember<&JobLineMessage::m_sLine>},
+    };
+    return aRows;
 }
 
 JobStateMessage::JobStateMessage(
@@ -47,9 +23,15 @@ JobStateMessage::JobStateMessage(
 {
 }
 
-std::vector<MessageField> JobStateMessage::GetFields() const
+JobStateMessage::Rows JobStateMessage::GetRows()
 {
-    return {{"Job", m_sJob}, {"State", m_sState}, {"Attempts", m_iAttempts}, {"Reason", m_sReason}};
+    static constexpr tsl::NamedGetter<JobStateMessage> aRows[] = {
+        {"Job", tsl::GetMember<&JobStateMessage::m_sJob>},
+        {"State", tsl::GetMember<&JobStateMessage::m_sState>},
+        {"Attempts", tsl::GetMember<&JobStateMessage::m_iAttempts>},
+        {"Reason", tsl::GetMember<&JobStateMessage::m_sReason>},
+    };
+    return aRows;
 }
 
 JobCommandMessage::JobCommandMessage(Command eCommand, tsl::String const & sReason)
@@ -59,7 +41,11 @@ JobCommandMessage::JobCommandMessage(Command eCommand, tsl::String const & sReas
 {
 }
 
-std::vector<MessageField> JobCommandMessage::GetFields() const
+JobCommandMessage::Rows JobCommandMessage::GetRows()
 {
-    return {{"Command", m_sCommand}, {"Reason", m_sReason}};
+    static constexpr tsl::NamedGetter<JobCommandMessage> aRows[] = {
+        {"Command", tsl::GetMember<&JobCommandMessage::m_sCommand>},
+        {"Reason", tsl::GetMember<&JobCommandMessage::m_sReason>},
+    };
+    return aRows;
 }

@@ -2,42 +2,27 @@
 
 #include "Job.h"
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
+#include <tessel/NamedValueIterator.h>
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>
 
 #include <memory>
-#include <vector>
+#include <span>
 
-/// A field of a message as the log shows it.
-struct MessageField
-{
-    char const * sName;
-    tsl::Value const & oValue;
-};
-
-std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> MakeFieldIterator(
-    std::vector<MessageField> vFields);
-
-/// What all messages of this program have alike. A derived class has a default constructor and GetFields.
+/// What all messages of this program have alike. A derived class has a default constructor and GetRows, the table of
+/// its fields as the log shows them.
 template<class Derived>
-class JobMessage : public tsl::Message
+class JobMessage : public tsl::Described<Derived, tsl::Message>
 {
 public:
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-
-    static tsl::ClassDescription const & GetStaticClassDesc()
-    {
-        static tsl::ClassDescription const & oDescription = tsl::DescribeClass<Derived>(
-            &tsl::Message::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-        return oDescription;
-    }
-
-    static tsl::Root * CreateNew() { return new Derived; }
+    using Rows = std::span<tsl::NamedGetter<Derived> const>;
 
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
     {
-        return MakeFieldIterator(static_cast<Derived const &>(*this).GetFields());
+        return std::make_unique<tsl::FieldIterator<Derived>>(
+            static_cast<Derived const &>(*this), Derived::GetRows());
     }
 
 protected:
@@ -54,7 +39,7 @@ public:
     JobLineMessage() = default;
     JobLineMessage(tsl::String const & sJob, char const * sStream, tsl::String const & sLine);
 
-    std::vector<MessageField> GetFields() const;
+    static Rows GetRows();
 
 private:
     tsl::ValueString m_sJob;
@@ -69,7 +54,7 @@ public:
     JobStateMessage() = default;
     JobStateMessage(tsl::String const & sJob, JobState eState, int iAttempts, tsl::String const & sReason);
 
-    std::vector<MessageField> GetFields() const;
+    static Rows GetRows();
 
     tsl::ValueString const & GetJob() const { return m_sJob; }
     JobState GetState() const { return m_eState; }
@@ -98,7 +83,7 @@ public:
     JobCommandMessage() = default;
     explicit JobCommandMessage(Command eCommand, tsl::String const & sReason = tsl::String());
 
-    std::vector<MessageField> GetFields() const;
+    static Rows GetRows();
 
     Command GetCommand() const { return m_eCommand; }
     tsl::ValueString const & GetReason() const { return m_sReason; }

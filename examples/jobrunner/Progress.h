@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Processor.h"
+#include <tessel/PlainProcessor.h>
 
 #include <memory>
 
 /// Shows on the standard output how the jobs get on: one line that is drawn again and again on a terminal,
 /// and a line for each change where it is none.
-class Progress : public Processor
+class Progress : public tsl::PlainProcessor
 {
 public:
     explicit Progress(std::size_t iJobs);

@@ -3,8 +3,8 @@
 // nothing else of it.
 
 #include <tessel/DebugMessage.h>
-#include <tessel/MessageDispatcher.h>
 #include <tessel/MessageProcessorFactory.h>
+#include <tessel/PlainProcessor.h>
 #include <tessel/TaskFactory.h>
 
 #include <atomic>
@@ -19,27 +19,12 @@ std::atomic<int> g_iCount{0};
 
 /// Counts. It has no class description of its own: one would stay in the class repository for ever, and
 /// would point into a plug-in that is gone.
-class Census : public tsl::MessageProcessor
+class Census : public tsl::PlainProcessor
 {
 public:
     static tsl::MessageProcessor * Create() { return new Census; }
 
     void Process(tsl::Message const &, tsl::Result &) const override { ++g_iCount; }
-
-    tsl::MessageProcessorConfig const & GetConfig() const override { return m_oConfig; }
-    tsl::Result SetConfig(tsl::MessageProcessorConfig const & oConfig) override
-    {
-        m_oConfig.Set(oConfig);
-        return tsl::Result();
-    }
-    tsl::Result Open() override { return tsl::Result(); }
-    void Close() override {}
-
-protected:
-    void DoCopy(tsl::Root const &) override {}
-
-private:
-    tsl::MessageDispatcherConfig m_oConfig;
 };
 
 /// Sends the count to the application, in a message of the library's, which may outlive the plug-in.

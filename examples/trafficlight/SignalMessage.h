@@ -1,18 +1,15 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
 #include <tessel/ValueString.h>
 
 /// A word to the crossing, such as "night", or from it, such as "Red".
-class SignalMessage : public tsl::Message
+class SignalMessage : public tsl::Described<SignalMessage, tsl::Message>
 {
 public:
     SignalMessage() = default;
     explicit SignalMessage(tsl::ValueString const & sWord) : m_sWord(sWord) {}
-
-    tsl::ClassDescription const & GetClassDesc() const override;
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 
     tsl::ValueString const & GetWord() const { return m_sWord; }
 

@@ -26,7 +26,7 @@ private:
 
 } // namespace
 
-ValueVector::ValueVector(ValueVector const & oSource) : ValueAbstractValueCollection(oSource)
+ValueVector::ValueVector(ValueVector const & oSource) : Described(oSource)
 {
     Set(oSource);
 }
@@ -35,23 +35,6 @@ ValueVector & ValueVector::operator=(ValueVector const & oSource)
 {
     Set(oSource);
     return *this;
-}
-
-tsl::ClassDescription const & ValueVector::GetClassDesc() const
-{
-    return GetStaticClassDesc();
-}
-
-tsl::ClassDescription const & ValueVector::GetStaticClassDesc()
-{
-    static tsl::ClassDescription const & oDescription = tsl::DescribeClass<ValueVector>(
-        &ValueAbstractValueCollection::GetStaticClassDesc(), tsl::ClassDescription::eConcrete, &CreateNew);
-    return oDescription;
-}
-
-tsl::Root * ValueVector::CreateNew()
-{
-    return new ValueVector;
 }
 
 void ValueVector::SetNull()

@@ -1,21 +1,18 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/ValueAbstractValueCollection.h>
 
 #include <memory>
 #include <vector>
 
 /// Values of any classes in the order in which they were added. Null until something is done with it.
-class ValueVector : public tsl::ValueAbstractValueCollection
+class ValueVector : public tsl::Described<ValueVector, tsl::ValueAbstractValueCollection>
 {
 public:
     ValueVector() = default;
     ValueVector(ValueVector const & oSource);
     ValueVector & operator=(ValueVector const & oSource);
-
-    tsl::ClassDescription const & GetClassDesc() const override;
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 
     bool IsNull() const override { return m_bNull; }
     void SetNull() override;

@@ -16,9 +16,3 @@ void FailurePrinter::Process(tsl::Message const & oMessage, tsl::Result &) const
         std::cerr << ": " << oFailure.GetHistory(i).GetText().s_str();
     std::cerr << std::endl;
 }
-
-tsl::Result FailurePrinter::SetConfig(tsl::MessageProcessorConfig const & oConfig)
-{
-    m_oConfig.Set(oConfig);
-    return tsl::Result();
-}

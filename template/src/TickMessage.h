@@ -1,17 +1,14 @@
 #pragma once
 
+#include <tessel/Described.h>
 #include <tessel/Message.h>
 
 /// A tick and its number. Goes from the machine to the program.
-class TickMessage : public tsl::Message
+class TickMessage : public tsl::Described<TickMessage, tsl::Message>
 {
 public:
     TickMessage() = default;
     explicit TickMessage(int iNumber) : m_iNumber(iNumber) {}
-
-    tsl::ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    static tsl::ClassDescription const & GetStaticClassDesc();
-    static tsl::Root * CreateNew();
 
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
     tsl::String & AddAsString(tsl::String & sText) const override;
