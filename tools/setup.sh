@@ -1,8 +1,9 @@
 #!/bin/sh
 # Installs what this project is built and tested with, as far as it is missing:
 #
-#   tools/setup.sh          for the library, the examples and the tests
-#   tools/setup.sh --all    for the benchmarks, the reference, the second compiler and all else used here as well
+#   tools/setup.sh               for the library, the examples and the tests
+#   tools/setup.sh --packages    for the packages as well
+#   tools/setup.sh --all         for the benchmarks, the reference, the second compiler and all else used here as well
 #
 # Packages are installed on Debian and its kin, by root or with a sudo that asks nothing. Elsewhere it says
 # what is missing and fails. Where nothing is missing, it does nothing.
@@ -17,12 +18,15 @@ ninja-build|Ninja|has ninja
 libgtest-dev|GoogleTest|has_header gtest/gtest.h
 pkg-config|pkg-config|has pkg-config
 tzdata|the time zone database|test -e /usr/share/zoneinfo/Europe/Berlin'
+package_needs='
+dpkg-dev|dpkg-shlibdeps|has dpkg-shlibdeps
+fakeroot|fakeroot|has fakeroot
+doxygen|Doxygen|has doxygen'
 extra_needs='
 clang|clang++ 14 or later|has_version clang++ -dumpversion 14
 clang-format|clang-format|has clang-format
 clang-tidy|clang-tidy|has clang-tidy
 libbenchmark-dev|Google Benchmark|has_header benchmark/benchmark.h
-doxygen|Doxygen|has doxygen
 ccache|ccache|has ccache
 gdb|gdb|has gdb
 abigail-tools|abidw|has abidw
@@ -66,9 +70,10 @@ fail() {
 
 case ${1-} in
     '') ;;
-    --all) needs=$needs$extra_needs ;;
+    --packages) needs=$needs$package_needs ;;
+    --all) needs=$needs$package_needs$extra_needs ;;
     *)
-        echo "usage: tools/setup.sh [--all]" >&2
+        echo "usage: tools/setup.sh [--packages|--all]" >&2
         exit 2
         ;;
 esac

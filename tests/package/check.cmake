@@ -2,8 +2,8 @@
 #
 #   cmake -DTESSEL_FROM=... -DTESSEL_SOURCE=... -DTESSEL_BUILD=... -DWORK=... -DOPTIONS=... -P check.cmake
 #
-# TESSEL_FROM is the way in which the project takes the library, TESSEL_BUILD the library's build tree, WORK the
-# folder, OPTIONS what the project is configured with.
+# TESSEL_FROM is the way in which the project takes the library, TESSEL_BUILD the library's build tree, or PREFIX where
+# it is installed, WORK the folder, OPTIONS what the project is configured with.
 
 function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
@@ -54,10 +54,15 @@ endfunction()
 file(REMOVE_RECURSE ${WORK})
 if(TESSEL_FROM MATCHES "find_package|pkg_config")
   # Installed to one place and used at another: nothing in the package depends on where it was put first.
-  run(${CMAKE_COMMAND} --install ${TESSEL_BUILD} --prefix ${WORK}/first)
-  file(RENAME ${WORK}/first ${WORK}/prefix)
-  list(APPEND OPTIONS -DCMAKE_PREFIX_PATH=${WORK}/prefix)
-  check_headers(${WORK}/prefix/include)
+  if(NOT PREFIX)
+    run(${CMAKE_COMMAND} --install ${TESSEL_BUILD} --prefix ${WORK}/first)
+    set(PREFIX ${WORK}/prefix)
+    file(RENAME ${WORK}/first ${PREFIX})
+  endif()
+  list(APPEND OPTIONS -DCMAKE_PREFIX_PATH=${PREFIX})
+  check_headers(${PREFIX}/include)
+  file(GLOB_RECURSE libraries ${PREFIX}/lib/libTessel.so)
+  cmake_path(GET libraries PARENT_PATH libraries)
 endif()
 
 extract_program(${WORK}/hello.cpp)
@@ -81,7 +86,7 @@ check_output("${version}\n" user/bin/version)
 
 if(TESSEL_FROM STREQUAL "find_package")
   foreach(library IN ITEMS Tessel PatternMatcher)
-    execute_process(COMMAND objdump -p ${WORK}/prefix/lib/lib${library}.so
+    execute_process(COMMAND objdump -p ${libraries}/lib${library}.so
       OUTPUT_VARIABLE header COMMAND_ERROR_IS_FATAL ANY)
     if(NOT header MATCHES "SONAME +lib${library}[.]so[.]${library_version}\n")
       message(FATAL_ERROR "lib${library}.so of version ${version} is named otherwise: ${header}")
@@ -91,7 +96,7 @@ endif()
 
 # Without CMake.
 if(TESSEL_FROM STREQUAL "pkg_config")
-  run(sh -c "export PKG_CONFIG_PATH=prefix/lib/pkgconfig
+  run(sh -c "export PKG_CONFIG_PATH=${libraries}/pkgconfig
     cd ${WORK} && ${CXX} -std=c++20 hello.cpp -o plain $(pkg-config --cflags --libs tessel) \
       -Wl,-rpath,$(pkg-config --variable=libdir tessel)")
   check_output("Hello Ann\n" ./plain Ann)
