@@ -40,10 +40,16 @@ Result Parse(CmdLineParser & oParser, Texts vArguments)
 TEST(CommandLine, IsSortedByPlaceAlone)
 {
     std::pair<Texts, char const *> const aRows[] = {
-        {{"prog", "-a", "1", "--bb", "/c", "d"}, "a=1 bb= c=d | prog"}, {{"-a", "b", "c"}, "a=b | c"},
-        {{"p", "-a"}, "a= | p"}, {{"-n", "-5"}, "n= 5= |"}, {{"-a", "", "", "x"}, "a= |  x"},
-        {{"---x", "v", "-ab=c"}, "-x=v ab=c= |"}, {{"-a", "1", "-a", "2"}, "a=1 a=1 |"},
-        {{"/usr/bin/prog", "file"}, "usr/bin/prog=file |"}, {{}, "|"}};
+        {{"prog", "-a", "1", "--bb", "/c", "d"}, "a=1 bb= c=d | prog"},
+        {{"-a", "b", "c"}, "a=b | c"},
+        {{"p", "-a"}, "a= | p"},
+        {{"-n", "-5"}, "n= 5= |"},
+        {{"-a", "", "", "x"}, "a= |  x"},
+        {{"---x", "v", "-ab=c"}, "-x=v ab=c= |"},
+        {{"-a", "1", "-a", "2"}, "a=1 a=1 |"},
+        {{"/usr/bin/prog", "file"}, "usr/bin/prog=file |"},
+        {{}, "|"},
+    };
     CmdLineParser oParser;
     for (auto const & [vArguments, sDump] : aRows)
     {

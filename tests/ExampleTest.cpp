@@ -40,7 +40,11 @@ std::vector<ShownRun> ReadRuns(std::istream && oPage)
 TEST(Examples, PrintWhatTheirPagesShow)
 {
     Rows<std::string, std::size_t> aRows = {
-        {"greeter", 3}, {"plugin", 3}, {"trafficlight", 4}, {"values", 2}};
+        {"greeter", 3},
+        {"plugin", 3},
+        {"trafficlight", 4},
+        {"values", 2},
+    };
     for (auto const & [sName, iRuns] : aRows)
     {
         std::string const sSource = TESSEL_EXAMPLE_SOURCES "/" + sName + "/";
@@ -81,7 +85,8 @@ TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
         {"values", "[Values/Float]\nDecimalPlaces=99999", "0.5", sBad + "\"%.99999f\"", 6},
         {"values", "[Values]\nFormat=${dump", "7", "Zeichen '}' nicht gefunden. String : \"${dump\"", 6},
         {"values", "[Values]\nFormat=${%n%s}", "7", "${%n%s}\n", 0},
-        {"values", "[Values/Named]\nFormat=${%n%s}", "a=7", "(${%n%s})\n", 0}};
+        {"values", "[Values/Named]\nFormat=${%n%s}", "a=7", "(${%n%s})\n", 0},
+    };
     for (auto const & [sProgram, sIni, sArgument, sPrinted, iExitCode] : aRows)
     {
         TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + sProgram);

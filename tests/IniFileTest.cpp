@@ -203,8 +203,11 @@ TEST_F(IniFiles, TellTheFirstReasonOfAFailure)
     Rows<std::string, std::string, std::string> aRows = {
         {"c.d", "!", "ChapterName 'c.d' not valid." + BAD_NAME},
         {" d ", " k! ", "KeyName ' k! ' not valid." + BAD_NAME},
-        {"c", "", "KeyName '' not valid." + EMPTY_NAME}, {" d ", "l", "Chapter 'd' does not exist."},
-        {"C", "k", "Chapter 'C' does not exist."}, {" c ", " K ", "Key 'K' does not exist in chapter 'c'."}};
+        {"c", "", "KeyName '' not valid." + EMPTY_NAME},
+        {" d ", "l", "Chapter 'd' does not exist."},
+        {"C", "k", "Chapter 'C' does not exist."},
+        {" c ", " K ", "Key 'K' does not exist in chapter 'c'."},
+    };
     EXPECT_EQ(Open("[c]\n+=nameless\nk=v"), "");
     for (auto const & [sChapter, sKey, sReason] : aRows)
     {

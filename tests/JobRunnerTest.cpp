@@ -52,7 +52,8 @@ TEST(JobRunnerRunning, EndsWithTheNumberOfFailedJobs)
             "b: failed (not finished after 50 ms)\n"},
         {"[Job/b]\nCommand=no_such_program_anywhere\n", 1, "failed",
             "b: failed (Error while creating process. No such file or directory)\n"},
-        {"[Job/b]\nCommand=% exit 0\nMode=Quiet Detached\n", 0, "done", "b: done\n"}};
+        {"[Job/b]\nCommand=% exit 0\nMode=Quiet Detached\n", 0, "done", "b: done\n"},
+    };
     for (auto const & [sJobs, iExitCode, sState, sPrinted] : aRows)
     {
         ProgramOutcome const oOutcome = JobRunner(sJobs).Run();
@@ -132,7 +133,8 @@ TEST(JobRunnerFile, IsRefusedWithChapterAndKey)
         {"[Job/a]\nCommand=x\nAfter=b\n[Job/b]\nCommand=x\nAfter=c\n[Job/c]\nCommand=x\nAfter=d\n"
          "[Job/d]\nCommand=x\nAfter=b\n",
             "[Job/b] After: The job would wait for itself: b after c after d after b."},
-        {"[Job/a]\nCommand\n", "Error while reading file 'jobrunner.ini', line 5."}};
+        {"[Job/a]\nCommand\n", "Error while reading file 'jobrunner.ini', line 5."},
+    };
     for (auto const & [sJobs, sFailure] : aRows)
     {
         ProgramOutcome const oOutcome = JobRunner(sJobs).Run();

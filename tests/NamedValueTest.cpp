@@ -55,9 +55,12 @@ TEST(NamedValueComparing, LooksAtNamesAndThenAtValues)
     Rows<NamedValue, NamedValue, Value::eCompare> aRows = {
         {NamedValue("a", ValueInt32(2)), NamedValue("b", ValueInt32(1)), Value::eLess},
         {NamedValue("b", ValueInt32(1)), NamedValue("a", ValueInt32(2)), Value::eGreater},
-        {oA1, NamedValue("a", ValueInt32(2)), Value::eLess}, {oA1, oA1, Value::eEqual},
+        {oA1, NamedValue("a", ValueInt32(2)), Value::eLess},
+        {oA1, oA1, Value::eEqual},
         {oA1, NamedValue("a", ValueString("1")), Value::eNotComparable},
-        {oA1, NamedValue(), Value::eNotComparable}, {NamedValue(), NamedValue("a"), Value::eEqual}};
+        {oA1, NamedValue(), Value::eNotComparable},
+        {NamedValue(), NamedValue("a"), Value::eEqual},
+    };
     for (auto const & [oFrom, oRight, eExpected] : aRows)
     {
         SCOPED_TRACE(GetText(oFrom) + " and " + GetText(oRight));

@@ -39,7 +39,11 @@ TEST(OSPlaces, AreThoseOfTheProgram)
 TEST(ApplicationIni, IsNamedAfterTheProgramWithoutItsEnding)
 {
     std::pair<char const *, std::string> const aRows[] = {
-        {"tool.exe", "tool"}, {"TOOL.EXE", "TOOL.EXE"}, {"a.b", "a.b"}, {"a (deleted)", "a (deleted)"}};
+        {"tool.exe", "tool"},
+        {"TOOL.EXE", "TOOL.EXE"},
+        {"a.b", "a.b"},
+        {"a (deleted)", "a (deleted)"},
+    };
     for (auto const & [sProgram, sName] : aRows)
     {
         TestProgram const oPlace("Reporter");

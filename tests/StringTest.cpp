@@ -28,12 +28,13 @@ TEST(StringEditing, CutsAndInsertsWhereItIsTold)
         {"ab", [](String & s) { s.Replace("b", s.c_str(), 0); }, "aab"},
         {" \t\n\v\f\r aB\xE4 \t\n\v\f\r ", [](String & s) { s.Trim(); }, "aB\xE4"},
         {"aB\xE4z1", [](String & s) { s.Upper(); }, "AB\xE4Z1"},
-        {"AbC\xC4", [](String & s) { s.Lower(); }, "abc\xC4"}};
-    for (int iRow = 0; auto const & [sBefore, fEdit, sAfter] : aRows)
+        {"AbC\xC4", [](String & s) { s.Lower(); }, "abc\xC4"},
+    };
+    for (auto const & [sBefore, fEdit, sAfter] : aRows)
     {
         String sText(sBefore);
         fEdit(sText);
-        EXPECT_EQ(sText.s_str(), sAfter) << "row " << iRow++;
+        EXPECT_EQ(sText.s_str(), sAfter) << sBefore << " to " << sAfter;
     }
 }
 
@@ -69,7 +70,11 @@ TEST(StringSearching, FindsFromAPositionAndNothingPastTheEnd)
 
     // What Replace finds, and what it leaves: the first occurrence goes alone.
     Rows<char const *, unsigned int, int, char const *> aRows = {
-        {"an", 2, 3, "ban-a"}, {"", 6, 6, "banana-"}, {"", 7, -1, "banana"}, {"nix", 0, -1, "banana"}};
+        {"an", 2, 3, "ban-a"},
+        {"", 6, 6, "banana-"},
+        {"", 7, -1, "banana"},
+        {"nix", 0, -1, "banana"},
+    };
     for (auto const & [sWhat, iPosition, iFound, sAfter] : aRows)
     {
         String sReplaced(sText);
@@ -104,7 +109,12 @@ TEST(StringComparing, TakesEveryKindOfTextOnBothSides)
 
     // A single byte meets the first byte alone, and there bytes are signed.
     Rows<String, char, int> aRows = {
-        {"", 'a', -1}, {"abc", 'a', 0}, {"abc", 'b', -1}, {"b", 'a', 1}, {"\xE4", 'a', -1}};
+        {"", 'a', -1},
+        {"abc", 'a', 0},
+        {"abc", 'b', -1},
+        {"b", 'a', 1},
+        {"\xE4", 'a', -1},
+    };
     for (auto const & [sLeft, cOther, iOrder] : aRows)
         EXPECT_EQ(GetOrder(sLeft, cOther), iOrder) << sLeft.c_str() << " and " << cOther;
 }

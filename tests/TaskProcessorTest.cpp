@@ -290,7 +290,8 @@ TEST(Machine, RunsByItsTable)
         {"three levels", "20: I P 10, 10 P F; 10: I P 11, 11 P F; 11: I P 1, 1 0 2", "p1 R 0, p2 ! E",
             {"+10 s>10 e10 +11 s>11 e11 +1 s>1 e1 p1 = R", "p1 x1 +2 s1>2 -1 e2 p2 = ! thrown",
                 "p2 x2 x11 s11>F -11 -2 x10 s10>F -10 = E"},
-            ""}};
+            ""},
+    };
     for (auto const & [sName, sTables, sAnswers, vSteps, sEnd] : vRows)
     {
         SCOPED_TRACE(sName);

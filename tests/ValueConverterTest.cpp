@@ -192,25 +192,31 @@ TEST(ConverterReading, FollowsTheFormatFromItsHead)
     // Prefix, format, postfix, text, what is read (-2 for nothing, for text bytes have other numbers),
     // failure.
     Rows<std::string, std::string, std::string, std::string, int, std::string> aRows = {
-        {"", "${x}", "", "AB", 'A', sRest}, {"", "n=${x}", "", "n=A", 'A', ""},
+        {"", "${x}", "", "AB", 'A', sRest},
+        {"", "n=${x}", "", "n=A", 'A', ""},
         {"", "n=${x}", "", "n", -2,
             "Fehler bei Konvertierung. An Position  des zu konvertierender Strings wurde \"n=\" erwartet."},
         {"", "${x}${y}", "", "A${x}B", 'B', ""}, // the head of the format again, not what stands between
-        {"", "${x} end", "", "A end", 'A', sRest}, {"", "literal", "", "", -2, ""},
+        {"", "${x} end", "", "A end", 'A', sRest},
+        {"", "literal", "", "", -2, ""},
         {"(", "${x}", "", "(A", 'A', ""},
         {"(", "${x}", "", "A", -2, "Ungültiges Format. Geforderter Prefix nicht gefunden"},
-        {"", "${x}", ")", "A)", 'A', ""}, {"", "${x}", ")", "A", 'A', sNoPostfix},
+        {"", "${x}", ")", "A)", 'A', ""},
+        {"", "${x}", ")", "A", 'A', sNoPostfix},
         {"(", "${x}", ")", "(A)", 'A', sNoPostfix}, // the prefix counts against the rest once more
-        {"(", "${x}", ")", "(A?)", 'A', sRest}, {"", "${${x}", "", "A", 'A', ""},
+        {"(", "${x}", ")", "(A?)", 'A', sRest},
+        {"", "${${x}", "", "A", 'A', ""},
         {"", "${x", "", "A", -2,
             "Fehler bei Konvertierung. Im Formatstring \"${x\" wurde das Zeichen '}' nicht gefunden. "},
         // The value is asked behind a standard identifier as well.
         {"", "${clsname}", "", "class tsl::ValueInt32!", -2, "asked with !"},
         {"", "${clsname}", "", "class tsl::ValueInt", -2, "clsname not found"},
-        {"", "${clsid}", "", sId + "!", -2, "asked with !"}, {"", "${clsid}", "", "x", -2, "clsid not found"},
+        {"", "${clsid}", "", sId + "!", -2, "asked with !"},
+        {"", "${clsid}", "", "x", -2, "clsid not found"},
         {"", "${null}", "", "true!!", -2, "asked with !!"},
         {"", "${null}", "", "false!!", -2, "asked with !"},
-        {"", "${null}", "", "fals", -2, "null not found"}};
+        {"", "${null}", "", "fals", -2, "null not found"},
+    };
     for (auto const & [sPrefix, sFormat, sPostfix, sText, iExpected, sFailure] : aRows)
     {
         SCOPED_TRACE(sPrefix + sFormat + sPostfix + " from " + sText);

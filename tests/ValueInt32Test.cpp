@@ -27,11 +27,11 @@ TEST(ValueInt32Arithmetic, WrapsAround)
         {5, [](ValueInt32 & i) { i = (i + 5 - ValueInt32(2)) * 7 / 3 % 10; }, 8},
         {4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i + eAnswer - 2L; }, 44},
     };
-    for (int iRow = 0; auto const & [iBefore, fChange, iAfter] : aRows)
+    for (auto const & [iBefore, fChange, iAfter] : aRows)
     {
         ValueInt32 iNumber(iBefore);
         fChange(iNumber);
-        EXPECT_EQ(iNumber.AsInt32(), iAfter) << "row " << iRow++;
+        EXPECT_EQ(iNumber.AsInt32(), iAfter) << iBefore << " to " << iAfter;
     }
 
     ValueInt32 iNumber(5);

@@ -11,39 +11,32 @@ using Call = std::function<void(ValueString &)>;
 TEST(ValueStringNull, IsRefusedByAllThatNeedsText)
 {
     ValueString const sOther("x");
-    std::string const sOwn = "!m_bNull";
-    std::pair<std::string, Call> const aRows[] = {
-        {sOwn, [](ValueString & s) { s.Trim(); }},
-        {sOwn, [](ValueString & s) { s.GetLength(); }},
-        {sOwn, [](ValueString & s) { s.IsEmpty(); }},
-        {sOwn, [](ValueString & s) { s.GetAt(0); }},
-        {sOwn, [](ValueString & s) { s.Mid(0, 1); }},
-        {sOwn, [](ValueString & s) { s.Right(0); }},
-        {sOwn, [](ValueString & s) { s.CutLeft(0); }},
-        {sOwn, [](ValueString & s) { s.CutMid(0, 0); }},
-        {sOwn, [](ValueString & s) { s.Find('x', 0); }},
-        {sOwn, [](ValueString & s) { s.Replace("x", "y", 0); }},
-        {sOwn, [&](ValueString & s) { ValueString("x").Replace(sOther, s, 0); }},
-        {sOwn, [](ValueString & s) { s.c_str(); }},
-        {sOwn, [](ValueString & s) { return "x" == s; }},
-        {"!m_bNull && !s.m_bNull", [](ValueString & s) { ValueString("x").Insert(0, s); }},
-        {"!m_bNull && !Source.m_bNull", [&](ValueString & s) { return sOther == s; }},
-        {"!s.IsNull()", [](ValueString & s) { ValueString("x") << s; }},
+    ValueString sNull;
+    std::map<std::string, std::vector<std::function<void()>>> const oCalls = {
+        {"!m_bNull",
+            {[&] { sNull.Trim(); }, [&] { sNull.GetLength(); }, [&] { sNull.IsEmpty(); },
+                [&] { sNull.GetAt(0); }, [&] { sNull.Mid(0, 1); }, [&] { sNull.Right(0); },
+                [&] { sNull.CutLeft(0); }, [&] { sNull.CutMid(0, 0); }, [&] { sNull.Find('x', 0); },
+                [&] { sNull.Replace("x", "y", 0); }, [&] { ValueString("x").Replace(sOther, sNull, 0); },
+                [&] { sNull.c_str(); }, [&] { return "x" == sNull; }}},
+        {"!m_bNull && !s.m_bNull", {[&] { ValueString("x").Insert(0, sNull); }}},
+        {"!m_bNull && !Source.m_bNull", {[&] { return sOther == sNull; }}},
+        {"!s.IsNull()", {[&] { ValueString("x") << sNull; }}},
     };
-    std::set<std::pair<std::string, int>> oPlaces;
-    for (int iRow = 0; auto const & [sExpression, fCall] : aRows)
+    std::set<std::string> oPlaces;
+    for (auto const & [sExpression, vCalls] : oCalls)
     {
-        SCOPED_TRACE(iRow++);
-        ValueString sNull;
-        auto const fFail = std::bind_front(fCall, std::ref(sNull));
-        EXPECT_TRUE(Asserts(sExpression, "Invalid operation. ValueString is NULL", fFail));
-        EXPECT_TRUE(sNull.IsNull());
-
-        // Each check has a place of its own.
-        Result const oFailure = Catch(fFail).GetResult();
-        EXPECT_TRUE(std::string(oFailure.GetSourceFile()).starts_with("src/tessel/ValueString."));
-        EXPECT_TRUE(oPlaces.emplace(oFailure.GetSourceFile(), oFailure.GetSourceLine()).second);
+        EXPECT_TRUE(AllAssert(sExpression, "Invalid operation. ValueString is NULL", vCalls)) << sExpression;
+        for (auto const & fCall : vCalls)
+        {
+            // Each check has a place of its own.
+            Result const oFailure = Catch(fCall).GetResult();
+            EXPECT_TRUE(std::string(oFailure.GetSourceFile()).starts_with("src/tessel/ValueString."));
+            EXPECT_TRUE(
+                oPlaces.insert(oFailure.GetSourceFile() + std::to_string(oFailure.GetSourceLine())).second);
+        }
     }
+    EXPECT_TRUE(sNull.IsNull());
 }
 
 TEST(ValueStringNull, EndsWithEveryTextThatIsPutIn)
