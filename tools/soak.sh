@@ -23,13 +23,14 @@ prepare() {
     cd "$folder"
 }
 
-# Runs the program with the argument $1 and each of the others in turn.
+# Runs the program with the argument $1 and each of the others in turn; each process has a minute, since the machine
+# may be busy otherwise.
 run_each() {
     first=$1
     shift
     for second in "$@"; do
         echo "$second:"
-        nice "$program" "$first" "$second"
+        nice "$program" "$first" "$second" 60
     done
 }
 
