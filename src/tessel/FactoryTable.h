@@ -136,11 +136,17 @@ private:
     /// A power of two of slots, half of them at most in use, so that every search ends at one that is not.
     struct Index
     {
-        explicit Index(std::size_t iSize) : vSlots(iSize), iShift(std::countl_zero(std::uint64_t{iSize - 1}))
+        explicit Index(std::size_t iSize)
+            : vSlots(iSize),
+              pSlots(vSlots.data()),
+              iMask(iSize - 1),
+              iShift(std::countl_zero(std::uint64_t{iSize - 1}))
         {
         }
 
         std::vector<Slot> vSlots;
+        Slot * pSlots;
+        std::size_t iMask;
         int iShift;
     };
 
@@ -164,10 +170,9 @@ private:
 
     static Place FindPlace(Index & oIndex, Key iKey)
     {
-        std::size_t const iMask = oIndex.vSlots.size() - 1;
-        for (std::size_t i = GetFirstSlot(oIndex, iKey);; i = (i + 1) & iMask)
+        for (std::size_t i = GetFirstSlot(oIndex, iKey);; i = (i + 1) & oIndex.iMask)
         {
-            Slot & oSlot = oIndex.vSlots[i];
+            Slot & oSlot = oIndex.pSlots[i];
             if (!oSlot.bUsed.load(std::memory_order_acquire))
                 return {&oSlot, false};
             if (oSlot.iKey.load(std::memory_order_acquire) == iKey)
