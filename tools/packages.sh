@@ -38,7 +38,7 @@ build() {
     cmake --build "$2"
     cmake --build "$2" --target docs
     (cd "$2" && cpack -G DEB)
-    cmake -B "$2" -DCMAKE_INSTALL_PREFIX=/usr/local
+    cmake -S "$1" -B "$2" -DCMAKE_INSTALL_PREFIX=/usr/local
     (cd "$2" && cpack -G TGZ -D CPACK_PACKAGING_INSTALL_PREFIX=/)
 }
 
