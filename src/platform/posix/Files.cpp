@@ -122,6 +122,23 @@ int AppendLine(int iHandle, char const * pBytes, std::size_t iCount)
     return ENOSPC;
 }
 
+/// The size of a file whose last byte ends no line, else 0.
+off_t FindTornEnd(int iHandle)
+{
+    char cLast = '\n';
+    struct stat oStatus = {};
+    bool const bRead = ::fstat(iHandle, &oStatus) == 0 && oStatus.st_size > 0
+                       && ::pread(iHandle, &cLast, 1, oStatus.st_size - 1) == 1;
+    return bRead && cLast != '\n' ? oStatus.st_size : 0;
+}
+
+/// Returns when the appends of other processes that were under way have ended: the kernel grows a file page by
+/// page, so that a line which is being appended looks torn. An append of no byte queues up behind them.
+void WaitForAppends(int iHandle)
+{
+    static_cast<void>(::write(iHandle, "", 0) == 0);
+}
+
 int Write(File const & oFile, char const * pBytes, std::size_t iCount)
 {
     return oFile.bRegular ? AppendLine(GetHandle(oFile), pBytes, iCount)
@@ -173,12 +190,14 @@ bool EndsInTornLine(File const & oFile)
     if (iAnew < 0)
         return false;
 
-    char cLast = '\n';
-    struct stat oStatus = {};
-    bool const bRead = ::fstat(iAnew, &oStatus) == 0 && oStatus.st_size > 0
-                       && ::pread(iAnew, &cLast, 1, oStatus.st_size - 1) == 1;
+    off_t iTorn = FindTornEnd(iAnew);
+    if (iTorn > 0)
+    {
+        WaitForAppends(GetHandle(oFile));
+        iTorn = FindTornEnd(iAnew) == iTorn ? iTorn : 0;
+    }
     ::close(iAnew);
-    return bRead && cLast != '\n';
+    return iTorn > 0;
 }
 
 int OpenForRead(char const * sName, File & oFile)
