@@ -1,5 +1,6 @@
 #include "TestPrelude.h"
 
+#include <deque>
 #include <iostream>
 
 using namespace tsl;
@@ -209,6 +210,35 @@ TEST(ClassRepositories, TakeClassesThatSeveralThreadsTouchFirst)
         EXPECT_EQ(pClass, aClasses[0]);
     EXPECT_EQ(ClassRepository::Instance().GetClassDescription(aClasses[0]->GetClassId()), aClasses[0]);
     EXPECT_TRUE(aClasses[0]->IsDerivedClass(Fresh<1>::GetStaticClassDesc()));
+}
+
+TEST(ClassRepositories, FindNamesWhileOthersComeAndGo)
+{
+    constexpr int iCount = 1000; // the table of names grows on the way
+    auto const Register = []
+    {
+        for (int iTurn = 0; iTurn < 2; ++iTurn)
+        {
+            std::deque<std::string> oNames;
+            std::deque<ClassDescription> oClasses;
+            for (int i = 0; i < iCount; ++i)
+                oClasses.emplace_back(oNames.emplace_back("class " + std::to_string(i)).c_str(), 0, "f",
+                    false, &ValueInt32::CreateNew, nullptr);
+        }
+    };
+    auto const LookUp = []
+    {
+        for (int i = 0; i < iCount; ++i)
+        {
+            std::unique_ptr<Root> pObject(ClassRepository::Instance().CreateNew("class tsl::Result"));
+            EXPECT_NE(dynamic_cast<Result *>(pObject.get()), nullptr);
+            pObject.reset(ClassRepository::Instance().CreateNew(("class " + std::to_string(i)).c_str()));
+            EXPECT_EQ(pObject != nullptr, dynamic_cast<ValueInt32 *>(pObject.get()) != nullptr);
+        }
+    };
+    Result::GetStaticClassDesc();
+    RunOnThreads(3, [&](int iThread) { iThread == 0 ? Register() : LookUp(); });
+    EXPECT_EQ(ClassRepository::Instance().CreateNew("class 999"), nullptr);
 }
 
 TEST(RootCopying, TakesTheClassItselfAndWhatIsDerivedFromIt)

@@ -1,14 +1,16 @@
 #include <tessel/ClassRepository.h>
 
+#include "ClassNames.h"
 #include "OwnMutex.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>
 #include <tessel/ScopedLock.h>
 
+#include <algorithm>
 #include <iostream>
+#include <new>
 #include <string>
-#include <string_view>
 
 namespace tsl
 {
@@ -21,8 +23,13 @@ ClassDescription::ClassDescription(char const * sClassName, unsigned int const &
       m_bAbstract(bAbstract),
       m_pBase(pBase == this ? nullptr : pBase),
       m_fFactory(fFactory),
-      m_pType(pType)
+      m_pType(pType),
+      m_iDepth(m_pBase ? m_pBase->m_iDepth + 1 : 0),
+      m_aLine(std::make_unique<ClassDescription const *[]>(m_iDepth + 1))
 {
+    if (m_pBase)
+        std::copy_n(m_pBase->m_aLine.get(), m_iDepth, m_aLine.get());
+    m_aLine[m_iDepth] = this;
     m_iClassId = ClassRepository::Instance().Register(*this);
 }
 
@@ -39,10 +46,7 @@ char const * ClassDescription::GetBaseClassName() const
 struct TSL_HIDDEN ClassRepository::Private
 {
     std::map<unsigned int, ClassDescription const *> oClasses;
-
-    // Classes of one name stand in the order of their ids, since ids only grow.
-    std::multimap<std::string_view, ClassDescription const *> oNames;
-
+    ClassNames oNames;
     OwnMutex oLock;
 };
 
@@ -77,22 +81,24 @@ unsigned int ClassRepository::Register(ClassDescription const & oDescription)
     WriteLock const oScope(m->oLock);
     static unsigned int & iCounter = *RegisterLastingObject(new unsigned int(0));
     ++iCounter;
-    m->oClasses.emplace(iCounter, &oDescription);
-    m->oNames.emplace(oDescription.GetClassName(), &oDescription);
+    auto const oEntry = m->oClasses.emplace(iCounter, &oDescription).first;
+    try
+    {
+        m->oNames.Add(oDescription);
+    }
+    catch (std::bad_alloc const &)
+    {
+        m->oClasses.erase(oEntry); // The description is not constructed, so nobody will unregister it.
+        throw;
+    }
     return iCounter;
 }
 
 void ClassRepository::Unregister(ClassDescription const & oDescription)
 {
     WriteLock const oScope(m->oLock);
-    if (m->oClasses.erase(oDescription.GetClassId()) == 0)
-        return;
-
-    auto [oName, oEnd] = m->oNames.equal_range(oDescription.GetClassName());
-    while (oName != oEnd && oName->second->GetClassId() != oDescription.GetClassId())
-        ++oName;
-    if (oName != oEnd)
-        m->oNames.erase(oName);
+    if (m->oClasses.erase(oDescription.GetClassId()) > 0)
+        m->oNames.Remove(oDescription);
 }
 
 ClassDescription const * ClassRepository::GetClassDescription(unsigned int iClassId) const
@@ -107,15 +113,7 @@ Root * ClassRepository::CreateNew(char const * sClassName)
     if (!sClassName)
         return nullptr;
 
-    ClassDescription::FactoryFunction fFactory = nullptr;
-    {
-        ReadLock const oScope(m->oLock);
-        auto const oEntry = m->oNames.lower_bound(sClassName);
-        if (oEntry == m->oNames.end() || oEntry->first != sClassName)
-            return nullptr;
-        fFactory = oEntry->second->GetFactoryFunction();
-    }
-
+    ClassDescription::FactoryFunction const fFactory = m->oNames.FindFactory(sClassName);
     if (!fFactory)
         XAssertionFailed("fFactory", "ClassRepository::CreateNew : Klasse hat keine Factory-Funktion!");
     return fFactory();

@@ -4,6 +4,7 @@
 #include <tessel/StaticObjectRegistry.h>
 #include <tessel/TypeName.h>
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <typeinfo>
@@ -72,11 +73,8 @@ public:
     /// Whether the class is the given one or stands below it.
     bool IsDerivedClass(ClassDescription const & oBase) const
     {
-        // Ids are unique, so the same class is the same object.
-        ClassDescription const * pClass = this;
-        while (pClass && pClass != &oBase)
-            pClass = pClass->m_pBase;
-        return pClass != nullptr;
+        // Fast path of any depth (R12). Ids are unique, so the same class is the same object.
+        return oBase.m_iDepth <= m_iDepth && m_aLine[oBase.m_iDepth] == &oBase;
     }
 
     /// True if objects of exactly that class have this description. False says nothing.
@@ -90,12 +88,15 @@ private:
     ClassDescription const * m_pBase;
     FactoryFunction m_fFactory;
     std::type_info const * m_pType;
+    std::size_t m_iDepth;                                ///< the number of bases
+    std::unique_ptr<ClassDescription const *[]> m_aLine; ///< from the top of the hierarchy down to this class
 };
 
 /// The table of all class descriptions of the process. It owns none of them.
 ///
-/// Every operation takes the repository's lock, so that classes may be touched first on any thread. The
-/// reference that GetClassList returns is for reading while no class is touched for the first time.
+/// Any thread may use it at any time, so that classes may be touched first on any thread. The reference that
+/// GetClassList returns is for reading while no class is touched for the first time. The names of classes that have
+/// been unregistered stay in memory.
 class TSL_EXPORT ClassRepository
 {
 public:
