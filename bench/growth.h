@@ -33,6 +33,6 @@ std::vector<Work> GetTaskWorks();
 std::vector<Work> GetValueWorks();
 
 /// Ends the program if a work did not do what it should have done.
-void Demand(bool bDone);
+void Require(bool bDone);
 
 } // namespace growth

@@ -60,12 +60,12 @@ std::function<void()> RegisterTypes(int n)
         MessageDispatcher oDispatcher;
         Result oResult;
         for (auto const & pClass : *pClasses)
-            growth::Demand(oDispatcher.Register(oCounter, {pClass->GetClassId()}).IsOk());
+            growth::Require(oDispatcher.Register(oCounter, {pClass->GetClassId()}).IsOk());
         for (auto const & pClass : *pClasses)
             oDispatcher.Process(Parcel(*pClass), oResult);
         for (auto const & pClass : *pClasses)
             oDispatcher.Unregister(oCounter, {pClass->GetClassId()});
-        growth::Demand(oResult.IsOk() && oCounter.GetCount() == std::ssize(*pClasses));
+        growth::Require(oResult.IsOk() && oCounter.GetCount() == std::ssize(*pClasses));
     };
 }
 
@@ -77,7 +77,7 @@ struct Bus
         for (int i = 0; i < n; ++i)
         {
             vCounters.push_back(std::make_unique<Counter>());
-            growth::Demand(oDispatcher.Register(*vCounters.back(), {iType}).IsOk());
+            growth::Require(oDispatcher.Register(*vCounters.back(), {iType}).IsOk());
         }
     }
 
@@ -107,7 +107,7 @@ std::function<void()> Dispatch(int n)
         Result oResult;
         for (int i = 0; i < COUNT; ++i)
             pBus->oDispatcher.Process(oParcel, oResult);
-        growth::Demand(oResult.IsOk() && pBus->vCounters.back()->GetCount() == iBefore + COUNT);
+        growth::Require(oResult.IsOk() && pBus->vCounters.back()->GetCount() == iBefore + COUNT);
     };
 }
 
@@ -119,7 +119,7 @@ std::function<void()> FillPipe(int n)
         for (int i = 0; i < n; ++i)
             oPipe.Send("an item");
         for (int i = 0; i < n; ++i)
-            growth::Demand(std::unique_ptr<String>(oPipe.Receive()) != nullptr);
+            growth::Require(std::unique_ptr<String>(oPipe.Receive()) != nullptr);
     };
 }
 

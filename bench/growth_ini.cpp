@@ -13,16 +13,16 @@ std::function<void()> Read(std::string const & sContent)
     return [pFile = std::make_shared<growth::TemporaryFile>(sContent)]
     {
         IniFile oFile;
-        growth::Demand(oFile.Open(pFile->GetName()).IsOk());
+        growth::Require(oFile.Open(pFile->GetName()).IsOk());
         std::vector<String> vChapters;
         oFile.GetChapters(vChapters);
         for (String const & sChapter : vChapters)
         {
             std::vector<String> vKeys;
-            growth::Demand(oFile.GetKeys(sChapter, vKeys).IsOk() && !vKeys.empty());
+            growth::Require(oFile.GetKeys(sChapter, vKeys).IsOk() && !vKeys.empty());
             String sValue;
             for (String const & sKey : vKeys)
-                growth::Demand(oFile.GetString(sChapter, sKey, sValue) && !sValue.IsEmpty());
+                growth::Require(oFile.GetString(sChapter, sKey, sValue) && !sValue.IsEmpty());
         }
     };
 }

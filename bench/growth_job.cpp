@@ -25,10 +25,10 @@ std::function<void()> Plan(int n)
     {
         IniFile oFile;
         JobPlan oPlan;
-        growth::Demand(oFile.Open(pFile->GetName()).IsOk() && ReadJobPlan(oFile, oPlan).IsOk());
+        growth::Require(oFile.Open(pFile->GetName()).IsOk() && ReadJobPlan(oFile, oPlan).IsOk());
         std::ostringstream oOrder;
         WriteOrder(oPlan, oOrder);
-        growth::Demand(std::ssize(oPlan.vJobs) == n && oOrder.str().rfind(sFirst, 0) == 0);
+        growth::Require(std::ssize(oPlan.vJobs) == n && oOrder.str().rfind(sFirst, 0) == 0);
     };
 }
 

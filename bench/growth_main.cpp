@@ -15,7 +15,7 @@
 namespace growth
 {
 
-void Demand(bool bDone)
+void Require(bool bDone)
 {
     if (!bDone)
     {

@@ -45,7 +45,7 @@ Result JoinByAssignment(int n)
 
 std::function<void()> Make(Result (*fMake)(int), int n)
 {
-    return [=] { growth::Demand(fMake(n).GetHistorySize() == n); };
+    return [=] { growth::Require(fMake(n).GetHistorySize() == n); };
 }
 
 std::function<void()> Copy(int n)
@@ -53,7 +53,7 @@ std::function<void()> Copy(int n)
     return [n, oResult = WrapByPrevious(n)]
     {
         for (int i = 0; i < n; ++i)
-            growth::Demand(Result(oResult).GetHistorySize() == n);
+            growth::Require(Result(oResult).GetHistorySize() == n);
     };
 }
 
@@ -62,7 +62,7 @@ std::function<void()> Walk(int n)
     return [n, oResult = WrapByPrevious(n)]
     {
         for (int i = 0; i < n; ++i)
-            growth::Demand(oResult.GetHistory(i).GetErrorCode() == n - 1 - i);
+            growth::Require(oResult.GetHistory(i).GetErrorCode() == n - 1 - i);
     };
 }
 

@@ -17,9 +17,9 @@ std::function<void()> AddSources(int n)
         TaskTransitionList oList;
         int iNext = -1;
         for (int i = 0; i < n; ++i)
-            growth::Demand(oList.AddTransition(i * 100, Task::TR_PROCEED, i).IsOk());
+            growth::Require(oList.AddTransition(i * 100, Task::TR_PROCEED, i).IsOk());
         for (int i = 0; i < n; ++i)
-            growth::Demand(oList.GetNextTaskId(i * 100, Task::TR_PROCEED, iNext) && iNext == i);
+            growth::Require(oList.GetNextTaskId(i * 100, Task::TR_PROCEED, iNext) && iNext == i);
     };
 }
 
@@ -30,9 +30,9 @@ std::function<void()> AddResults(int n)
         TaskTransitionList oList;
         int iNext = -1;
         for (int i = 0; i < n; ++i)
-            growth::Demand(oList.AddTransition(1, i, i).IsOk());
+            growth::Require(oList.AddTransition(1, i, i).IsOk());
         for (int i = 0; i < n; ++i)
-            growth::Demand(oList.GetNextTaskId(1, i, iNext) && iNext == i);
+            growth::Require(oList.GetNextTaskId(1, i, iNext) && iNext == i);
     };
 }
 
@@ -47,9 +47,9 @@ std::function<void()> RegisterKeys(int n, int iStep)
     {
         TaskFactory & oFactory = TaskFactory::Instance();
         for (int i = 0; i < n; ++i)
-            growth::Demand(oFactory.Register(i * iStep, &CreateNoTask));
+            growth::Require(oFactory.Register(i * iStep, &CreateNoTask));
         for (int i = 0; i < n; ++i)
-            growth::Demand(oFactory.IsRegistered(i * iStep));
+            growth::Require(oFactory.IsRegistered(i * iStep));
         for (int i = 0; i < n; ++i)
             oFactory.Unregister(i * iStep);
     };
@@ -85,7 +85,7 @@ std::function<void()> SetVariables(int n)
         for (int i = 0; i < n; ++i)
             oContext.SetVar(String("variable ") + i, i);
         for (int i = 0; i < n; ++i)
-            growth::Demand(oContext.GetVar(String("variable ") + i, -1) == i);
+            growth::Require(oContext.GetVar(String("variable ") + i, -1) == i);
     };
 }
 

@@ -21,7 +21,7 @@ std::function<void()> AppendText(int n)
         String sText;
         for (int i = 0; i < n; ++i)
             sText << "word " << i;
-        growth::Demand(sText.Find(String("word ") + (n - 1)) > 0);
+        growth::Require(sText.Find(String("word ") + (n - 1)) > 0);
     };
 }
 
@@ -35,7 +35,7 @@ std::function<void()> ReplaceText(int n)
         int iPlace = 0;
         for (int i = 0; i < n; ++i)
             iPlace = sText.Replace("old", "new", static_cast<unsigned int>(iPlace));
-        growth::Demand(iPlace == (n - 1) * 4);
+        growth::Require(iPlace == (n - 1) * 4);
     };
 }
 
@@ -45,7 +45,7 @@ std::function<void()> RegisterObjects(int n)
     return [n]
     {
         for (int i = 0; i < n; ++i)
-            growth::Demand(RegisterStaticObject(new int(i)) != nullptr);
+            growth::Require(RegisterStaticObject(new int(i)) != nullptr);
     };
 }
 
@@ -94,7 +94,7 @@ std::function<void()> CollectValues(int n)
             oValues.Add(NamedValue("a name", ValueInt32(i)));
         ValueString sText("");
         oValues.AddAsString(sText);
-        growth::Demand(sText.GetLength() > static_cast<unsigned int>(n));
+        growth::Require(sText.GetLength() > static_cast<unsigned int>(n));
     };
 }
 

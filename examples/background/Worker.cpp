@@ -13,7 +13,7 @@ namespace
 {
 
 /// A wrong row is a mistake in this program.
-void Demand(tsl::Result const & oResult)
+void ThrowIfError(tsl::Result const & oResult)
 {
     if (oResult.IsError())
         throw tsl::Exception(oResult);
@@ -42,8 +42,8 @@ Worker::Worker(int iParts, int iPartDuration)
     : TaskProcessor("Worker", nullptr), m_iParts(iParts), m_iPartDuration(iPartDuration)
 {
     tsl::TaskFactory::Instance().Register(Work::ID, &CreateWork);
-    Demand(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, Work::ID));
-    Demand(m_oTransitions.AddTransition(Work::ID, TR_PROCEED, TASK_FINE));
+    ThrowIfError(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, Work::ID));
+    ThrowIfError(m_oTransitions.AddTransition(Work::ID, TR_PROCEED, TASK_FINE));
 }
 
 int Worker::DoProcess()

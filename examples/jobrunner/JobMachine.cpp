@@ -169,7 +169,7 @@ protected:
             if (ReportLines(LOOK_DURATION))
                 continue;
             if (!bRunning)
-                return Judge();
+                return FinishAttempt();
             Wait(LOOK_INTERVAL, false);
         }
     }
@@ -185,7 +185,7 @@ private:
     static constexpr int LAST_LOOK_DURATION = 2000; // ms
 
     /// Of a child that has ended and whose lines are reported.
-    int Judge()
+    int FinishAttempt()
     {
         tsl::CmdLine const & oChild = GetMachine().GetChild();
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT)); // Has ended; this clears up.

@@ -166,10 +166,10 @@ private:
         oProgress.End();
         std::vector<JobReport> const vReports = oRunner.GetReports();
         WriteSummary(oPlan, vReports, std::cout);
-        return Judge(vReports, oRunner.IsInterrupted());
+        return GetOutcome(vReports, oRunner.IsInterrupted());
     }
 
-    static tsl::Result Judge(std::vector<JobReport> const & vReports, bool bInterrupted)
+    static tsl::Result GetOutcome(std::vector<JobReport> const & vReports, bool bInterrupted)
     {
         auto const iFailed = static_cast<int>(std::count_if(vReports.begin(), vReports.end(),
             [](JobReport const & oReport) { return oReport.eState == JobState::eFailed; }));

@@ -18,11 +18,11 @@ struct ForcedEndState
     {
         eNone,
         eForTime, ///< nothing is lost if the thread ends
-        eForHold  ///< for what was counted last, which it does not hold yet
+        eForLock  ///< for what was counted last, which it does not hold yet
     };
 
     /// Locks that the thread holds or is about to take.
-    std::atomic<unsigned int> iHolds{0};
+    std::atomic<unsigned int> iLocks{0};
     std::atomic<EWait> eWait{eNone};
 
     /// It was asked to end, at a moment that was not the right one.
@@ -35,35 +35,35 @@ struct ForcedEndState
     /// from. 0 until its first hold.
     std::uint64_t iThread = 0;
 
-    void BeginHold()
+    void AddLock()
     {
-        unsigned int const iFormer = iHolds.load(std::memory_order_relaxed);
-        iHolds.store(iFormer + 1, std::memory_order_relaxed);
+        unsigned int const iFormer = iLocks.load(std::memory_order_relaxed);
+        iLocks.store(iFormer + 1, std::memory_order_relaxed);
         std::atomic_signal_fence(std::memory_order_seq_cst);
         if (iFormer == 0)
-            GoIn();
+            MarkLocking();
     }
 
-    void EndHold()
+    void RemoveLock()
     {
-        unsigned int const iRest = iHolds.load(std::memory_order_relaxed) - 1;
+        unsigned int const iRest = iLocks.load(std::memory_order_relaxed) - 1;
         if (iRest == 0)
-            GoOut();
+            MarkFree();
         std::atomic_signal_fence(std::memory_order_seq_cst);
-        iHolds.store(iRest, std::memory_order_relaxed);
+        iLocks.store(iRest, std::memory_order_relaxed);
     }
 
-    void GoIn()
+    void MarkLocking()
     {
         if (!pPresence) [[unlikely]]
             Presence::Register(*this);
-        pPresence->bInside.store(true, std::memory_order_relaxed);
+        pPresence->bLocking.store(true, std::memory_order_relaxed);
         std::atomic_signal_fence(std::memory_order_seq_cst);
         if (Presence::g_iForking.load(std::memory_order_relaxed) != 0) [[unlikely]]
             Presence::WaitForFork(*pPresence);
     }
 
-    void GoOut() { pPresence->bInside.store(false, std::memory_order_release); }
+    void MarkFree() { pPresence->bLocking.store(false, std::memory_order_release); }
 };
 
 /// That of the calling thread.
@@ -80,34 +80,34 @@ inline void EndHereIfWanted(void const * pReturn)
 }
 
 /// Keeps the calling thread from being ended until the end of the scope, even while it waits.
-class HoldScope
+class NoKillScope
 {
 public:
-    HoldScope() { t_oForcedEnd.BeginHold(); }
-    ~HoldScope() { t_oForcedEnd.EndHold(); }
-    HoldScope(HoldScope const &) = delete;
-    HoldScope & operator=(HoldScope const &) = delete;
+    NoKillScope() { t_oForcedEnd.AddLock(); }
+    ~NoKillScope() { t_oForcedEnd.RemoveLock(); }
+    NoKillScope(NoKillScope const &) = delete;
+    NoKillScope & operator=(NoKillScope const &) = delete;
 };
 
 /// The calling thread, in the middle of a hold, waits for another thread, which may wait for a fork.
-class OutsideScope
+class AllowForkScope
 {
 public:
-    OutsideScope()
+    AllowForkScope()
     {
-        if (m_bInside)
-            t_oForcedEnd.GoOut();
+        if (m_bLocking)
+            t_oForcedEnd.MarkFree();
     }
-    ~OutsideScope()
+    ~AllowForkScope()
     {
-        if (m_bInside)
-            t_oForcedEnd.GoIn();
+        if (m_bLocking)
+            t_oForcedEnd.MarkLocking();
     }
-    OutsideScope(OutsideScope const &) = delete;
-    OutsideScope & operator=(OutsideScope const &) = delete;
+    AllowForkScope(AllowForkScope const &) = delete;
+    AllowForkScope & operator=(AllowForkScope const &) = delete;
 
 private:
-    bool const m_bInside = t_oForcedEnd.iHolds.load(std::memory_order_relaxed) > 0;
+    bool const m_bLocking = t_oForcedEnd.iLocks.load(std::memory_order_relaxed) > 0;
 };
 
 /// The calling thread waits for the lock that it has counted last.
@@ -118,13 +118,13 @@ public:
     {
         CountWait();
         if (m_bFirst)
-            t_oForcedEnd.GoOut();
+            t_oForcedEnd.MarkFree();
     }
     ~LockWaitScope()
     {
         CountWait();
         if (m_bFirst)
-            t_oForcedEnd.GoIn();
+            t_oForcedEnd.MarkLocking();
     }
     LockWaitScope(LockWaitScope const &) = delete;
     LockWaitScope & operator=(LockWaitScope const &) = delete;
@@ -136,7 +136,7 @@ private:
         iWaits.store(iWaits.load(std::memory_order_relaxed) + 1, std::memory_order_release);
     }
 
-    bool const m_bFirst = t_oForcedEnd.iHolds.load(std::memory_order_relaxed) == 1;
+    bool const m_bFirst = t_oForcedEnd.iLocks.load(std::memory_order_relaxed) == 1;
 };
 
 /// The calling thread is in the global bus until the end of the scope.

@@ -14,7 +14,7 @@ struct ForcedEndState;
 struct alignas(64) ThreadPresence
 {
     /// Holds a lock or begins to, unless it waits for the first one.
-    std::atomic<bool> bInside{false};
+    std::atomic<bool> bLocking{false};
 
     /// Counts the beginnings and ends of its waits for a lock: odd while it waits.
     std::atomic<unsigned int> iWaits{0};

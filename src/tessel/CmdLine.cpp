@@ -326,7 +326,7 @@ void CmdLine::Private::ReadExitCode()
 void CmdLine::Private::CleanUp()
 {
     // A thread that is killed while it waits for the readers would leave them behind with an owner that goes.
-    HoldScope const oScope;
+    NoKillScope const oScope;
 
     // First, since they use the ends, whose numbers others may get.
     StopReaders();

@@ -23,7 +23,7 @@ constexpr ClassSource CLASS_SOURCE<ConsoleApplication>{};
 template ClassDescription const &
 Described<ConsoleApplication, Application, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-static ConsoleApplication & DemandConsole(Application & oApplication)
+static ConsoleApplication & AssertConsole(Application & oApplication)
 {
     auto * const pConsole = dynamic_cast<ConsoleApplication *>(&oApplication);
     if (!pConsole)
@@ -34,7 +34,7 @@ static ConsoleApplication & DemandConsole(Application & oApplication)
 
 ConsoleApplication & ConsoleApplication::Instance(Application * (*fCreator)())
 {
-    static ConsoleApplication & oRef = DemandConsole(Application::Instance(fCreator));
+    static ConsoleApplication & oRef = AssertConsole(Application::Instance(fCreator));
     return oRef;
 }
 

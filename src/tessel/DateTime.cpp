@@ -49,12 +49,12 @@ void CheckDLS(int iDLS)
 /// as it was; the hold keeps a fork away from it.
 std::size_t WriteTime(char * pText, std::size_t iSize, char const * sFormat, std::tm const & oTm)
 {
-    HoldScope const oScope;
+    NoKillScope const oScope;
     return std::strftime(pText, iSize, sFormat, &oTm);
 }
 
 /// Throws an Exception if the text is empty or longer than anybody could want.
-void DemandFormattable(char const * sFormat, std::tm const & oTm)
+void ThrowIfUnformattable(char const * sFormat, std::tm const & oTm)
 {
     char aText[TEXT_SIZE_MAX];
     if (WriteTime(aText, sizeof aText, sFormat, oTm) != 0)
@@ -271,7 +271,7 @@ void DateTime::Format(char const * sFormat, String & sText, TimeZone::EZone eZon
     char aText[TEXT_SIZE];
     if (WriteTime(aText, sizeof aText, sDirectives, oTm) == 0)
     {
-        DemandFormattable(sDirectives, oTm);
+        ThrowIfUnformattable(sDirectives, oTm);
         // strftime tells nothing of what a buffer holds that was too small.
         aText[0] = '\0';
     }

@@ -206,7 +206,7 @@ private:
         return *m_vIndexes.back();
     }
 
-    Index & GetSpareIndex(std::size_t iSize)
+    Index & GetUnusedIndex(std::size_t iSize)
     {
         for (std::unique_ptr<Index> const & pIndex : m_vIndexes)
             if (pIndex.get() != &GetIndex() && pIndex->vSlots.size() == iSize)
@@ -221,7 +221,7 @@ private:
         for (Slot const & oSlot : oOld.vSlots)
             iFunctions += oSlot.fFunction != nullptr;
         bool const bGrow = iFunctions * 4 > oOld.vSlots.size();
-        Index & oNew = GetSpareIndex(oOld.vSlots.size() * (bGrow ? 2 : 1));
+        Index & oNew = GetUnusedIndex(oOld.vSlots.size() * (bGrow ? 2 : 1));
 
         // Every store to a slot releases, so that a reader of a late index that sees one sees this, too.
         m_iRebuilds.store(m_iRebuilds.load(std::memory_order_relaxed) + 1, std::memory_order_release);

@@ -44,7 +44,7 @@ int GetNumber(char const * sChapter, String const & sKey)
 struct TSL_HIDDEN GlobalDebugSwitchRegistry::Private
 {
     // All under the lock.
-    void DemandSwitches();
+    void ReadSwitchesOnce();
     void ReadSwitches();
 
     bool bInitialised = false;
@@ -53,7 +53,7 @@ struct TSL_HIDDEN GlobalDebugSwitchRegistry::Private
     OwnMutex oLock;
 };
 
-void GlobalDebugSwitchRegistry::Private::DemandSwitches()
+void GlobalDebugSwitchRegistry::Private::ReadSwitchesOnce()
 {
     if (bInitialised)
         return;
@@ -116,7 +116,7 @@ int GlobalDebugSwitchRegistry::RegisterLogPoint(
             String("Invalid registration. Identifier=") + sIdentifier + " in " + sFile + ", " + iLine);
 
     WriteLock const oScope(m->oLock);
-    m->DemandSwitches();
+    m->ReadSwitchesOnce();
     *pLevel = 0;
     if (!m->bEnabled)
         return 0;

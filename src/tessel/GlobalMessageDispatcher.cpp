@@ -27,7 +27,7 @@ struct TSL_HIDDEN GlobalMessageDispatcher::Private
 {
     void End();
     void SelectProcessor(std::string const & sClassName);
-    void DemandConfiguration();
+    void ReportMissingConfiguration();
 
     MessageDispatcher oDispatcher;
     std::unique_ptr<MessageProcessor> pProcessor;
@@ -55,7 +55,7 @@ void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClas
         static_cast<void>(oDispatcher.Register(*pProcessor, {Message::GetBaseType()}));
 }
 
-void GlobalMessageDispatcher::Private::DemandConfiguration()
+void GlobalMessageDispatcher::Private::ReportMissingConfiguration()
 {
     try
     {
@@ -88,7 +88,7 @@ bool GlobalMessageDispatcher::IsAvailable()
 GlobalMessageDispatcher::GlobalMessageDispatcher() : m(std::make_unique<Private>())
 {
     m->SelectProcessor(LogFileProcessor::CLASS_NAME);
-    m->DemandConfiguration();
+    m->ReportMissingConfiguration();
 }
 
 GlobalMessageDispatcher::~GlobalMessageDispatcher()

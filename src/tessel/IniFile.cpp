@@ -42,7 +42,7 @@ Result ReadChapters(IniLineReader & oReader, String const & sName, IniChapters &
     std::string_view sLine;
     long long iLine = 1;
     for (; oReader.Read(sLine); ++iLine)
-        if (Result const oResult = oParser.Judge(sLine); oResult.IsError())
+        if (Result const oResult = oParser.ParseLine(sLine); oResult.IsError())
             return MakeReadFailure(sName, iLine, oResult);
 
     if (oReader.IsFailed())
@@ -82,7 +82,7 @@ std::vector<String> Sort(std::vector<std::string_view> vNames)
 
 struct TSL_HIDDEN IniFile::Private
 {
-    void DemandOpen() const;
+    void AssertOpen() const;
     std::optional<std::string_view> Find(String const & sChapter, String const & sKey) const;
     std::optional<std::string_view> FindExactly(String const & sChapter, String const & sKey) const;
     Result Explain(String const & sChapter, String const & sKey) const;
@@ -188,7 +188,7 @@ bool IniFile::GetInt32(String const & sChapter, String const & sKey, int & iValu
 
 void IniFile::GetChapters(std::vector<String> & vNames) const
 {
-    m->DemandOpen();
+    m->AssertOpen();
     std::vector<std::string_view> vFound;
     for (auto const & [sName, oKeys] : m->oChapters)
         vFound.push_back(sName);
@@ -197,7 +197,7 @@ void IniFile::GetChapters(std::vector<String> & vNames) const
 
 Result IniFile::GetKeys(String const & sChapter, std::vector<String> & vNames) const
 {
-    m->DemandOpen();
+    m->AssertOpen();
 
     // The chapter may be one of the names, which go.
     String const sAsked(sChapter);
@@ -214,7 +214,7 @@ Result IniFile::GetKeys(String const & sChapter, std::vector<String> & vNames) c
     return Result::Null();
 }
 
-void IniFile::Private::DemandOpen() const
+void IniFile::Private::AssertOpen() const
 {
     if (!bOpen)
         XAssertionFailed("IsOpen()", "IniFile not open.");
@@ -222,7 +222,7 @@ void IniFile::Private::DemandOpen() const
 
 std::optional<std::string_view> IniFile::Private::Find(String const & sChapter, String const & sKey) const
 {
-    DemandOpen();
+    AssertOpen();
 
     // What is found as it is asked for needs no trimming and no check, the empty name apart.
     if (!sKey.IsEmpty())

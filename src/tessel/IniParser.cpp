@@ -10,23 +10,23 @@ namespace tsl
 
 static constexpr std::string_view CONTINUATION = "+=";
 
-Result IniParser::Judge(std::string_view sLine)
+Result IniParser::ParseLine(std::string_view sLine)
 {
     std::string_view const sTrimmed = Trimmed(sLine);
     if (sTrimmed.empty() || sTrimmed.front() == ';')
         return Result();
     if (sTrimmed.front() == '[')
-        return JudgeChapter(sTrimmed);
+        return ParseChapter(sTrimmed);
     if (!m_pChapter)
         return MakeResult(ERR::eBadData, "Syntax error: Chaptername expected. ", Result::eCategoryFault);
     if (!sTrimmed.starts_with(CONTINUATION) || sTrimmed == CONTINUATION)
-        return JudgeKey(sTrimmed);
+        return ParseKey(sTrimmed);
 
     ContinueValue(Trimmed(sTrimmed.substr(CONTINUATION.size())));
     return Result();
 }
 
-Result IniParser::JudgeChapter(std::string_view sLine)
+Result IniParser::ParseChapter(std::string_view sLine)
 {
     IniKeyTable const * const pFormer = std::exchange(m_pChapter, nullptr);
     m_bKey = false;
@@ -50,7 +50,7 @@ Result IniParser::JudgeChapter(std::string_view sLine)
     return Result();
 }
 
-Result IniParser::JudgeKey(std::string_view sLine)
+Result IniParser::ParseKey(std::string_view sLine)
 {
     std::size_t const iEqual = sLine.find('=');
     if (iEqual == std::string_view::npos)

@@ -21,11 +21,11 @@ public:
     explicit IniParser(IniChapters & oChapters) : m_oChapters(oChapters) {}
 
     /// Code 2, category 2 for a line that breaks the rules; it changes nothing in the chapters.
-    [[nodiscard]] Result Judge(std::string_view sLine);
+    [[nodiscard]] Result ParseLine(std::string_view sLine);
 
 private:
-    [[nodiscard]] Result JudgeChapter(std::string_view sLine);
-    [[nodiscard]] Result JudgeKey(std::string_view sLine);
+    [[nodiscard]] Result ParseChapter(std::string_view sLine);
+    [[nodiscard]] Result ParseKey(std::string_view sLine);
     void ContinueValue(std::string_view sMore);
 
     IniChapters & m_oChapters;

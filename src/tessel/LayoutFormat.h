@@ -7,6 +7,6 @@ namespace tsl
 
 /// Sets the format for a constructor. A format that SetFormat refuses is an assertion failure that names the
 /// class.
-void DemandFormat(ValueConverterLayout & oLayout, ValueString const & sFormat, char const * sClassName);
+void SetFormatOrFail(ValueConverterLayout & oLayout, ValueString const & sFormat, char const * sClassName);
 
 } // namespace tsl

@@ -53,7 +53,7 @@ LibraryLoad const g_oLibraryLoad;
 LibraryLoad::LibraryLoad()
 {
     Presence::WatchForks();
-    DemandEnd();
+    RegisterEnd();
     // The log file's class has to be known before the bus is made, and the factory is the first to use
     // the registry of static objects, which thus outlives all that follows.
     MessageProcessorFactory::Instance().Register(LogFileProcessor::CLASS_NAME, &CreateLogFileProcessor);
@@ -72,7 +72,7 @@ LibraryLoad::~LibraryLoad()
     MessageProcessorFactory::Instance().Unregister(LogFileProcessor::CLASS_NAME);
 }
 
-void LibraryLoad::DemandEnd()
+void LibraryLoad::RegisterEnd()
 {
     // Before the registry, so that it is destroyed after it.
     static End const oEnd;

@@ -24,7 +24,7 @@ private:
         ~End();
     };
 
-    static void DemandEnd();
+    static void RegisterEnd();
 };
 
 } // namespace tsl

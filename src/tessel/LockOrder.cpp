@@ -120,7 +120,7 @@ public:
     }
 
 private:
-    HoldScope m_oHold;
+    NoKillScope m_oScope;
     std::lock_guard<std::mutex> m_oLock{g_oGraphLock};
 };
 
@@ -194,7 +194,7 @@ void LockOrder::Forget()
     g_pGraph->Forget(m_iNumber);
 }
 
-void LockOrder::DemandNoOwnLock()
+void LockOrder::StopIfOwnLockIsHeld()
 {
     for (unsigned int i = 0; i < std::min(t_oHeld.iCount, HeldLocks::COUNT_MAX); ++i)
         if (t_oHeld.apLocks[i]->m_bOwn)

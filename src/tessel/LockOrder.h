@@ -52,7 +52,7 @@ public:
     static void NoteBus()
     {
         if constexpr (IS_CHECKED)
-            DemandNoOwnLock();
+            StopIfOwnLockIsHeld();
     }
 
     /// Frees what the check has kept, when the library is unloaded.
@@ -68,7 +68,7 @@ private:
     void Enter();
     void Leave();
     void Forget();
-    static void DemandNoOwnLock();
+    static void StopIfOwnLockIsHeld();
     static void FreeAll();
 
     // 0 until the lock is first taken together with another one.

@@ -59,7 +59,7 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
             if (TakeFromLostOwner(oSelf))
                 return;
             LockWaitScope const oWait;
-            WaitScope const oScope(ForcedEndState::eForHold);
+            WaitScope const oScope(ForcedEndState::eForLock);
             eState.wait(eWanted, std::memory_order_relaxed);
         }
     }
@@ -98,7 +98,7 @@ void CriticalSectionMutex::Lock()
         return;
     }
 
-    oSelf.BeginHold();
+    oSelf.AddLock();
     oSection.oOrder.NoteWish();
     if (!oSection.TryToTake())
         oSection.WaitAndTake(oSelf);
@@ -119,7 +119,7 @@ void CriticalSectionMutex::Unlock()
     oSection.iOwner.store(Section::NOBODY, std::memory_order_relaxed);
     if (oSection.eState.exchange(Section::eFree, std::memory_order_release) == Section::eWanted)
         oSection.eState.notify_one();
-    t_oForcedEnd.EndHold();
+    t_oForcedEnd.RemoveLock();
     EndHereIfWanted(__builtin_return_address(0));
 }
 
@@ -133,10 +133,10 @@ bool LockTrial::TryToLock(CriticalSectionMutex & oLock)
         return true;
     }
 
-    oSelf.BeginHold();
+    oSelf.AddLock();
     if (!oSection.TryToTake() && !oSection.TakeFromLostOwner(oSelf))
     {
-        oSelf.EndHold();
+        oSelf.RemoveLock();
         return false;
     }
     oSection.oOrder.NoteEntry();

@@ -1,7 +1,7 @@
 #include "LogFileProcessor.h"
 
+#include "ObjectCache.h"
 #include "OwnMutex.h"
-#include "Spare.h"
 #include "platform/Files.h"
 
 #include <tessel/Assertion.h>
@@ -21,12 +21,12 @@ constexpr unsigned int LENGTH_USUAL = 256;
 constexpr unsigned int LENGTH_KEPT = 4096;
 
 /// Short lines need no memory of their own: they use that of an earlier one.
-class SpareLine
+class LineCache
 {
 public:
     std::unique_ptr<String> Take()
     {
-        std::unique_ptr<String> pLine = m_oSpare.Take();
+        std::unique_ptr<String> pLine = m_oCache.Take();
         pLine->Reserve(LENGTH_USUAL);
         pLine->Clear();
         return pLine;
@@ -36,11 +36,11 @@ public:
     {
         // One long message must not hold its memory for ever.
         if (pLine->GetLength() <= LENGTH_KEPT)
-            m_oSpare.GiveBack(std::move(pLine));
+            m_oCache.GiveBack(std::move(pLine));
     }
 
 private:
-    Spare<String> m_oSpare;
+    ObjectCache<String> m_oCache;
 };
 
 } // namespace
@@ -64,7 +64,7 @@ struct TSL_HIDDEN LogFileProcessor::Private
     Platform::File oFile;
     bool bFailed = false;
     bool bBegun = false; ///< the file has been appended to
-    SpareLine oSpareLine;
+    LineCache oLines;
     OwnMutex oLock;
 };
 
@@ -92,7 +92,7 @@ LogFileProcessor::~LogFileProcessor()
 
 void LogFileProcessor::Process(Message const & oMessage, Result &) const
 {
-    std::unique_ptr<String> pLine = m->oSpareLine.Take();
+    std::unique_ptr<String> pLine = m->oLines.Take();
     DefaultMessageLayout().FormatMessage(oMessage, *pLine);
     *pLine << '\n';
 
@@ -100,7 +100,7 @@ void LogFileProcessor::Process(Message const & oMessage, Result &) const
         WriteLock const oScope(m->oLock);
         m->Append(*pLine);
     }
-    m->oSpareLine.GiveBack(std::move(pLine));
+    m->oLines.GiveBack(std::move(pLine));
 }
 
 MessageProcessorConfig const & LogFileProcessor::GetConfig() const

@@ -40,7 +40,7 @@ Result MessageDispatcher::Private::Register(
         ProcessorList * pList = nullptr;
         {
             WriteLock const oScope(oLock);
-            pList = &oTable.Demand(iType);
+            pList = &oTable.GetOrCreate(iType);
         }
         pList->Add(&oProcessor);
     }

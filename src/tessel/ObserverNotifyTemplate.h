@@ -77,7 +77,7 @@ public:
     /// A null pointer throws an Exception of code -1 here and in Detatch.
     void Attach(Observer * pObserver)
     {
-        DemandObserver(pObserver);
+        ThrowIfNullObserver(pObserver);
         TesselDetails::WriteLock const oScope(m_oLock);
         auto const oPlace = FindPlace(pObserver);
         if (IsAt(oPlace, pObserver))
@@ -91,7 +91,7 @@ public:
 
     void Detatch(Observer * pObserver)
     {
-        DemandObserver(pObserver);
+        ThrowIfNullObserver(pObserver);
         TesselDetails::WriteLock const oScope(m_oLock);
         auto const oPlace = FindPlace(pObserver);
         if (IsAt(oPlace, pObserver))
@@ -122,7 +122,7 @@ private:
         bool bLent = false; ///< it was taken over from another notifier
     };
 
-    static void DemandObserver(Observer const * pObserver)
+    static void ThrowIfNullObserver(Observer const * pObserver)
     {
         constexpr int iNullObserver = -1;
         if (!pObserver)

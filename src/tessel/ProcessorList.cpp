@@ -48,7 +48,7 @@ bool TryForAMoment(CriticalSectionMutex & oLock)
     return false;
 }
 
-void DemandProcessor(MessageProcessor const * pProcessor)
+void ThrowIfNull(MessageProcessor const * pProcessor)
 {
     constexpr int iNullProcessor = -1;
     if (!pProcessor)
@@ -213,7 +213,7 @@ ProcessorList::~ProcessorList()
 
 void ProcessorList::Add(MessageProcessor const * pProcessor)
 {
-    DemandProcessor(pProcessor);
+    ThrowIfNull(pProcessor);
     {
         WriteLock const oScope(m_oSetLock);
         if (IsLive(pProcessor))
@@ -231,7 +231,7 @@ void ProcessorList::Add(MessageProcessor const * pProcessor)
 
 void ProcessorList::Remove(MessageProcessor const * pProcessor)
 {
-    DemandProcessor(pProcessor);
+    ThrowIfNull(pProcessor);
     {
         WriteLock const oScope(m_oSetLock);
         if (IsLive(pProcessor))

@@ -34,7 +34,7 @@ public:
     }
 
     /// The list of the type, made if there is none. One thread at a time.
-    ProcessorList & Demand(unsigned int iType)
+    ProcessorList & GetOrCreate(unsigned int iType)
     {
         std::unique_ptr<ProcessorList> & pList = m_oLists[iType];
         if (!pList)

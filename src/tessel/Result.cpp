@@ -65,7 +65,7 @@ struct TSL_HIDDEN Result::Private
     }
 
     /// The record of the result, which is made if there is none.
-    static Private & Demand(Result & oResult)
+    static Private & GetOrCreate(Result & oResult)
     {
         if (!oResult.m)
             oResult.m = new Private;
@@ -207,15 +207,15 @@ ValueString const & Result::GetCause() const
 
 void Result::SetText(ValueString const & sText)
 {
-    Private::Demand(*this).oText.Set(sText);
+    Private::GetOrCreate(*this).oText.Set(sText);
 }
 void Result::SetText(char const * sText)
 {
-    Private::Demand(*this).oText.Set(OrEmpty(sText));
+    Private::GetOrCreate(*this).oText.Set(OrEmpty(sText));
 }
 void Result::SetCause(ValueString const & sCause)
 {
-    Private::Demand(*this).pCause = std::make_unique<ValueString>(sCause);
+    Private::GetOrCreate(*this).pCause = std::make_unique<ValueString>(sCause);
 }
 void Result::SetCause(char const * sCause)
 {
@@ -224,7 +224,7 @@ void Result::SetCause(char const * sCause)
 
 void Result::SetSource(char const * sFile, int iLine)
 {
-    Private & oBody = Private::Demand(*this);
+    Private & oBody = Private::GetOrCreate(*this);
     oBody.oSourceFile.Set(OrEmpty(sFile));
     oBody.iSourceLine = iLine;
 }
@@ -324,7 +324,7 @@ void Result::CopyFromResultWithoutHistory(Result const & oSource)
         return;
 
     if (oSource.m)
-        Private::Demand(*this).CopyFields(*oSource.m);
+        Private::GetOrCreate(*this).CopyFields(*oSource.m);
     else
         Result::Clear();
 }

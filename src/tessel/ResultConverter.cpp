@@ -23,7 +23,7 @@ ResultConverterLayout::ResultConverterLayout()
 
 ResultConverterLayout::ResultConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(*this, sFormat, "ResultConverterLayout");
+    SetFormatOrFail(*this, sFormat, "ResultConverterLayout");
 }
 
 template<>

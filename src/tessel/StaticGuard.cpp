@@ -46,7 +46,7 @@ void Release(int * pGuard, State eResult)
     std::atomic_ref<int> eState(*pGuard);
     if (eState.exchange(eResult, std::memory_order_release) == eAwaited)
         eState.notify_all();
-    tsl::t_oForcedEnd.EndHold();
+    tsl::t_oForcedEnd.RemoveLock();
 }
 
 } // namespace
@@ -61,10 +61,10 @@ extern "C"
 
     int __cxa_guard_acquire(int * pGuard)
     {
-        tsl::t_oForcedEnd.BeginHold();
+        tsl::t_oForcedEnd.AddLock();
         if (Acquire(std::atomic_ref<int>(*pGuard)))
             return 1;
-        tsl::t_oForcedEnd.EndHold();
+        tsl::t_oForcedEnd.RemoveLock();
         return 0;
     }
 

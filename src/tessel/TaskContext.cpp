@@ -29,7 +29,7 @@ using Variables = std::map<ValueString, Type>;
 
 /// The first name of a map is compared with nothing, so the map alone would let a null name in. Compared
 /// with itself, it fails the assertion of all comparisons.
-void DemandName(ValueString const & sName)
+void AssertNotNull(ValueString const & sName)
 {
     static_cast<void>(sName.Compare(sName));
 }
@@ -37,14 +37,14 @@ void DemandName(ValueString const & sName)
 template<class Type>
 void Set(Variables<Type> & oVariables, ValueString const & sName, Type const & oValue)
 {
-    DemandName(sName);
+    AssertNotNull(sName);
     oVariables.insert_or_assign(sName, oValue);
 }
 
 template<class Type>
 Type Get(Variables<Type> const & oVariables, ValueString const & sName, Type const & oDefault)
 {
-    DemandName(sName);
+    AssertNotNull(sName);
     auto const oFound = oVariables.find(sName);
     return oFound == oVariables.end() ? oDefault : oFound->second;
 }

@@ -19,7 +19,7 @@ namespace tsl
 
 ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(*this, sFormat, "ValueConverterLayout");
+    SetFormatOrFail(*this, sFormat, "ValueConverterLayout");
 }
 
 ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat)
@@ -64,7 +64,7 @@ bool ValueConverterLayout::SetFormat(ValueString const & sFormat, ValueString co
     return true;
 }
 
-void DemandFormat(ValueConverterLayout & oLayout, ValueString const & sFormat, char const * sClassName)
+void SetFormatOrFail(ValueConverterLayout & oLayout, ValueString const & sFormat, char const * sClassName)
 {
     if (!oLayout.SetFormat(sFormat))
         FailFormat(sClassName, sFormat);

@@ -9,7 +9,7 @@
 namespace tsl
 {
 
-static void DemandMoment(bool bNull, char const * sInfo)
+static void AssertNotNull(bool bNull, char const * sInfo)
 {
     if (bNull)
         XAssertionFailed("!m_bNull", sInfo);
@@ -56,7 +56,7 @@ ValueDateTime const & ValueDateTime::Null()
 
 DateTime const & ValueDateTime::AsDateTime() const
 {
-    DemandMoment(m_bNull, "Value must not be NULL");
+    AssertNotNull(m_bNull, "Value must not be NULL");
     return m_oDateTime;
 }
 
@@ -67,19 +67,19 @@ void ValueDateTime::Format(char const * sFormat, String & sOut, TimeZone::EZone 
 
 void ValueDateTime::Add(TimeSpan const & oSpan)
 {
-    DemandMoment(m_bNull, "Value must not be NULL");
+    AssertNotNull(m_bNull, "Value must not be NULL");
     m_oDateTime.Add(oSpan);
 }
 
 void ValueDateTime::Sub(TimeSpan const & oSpan)
 {
-    DemandMoment(m_bNull, "Value must not be NULL");
+    AssertNotNull(m_bNull, "Value must not be NULL");
     m_oDateTime.Sub(oSpan);
 }
 
 int ValueDateTime::Compare(DateTime const & oOther) const
 {
-    DemandMoment(m_bNull, "Invalid operation. ValueDateTime is NULL");
+    AssertNotNull(m_bNull, "Invalid operation. ValueDateTime is NULL");
     return m_oDateTime.Compare(oOther);
 }
 

@@ -10,7 +10,7 @@ ValueDateTimeConverterLayout::ValueDateTimeConverterLayout() : ValueDateTimeConv
 
 ValueDateTimeConverterLayout::ValueDateTimeConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(*this, sFormat, "ValueDateTimeConverterLayout");
+    SetFormatOrFail(*this, sFormat, "ValueDateTimeConverterLayout");
 }
 
 template<>

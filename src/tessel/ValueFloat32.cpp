@@ -8,7 +8,7 @@
 namespace tsl
 {
 
-static void DemandNumber(bool bNull)
+static void AssertNotNull(bool bNull)
 {
     if (bNull)
         XAssertionFailed("!m_bNull", "Value must not be NULL");
@@ -43,7 +43,7 @@ ValueFloat32 const & ValueFloat32::Null()
 
 float ValueFloat32::AsFloat32() const
 {
-    DemandNumber(m_bNull);
+    AssertNotNull(m_bNull);
     return m_fValue;
 }
 
@@ -73,7 +73,7 @@ ValueFloat32 & ValueFloat32::operator/=(float const & fRight)
 
 int ValueFloat32::Compare(float const & fOther) const
 {
-    DemandNumber(m_bNull);
+    AssertNotNull(m_bNull);
 
     // In double precision, where a sum with the tolerance does not lose it.
     double const fNumber = m_fValue;

@@ -3,8 +3,8 @@
 #include "LastingObject.h"
 #include "LayoutFormat.h"
 
+#include "ObjectCache.h"
 #include "ReplacementFormat.h"
-#include "Spare.h"
 #include "ValueCast.h"
 
 #include <tessel/ValueFloat32.h>
@@ -176,7 +176,7 @@ ValueFloatConverterLayout::ValueFloatConverterLayout()
 
 ValueFloatConverterLayout::ValueFloatConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(*this, sFormat, "ValueFloatConverterLayout");
+    SetFormatOrFail(*this, sFormat, "ValueFloatConverterLayout");
 }
 
 template<>
@@ -209,7 +209,7 @@ void ValueFloatConverterLayout::UpdateFormat()
 struct TSL_HIDDEN ValueFloatConverter::Private
 {
     PatternMatcher const oNumber{NUMBER_PATTERN};
-    Spare<PatternMatcher::Matches> oMatches;
+    ObjectCache<PatternMatcher::Matches> oMatches;
 };
 
 ValueFloatConverter::ValueFloatConverter() : m(std::make_shared<Private>()) {}

@@ -17,7 +17,7 @@ static int Wrap(std::int64_t iNumber)
     return static_cast<int>(static_cast<std::uint32_t>(iNumber));
 }
 
-static void DemandDivisor(int iDivisor)
+static void AssertNotZero(int iDivisor)
 {
     if (iDivisor == 0)
         XAssertionFailed("iDivisor != 0", "Invalid operation. Division of ValueInt32 by zero");
@@ -76,14 +76,14 @@ ValueInt32 & ValueInt32::operator*=(int const & iRight)
 
 ValueInt32 & ValueInt32::operator/=(int const & iRight)
 {
-    DemandDivisor(iRight);
+    AssertNotZero(iRight);
     m_iValue = Wrap(std::int64_t{m_iValue} / iRight);
     return *this;
 }
 
 ValueInt32 & ValueInt32::operator%=(int const & iRight)
 {
-    DemandDivisor(iRight);
+    AssertNotZero(iRight);
     m_iValue = Wrap(std::int64_t{m_iValue} % iRight);
     return *this;
 }

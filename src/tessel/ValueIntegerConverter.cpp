@@ -68,7 +68,7 @@ ValueIntegerConverterLayout::ValueIntegerConverterLayout() : ValueIntegerConvert
 
 ValueIntegerConverterLayout::ValueIntegerConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(*this, sFormat, "ValueIntegerConverterLayout");
+    SetFormatOrFail(*this, sFormat, "ValueIntegerConverterLayout");
 }
 
 template<>

@@ -10,7 +10,7 @@ namespace
 {
 
 /// A wrong row is a mistake in this program.
-void Demand(tsl::Result const & oResult)
+void ThrowIfError(tsl::Result const & oResult)
 {
     if (oResult.IsError())
         throw tsl::Exception(oResult);
@@ -32,8 +32,8 @@ int Tick::DoProcess()
 Ticker::Ticker(int iCount) : TaskProcessor("Ticker", nullptr), m_iCount(iCount)
 {
     tsl::TaskFactory::Instance().Register(Tick::ID, &CreateTick);
-    Demand(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, Tick::ID));
-    Demand(m_oTransitions.AddTransition(Tick::ID, TR_PROCEED, TASK_FINE));
+    ThrowIfError(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, Tick::ID));
+    ThrowIfError(m_oTransitions.AddTransition(Tick::ID, TR_PROCEED, TASK_FINE));
 }
 
 int Ticker::DoProcess()

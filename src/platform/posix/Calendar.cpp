@@ -23,7 +23,7 @@ std::atomic<long> g_iSecondsWest{0};
 
 void LoadTimeZone()
 {
-    HoldScope const oScope;
+    NoKillScope const oScope;
     ::tzset();
     g_iSecondsWest.store(::timezone, std::memory_order_relaxed);
 }
@@ -36,26 +36,26 @@ int GetSecondsWest(long & iSeconds)
 
 int ToLocalTime(std::int64_t iTime, std::tm & oElements)
 {
-    HoldScope const oScope;
+    NoKillScope const oScope;
     time_t const iSystemTime = iTime;
     return ::localtime_r(&iSystemTime, &oElements) ? 0 : errno;
 }
 
 int ToGreenwichTime(std::int64_t iTime, std::tm & oElements)
 {
-    HoldScope const oScope;
+    NoKillScope const oScope;
     time_t const iSystemTime = iTime;
     return ::gmtime_r(&iSystemTime, &oElements) ? 0 : errno;
 }
 
 std::int64_t FromLocalTime(std::tm & oElements)
 {
-    HoldScope const oScope;
+    NoKillScope const oScope;
     return ::mktime(&oElements);
 }
 std::int64_t FromGreenwichTime(std::tm & oElements)
 {
-    HoldScope const oScope;
+    NoKillScope const oScope;
     return ::timegm(&oElements);
 }
 

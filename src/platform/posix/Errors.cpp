@@ -16,7 +16,7 @@ int GetLastError()
 std::string GetErrorText(int iError)
 {
     // The text may be looked up in a catalogue.
-    HoldScope const oScope;
+    NoKillScope const oScope;
     char aBuffer[256];
     return ::strerror_r(iError, aBuffer, sizeof aBuffer);
 }

@@ -66,14 +66,14 @@ StackPlace::EWait GetWait(void const * pContext, ForcedEndState::EWait eWait)
         return StackPlace::eForTime;
     if (!IsInterruptedInWait(pContext))
         return StackPlace::eNone;
-    return eWait == ForcedEndState::eForHold ? StackPlace::eForLock : StackPlace::eForSystem;
+    return eWait == ForcedEndState::eForLock ? StackPlace::eForLock : StackPlace::eForSystem;
 }
 
 EndObstacle FindObstacleInHandler(void const * pContext)
 {
-    unsigned int const iHolds = t_oForcedEnd.iHolds.load(std::memory_order_relaxed);
+    unsigned int const iLocks = t_oForcedEnd.iLocks.load(std::memory_order_relaxed);
     ForcedEndState::EWait const eWait = t_oForcedEnd.eWait.load(std::memory_order_relaxed);
-    if (iHolds > (eWait == ForcedEndState::eForHold ? 1U : 0U))
+    if (iLocks > (eWait == ForcedEndState::eForLock ? 1U : 0U))
         return EndObstacle::eLock;
 
     // Without its stack a thread can only be ended where the library waits for time.
@@ -82,7 +82,7 @@ EndObstacle FindObstacleInHandler(void const * pContext)
         return eWait == ForcedEndState::eForTime ? EndObstacle::eNone : EndObstacle::eStack;
 
     StackPlace::EWait const eWaitHere = GetWait(pContext, eWait);
-    if (eWait == ForcedEndState::eForHold && eWaitHere != StackPlace::eForLock)
+    if (eWait == ForcedEndState::eForLock && eWaitHere != StackPlace::eForLock)
         return EndObstacle::eLibrary;
     return FindObstacleAt(iInstruction, eWaitHere);
 }
@@ -209,7 +209,7 @@ void EndThisThreadIf(void const * pReturn)
         t_oForcedEnd.bWanted.store(false, std::memory_order_relaxed);
         return;
     }
-    if (t_oForcedEnd.iHolds.load(std::memory_order_relaxed) == 0)
+    if (t_oForcedEnd.iLocks.load(std::memory_order_relaxed) == 0)
         EndUnless(FindObstacleAt(reinterpret_cast<std::uintptr_t>(pReturn), StackPlace::eNone), *pThis);
 }
 

@@ -107,7 +107,7 @@ bool Exists(ThreadPresence const & oThread)
 
 void Reset(ThreadPresence & oThread, unsigned long iThreadId)
 {
-    oThread.bInside.store(false, std::memory_order_relaxed);
+    oThread.bLocking.store(false, std::memory_order_relaxed);
     oThread.iWaits.store(0, std::memory_order_relaxed);
     oThread.iVisits.store(0, std::memory_order_relaxed);
     oThread.iThreadId.store(iThreadId, std::memory_order_relaxed);
@@ -206,7 +206,7 @@ private:
 
 bool IsInside(ThreadPresence const & oThread)
 {
-    return oThread.bInside.load(std::memory_order_acquire);
+    return oThread.bLocking.load(std::memory_order_acquire);
 }
 
 bool IsInBus(ThreadPresence const & oThread)
@@ -240,7 +240,7 @@ public:
     }
 
 private:
-    bool const m_bHolding = t_oForcedEnd.iHolds.load(std::memory_order_relaxed) > 0;
+    bool const m_bHolding = t_oForcedEnd.iLocks.load(std::memory_order_relaxed) > 0;
     Test m_fIsBusy;
     Test m_fIsBusyWaiter;
     unsigned int m_iWaits = 0;
@@ -250,7 +250,7 @@ private:
 /// One fork at a time. Meanwhile the thread counts as outside: whatever it holds, it is in nothing of its own.
 void TakeTurn()
 {
-    OutsideScope const oScope;
+    AllowForkScope const oScope;
     for (int iOther = 0; !g_iForking.compare_exchange_strong(iOther, 1); iOther = 0)
         g_iForking.wait(1);
     g_iForker.store(t_oForcedEnd.iThread, std::memory_order_relaxed);
@@ -317,9 +317,9 @@ void WaitForFork(ThreadPresence & oPresence)
     while (
         g_iForking.load(std::memory_order_seq_cst) != 0 && g_iForker.load(std::memory_order_relaxed) != iThis)
     {
-        oPresence.bInside.store(false, std::memory_order_release);
+        oPresence.bLocking.store(false, std::memory_order_release);
         g_iForking.wait(1);
-        oPresence.bInside.store(true, std::memory_order_seq_cst);
+        oPresence.bLocking.store(true, std::memory_order_seq_cst);
     }
 }
 

@@ -91,7 +91,7 @@ void CloseThread(Thread * pThread)
     }
     else if (!HasEnded(*pThread))
     {
-        OutsideScope const oScope;
+        AllowForkScope const oScope;
         ::pthread_join(pThread->hThread, nullptr);
     }
 }

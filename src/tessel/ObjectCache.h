@@ -18,39 +18,39 @@ namespace tsl
 /// Nothing belongs to a thread: what did would keep the library in the process for as long as the thread
 /// runs.
 template<class T>
-class Spare
+class ObjectCache
 {
 public:
-    Spare() = default;
-    ~Spare()
+    ObjectCache() = default;
+    ~ObjectCache()
     {
         for (Slot & oSlot : m_aSlots)
-            delete oSlot.pSpare.load(std::memory_order_acquire);
+            delete oSlot.pObject.load(std::memory_order_acquire);
     }
-    Spare(Spare const &) = delete;
-    Spare & operator=(Spare const &) = delete;
+    ObjectCache(ObjectCache const &) = delete;
+    ObjectCache & operator=(ObjectCache const &) = delete;
 
     /// The object that was given back, as it was left, or else a new one.
     std::unique_ptr<T> Take()
     {
-        std::unique_ptr<T> pSpare(GetSlot().exchange(nullptr, std::memory_order_acquire));
-        return pSpare ? std::move(pSpare) : std::make_unique<T>();
+        std::unique_ptr<T> pObject(GetSlot().exchange(nullptr, std::memory_order_acquire));
+        return pObject ? std::move(pObject) : std::make_unique<T>();
     }
 
-    void GiveBack(std::unique_ptr<T> pSpare)
+    void GiveBack(std::unique_ptr<T> pObject)
     {
-        delete GetSlot().exchange(pSpare.release(), std::memory_order_acq_rel);
+        delete GetSlot().exchange(pObject.release(), std::memory_order_acq_rel);
     }
 
 private:
     // No two of them share a cache line.
     struct alignas(64) Slot
     {
-        std::atomic<T *> pSpare{nullptr};
+        std::atomic<T *> pObject{nullptr};
     };
 
     // Ids of threads that were started one after the other differ by one.
-    std::atomic<T *> & GetSlot() { return m_aSlots[Platform::GetThreadId() % m_aSlots.size()].pSpare; }
+    std::atomic<T *> & GetSlot() { return m_aSlots[Platform::GetThreadId() % m_aSlots.size()].pObject; }
 
     std::array<Slot, 8> m_aSlots;
 };
