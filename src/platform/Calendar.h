@@ -3,22 +3,22 @@
 #include <cstdint>
 #include <ctime>
 
-/// The local zone, and times of the clock as calendar dates. An int result is the system's error number, 0 for
-/// success.
+/// The local time zone, and conversions between clock times and calendar dates. An int result is the system's
+/// error number, 0 for success.
 namespace tsl::Platform
 {
 
-/// Loads the zone of the process and remembers how far its standard time is west of Greenwich.
+/// Loads the time zone of the process and stores its standard offset for GetSecondsWest.
 void LoadTimeZone();
 
-/// Seconds west of Greenwich, as remembered by LoadTimeZone.
+/// The standard offset in seconds west of Greenwich, as stored by LoadTimeZone.
 [[nodiscard]] int GetSecondsWest(long & iSeconds);
 
-/// What the years of std::tm count from.
+/// std::tm counts years from this one.
 inline constexpr int YEAR_BASE = 1900;
 
-/// Between a time and its elements, in the local zone or in Greenwich. From elements: overflows are
-/// normalised in place, and a result of -1 is a failure, as the runtime library has it.
+/// Convert between seconds since 1970 and calendar elements, in local time or in UTC. The From functions
+/// normalise elements that are out of range in place. They return -1 for a failure, as mktime does.
 [[nodiscard]] int ToLocalTime(std::int64_t iTime, std::tm & oElements);
 [[nodiscard]] int ToGreenwichTime(std::int64_t iTime, std::tm & oElements);
 std::int64_t FromLocalTime(std::tm & oElements);

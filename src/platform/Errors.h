@@ -2,14 +2,14 @@
 
 #include <string>
 
-/// The errors of the system.
+/// Error numbers of the system, and their texts.
 namespace tsl::Platform
 {
 
-/// The runtime library's number of the calling thread's last error.
+/// The error number (errno) of the calling thread.
 int GetLastError();
 
-/// The text of an error's number.
+/// The system's text for an error number.
 std::string GetErrorText(int iError);
 
 } // namespace tsl::Platform

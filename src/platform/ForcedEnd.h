@@ -9,30 +9,30 @@
 namespace tsl
 {
 
-/// What a thread tells of itself for its forced end (see Platform::AskToEnd): it is not ended while it holds
-/// something that others need. Only the thread itself and a signal handler on it use the state, so the
-/// changes need no more than to stay in their order.
+/// Per-thread state for Thread::Kill (see Platform::AskToEnd): a thread is not killed while it holds a lock.
+/// Only the thread itself and a signal handler on it use the state, so signal fences suffice to order the
+/// changes.
 struct ForcedEndState
 {
     enum EWait : int
     {
         eNone,
-        eForTime, ///< nothing is lost if the thread ends
-        eForLock  ///< for what was counted last, which it does not hold yet
+        eForTime, ///< it may be killed: it holds nothing there that others need
+        eForLock  ///< waits for the lock that was added last and is not held yet
     };
 
-    /// Locks that the thread holds or is about to take.
+    /// The number of locks that the thread holds or is about to take; a NoKillScope counts as one.
     std::atomic<unsigned int> iLocks{0};
     std::atomic<EWait> eWait{eNone};
 
-    /// It was asked to end, at a moment that was not the right one.
+    /// The thread was asked to end, but could not at that moment.
     std::atomic<bool> bWanted{false};
 
-    /// What the others may read of it, null until its first hold.
+    /// What other threads may read; null until the first lock.
     ThreadPresence * pPresence = nullptr;
 
-    /// Tells it from every other thread that there is or was, in this process and in those that it was forked
-    /// from. 0 until its first hold.
+    /// A number that no other thread has or had, in this process and in those that it was forked from. 0
+    /// until the first lock.
     std::uint64_t iThread = 0;
 
     void AddLock()
@@ -66,20 +66,20 @@ struct ForcedEndState
     void MarkFree() { pPresence->bLocking.store(false, std::memory_order_release); }
 };
 
-/// That of the calling thread.
+/// The state of the calling thread.
 extern constinit thread_local ForcedEndState t_oForcedEnd;
 
-/// Where the program calls an operation of the library, or where that returns: the thread ends here if this
-/// is wanted. A thread that hardly ever leaves the library would go on for long without it.
+/// Ends the calling thread here if it was asked to end. Operations of the library call this where they begin
+/// or return: a thread that spends nearly all its time in the library could not be killed otherwise.
 ///
-/// @param pReturn where the operation returns to
+/// @param pReturn the return address of the operation
 inline void EndHereIfWanted(void const * pReturn)
 {
     if (t_oForcedEnd.bWanted.load(std::memory_order_relaxed)) [[unlikely]]
         Platform::EndThisThreadIf(pReturn);
 }
 
-/// Keeps the calling thread from being ended until the end of the scope, even while it waits.
+/// Keeps the calling thread from being killed, and others from forking, until the end of the scope.
 class NoKillScope
 {
 public:
@@ -89,7 +89,8 @@ public:
     NoKillScope & operator=(NoKillScope const &) = delete;
 };
 
-/// The calling thread, in the middle of a hold, waits for another thread, which may wait for a fork.
+/// Lets other threads fork while the calling thread, which may hold locks, waits for a thread. That thread
+/// may itself be waiting for a fork to finish.
 class AllowForkScope
 {
 public:
@@ -110,7 +111,8 @@ private:
     bool const m_bLocking = t_oForcedEnd.iLocks.load(std::memory_order_relaxed) > 0;
 };
 
-/// The calling thread waits for the lock that it has counted last.
+/// Marks that the calling thread waits for the lock that it has added last. If that is its only lock, others
+/// may fork.
 class LockWaitScope
 {
 public:
@@ -139,7 +141,7 @@ private:
     bool const m_bFirst = t_oForcedEnd.iLocks.load(std::memory_order_relaxed) == 1;
 };
 
-/// The calling thread is in the global bus until the end of the scope.
+/// Marks that the calling thread is in a call of the global bus, until the end of the scope.
 class BusVisit
 {
 public:
@@ -162,7 +164,7 @@ private:
     }
 };
 
-/// Tells that the calling thread waits, until the end of the scope.
+/// Marks what the calling thread waits for, until the end of the scope.
 class WaitScope
 {
 public:
@@ -181,7 +183,7 @@ public:
     WaitScope & operator=(WaitScope const &) = delete;
 
 private:
-    /// What a signal handler of the program that waits as well has interrupted.
+    /// Not always eNone: a signal handler of the program may interrupt a wait and wait itself.
     ForcedEndState::EWait m_eBefore;
 };
 

@@ -6,10 +6,11 @@
 namespace tsl::Platform
 {
 
-/// The full path of the running program, as it was started if its file has been removed or replaced.
+/// The full path of the running program. If its file has been removed or replaced, the path from which it was
+/// started.
 [[nodiscard]] int GetProgramPath(std::string & sPath);
 
-/// The ids are asked for once, and again in a process that was forked off.
+/// Both ids are cached per thread; a forked child asks the system again.
 int GetProcessId();
 unsigned long GetThreadId();
 

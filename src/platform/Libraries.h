@@ -4,15 +4,16 @@
 namespace tsl::Platform
 {
 
-/// What the file name of a dynamic library ends with.
+/// The file name extension of dynamic libraries, with its dot.
 extern char const * const LIBRARY_ENDING;
 
-/// Loads a library, or returns null; the file is looked for as the system does.
+/// Loads a library, found by the system's search rules. Null if that fails.
 void * LoadLibrary(char const * sFile);
 void FreeLibrary(void * pLibrary);
 
-/// Whether this library is being unloaded, which nobody uses any more, and not the process ended, where other
-/// threads may. To be asked by what runs at the end.
+/// Whether this library is being unloaded (true) or the process ends (false). Only the destructors of static
+/// objects may call it. After unloading nobody uses the library; at the end of the process other threads may
+/// still do.
 bool IsUnloading();
 
 } // namespace tsl::Platform

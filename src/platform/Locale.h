@@ -3,11 +3,11 @@
 #include <cstdarg>
 #include <cstddef>
 
-/// The locale of the process, which the program may set.
+/// Formatting that does not depend on the locale of the process.
 namespace tsl::Platform
 {
 
-/// Formats as vsnprintf does, but as in the "C" locale, whatever the locale of the process is.
+/// Formats like vsnprintf, always in the "C" locale.
 int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat, std::va_list oArguments);
 
 } // namespace tsl::Platform

@@ -8,18 +8,18 @@
 namespace tsl::Platform
 {
 
-/// Which end of a pipe stays in this process; the other one is for a child.
+/// The end of a pipe that stays in this process. The other end is for a child.
 enum class OwnEnd
 {
     eRead,
     eWrite
 };
 
-/// Makes a one-way channel of bytes. Neither end is inherited as it is.
+/// Creates a one-way pipe. Both ends are close-on-exec.
 [[nodiscard]] int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd);
 
-/// Waits for bytes at an own read end and takes up to iCount of them. iRead is 0 if nobody can write any
-/// more, or if the other end of oStop is closed and there is nothing to read; oStop may be not open.
+/// Waits for bytes at an own read end and reads up to iCount of them. iRead is 0 if all write ends are
+/// closed, or if there is nothing to read and the other end of oStop is closed. oStop need not be open.
 [[nodiscard]] int ReadPipe(
     File const & oPipe, File const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead);
 

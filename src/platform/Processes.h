@@ -8,26 +8,28 @@
 namespace tsl::Platform
 {
 
-/// What stays of a child process after CloseProcess. Allocated before the start, so that no end needs memory.
+/// What is kept of a child process after CloseProcess. It is allocated before the start, so that CloseProcess
+/// allocates nothing.
 struct ProcessRecord;
 
-/// A child process, until it is given up by CloseProcess.
+/// A child process, from StartProcess to CloseProcess.
 struct Process
 {
     int iProcessId = 0;
     std::intptr_t iHandle = -1;
     bool bEnded = false;
     bool bKilled = false;
-    int iExitCode = 0; ///< what it ended with, or what Kill wants it to be
+    int iExitCode = 0; ///< valid if bEnded; after KillProcess, the code that was given to it
     ProcessRecord * pRecord = nullptr;
 
     bool IsOpen() const { return iProcessId != 0; }
 };
 
-/// The exit code of a process that runs.
+/// The exit code that a running process reports.
 inline constexpr int EXIT_CODE_ACTIVE = 259;
 
-/// The child's ends of its three streams; one that is not open is that of this process.
+/// The child's ends of its three standard streams. For one that is not open the child inherits the stream of
+/// this process.
 struct StandardStreams
 {
     File oInput;
@@ -39,32 +41,34 @@ struct ProcessStart
 {
     char const * sCommandLine = nullptr;
     StandardStreams const & oStreams;
-    bool bDetached = false;  ///< it gets a session of its own
-    bool bSuspended = false; ///< it waits before its first instruction
+    bool bDetached = false;  ///< the child gets a session of its own
+    bool bSuspended = false; ///< the child stops before the first instruction of its program
 };
 
-/// Starts a program, looked for in the search path, with the arguments of a command line. They are
-/// separated by white space unless it is between double quotes, which are dropped; no other character
-/// means anything. The child gets its three streams and no other open file, and signals as a fresh
-/// program has them.
+/// Starts the program that a command line names, with its arguments. The program is searched in PATH.
+/// Arguments are separated by white space outside of double quotes. The quotes are dropped; no other
+/// character is special. The child gets its three streams and no other open file. Its signals have their
+/// default handling and are not blocked.
 [[nodiscard]] int StartProcess(ProcessStart const & oStart, Process & oProcess);
 
-/// Gives up the process, which runs on if it has not ended; one that was never continued after a suspended
-/// start is ended. A process that runs on costs no descriptor and is reaped later: each start and each
-/// giving up looks after 64 of those in turn, and so does GetExitCode if nobody has for ten milliseconds.
+/// Releases the process, which goes on running. One that was never continued after a suspended start is
+/// killed. A process that goes on running takes no descriptor and is reaped later: each StartProcess and
+/// CloseProcess checks up to 64 of them in turn. GetExitCode does so as well, if the last check is at least
+/// ten milliseconds ago.
 void CloseProcess(Process & oProcess);
 
-/// Ends a process that nobody will ask again, and waits a second at most until it has ended.
+/// Kills a process whose exit code nobody needs, and waits up to one second for its end.
 void EndProcess(Process & oProcess);
 
-/// EXIT_CODE_ACTIVE while it runs, 128 and the number of the signal that ended it, the code that was given to
-/// KillProcess, or -1 if it has ended but somebody else has taken its exit code away.
+/// The exit code of the process, where one of these replaces its own: EXIT_CODE_ACTIVE while it runs; 128
+/// plus the signal's number if a signal ended it; the code that was given to KillProcess; -1 if another part
+/// of the program has reaped it and the code is lost.
 [[nodiscard]] int GetExitCode(Process & oProcess, int & iExitCode);
 
-/// Ends the process at once, as if by that exit code.
+/// Kills the process at once. GetExitCode will return iExitCode. ESRCH if the process is known to have ended.
 [[nodiscard]] int KillProcess(Process & oProcess, int iExitCode);
 
-/// Waits so many milliseconds, or for ever if they are negative, for the process to end.
+/// Waits up to iTimeout milliseconds for the end of the process, without limit if it is negative.
 [[nodiscard]] int WaitForProcess(Process const & oProcess, int iTimeout, bool & bEnded);
 
 } // namespace tsl::Platform

@@ -4,7 +4,7 @@
 namespace tsl::Platform
 {
 
-/// Lets a moment pass, for a thread that reads a value over and over.
+/// A short pause for a thread that spins on a value.
 void Relax();
 
 } // namespace tsl::Platform

@@ -2,14 +2,14 @@
 
 #include <cstddef>
 
-/// The calls that a thread is in, for whoever looks for a fault.
+/// Stack traces for diagnosis.
 namespace tsl::Platform
 {
 
-/// The calling thread's return addresses, innermost first, with null in the rest.
+/// Stores the calling thread's return addresses, innermost first. Unused places become null.
 void GetStack(void ** pAddresses, std::size_t iCount);
 
-/// Writes the places of return addresses, one per line, to the standard error stream.
+/// Writes where the return addresses are in the code, one per line, to the standard error stream.
 void WriteStack(void * const * pAddresses, std::size_t iCount);
 
 } // namespace tsl::Platform

@@ -8,61 +8,64 @@ namespace tsl
 
 struct ForcedEndState;
 
-/// What other threads may read of a thread, also when it has ended: whether it is in the middle of something.
-/// The thread writes it with plain stores, which cost next to nothing; whoever reads it makes all threads of
-/// the process show their stores first (see Presence::WaitForFork).
+/// What other threads may read about a thread, even after it has ended: whether it holds locks and calls the
+/// bus.
+///
+/// The thread itself writes it without memory barriers, to keep locks fast. A reader first executes a barrier
+/// on all threads of the process (ShowStores in posix/ThreadPresence.cpp).
 struct alignas(64) ThreadPresence
 {
-    /// Holds a lock or begins to, unless it waits for the first one.
+    /// The thread holds a lock of the library or is about to take one. False while it waits for its first
+    /// lock.
     std::atomic<bool> bLocking{false};
 
-    /// Counts the beginnings and ends of its waits for a lock: odd while it waits.
+    /// Counts the begins and ends of its waits for a lock: odd while it waits.
     std::atomic<unsigned int> iWaits{0};
 
-    /// Calls of the global bus that it is in.
+    /// The number of nested calls of the global bus that it is in.
     std::atomic<unsigned int> iVisits{0};
 
-    /// 0 if no thread has the object.
+    /// 0 if the entry belongs to no thread.
     std::atomic<unsigned long> iThreadId{0};
 };
 
-/// Brings threads together where one needs the others to be out of something: at a fork, and at the end of the
-/// process.
+/// The list of threads that use the library, for a thread that has to wait until the others have left
+/// something: at a fork, and at the end of the process.
 ///
-/// A thread that forks waits until the others hold no lock of the library, and keeps them from taking one until
-/// it has forked: so no lock, no first use of an object and no table of the runtime library's time functions
-/// is left half-done in the child. It waits for 2 seconds at most; see HasLostOwner for what a thread holds
-/// that takes longer, or that waits for the forking thread itself.
+/// A thread that forks waits until the others hold no lock of the library, and keeps them from taking one
+/// until it has forked. So the child finds no lock held, no static object half initialised, and the time
+/// functions' tables complete. The wait ends after 2 seconds, and after 50 milliseconds for a thread that may
+/// be waiting for the forking thread itself; HasLostOwner then frees the locks.
 namespace Presence
 {
 
-/// The number of threads that can be listed at a time. What exceeds it is not waited for.
+/// The capacity of the list. Nobody waits for threads beyond it.
 constexpr int THREADS_MAX = 4096;
 
-/// Not 0 while a thread forks.
+/// 1 while a thread forks, else 0.
 extern std::atomic<int> g_iForking;
 
-/// Called when the library is loaded.
+/// Installs the handlers at fork. Called once, when the library is loaded.
 void WatchForks();
 
-/// Forks between the first process and this one.
+/// The number of forks between the first process and this one.
 unsigned int GetForkCount();
 
-/// Lists the calling thread.
+/// Adds the calling thread to the list.
 void Register(ForcedEndState & oState);
 
-/// The calling thread, about to take its first lock, waits until no other thread forks.
+/// Makes the calling thread, which is about to take its first lock, wait until no other thread forks.
 void WaitForFork(ThreadPresence & oPresence);
 
-/// Waits until each other thread is out of the bus, or waits there for a lock of the calling thread, and holds
-/// none. False if that has not come within 2 seconds.
+/// Waits until no other thread is in a call of the bus. A thread does not count that holds no lock and waits
+/// there for a lock, if the calling thread holds one: it may be that one. False after 2 seconds.
 bool WaitUntilOthersLeaveBus();
 
-/// Whether a lock's owner was a thread of the process that this one was forked from, and is no thread of this
-/// one. The lock then is free, and what it guards is as that thread has left it.
+/// Whether the owner of a lock was a thread of the parent process that does not exist in this forked child.
+/// The lock then counts as free; the data that it guards may be half changed.
 bool HasLostOwner(std::uint64_t iOwner);
 
-/// The calling thread is about to end without unwinding.
+/// Clears the entry of the calling thread, which is about to end without unwinding. Null does nothing.
 void Abandon(ThreadPresence * pPresence);
 
 } // namespace Presence

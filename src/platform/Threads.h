@@ -1,53 +1,54 @@
 #pragma once
 
-/// Threads, and their forced ends. An int result is the system's error number, 0 for success.
+/// Threads, and killing them (see Thread::Kill). An int result is the system's error number, 0 for success.
 namespace tsl::Platform
 {
 
-/// A thread that was started. All but the thread itself use it one at a time.
+/// A started thread. Apart from the thread itself, only one thread at a time may use it.
 struct Thread;
 
-/// Starts a thread that calls the function with the argument and ends. The caller closes it later.
+/// Starts a thread that calls fMain with the argument and then ends. The caller calls CloseThread later.
 [[nodiscard]] int StartThread(void (*fMain)(void *), void * pArgument, Thread *& pThread);
 
-/// As GetThreadId on the thread itself; good until the thread is found to have ended.
+/// What GetThreadId returns on that thread. Valid until HasEnded has returned true.
 unsigned long GetThreadId(Thread const & oThread);
 
 bool IsThisThread(Thread const & oThread);
 
-/// Whether the thread exists no more, as in a child that another thread has forked off. Once true, always true.
+/// Whether the thread has ended, or does not exist in this process because another thread forked it. Once
+/// true, always true.
 bool HasEnded(Thread & oThread);
 
-/// Called in a forked child, whose only thread is the one that forked it.
+/// Called in a forked child: its only thread is the one that forked, and HasEnded stays false for it.
 void KeepThisThreadInChild();
 
-/// Why a thread cannot be ended where it is.
+/// Why a thread cannot be killed at its present place.
 enum class EndObstacle : int
 {
     eNone,
-    eNoAnswer, ///< it does not check: it has not begun, or nothing can interrupt it
+    eNoAnswer, ///< its signal handler did not run: it has not begun, or blocks the signal
     eLock,     ///< it holds a lock of the library
-    eLibrary,  ///< it is within the library
-    eRuntime,  ///< it is within a runtime library, or was called back by one
-    eStack     ///< it is unknown how the program got there
+    eLibrary,  ///< it runs code of the library
+    eRuntime,  ///< it runs code of a runtime library, or was called back by one
+    eStack     ///< its stack could not be walked
 };
 
-/// Asks the thread to end where it is: nothing is unwound, and no destructor runs. It ends as soon as
-/// that does no harm to the rest of the process: while it neither holds a lock of the library nor is within
-/// the library or the runtime libraries, or while it waits. To be repeated, with a pause between, until the
-/// thread has ended or the request is withdrawn.
+/// Asks the thread to end where it is: nothing is unwound, and no destructor runs. It ends as soon as that
+/// does no harm to the rest of the process: while it waits, or while it holds no lock of the library and runs
+/// code of neither the library nor a runtime library. The caller repeats this with PauseBetweenAsking until
+/// the thread has ended, or calls StopAskingToEnd.
 void AskToEnd(Thread & oThread);
 void PauseBetweenAsking();
 
-/// Withdraws what AskToEnd has asked, and reports the last obstacle. False if the thread is ending already.
+/// Withdraws the request of AskToEnd and reports the last obstacle. False if the thread is already ending.
 [[nodiscard]] bool StopAskingToEnd(Thread & oThread, EndObstacle & eObstacle);
 
-/// Ends the calling thread, which has been asked, if that does no harm at the address that the present
-/// function of the library will return to.
+/// Ends the calling thread if it has been asked to end and may end at pReturn, to which the present function
+/// of the library returns.
 void EndThisThreadIf(void const * pReturn);
 
-/// Waits for the end of the thread and frees its memory. The calling thread may close itself; its memory is
-/// then freed when it ends.
+/// Waits for the end of the thread and frees its memory. A thread that closes itself is detached; the system
+/// frees its stack when it ends.
 void CloseThread(Thread * pThread);
 
 } // namespace tsl::Platform

@@ -2,11 +2,11 @@
 
 #include <string>
 
-/// The names of types as the compiler stores them.
+/// Names of types.
 namespace tsl::Platform
 {
 
-/// The name as it is in the source, of a name from std::type_info.
+/// Demangles a name from std::type_info. A name that cannot be demangled is returned as it is.
 std::string DecodeTypeName(char const * sTypeName);
 
 } // namespace tsl::Platform

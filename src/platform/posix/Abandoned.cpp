@@ -20,10 +20,10 @@ namespace tsl::Platform
 namespace
 {
 
-constexpr int LOOKS_AT_ONCE = 64;
-constexpr std::int64_t NANOSECONDS_BETWEEN_QUERIES = 10'000'000;
+constexpr int CHECKS_AT_ONCE = 64;
+constexpr std::int64_t CHECK_INTERVAL = 10'000'000; // nanoseconds
 
-/// A descriptor that is closed with the scope.
+/// Owns a descriptor and closes it at the end of the scope.
 class DescriptorScope
 {
 public:
@@ -43,7 +43,7 @@ private:
     int m_iDescriptor;
 };
 
-/// What the proc file system tells of a process; zeros if it tells nothing.
+/// The status of a process in the proc file system; zeros if there is none.
 struct ProcessStatus
 {
     char cState = '\0';
@@ -59,8 +59,8 @@ ProcessStatus ReadStatus(int iProcessId)
     ssize_t const iLength = oFile.IsOpen() ? ::read(oFile.Get(), aText, sizeof aText - 1) : 0;
     aText[iLength > 0 ? iLength : 0] = '\0';
 
-    // The program's name before the state is in parentheses and may hold any byte. The start time is the
-    // twentieth of the fields from the state on.
+    // The program's name, before the state, is in parentheses and may contain any byte, so the last one is
+    // searched. The start time is field 20, counted from the state.
     ProcessStatus oStatus;
     unsigned long long iStartTime = 0;
     char const * const sFields = std::strrchr(aText, ')');
@@ -73,10 +73,10 @@ ProcessStatus ReadStatus(int iProcessId)
     return oStatus;
 }
 
-/// Reaps a child that has ended, if it is the one that was abandoned. False if that is to be tried again.
+/// Reaps a child that has ended, if it is the one that was abandoned. False if the caller has to try again.
 bool ReapEnded(ProcessRecord const & oRecord)
 {
-    // While the descriptor is open, it stands for the process that has the id now.
+    // As long as the descriptor is open, it refers to the process that has the id now.
     DescriptorScope const oProcess(::syscall(SYS_pidfd_open, oRecord.iProcessId, 0));
     if (!oProcess.IsOpen())
         return errno == ESRCH;
@@ -85,34 +85,34 @@ bool ReapEnded(ProcessRecord const & oRecord)
     {
         std::uint64_t const iStartTime = ReadStatus(oRecord.iProcessId).iStartTime;
         if (iStartTime != oRecord.iStartTime)
-            return iStartTime != 0; // another process, of which nothing is known here
+            return iStartTime != 0; // another process has the id
     }
     siginfo_t oInfo{};
     static_cast<void>(::waitid(P_PIDFD, static_cast<id_t>(oProcess.Get()), &oInfo, WEXITED | WNOHANG));
     return true;
 }
 
-/// Whether nothing is left of the process, or not any more.
+/// Whether the process has been reaped, here or elsewhere.
 bool IsGone(ProcessRecord const & oRecord)
 {
     siginfo_t oInfo{};
     if (::waitid(P_PID, static_cast<id_t>(oRecord.iProcessId), &oInfo, WEXITED | WNOHANG | WNOWAIT) != 0)
-        return errno == ECHILD; // reaped by somebody else
+        return errno == ECHILD; // reaped elsewhere
     return oInfo.si_pid != 0 && ReapEnded(oRecord);
 }
 
-/// A circle of records, known by its last one. Used by one thread at a time.
-class Circle
+/// A circular list of records, held by its last one. Used by one thread at a time.
+class CircularList
 {
 public:
-    explicit Circle(ProcessRecord * pLast) : m_pLast(pLast) {}
-    ~Circle()
+    explicit CircularList(ProcessRecord * pLast) : m_pLast(pLast) {}
+    ~CircularList()
     {
         while (m_pLast)
             DropFirst();
     }
-    Circle(Circle const &) = delete;
-    Circle & operator=(Circle const &) = delete;
+    CircularList(CircularList const &) = delete;
+    CircularList & operator=(CircularList const &) = delete;
 
     ProcessRecord * GetFirst() const { return m_pLast ? m_pLast->pNext : nullptr; }
     void MoveFirstToEnd() { m_pLast = m_pLast->pNext; }
@@ -125,7 +125,7 @@ public:
             m_pLast->pNext = pFirst->pNext;
     }
 
-    /// Puts another circle behind.
+    /// Appends another circular list.
     void Append(ProcessRecord * pLast)
     {
         if (!pLast)
@@ -142,29 +142,29 @@ private:
     ProcessRecord * m_pLast;
 };
 
-/// All abandoned children. There is no lock: whoever works on the circle takes it as a whole, and a process
-/// that is forked off meanwhile does without it.
+/// All abandoned children. There is no lock: a thread takes the whole list out and puts it back afterwards. A
+/// process that is forked in between has an empty list.
 class AbandonedProcesses
 {
 public:
     constexpr AbandonedProcesses() = default;
-    ~AbandonedProcesses() { Circle const oFreed(Take()); }
+    ~AbandonedProcesses() { CircularList const oFreed(Take()); }
     AbandonedProcesses(AbandonedProcesses const &) = delete;
     AbandonedProcesses & operator=(AbandonedProcesses const &) = delete;
 
     bool IsEmpty() const { return m_pLast.load(std::memory_order_relaxed) == nullptr; }
     ProcessRecord * Take() { return m_pLast.exchange(nullptr, std::memory_order_acq_rel); }
 
-    void PutBack(Circle & oCircle)
+    void PutBack(CircularList & oList)
     {
-        while (!oCircle.IsEmpty())
+        while (!oList.IsEmpty())
         {
             ProcessRecord * pNone = nullptr;
-            ProcessRecord * const pLast = oCircle.Release();
+            ProcessRecord * const pLast = oList.Release();
             if (m_pLast.compare_exchange_strong(pNone, pLast, std::memory_order_acq_rel))
                 return;
-            oCircle.Append(pLast);
-            oCircle.Append(Take());
+            oList.Append(pLast);
+            oList.Append(Take());
         }
     }
 
@@ -172,12 +172,12 @@ private:
     std::atomic<ProcessRecord *> m_pLast{nullptr};
 };
 
-// The first of the library's static objects, whatever the order of linking, so that it is destroyed last: the
-// destructors of others abandon processes.
+// init_priority makes it the first static object of the library, whatever the order of linking, so it is
+// destroyed last: destructors of other static objects abandon processes.
 [[gnu::init_priority(101)]] constinit AbandonedProcesses g_oAbandoned;
 
-// When the last one was looked at, by a clock that is read without a system call.
-constinit std::atomic<std::int64_t> g_iLastLook{0};
+// The time of the last check, by a clock that is read without a system call.
+constinit std::atomic<std::int64_t> g_iLastCheck{0};
 
 std::int64_t GetCoarseTime()
 {
@@ -209,7 +209,7 @@ bool IsHeldAtStart(ProcessRecord const & oRecord)
     if (!oRecord.oContinued.IsMade() || oRecord.oContinued.IsSet())
         return false;
 
-    // One that was continued just now has had no time to set the flag, but is not stopped any more.
+    // A child that was continued a moment ago may not have set the flag yet, but is no longer stopped.
     char const cState = ReadStatus(oRecord.iProcessId).cState;
     return cState == 'T' || cState == '\0';
 }
@@ -218,7 +218,7 @@ void Abandon(std::unique_ptr<ProcessRecord> pRecord)
 {
     pRecord->iStartTime = ReadStatus(pRecord->iProcessId).iStartTime;
     pRecord->pNext = pRecord.get();
-    Circle oNew(pRecord.release());
+    CircularList oNew(pRecord.release());
     g_oAbandoned.PutBack(oNew);
 }
 
@@ -227,28 +227,28 @@ void ReapAbandoned()
     if (g_oAbandoned.IsEmpty()) [[likely]]
         return;
 
-    g_iLastLook.store(GetCoarseTime(), std::memory_order_relaxed);
-    Circle oCircle(g_oAbandoned.Take());
+    g_iLastCheck.store(GetCoarseTime(), std::memory_order_relaxed);
+    CircularList oList(g_oAbandoned.Take());
     ProcessRecord const * pFirstKept = nullptr;
-    for (int i = 0; i < LOOKS_AT_ONCE && oCircle.GetFirst() != pFirstKept; ++i)
+    for (int i = 0; i < CHECKS_AT_ONCE && oList.GetFirst() != pFirstKept; ++i)
     {
-        if (IsGone(*oCircle.GetFirst()))
-            oCircle.DropFirst();
+        if (IsGone(*oList.GetFirst()))
+            oList.DropFirst();
         else
         {
             if (!pFirstKept)
-                pFirstKept = oCircle.GetFirst();
-            oCircle.MoveFirstToEnd();
+                pFirstKept = oList.GetFirst();
+            oList.MoveFirstToEnd();
         }
     }
-    g_oAbandoned.PutBack(oCircle);
+    g_oAbandoned.PutBack(oList);
 }
 
 void ReapAbandonedAtTimes()
 {
     if (g_oAbandoned.IsEmpty()) [[likely]]
         return;
-    if (GetCoarseTime() - g_iLastLook.load(std::memory_order_relaxed) >= NANOSECONDS_BETWEEN_QUERIES)
+    if (GetCoarseTime() - g_iLastCheck.load(std::memory_order_relaxed) >= CHECK_INTERVAL)
         ReapAbandoned();
 }
 

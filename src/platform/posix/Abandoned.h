@@ -9,7 +9,7 @@
 namespace tsl::Platform
 {
 
-/// A flag that a forked child shares with this process.
+/// A flag in memory that is shared with a forked child.
 class SharedFlag
 {
 public:
@@ -18,7 +18,7 @@ public:
     SharedFlag(SharedFlag const &) = delete;
     SharedFlag & operator=(SharedFlag const &) = delete;
 
-    /// Has to be done first. Returns the system's error number, 0 for success.
+    /// Creates the flag. Required before IsSet and Set. Returns the system's error number, 0 for success.
     [[nodiscard]] int Make();
 
     bool IsMade() const { return m_pFlag != nullptr; }
@@ -33,27 +33,27 @@ struct ProcessRecord
 {
     int iProcessId = 0;
 
-    /// Tells the process from a later one with the same id; 0 if unknown.
+    /// Distinguishes the process from a later one with the same id. 0 if unknown.
     std::uint64_t iStartTime = 0;
 
-    /// Made for a suspended start; set by the child once it was continued.
+    /// Created for a suspended start. The child sets it after it was continued.
     SharedFlag oContinued;
 
-    /// The next one of a circle.
+    /// The next record of the circular list.
     ProcessRecord * pNext = nullptr;
 };
 
-/// Whether the process has been stopped, before its program is entered, ever since its suspended start.
+/// Whether the process was started suspended and has never been continued.
 bool IsHeldAtStart(ProcessRecord const & oRecord);
 
-/// Takes over a child that runs and is not used any more, without a descriptor.
+/// Takes over a running child that is no longer used, so that it is reaped later. Keeps no descriptor open.
 void Abandon(std::unique_ptr<ProcessRecord> pRecord);
 
-/// Reaps those abandoned children that have ended among the next 64, without a wait. No other process is ever
-/// reaped, not even one that was given the same id.
+/// Checks the next 64 abandoned children and reaps those that have ended. Never waits. No other process is
+/// ever reaped, even if it has got the same id.
 void ReapAbandoned();
 
-/// The same, but does nothing within ten milliseconds after the last time.
+/// The same, but does nothing if the last check was less than ten milliseconds ago.
 void ReapAbandonedAtTimes();
 
 } // namespace tsl::Platform

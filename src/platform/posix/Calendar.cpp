@@ -13,13 +13,13 @@ namespace tsl::Platform
 namespace
 {
 
-// The runtime library's own number is overwritten by later conversions of daylight-saving zones.
+// A copy, since later conversions with daylight saving time may overwrite the runtime library's variable.
 std::atomic<long> g_iSecondsWest{0};
 
 } // namespace
 
-// The runtime library's functions of time have a lock of their own, which a forked child finds as it was. The
-// holds keep a fork away from it.
+// The runtime library's time functions have a lock of their own. A child that is forked while another thread
+// holds it would find it locked for ever; the NoKillScopes keep other threads from forking meanwhile.
 
 void LoadTimeZone()
 {

@@ -26,7 +26,7 @@ std::int64_t GetTime()
 
 std::int64_t GetSteadyTime()
 {
-    // Not the monotonic clock: that one stands still while the machine is suspended.
+    // Not CLOCK_MONOTONIC, which stops while the machine is suspended.
     timespec oNow{};
     ::clock_gettime(CLOCK_BOOTTIME, &oNow);
     return std::int64_t{oNow.tv_sec} * 1000 + oNow.tv_nsec / 1'000'000;

@@ -8,8 +8,8 @@
 namespace tsl::Platform
 {
 
-/// A timer that sends a signal to one thread. Unlike a signal that the asking thread sends, it comes in time
-/// however busy the processors are, and none pile up.
+/// A timer that sends a signal to one thread. Unlike a signal that the asking thread sends, it arrives in
+/// time however busy the processors are, and signals do not queue up.
 class DelayedSignal
 {
 public:
@@ -18,7 +18,7 @@ public:
     DelayedSignal(DelayedSignal const &) = delete;
     DelayedSignal & operator=(DelayedSignal const &) = delete;
 
-    /// Without effect if the system has no timer left.
+    /// Creates the timer. Has no effect if the system has none left; Send then returns false.
     void Begin(int iSignal, unsigned long iThreadId)
     {
         End();
@@ -39,7 +39,8 @@ public:
             ::timer_delete(m_hTimer.load(std::memory_order_relaxed));
     }
 
-    /// Safe in a handler. False if there is no timer.
+    /// Sends the signal after iNanoseconds, which must be less than a second and not 0. Replaces a request
+    /// that is still pending. Safe in a signal handler. False if there is no timer.
     bool Send(long iNanoseconds) const
     {
         itimerspec const oTime{{}, {0, iNanoseconds}};

@@ -7,21 +7,22 @@
 namespace tsl::Platform
 {
 
-/// The descriptors below are those of the three standard streams.
+/// Lower descriptors belong to the three standard streams.
 inline constexpr int FIRST_OWN_DESCRIPTOR = 3;
 
-/// What the system calls the file.
+/// The file's descriptor.
 inline int GetHandle(File const & oFile)
 {
     return static_cast<int>(oFile.iHandle);
 }
 
-/// Gives a new descriptor a number above those of the streams. A program that has closed a stream would
-/// otherwise take ours for it, and a child's streams could not be put in their places one by one.
+/// Moves a new descriptor above those of the standard streams, and closes the old number. Without this, a
+/// program that has closed a standard stream would use ours instead, and dup2 could overwrite a stream that a
+/// child still needs.
 [[nodiscard]] int MoveAboveStreams(int & iDescriptor);
 
-/// Waits so many milliseconds, or for ever if they are negative, until one of the descriptors is ready, whatever
-/// signals come in between.
+/// Waits up to iTimeout milliseconds, without limit if it is negative, until a descriptor is ready. Signals
+/// do not shorten the wait.
 [[nodiscard]] int Poll(pollfd * pDescriptors, nfds_t iCount, int iTimeout, bool & bReady);
 
 } // namespace tsl::Platform

@@ -22,7 +22,7 @@ bool Contains(SignalBits iSignals, int iSignal)
     return (iSignals >> (iSignal - 1) & 1) != 0;
 }
 
-/// Whether the handler of the signal is ours.
+/// Whether our handler is installed for the signal.
 bool IsOurs(int iSignal)
 {
     struct sigaction oPresent = {};
@@ -30,9 +30,9 @@ bool IsOurs(int iSignal)
            && oPresent.sa_sigaction == &EndIfAsked;
 }
 
-/// Handles a signal that nobody handles. Calls of the system that it interrupts go on, where the system can:
-/// the thread may not end there.
-bool Take(int iSignal)
+/// Installs our handler for a signal that the program does not handle. SA_RESTART lets interrupted system
+/// calls go on where possible, since the thread may not be able to end there.
+bool InstallHandler(int iSignal)
 {
     if (IsOurs(iSignal))
         return true;
@@ -55,13 +55,13 @@ void EndSignals::Choose(SignalBits iBlocked)
 {
     m_iTimed = 0;
     for (int iSignal = SIGRTMAX; iSignal >= SIGRTMIN && m_iTimed == 0; --iSignal)
-        if (!Contains(iBlocked, iSignal) && Take(iSignal))
+        if (!Contains(iBlocked, iSignal) && InstallHandler(iSignal))
             m_iTimed = iSignal;
 
-    // Nothing happens by default at the first of them, and hardly anybody uses the others.
+    // The first one is ignored by default; the others are rarely used.
     m_iPlain = 0;
     for (int const iSignal : {SIGURG, SIGPWR, SIGIO, SIGVTALRM})
-        if (m_iPlain == 0 && !Contains(iBlocked, iSignal) && Take(iSignal))
+        if (m_iPlain == 0 && !Contains(iBlocked, iSignal) && InstallHandler(iSignal))
             m_iPlain = iSignal;
 }
 

@@ -5,29 +5,29 @@
 namespace tsl::Platform
 {
 
-/// A set of signals, the first one in the lowest bit.
+/// A set of signals: signal 1 is the lowest bit.
 using SignalBits = std::uint64_t;
 
-/// The signals by which a thread is asked to end. ForcedEnd.cpp has their handler.
+/// The signals that ask a thread to end. Their handler is EndIfAsked in ForcedEnd.cpp.
 class EndSignals
 {
 public:
-    /// Chooses them for a thread that blocks the given ones, and handles them.
+    /// Chooses signals that are not in iBlocked, which the thread blocks, and installs the handler.
     void Choose(SignalBits iBlocked);
 
     bool IsAnyChosen() const { return m_iTimed != 0 || m_iPlain != 0; }
 
-    /// Whether the program has left the signals their handler.
+    /// Whether our handler is still installed. The program may have replaced it.
     bool AreKept() const;
 
-    /// Lets them interrupt the calling thread.
+    /// Unblocks them in the calling thread.
     void Unblock() const;
 
-    /// For a timer to send; 0 if there is none.
+    /// The signal for a timer; 0 if there is none.
     int GetTimed() const { return m_iTimed; }
 
-    /// To be sent where no timer can be had; 0 if there is none. It is not a real-time signal, of which the system
-    /// keeps a limited number, possibly none.
+    /// The signal to send directly if there is no timer; 0 if there is none. It is no real-time signal: the
+    /// system queues only a limited number of those, possibly none.
     int GetPlain() const { return m_iPlain; }
 
 private:
@@ -35,7 +35,7 @@ private:
     int m_iPlain = 0;
 };
 
-/// The signals that a thread blocks, as the system reports; none if it does not.
+/// The signals that a thread blocks. None if the system does not report them.
 SignalBits GetBlockedSignals(unsigned long iThreadId);
 
 } // namespace tsl::Platform

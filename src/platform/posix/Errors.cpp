@@ -15,7 +15,7 @@ int GetLastError()
 
 std::string GetErrorText(int iError)
 {
-    // The text may be looked up in a catalogue.
+    // The lookup of the text may take a lock of the runtime library (translations).
     NoKillScope const oScope;
     char aBuffer[256];
     return ::strerror_r(iError, aBuffer, sizeof aBuffer);

@@ -20,8 +20,8 @@ namespace tsl::Platform
 namespace
 {
 
-/// Keeps the signals of a failing write from the calling thread, that of a broken pipe and that of a file
-/// at its size limit, and takes away those that the writing has raised.
+/// Blocks the signals that a failing write raises (broken pipe, file size limit) on the calling thread. At
+/// its end it removes those that the write has raised, but not those that were pending before.
 class WriteSignalScope
 {
 public:
@@ -43,7 +43,7 @@ public:
 
     ~WriteSignalScope()
     {
-        // The cancellation of the thread would end the program if it were to begin in a destructor.
+        // A thread cancellation that began in this destructor would terminate the program.
         int iFormerState = 0;
         ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &iFormerState);
         timespec const oNoWait{};
@@ -59,10 +59,10 @@ public:
 
 private:
     sigset_t m_oFormer;
-    sigset_t m_oRaised; // those that were not pending before
+    sigset_t m_oRaised; // only signals that were not pending before
 };
 
-/// Whether the process may write no more than so many bytes to one file.
+/// Whether the process has a limit for the size of files.
 bool IsFileSizeLimited()
 {
     rlimit oLimit{};
@@ -84,15 +84,15 @@ int WriteAll(int iHandle, char const * pBytes, std::size_t iCount)
     return 0;
 }
 
-/// Opens the file of a descriptor once more, since one that appends can write nowhere else.
+/// Opens the file of a descriptor once more, since a descriptor that appends cannot write at another place.
 int OpenAnew(int iHandle, int iMode)
 {
     std::string const sLink = "/proc/self/fd/" + std::to_string(iHandle);
     return ::open(sLink.c_str(), iMode | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
 }
 
-/// Ends the line whose beginning was all that could be appended, by its last byte: that needs no space, and
-/// touches nothing that others have appended meanwhile.
+/// Ends a line of which only a part could be appended: overwrites the last byte of the part. That needs no
+/// disk space and touches nothing that others have appended since.
 void EndTornLine(int iHandle)
 {
     off_t const iEnd = ::lseek(iHandle, 0, SEEK_CUR);
@@ -100,12 +100,12 @@ void EndTornLine(int iHandle)
     if (iAnew < 0)
         return;
 
-    // What cannot be mended here is found by whoever opens the file next.
+    // If this fails, the next process that opens the file finds the torn line (EndsInTornLine).
     static_cast<void>(::pwrite(iAnew, "\n", 1, iEnd - 1) == 1);
     ::close(iAnew);
 }
 
-/// Appends to a regular file by one call: a second one might append behind what somebody else has appended.
+/// Appends to a regular file by one call: between two calls another process could append something.
 int AppendLine(int iHandle, char const * pBytes, std::size_t iCount)
 {
     ssize_t iWritten = 0;
@@ -160,7 +160,7 @@ int GetWorkingDirectory(std::string & sPath)
 
 int OpenForAppend(char const * sName, File & oFile)
 {
-    // Without waiting for the reader of a pipe; once it is open, a slow reader is waited for.
+    // O_NONBLOCK: opening a pipe must not wait for a reader. Writing may wait, so it is cleared below.
     int const iHandle =
         ::open(sName, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666);
     if (iHandle < 0)
@@ -168,7 +168,7 @@ int OpenForAppend(char const * sName, File & oFile)
 
     struct stat oStatus = {};
     ::fstat(iHandle, &oStatus);
-    // Asked once, since to keep the signals off costs more than the writing itself.
+    // Checked only here: blocking the signals for each write costs more than the write itself (R02).
     oFile = {iHandle, S_ISFIFO(oStatus.st_mode) || IsFileSizeLimited(), S_ISREG(oStatus.st_mode)};
     if (!oFile.bRegular)
         ::fcntl(iHandle, F_SETFL, ::fcntl(iHandle, F_GETFL) & ~O_NONBLOCK);
@@ -202,8 +202,8 @@ bool EndsInTornLine(File const & oFile)
 
 int OpenForRead(char const * sName, File & oFile)
 {
-    // What kind of file it is can only be told without a race once it is open, and a pipe without a
-    // writer must not be waited for.
+    // The kind of the file is checked after opening, which is free of races. O_NONBLOCK: opening a pipe must
+    // not wait for a writer.
     int const iHandle = ::open(sName, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (iHandle < 0)
         return errno;
@@ -243,7 +243,7 @@ void CloseFile(File & oFile)
 
 void WriteToStandardError(std::string_view sText)
 {
-    // Nobody is left to be told if this fails, not even by a signal.
+    // A failure is ignored: there is nowhere left to report it.
     WriteSignalScope const oScope;
     static_cast<void>(WriteAll(STDERR_FILENO, sText.data(), sText.size()));
 }

@@ -15,8 +15,8 @@
 #include <time.h>
 #include <unistd.h>
 
-// A thread is ended by a signal, whose handler checks where the thread is. If it may end there, it does so at once
-// and for itself, by the system call. Else the handler sets a timer to check again.
+// A thread is killed by a signal, whose handler checks where the thread is. If the thread may end there, the
+// handler ends it by the system call. Otherwise it sets a timer to check again.
 
 namespace tsl
 {
@@ -31,20 +31,20 @@ namespace tsl::Platform
 namespace
 {
 
-// Nanoseconds for which a thread runs on before it is asked to end once more. One that works in the runtime
-// libraries without a break is in the program's own code for one moment out of hundreds. The interval grows
-// each time, since a slow machine spends all of a short one on the signal.
+// Nanoseconds until a thread is asked again. They are few, since a thread that mostly runs code of the
+// runtime libraries is in the program's own code only for one moment out of hundreds. The interval grows each
+// time, since a slow machine would spend all of a short one on the signal.
 constexpr long ASKING_INTERVAL = 20'000;
 constexpr long ASKING_INTERVAL_GROWTH = 20;
 constexpr long ASKING_INTERVAL_MAX = 1'000'000;
 
-// How much longer the thread runs on than it took to walk its stack, which may be deep.
+// The interval is at least this many times as long as the walk of the stack, which may be deep.
 constexpr long ASKING_INTERVAL_FACTOR = 4;
 
-// Nanoseconds between two checks whether a thread has ended, about what it takes to end one.
+// Nanoseconds between two checks whether a thread has ended; about the time that its end takes.
 constexpr long CHECK_INTERVAL = 50'000;
 
-// Requests without an answer after which the thread may be thought to block the signal.
+// After this many requests without an answer, the thread probably blocks the signal.
 constexpr unsigned int REQUESTS_WITHOUT_ANSWER = 100;
 
 long GetNanoseconds()
@@ -59,7 +59,7 @@ EndObstacle FindObstacleAt(std::uintptr_t iInstruction, StackPlace::EWait eWait)
     return FindObstacle({iInstruction, reinterpret_cast<std::uintptr_t>(t_pThis->fMain), eWait});
 }
 
-/// For what the calling thread waits where it was interrupted, if it holds nothing of the library.
+/// What the calling thread, which holds no lock of the library, was waiting for when it was interrupted.
 StackPlace::EWait GetWait(void const * pContext, ForcedEndState::EWait eWait)
 {
     if (eWait == ForcedEndState::eForTime)
@@ -76,7 +76,7 @@ EndObstacle FindObstacleInHandler(void const * pContext)
     if (iLocks > (eWait == ForcedEndState::eForLock ? 1U : 0U))
         return EndObstacle::eLock;
 
-    // Without its stack a thread can only be ended where the library waits for time.
+    // If the stack cannot be walked, a thread can only be killed where the library waits for time.
     std::uintptr_t const iInstruction = GetInterruptedInstruction(pContext);
     if (iInstruction == 0 || !CanWalkInHandler())
         return eWait == ForcedEndState::eForTime ? EndObstacle::eNone : EndObstacle::eStack;
@@ -87,8 +87,8 @@ EndObstacle FindObstacleInHandler(void const * pContext)
     return FindObstacleAt(iInstruction, eWaitHere);
 }
 
-/// Ends the calling thread alone, without the runtime library, which would unwind it or destroy its
-/// objects. Whoever joins the thread is told by the kernel.
+/// Ends the calling thread by the system call: the runtime library would unwind it or destroy its
+/// thread-local objects. The kernel wakes a thread that joins it.
 [[noreturn]] void EndThisThread()
 {
     sigset_t oSignals;
@@ -97,14 +97,14 @@ EndObstacle FindObstacleInHandler(void const * pContext)
 
     Presence::Abandon(t_oForcedEnd.pPresence);
 
-    // The runtime library leaves these values to the next thread on the same stack.
+    // Otherwise the runtime library would leave these values to the next thread that gets the same stack.
     for (pthread_key_t iKey = 0; iKey < PTHREAD_KEYS_MAX; ++iKey)
         ::pthread_setspecific(iKey, nullptr);
     for (;;)
         ::syscall(SYS_exit, 0);
 }
 
-/// Ends the calling thread if nothing keeps it and it is still to end.
+/// Ends the calling thread if there is no obstacle and the request has not been withdrawn.
 void EndUnless(EndObstacle eObstacle, Thread & oThis)
 {
     Thread::EState eAsked = Thread::eAsked;
@@ -114,7 +114,7 @@ void EndUnless(EndObstacle eObstacle, Thread & oThis)
         EndThisThread();
 }
 
-/// Lets the thread be asked again soon.
+/// Sets the timer for the next request.
 void AskAgain(Thread & oThis, long iTimeTaken)
 {
     long const iInterval = oThis.iInterval.load(std::memory_order_relaxed);
@@ -123,7 +123,7 @@ void AskAgain(Thread & oThis, long iTimeTaken)
     oThis.oTimer.Send(std::clamp(iTimeTaken * ASKING_INTERVAL_FACTOR, iInterval, 999'999'999L));
 }
 
-/// Takes a timer for the signal that was chosen, if any.
+/// Creates a timer for the chosen signal, if there is one.
 void BeginTimer(Thread & oThread)
 {
     oThread.oTimer.End();
@@ -131,7 +131,7 @@ void BeginTimer(Thread & oThread)
         oThread.oTimer.Begin(iSignal, GetThreadId(oThread));
 }
 
-/// Begins to ask the thread by the signals that have been chosen.
+/// Begins to ask the thread to end, by the chosen signals.
 void BeginToAsk(Thread & oThread)
 {
     oThread.eObstacle.store(EndObstacle::eNoAnswer, std::memory_order_relaxed);
@@ -141,12 +141,12 @@ void BeginToAsk(Thread & oThread)
     oThread.eState.store(Thread::eAsked, std::memory_order_release);
 }
 
-/// Chooses other signals if the program has taken ours or the thread blocks them.
+/// Chooses other signals if the program has replaced our handler or the thread blocks the signals.
 void KeepSignals(Thread & oThread)
 {
-    bool const bDeaf = ++oThread.iRequests % REQUESTS_WITHOUT_ANSWER == 0
-                       && oThread.eObstacle.load(std::memory_order_relaxed) == EndObstacle::eNoAnswer;
-    if (!bDeaf && oThread.oSignals.AreKept())
+    bool const bSilent = ++oThread.iRequests % REQUESTS_WITHOUT_ANSWER == 0
+                         && oThread.eObstacle.load(std::memory_order_relaxed) == EndObstacle::eNoAnswer;
+    if (!bSilent && oThread.oSignals.AreKept())
         return;
 
     int const iFormer = oThread.oSignals.GetTimed();
@@ -163,7 +163,7 @@ void EndIfAsked(int, siginfo_t *, void * pContext)
     if (!pThis || pThis->eState.load(std::memory_order_acquire) != Thread::eAsked)
         return;
 
-    // What was interrupted may be about to look at its error.
+    // The interrupted code may be about to read errno.
     int const iError = errno;
     long const iBegin = GetNanoseconds();
     EndUnless(FindObstacleInHandler(pContext), *pThis);
@@ -183,7 +183,7 @@ void AskToEnd(Thread & oThread)
 
 void PauseBetweenAsking()
 {
-    // Two threads may kill each other.
+    // A thread that kills another one can be killed itself here: two threads may kill each other.
     WaitScope const oScope(ForcedEndState::eForTime);
     timespec const oPause{0, CHECK_INTERVAL};
     ::nanosleep(&oPause, nullptr);

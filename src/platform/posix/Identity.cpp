@@ -19,7 +19,7 @@ namespace
 constexpr char const * PROGRAM_LINK = "/proc/self/exe";
 constexpr std::string_view MARK_OF_DELETED = " (deleted)";
 
-/// What a thread has asked for once. It is thrown away when the process has been forked.
+/// The cached ids of a thread. Not valid after a fork.
 struct Identity
 {
     unsigned int iForkCount = 0;
@@ -62,7 +62,7 @@ int GetProgramPath(std::string & sPath)
         sBuffer.resize(sBuffer.size() * 2);
     }
 
-    // The system marks a file that is no longer there, but the mark may as well be a part of its name.
+    // The system appends the mark if the file was removed. But the mark may also be part of the file's name.
     if (sBuffer.ends_with(MARK_OF_DELETED) && !IsSameFile(sBuffer.c_str(), PROGRAM_LINK))
         sBuffer.resize(sBuffer.size() - MARK_OF_DELETED.size());
     sPath = std::move(sBuffer);

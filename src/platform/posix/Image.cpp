@@ -15,25 +15,25 @@ namespace tsl::Platform
 namespace
 {
 
-// How the files of runtime libraries begin, those of sanitizers and allocators included.
+// What the file names of runtime libraries begin with, including sanitizers and allocators.
 constexpr std::string_view RUNTIME_FILES[] = {"ld-", "ld.", "libasan.", "libatomic.", "libc++", "libc-",
     "libc.", "libc_malloc", "libclang_rt.", "libdl.", "libdl-", "libgcc_s.", "libgomp.", "libhwasan.",
     "libjemalloc", "liblsan.", "libmimalloc", "libnsl.", "libnss_", "libomp.", "libpthread", "libresolv",
     "librt.", "librt-", "libstdc++", "libtbbmalloc", "libtcmalloc", "libtsan.", "libubsan.", "libunwind",
     "linux-vdso"};
 
-// What an image exports that has an allocator or a runtime library linked into it.
+// An image that exports one of these has an allocator or a runtime library linked into it.
 constexpr ExportedName RUNTIME_NAMES[] = {"malloc", "free", "__cxa_throw", "__cxa_allocate_exception",
     "_Unwind_RaiseException", "_Unwind_Resume", "pthread_mutex_lock", "dlopen"};
 
-// Operators new and delete, which a program may define itself.
+// Operators new and delete, which a program may replace.
 constexpr ExportedName ALLOCATORS[] = {"_Znwm", "_ZnwmRKSt9nothrow_t", "_ZnwmSt11align_val_t",
     "_ZnwmSt11align_val_tRKSt9nothrow_t", "_Znam", "_ZnamRKSt9nothrow_t", "_ZnamSt11align_val_t",
     "_ZnamSt11align_val_tRKSt9nothrow_t", "_ZdlPv", "_ZdlPvm", "_ZdlPvRKSt9nothrow_t",
     "_ZdlPvSt11align_val_t", "_ZdlPvmSt11align_val_t", "_ZdaPv", "_ZdaPvm", "_ZdaPvRKSt9nothrow_t",
     "_ZdaPvSt11align_val_t", "_ZdaPvmSt11align_val_t"};
 
-/// The table of what an image exports, as the loader uses it.
+/// The hash table of the symbols that an image exports (DT_GNU_HASH), as the loader uses it.
 class ExportTable
 {
 public:
@@ -56,10 +56,10 @@ public:
             }
     }
 
-    /// False for an image whose table is of an older kind.
+    /// False if the image has only a table of an older format.
     bool IsKnown() const { return m_pBuckets && m_pSymbols && m_pNames; }
 
-    /// Calls the function with the place and the size of each symbol of that name, until it returns true.
+    /// Calls fIsIt with the address and the size of each symbol of that name, until it returns true.
     template<class Function>
     bool AnyOf(ExportedName const & oName, Function const & fIsIt) const
     {
@@ -75,7 +75,7 @@ public:
             return false;
         for (;; ++iSymbol)
         {
-            // The last bit of an entry tells the end of a chain.
+            // The lowest bit of an entry marks the end of a chain.
             std::uint32_t const iHash = m_pChains[iSymbol - m_iFirstSymbol];
             if ((iHash | 1) == (oName.iHash | 1) && IsDefined(iSymbol, oName)
                 && fIsIt(m_iBase + m_pSymbols[iSymbol].st_value, m_pSymbols[iSymbol].st_size))
@@ -88,7 +88,7 @@ public:
 private:
     std::uintptr_t GetAddress(ElfW(Dyn) const & oEntry) const
     {
-        // The loader has added the base already unless the table cannot be written.
+        // The loader has already added the base, unless the table is read-only.
         return oEntry.d_un.d_ptr < m_iBase ? m_iBase + oEntry.d_un.d_ptr : oEntry.d_un.d_ptr;
     }
 
@@ -134,7 +134,7 @@ std::uintptr_t GetOwnAddress()
 
 LoadedImage::LoadedImage(std::uintptr_t iAddress)
 {
-    // What is no image, such as code that the program makes as it runs, is the program's own.
+    // Code outside of any image, such as code generated at run time, counts as the program's own.
     dl_find_object oFound = {};
     if (::_dl_find_object(reinterpret_cast<void *>(iAddress), &oFound) != 0)
         return;
@@ -165,7 +165,7 @@ LoadedImage::EKind LoadedImage::FindKind() const
 
 bool LoadedImage::HasAny(std::span<ExportedName const> oNames) const
 {
-    // If it is not known, the worst is assumed.
+    // An unknown table counts as containing the names, which is the safe answer.
     ExportTable const oTable(*m_pMap);
     return !oTable.IsKnown()
            || std::any_of(oNames.begin(), oNames.end(),

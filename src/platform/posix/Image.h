@@ -10,7 +10,7 @@ struct link_map;
 namespace tsl::Platform
 {
 
-/// The name of an exported function, with the value under which the tables of a program file list it.
+/// The name of an exported function, with its hash as in the table DT_GNU_HASH.
 struct ExportedName
 {
     consteval ExportedName(char const * sTheName) : sName(sTheName)
@@ -23,16 +23,17 @@ struct ExportedName
     std::uint32_t iHash = 5381;
 };
 
-/// The program or the shared library that an address of code belongs to. Everything here is safe in a signal
-/// handler and takes no lock of the loader. It holds as long as code of the image is being run.
+/// The program or shared library that a code address belongs to. Everything here is safe in a signal handler
+/// and takes no lock of the loader. An object is valid as long as the image cannot be unloaded, because its
+/// code is running.
 class LoadedImage
 {
 public:
     enum EKind
     {
-        eProgram, ///< the program's own code, and that of ordinary libraries
-        eMixed,   ///< the same with an allocator or a runtime library linked into it
-        eRuntime, ///< a runtime library: locks and lists that nobody could repair
+        eProgram, ///< the program's own code, or an ordinary library
+        eMixed,   ///< the same, with an allocator or a runtime library linked into it
+        eRuntime, ///< a runtime library, whose locks and lists nobody could repair
         eTessel   ///< this library
     };
 
@@ -43,11 +44,11 @@ public:
     EKind GetKind() const { return m_eKind; }
     std::string_view GetFileName() const;
 
-    /// Whether the function that begins at that address is the program's own operator new or delete.
+    /// Whether the function at that address is the program's own operator new or delete.
     bool IsAllocator(std::uintptr_t iFunction) const;
 
-    /// Whether the function that begins at that address is exported by the image under one of the names, or is
-    /// what such a function ends in a jump to.
+    /// Whether the image exports the function at that address under one of the names, or exports a function
+    /// of such a name that jumps to that address.
     bool Exports(std::uintptr_t iFunction, std::span<ExportedName const> oNames) const;
 
 private:

@@ -13,10 +13,10 @@ namespace
 
 bool g_bUnloading = false;
 
-/// The name of the function of a library that a frame of the stack belongs to, or "".
+/// The exported name of the function that a stack frame belongs to, or "".
 std::string_view GetFunctionName(_Unwind_Context * pFrame)
 {
-    // A call that never returns may be the last instruction of its function.
+    // Minus 1: a call that never returns may be the last instruction of its function.
     void * const pFunction =
         ::_Unwind_FindEnclosingFunction(reinterpret_cast<void *>(::_Unwind_GetIP(pFrame) - 1));
     Dl_info oInfo = {};
@@ -24,7 +24,7 @@ std::string_view GetFunctionName(_Unwind_Context * pFrame)
     return bKnown && oInfo.dli_sname ? oInfo.dli_sname : "";
 }
 
-/// Stops at what has begun last, the end of the process or an unloading.
+/// Stops at the innermost frame of dlclose or exit.
 _Unwind_Reason_Code LookForUnloading(_Unwind_Context * pFrame, void *)
 {
     std::string_view const sFunction = GetFunctionName(pFrame);
@@ -32,9 +32,11 @@ _Unwind_Reason_Code LookForUnloading(_Unwind_Context * pFrame, void *)
     return g_bUnloading || sFunction == "exit" ? _URC_END_OF_STACK : _URC_NO_REASON;
 }
 
-/// The loader calls this before it runs the destructors of the library's static objects. It does so when the
-/// library is unloaded and when the process ends; who has called the loader is all that differs. At the end of a
-/// process that has loaded the library late, those have run before.
+/// Finds out from the stack whether dlclose or exit has called the loader.
+///
+/// The loader calls this before it runs the destructors of the library's static objects, both when the
+/// library is unloaded and when the process ends. Only at the end of a process that loaded the library with
+/// dlopen, those destructors have run before; IsUnloading has then returned false, which is right.
 [[gnu::destructor]] void NoteUnloading()
 {
     ::_Unwind_Backtrace(&LookForUnloading, nullptr);
@@ -46,7 +48,7 @@ char const * const LIBRARY_ENDING = ".so";
 
 void * LoadLibrary(char const * sFile)
 {
-    // All symbols now: a library that lacks one must fail here and not in the middle of its work.
+    // RTLD_NOW: a library with a missing symbol must fail here, not later at the first call.
     return ::dlopen(sFile, RTLD_NOW);
 }
 

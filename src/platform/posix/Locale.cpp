@@ -20,7 +20,7 @@ locale_t GetPlainLocale()
 
 int FormatInPlainLocale(char * pBuffer, std::size_t iSize, char const * sFormat, std::va_list oArguments)
 {
-    // The calling thread alone changes its locale; the process keeps the one that it has.
+    // uselocale changes the locale of the calling thread only.
     locale_t const oFormer = ::uselocale(GetPlainLocale());
     int const iLength = std::vsnprintf(pBuffer, iSize, sFormat, oArguments);
     ::uselocale(oFormer);

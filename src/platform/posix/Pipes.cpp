@@ -31,7 +31,8 @@ int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd)
         return iError;
     }
 
-    // A reading that can be called off asks first and waits then. The child's end is not touched by this.
+    // ReadPipe tries to read and then waits in Poll, so that it can be stopped. The child's end keeps
+    // blocking.
     if (eOwn == OwnEnd::eRead)
         ::fcntl(iOwn, F_SETFL, O_NONBLOCK);
     return 0;

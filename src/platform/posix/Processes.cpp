@@ -37,8 +37,8 @@ int PollProcess(Process const & oProcess, short iEvents, int iTimeout, bool & bR
     return Poll(&oPoll, 1, iTimeout, bReady);
 }
 
-/// Takes hold of a child that has just been started. It stays what it is even if its number is given to
-/// another process.
+/// Opens a handle to a child that has just been started. The handle refers to that child even if another
+/// process gets its id later.
 int OpenProcess(pid_t iProcess, Process & oProcess)
 {
     int iHandle = static_cast<int>(::syscall(SYS_pidfd_open, iProcess, 0));
@@ -46,7 +46,7 @@ int OpenProcess(pid_t iProcess, Process & oProcess)
     oProcess = {.iProcessId = iProcess, .iHandle = iHandle};
     if (iError == ESRCH)
     {
-        // Ended and gone already: some other part of the program waits for any child.
+        // It has ended, and another part of the program has reaped it by a wait for any child.
         oProcess.bEnded = true;
         oProcess.iExitCode = EXIT_CODE_LOST;
         iError = 0;
@@ -62,13 +62,13 @@ int OpenProcess(pid_t iProcess, Process & oProcess)
     return iError;
 }
 
-/// By the handle and not by the number, which may be another process's by now.
+/// Uses the handle: the id may belong to another process by now.
 int SendSignal(Process const & oProcess, int iSignal)
 {
     return ::syscall(SYS_pidfd_send_signal, GetHandle(oProcess), iSignal, nullptr, 0) == 0 ? 0 : errno;
 }
 
-/// Whether the program has told the system to forget its children as soon as they end.
+/// Whether the system reaps the program's children itself as soon as they end.
 bool AreChildrenIgnored()
 {
     struct sigaction oAction = {};
@@ -76,7 +76,7 @@ bool AreChildrenIgnored()
     return oAction.sa_handler == SIG_IGN || (oAction.sa_flags & SA_NOCLDWAIT) != 0;
 }
 
-/// What the kernel, from version 6.15 on, tells about a process through its descriptor.
+/// The kernel's struct pidfd_info, which has an exit status since version 6.15.
 struct ProcessInfo
 {
     static constexpr std::uint64_t EXIT = 1u << 3;
@@ -87,14 +87,14 @@ struct ProcessInfo
     std::int32_t iStatus = 0;
 };
 
-/// The exit status of a process that was reaped by somebody else.
+/// The wait status of a process that was reaped elsewhere. False if the kernel does not report it.
 bool ReadLostStatus(Process const & oProcess, int & iStatus)
 {
-    // The status is there once the process is gone, which is a little later than its end.
-    constexpr int iPatience = 100;
+    // The status is available after the process is gone, which is a little later than its end.
+    constexpr int iTimeout = 100;
     bool bGone = false;
     ProcessInfo oInfo;
-    if (PollProcess(oProcess, 0, iPatience, bGone) != 0 || !bGone
+    if (PollProcess(oProcess, 0, iTimeout, bGone) != 0 || !bGone
         || ::ioctl(GetHandle(oProcess), _IOWR(0xFF, 11, ProcessInfo), &oInfo) != 0
         || !(oInfo.iMask & ProcessInfo::EXIT))
         return false;
@@ -116,7 +116,7 @@ void SetSignalled(Process & oProcess, int iSignal)
         oProcess.iExitCode = EXIT_CODE_SIGNAL + iSignal;
 }
 
-/// What a process that somebody else has reaped, or the system at once, ended with.
+/// Sets the exit code of a process that was reaped elsewhere, or by the system itself.
 void SetLost(Process & oProcess)
 {
     int iStatus = 0;
@@ -156,8 +156,8 @@ int Reap(Process & oProcess)
     return iError;
 }
 
-/// Whether this process started it and nobody has reaped it. A process that was forked off has no share in the
-/// children of the one before.
+/// Whether it is a child of this process that nobody has reaped. The children of a parent are no children of
+/// a process that it forks.
 bool IsOwnChild(Process const & oProcess)
 {
     siginfo_t oInfo{};
@@ -174,17 +174,18 @@ int StartProcess(ProcessStart const & oStart, Process & oProcess)
         if (int const iError = pRecord->oContinued.Make())
             return iError;
 
-    // A child of which nothing stays behind must not end before there is a handle to it.
-    bool const bHold = oStart.bSuspended || AreChildrenIgnored();
+    // A child that the system reaps itself must not end before there is a handle to it, so it starts
+    // suspended.
+    bool const bStopFirst = oStart.bSuspended || AreChildrenIgnored();
     int & iProcess = pRecord->iProcessId;
     int const iStartError =
-        bHold ? SpawnSuspended(oStart, pRecord->oContinued, iProcess) : Spawn(oStart, iProcess);
+        bStopFirst ? SpawnSuspended(oStart, pRecord->oContinued, iProcess) : Spawn(oStart, iProcess);
     int const iError = iStartError != 0 ? iStartError : OpenProcess(iProcess, oProcess);
     if (iError != 0)
         return iError;
 
     oProcess.pRecord = pRecord.release();
-    if (bHold && !oStart.bSuspended)
+    if (bStopFirst && !oStart.bSuspended)
         SendSignal(oProcess, SIGCONT);
     return 0;
 }
@@ -211,11 +212,11 @@ void CloseProcess(Process & oProcess)
 
 void EndProcess(Process & oProcess)
 {
-    // Longer only for one that a debugger or a frozen group keeps; that one is reaped later.
-    constexpr int iPatience = 1000;
+    // A process that a debugger or a frozen control group keeps may take longer; it is reaped later.
+    constexpr int iTimeout = 1000;
     bool bEnded = false;
     if (KillProcess(oProcess, 0) == 0)
-        static_cast<void>(WaitForProcess(oProcess, iPatience, bEnded));
+        static_cast<void>(WaitForProcess(oProcess, iTimeout, bEnded));
 }
 
 int GetExitCode(Process & oProcess, int & iExitCode)

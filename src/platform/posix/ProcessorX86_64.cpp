@@ -19,21 +19,21 @@ namespace
 
 constexpr std::size_t SYSTEM_CALL_SIZE = 2;
 
-/// Whether the instruction at that address is a system call.
+/// Whether the instruction at that address is a system call. Reads the second byte only if the first one
+/// matches: it may be in memory that is not readable otherwise.
 bool IsSystemCall(std::uintptr_t iInstruction)
 {
-    // The second byte belongs to the same instruction only if the first one is right.
     auto const pBytes = reinterpret_cast<unsigned char const *>(iInstruction);
     return pBytes[0] == 0x0F && pBytes[1] == 0x05;
 }
 
-/// Whether a system call that a signal interrupts may be made again from its beginning, and waits only.
+/// Whether a system call only waits, and is restarted from its beginning after a signal.
 bool IsRestartedWait(long iCall, unsigned long iSecondArgument)
 {
     switch (iCall)
     {
     case SYS_futex:
-        // Other operations wake, which others wait for.
+        // Other futex operations wake threads, which must not be lost.
         switch (static_cast<int>(iSecondArgument) & FUTEX_CMD_MASK)
         {
         case FUTEX_WAIT:
@@ -86,8 +86,8 @@ bool IsInterruptedInWait(void const * pContext)
 
 bool JumpsTo(std::uintptr_t iCode, std::size_t iSize, std::uintptr_t iTarget)
 {
-    // Plain jumps E9 and conditional ones 0F 80 to 0F 8F, whose distance counts from the next instruction. No
-    // other bytes in front of a distance would by chance be followed by the right one.
+    // Jumps are E9, conditional ones 0F 80 to 0F 8F; the distance counts from the next instruction.
+    // Instructions are not decoded: other bytes followed by just this distance are too unlikely to matter.
     constexpr std::size_t JUMP_SIZE = 5;
     for (std::uintptr_t iAt = iCode; iAt + JUMP_SIZE <= iCode + iSize; ++iAt)
     {

@@ -25,22 +25,23 @@ namespace
 
 constexpr int EXIT_CODE_NOT_EXECUTED = 127;
 
-/// The arguments of a command line, as an exec takes them. There is always one: the program.
+/// The arguments of a command line, in the form that exec takes. There is at least one, the program.
 class Arguments
 {
 public:
     explicit Arguments(std::string_view sCommandLine)
     {
-        // One character at most for each of the line, and a zero behind each argument.
+        // Enough for every character of the line and a zero after each argument: the text must not be
+        // reallocated, since m_vPointers points into it.
         m_sTexts.reserve(sCommandLine.size() * 2 + 1);
-        while (Skip(sCommandLine))
-            Take(sCommandLine);
+        while (SkipSeparators(sCommandLine))
+            TakeArgument(sCommandLine);
         if (m_vPointers.empty())
             m_vPointers.push_back(m_sTexts.data());
         m_vPointers.push_back(nullptr);
     }
 
-    // The pointers are into the object.
+    // Not copyable: m_vPointers points into m_sTexts.
     Arguments(Arguments const &) = delete;
     Arguments & operator=(Arguments const &) = delete;
 
@@ -50,13 +51,13 @@ public:
 private:
     static constexpr std::string_view SEPARATORS = " \t\n\v\f\r";
 
-    static bool Skip(std::string_view & sRest)
+    static bool SkipSeparators(std::string_view & sRest)
     {
         sRest.remove_prefix(std::min(sRest.find_first_not_of(SEPARATORS), sRest.size()));
         return !sRest.empty();
     }
 
-    void Take(std::string_view & sRest)
+    void TakeArgument(std::string_view & sRest)
     {
         m_vPointers.push_back(m_sTexts.data() + m_sTexts.size());
         std::size_t iUsed = 0;
@@ -78,7 +79,7 @@ private:
     std::vector<char *> m_vPointers;
 };
 
-/// What a child is made of beside its program, for posix_spawn. The first error that comes up is kept.
+/// The streams, signals and flags of a child, for posix_spawn. Keeps the first error.
 class SpawnPlan
 {
 public:
@@ -89,18 +90,18 @@ public:
         SetStream(oStart.oStreams.oInput, STDIN_FILENO);
         SetStream(oStart.oStreams.oOutput, STDOUT_FILENO);
         SetStream(oStart.oStreams.oErrors, STDERR_FILENO);
-        Keep(::posix_spawn_file_actions_addclosefrom_np(&m_oActions, FIRST_OWN_DESCRIPTOR));
+        KeepFirstError(::posix_spawn_file_actions_addclosefrom_np(&m_oActions, FIRST_OWN_DESCRIPTOR));
 
         sigset_t oSignals;
         ::sigemptyset(&oSignals);
         ::posix_spawnattr_setsigmask(&m_oAttributes, &oSignals);
-        // Not sigfillset: it leaves out the signals that the runtime keeps to itself, which the child would
-        // then ignore.
+        // Not sigfillset, which leaves out the signals that the runtime library reserves: the child would
+        // then ignore them.
         std::memset(&oSignals, 0xFF, sizeof oSignals);
         ::posix_spawnattr_setsigdefault(&m_oAttributes, &oSignals);
         int const iFlags =
             POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | (oStart.bDetached ? POSIX_SPAWN_SETSID : 0);
-        Keep(::posix_spawnattr_setflags(&m_oAttributes, static_cast<short>(iFlags)));
+        KeepFirstError(::posix_spawnattr_setflags(&m_oAttributes, static_cast<short>(iFlags)));
     }
 
     ~SpawnPlan()
@@ -124,10 +125,10 @@ private:
     void SetStream(File const & oEnd, int iStream)
     {
         if (oEnd.IsOpen())
-            Keep(::posix_spawn_file_actions_adddup2(&m_oActions, GetHandle(oEnd), iStream));
+            KeepFirstError(::posix_spawn_file_actions_adddup2(&m_oActions, GetHandle(oEnd), iStream));
     }
 
-    void Keep(int iError)
+    void KeepFirstError(int iError)
     {
         if (m_iError == 0)
             m_iError = iError;
@@ -156,7 +157,8 @@ private:
     sigset_t m_oFormer;
 };
 
-/// Whether the program of that path could be started, as far as that shows beforehand.
+/// Checks, as far as possible beforehand, whether the program of that path can be started. Returns the error
+/// number.
 int CheckProgram(std::string const & sPath)
 {
     struct stat oStatus = {};
@@ -167,7 +169,7 @@ int CheckProgram(std::string const & sPath)
     return ::faccessat(AT_FDCWD, sPath.c_str(), X_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
-/// Finds a program as posix_spawnp does.
+/// Searches a program as posix_spawnp does.
 int FindProgram(std::string_view sName, std::string & sPath)
 {
     sPath = sName;
@@ -199,7 +201,7 @@ void PutStreamInPlace(File const & oEnd, int iStream)
         ::dup2(GetHandle(oEnd), iStream);
 }
 
-/// What a forked child does: only what is allowed between fork and exec in a process that had threads.
+/// Runs in the forked child. Only async-signal-safe functions are allowed here, since the parent had threads.
 [[noreturn]] void ExecuteSuspended(
     ProcessStart const & oStart, char const * sPath, char ** pArguments, SharedFlag & oContinued)
 {
@@ -241,14 +243,16 @@ int SpawnSuspended(ProcessStart const & oStart, SharedFlag & oContinued, int & i
         return iError;
 
     SignalBlock const oScope;
-    // Without the handlers at fork, which wait for other threads: the child needs nothing that they care for.
+    // _Fork does not run the handlers at fork, which wait for other threads. The child uses nothing that they
+    // guard.
     iProcess = ::_Fork();
     if (iProcess == 0)
         ExecuteSuspended(oStart, sPath.c_str(), oArguments.Get(), oContinued);
     if (iProcess < 0)
         return errno;
 
-    // A continuation that came before the stop would be lost. Somebody may have ended the child before it.
+    // Waits for the stop, since a SIGCONT before it would be lost. The child may also have been killed before
+    // it.
     siginfo_t oInfo{};
     while (::waitid(P_PID, static_cast<id_t>(iProcess), &oInfo, WSTOPPED | WEXITED | WNOWAIT) != 0
            && errno == EINTR)

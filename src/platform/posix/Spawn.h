@@ -5,12 +5,12 @@
 namespace tsl::Platform
 {
 
-/// Starts a child and returns when it has entered its program.
+/// Starts a child and returns after it has begun to execute its program.
 [[nodiscard]] int Spawn(ProcessStart const & oStart, int & iProcess);
 
-/// Starts a child and returns when it has stopped itself where it would enter its program. It must have
-/// done so by then: a continuation that came first would be lost. Once it is continued, it sets the flag if
-/// that is made.
+/// Starts a child that stops itself before it executes its program, and returns after it has stopped: a
+/// SIGCONT before the stop would be lost. The child sets oContinued, if it was created, after it is
+/// continued.
 [[nodiscard]] int SpawnSuspended(ProcessStart const & oStart, SharedFlag & oContinued, int & iProcess);
 
 } // namespace tsl::Platform

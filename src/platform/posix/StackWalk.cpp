@@ -10,9 +10,9 @@ namespace tsl::Platform
 namespace
 {
 
-// Functions of the runtime libraries that only wait, also as the sanitizers wrap them. Whoever ends in one of
-// them loses nothing but what it waited for. Those of read-write locks and barriers count the threads that
-// wait, and would go on to wait for the one that has ended.
+// Functions of the runtime libraries that only wait, also as the sanitizers wrap them. A thread that ends in
+// one of them loses only what it waited for. Read-write locks and barriers are missing: they count the
+// waiting threads and would still count one that has ended.
 constexpr ExportedName WAITS[] = {
     // for time
     "nanosleep", "clock_nanosleep", "sleep", "usleep", "thrd_sleep",
@@ -41,7 +41,7 @@ constexpr ExportedName WAITS[] = {
 // CriticalSectionMutex::Lock.
 constexpr ExportedName LIBRARY_LOCK[] = {"_ZN3tsl20CriticalSectionMutex4LockEv"};
 
-/// Whether the thread waits in the library itself.
+/// Whether the thread waits in a function of this library.
 bool IsOwnWait(StackPlace const & oPlace)
 {
     return oPlace.eWait == StackPlace::eForTime || oPlace.eWait == StackPlace::eForLock;
@@ -65,7 +65,7 @@ EndObstacle CheckInnermost(StackPlace const & oPlace)
     return EndObstacle::eNone;
 }
 
-/// Goes through the frames of the calling thread, from the innermost one outwards.
+/// Walks the stack frames of the calling thread, from the innermost one outwards.
 class StackWalk
 {
 public:
@@ -86,15 +86,15 @@ public:
 private:
     enum EStage
     {
-        eBefore, ///< what looks for the place
-        eInner,  ///< up to the first frame of the program
-        eOuter
+        eBefore, ///< frames of the walk itself, inside of the place
+        eInner,  ///< from the place to the first frame of the program
+        eOuter   ///< from there on
     };
 
-    /// False to stop.
+    /// Returns false to stop the walk.
     bool Visit(_Unwind_Context & oFrame)
     {
-        // What is not interrupted is in front of the next instruction, which may be another function's.
+        // For a call the next instruction may belong to another function, so the byte before it is looked up.
         int bInterrupted = 0;
         std::uintptr_t const iNext = ::_Unwind_GetIPInfo(&oFrame, &bInterrupted);
         if (m_eStage == eBefore && iNext != m_oPlace.iInstruction)
@@ -132,7 +132,7 @@ private:
         return eObstacle == EndObstacle::eNone ? VisitOuter(iFunction) : eObstacle;
     }
 
-    /// What the program has called, if it is not itself the innermost frame.
+    /// Checks the function that the program has called, if the innermost frame is not the program's.
     EndObstacle CheckCalled() const
     {
         if (m_iCalled == 0)
@@ -143,18 +143,18 @@ private:
                        ? EndObstacle::eNone
                        : EndObstacle::eRuntime;
 
-        // Other functions of the library that wait for a lock may be about to initialise a static object.
+        // Only Lock itself: other functions of the library that wait may be initialising a static object.
         bool const bWaits =
             m_oPlace.eWait == StackPlace::eForTime
             || (m_oPlace.eWait == StackPlace::eForLock && m_oCalled.Exports(m_iCalled, LIBRARY_LOCK));
         return bWaits ? EndObstacle::eNone : EndObstacle::eLibrary;
     }
 
-    /// The program's frames and those of the library, which keeps nothing while it calls the program but what
-    /// it has locked.
+    /// Checks a frame between the program's innermost one and the entry. Frames of the library are no
+    /// obstacle: while it calls the program it holds nothing but locks, and those have been checked.
     EndObstacle VisitOuter(std::uintptr_t iFunction) const
     {
-        // A runtime that is linked into the program does not call the library.
+        // eMixed: a runtime library that is linked into the program does not call this library's waits.
         switch (m_oImage.GetKind())
         {
         case LoadedImage::eRuntime:
@@ -174,7 +174,7 @@ private:
     EndObstacle m_eObstacle = EndObstacle::eStack;
     LoadedImage m_oImage;
 
-    // The outermost function of the innermost frames, up to the program's.
+    // The function that the program's innermost frame has called.
     LoadedImage m_oCalled;
     std::uintptr_t m_iCalled = 0;
 };
@@ -183,8 +183,8 @@ private:
 
 bool CanWalkInHandler()
 {
-    // The unwinder of GCC 12 finds its tables without a lock. Another one may stand in front of it. That it is
-    // used here for the first time makes it ready for handlers.
+    // The unwinder of GCC 12 finds its tables without a lock, but another unwinder may have been loaded
+    // before it. The first walk initialises the unwinder, which must not happen in a handler.
     static bool const bCan = []
     {
         auto const iUnwinder = reinterpret_cast<std::uintptr_t>(&::_Unwind_Backtrace);
@@ -196,7 +196,7 @@ bool CanWalkInHandler()
 
 EndObstacle FindObstacle(StackPlace const & oPlace)
 {
-    // The stack is not walked in the middle of a runtime library, which may be the unwinder itself.
+    // In a runtime library the stack is not walked: it may be the unwinder that was interrupted.
     EndObstacle const eObstacle = CheckInnermost(oPlace);
     return eObstacle == EndObstacle::eNone ? StackWalk(oPlace).Run() : eObstacle;
 }

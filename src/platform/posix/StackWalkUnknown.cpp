@@ -3,7 +3,7 @@
 namespace tsl::Platform
 {
 
-// The stack cannot be walked here, so a thread ends only where the library itself waits.
+// The stack cannot be walked on this system, so a thread can only be killed where the library itself waits.
 
 bool CanWalkInHandler()
 {

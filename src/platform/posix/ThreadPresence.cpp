@@ -17,52 +17,53 @@
 namespace tsl::Presence
 {
 
-// By itself on its cache line, since every lock reads it.
+// Alone on its cache line, since every lock reads it (R02).
 alignas(64) std::atomic<int> g_iForking{0};
 
 namespace
 {
 
 // Microseconds.
-constexpr int PATIENCE = 2'000'000;
-constexpr int PATIENCE_WITH_WAITER = 50'000; ///< with a thread that may be waiting for the calling one
-constexpr int PATIENCE_WITH_DEAD = 2'000;    ///< until it is asked whether a thread still exists
-constexpr int NAP_FIRST = 20;
-constexpr int NAP_LONGEST = 1'000;
-constexpr int NAP_COUNTED = 10'000;     ///< what counts of one at most
-constexpr int TIME_OF_A_STORE = 10'000; ///< longer by far than a processor keeps one to itself
+constexpr int TIMEOUT = 2'000'000;
+constexpr int TIMEOUT_FOR_WAITER = 50'000;   ///< for a thread that may be waiting for the calling one
+constexpr int EXISTENCE_CHECK_DELAY = 2'000; ///< then it is checked whether the thread still exists
+constexpr int SLEEP_FIRST = 20;
+constexpr int SLEEP_MAX = 1'000;
+constexpr int SLEEP_COUNTED_MAX = 10'000; ///< the most that one sleep counts
+constexpr int STORE_DELAY_MAX = 10'000;   ///< long enough for a store to become visible to other processors
 
-constexpr int SWEEP_INTERVAL = 64;
+constexpr int REMOVE_INTERVAL = 64;
 
 alignas(64) std::atomic<unsigned int> g_iForks{0};
 
-// The thread that forks, by its iThread.
+// The iThread of the thread that forks; 0 if none does.
 std::atomic<std::uint64_t> g_iForker{0};
 
-// Threads up to this number are of former processes, but for the one that forked this process off.
-std::uint64_t g_iLost = 0;
-std::uint64_t g_iSurvivor = 0;
+// Threads up to g_iLastParentThread belong to parent processes and do not exist here, except for g_iForkedBy,
+// which forked.
+std::uint64_t g_iLastParentThread = 0;
+std::uint64_t g_iForkedBy = 0;
 
-/// All threads that have ever held something, but for those that were seen to be gone.
+/// All threads that have ever held a lock of the library, except for those that are known to have ended.
 struct List
 {
     std::atomic<bool> bLocked{false};
     std::uint64_t iLastThread = 0;
     int iLastLiving = 0;
 
-    // From 0 on; also read without the lock.
+    // The used places; also read without the lock.
     std::atomic<int> iCount{0};
     ThreadPresence aThreads[THREADS_MAX];
 
-    // What has no place there: nobody reads it.
-    ThreadPresence oOther;
+    // Shared by all threads beyond the capacity; nobody reads it.
+    ThreadPresence oUnlisted;
 };
 
 constinit List g_oList;
 
-/// Returns how long it was, which on a busy machine is longer. Of the time for which the process was stopped,
-/// when nobody had an opportunity to go on, next to nothing counts.
-int Nap(int iMicroseconds)
+/// Sleeps, and returns how long that took: on a busy machine it is longer. The result is limited to
+/// SLEEP_COUNTED_MAX, so that time for which the whole process was stopped hardly counts.
+int SleepFor(int iMicroseconds)
 {
     auto const oBegin = std::chrono::steady_clock::now();
     timespec oRest{0, iMicroseconds * 1000L};
@@ -71,7 +72,7 @@ int Nap(int iMicroseconds)
     }
     auto const oSpent =
         std::chrono::ceil<std::chrono::microseconds>(std::chrono::steady_clock::now() - oBegin);
-    return static_cast<int>(std::min<std::chrono::microseconds::rep>(oSpent.count(), NAP_COUNTED));
+    return static_cast<int>(std::min<std::chrono::microseconds::rep>(oSpent.count(), SLEEP_COUNTED_MAX));
 }
 
 void LockList()
@@ -113,8 +114,8 @@ void Reset(ThreadPresence & oThread, unsigned long iThreadId)
     oThread.iThreadId.store(iThreadId, std::memory_order_relaxed);
 }
 
-/// Gives free the places of threads that do not exist any more.
-void Sweep()
+/// Frees the places of threads that no longer exist.
+void RemoveEnded()
 {
     g_oList.iLastLiving = 0;
     for (int i = 0; i < g_oList.iCount.load(std::memory_order_relaxed); ++i)
@@ -133,22 +134,23 @@ ThreadPresence * FindFree()
     return pFree == pEnd ? nullptr : pFree;
 }
 
-/// Under the list's lock.
+/// The caller holds the list's lock.
 ThreadPresence & FindPlace()
 {
     if (ThreadPresence * const pFree = FindFree())
         return *pFree;
 
-    // Threads do not tell when they end: what would would keep the library in the process until then.
+    // Threads do not report their end: a thread-local destructor would keep the library loaded until then. So
+    // the list is cleaned when it has grown.
     int const iCount = g_oList.iCount.load(std::memory_order_relaxed);
-    if (iCount >= std::min(2 * g_oList.iLastLiving + SWEEP_INTERVAL, THREADS_MAX))
+    if (iCount >= std::min(2 * g_oList.iLastLiving + REMOVE_INTERVAL, THREADS_MAX))
     {
-        Sweep();
+        RemoveEnded();
         if (ThreadPresence * const pFree = FindFree())
             return *pFree;
     }
     if (iCount == THREADS_MAX)
-        return g_oList.oOther;
+        return g_oList.oUnlisted;
     g_oList.iCount.store(iCount + 1, std::memory_order_release);
     return g_oList.aThreads[iCount];
 }
@@ -158,23 +160,24 @@ bool PassBarrier()
     return ::syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0) == 0;
 }
 
-/// What another thread stores before it looks at a flag that was set before this call is seen after it, or else
-/// that thread sees the flag.
+/// A memory barrier on all threads. The caller has set a flag before. Another thread stores something and
+/// then reads the flag: either that store is visible after this call, or that thread sees the flag.
 void ShowStores()
 {
-    // For the calling thread as well, each of these is a full barrier.
+    // Each of these system calls is a full barrier for the calling thread as well.
     if (PassBarrier())
         return;
     ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0);
     if (!PassBarrier() && ::syscall(SYS_membarrier, MEMBARRIER_CMD_GLOBAL, 0) != 0)
-        static_cast<void>(Nap(TIME_OF_A_STORE));
+        static_cast<void>(SleepFor(STORE_DELAY_MAX));
 }
 
-/// Waits for other threads, one after the other.
-class Patience
+/// Waits for other threads, one after the other, TIMEOUT microseconds at most in all.
+class ThreadWaiter
 {
 public:
-    /// Until the function is false for each thread in the list but the calling one.
+    /// Waits until fIsBusy has been false for each listed thread except for the calling one. False after the
+    /// time is up.
     template<class Function>
     bool WaitForEach(Function fIsBusy)
     {
@@ -189,14 +192,14 @@ private:
     template<class Function>
     bool WaitFor(ThreadPresence & oThread, Function fIsBusy)
     {
-        for (int iWaited = 0, iNap = 0; fIsBusy(oThread, iWaited); iWaited += iNap)
+        for (int iWaited = 0, iSlept = 0; fIsBusy(oThread, iWaited); iWaited += iSlept)
         {
-            if (m_iSpent >= PATIENCE)
+            if (m_iSpent >= TIMEOUT)
                 return false;
-            if (iWaited >= PATIENCE_WITH_DEAD && !Exists(oThread))
+            if (iWaited >= EXISTENCE_CHECK_DELAY && !Exists(oThread))
                 return true;
-            iNap = Nap(std::min(iWaited + NAP_FIRST, NAP_LONGEST));
-            m_iSpent += iNap;
+            iSlept = SleepFor(std::min(iWaited + SLEEP_FIRST, SLEEP_MAX));
+            m_iSpent += iSlept;
         }
         return true;
     }
@@ -204,7 +207,7 @@ private:
     int m_iSpent = 0;
 };
 
-bool IsInside(ThreadPresence const & oThread)
+bool IsLocking(ThreadPresence const & oThread)
 {
     return oThread.bLocking.load(std::memory_order_acquire);
 }
@@ -216,17 +219,18 @@ bool IsInBus(ThreadPresence const & oThread)
 
 bool IsInBusWithLock(ThreadPresence const & oThread)
 {
-    return IsInBus(oThread) && IsInside(oThread);
+    return IsInBus(oThread) && IsLocking(oThread);
 }
 
-/// Whether a thread is busy in one way, unless it waits for a lock and is not busy in another. If the calling
-/// thread holds any lock, that may be the one, and then the other's wait does not end.
-class Busy
+/// Decides whether to wait for a thread: as long as fIsBusy is true. But if the calling thread holds a lock,
+/// the other thread may be waiting for that one, and its wait would not end. So if the other thread is in one
+/// and the same wait for a lock for TIMEOUT_FOR_WAITER, and fIsBusyWaiter is false, it counts as not busy.
+class BusyCheck
 {
 public:
-    using Test = bool (*)(ThreadPresence const & oThread);
+    using Check = bool (*)(ThreadPresence const & oThread);
 
-    Busy(Test fIsBusy, Test fIsBusyWaiter) : m_fIsBusy(fIsBusy), m_fIsBusyWaiter(fIsBusyWaiter) {}
+    BusyCheck(Check fIsBusy, Check fIsBusyWaiter) : m_fIsBusy(fIsBusy), m_fIsBusyWaiter(fIsBusyWaiter) {}
 
     bool operator()(ThreadPresence const & oThread, int iWaited)
     {
@@ -236,19 +240,20 @@ public:
             m_iWaits = iWaits;
             m_iSince = iWaited;
         }
-        return m_fIsBusy(oThread) && iWaited - m_iSince < PATIENCE_WITH_WAITER;
+        return m_fIsBusy(oThread) && iWaited - m_iSince < TIMEOUT_FOR_WAITER;
     }
 
 private:
     bool const m_bHolding = t_oForcedEnd.iLocks.load(std::memory_order_relaxed) > 0;
-    Test m_fIsBusy;
-    Test m_fIsBusyWaiter;
+    Check m_fIsBusy;
+    Check m_fIsBusyWaiter;
     unsigned int m_iWaits = 0;
     int m_iSince = 0;
 };
 
-/// One fork at a time. Meanwhile the thread counts as outside: whatever it holds, it is in nothing of its own.
-void TakeTurn()
+/// Waits until no other thread forks. Others need not wait for this thread meanwhile, whatever locks it
+/// holds: it changes nothing.
+void WaitForTurn()
 {
     AllowForkScope const oScope;
     for (int iOther = 0; !g_iForking.compare_exchange_strong(iOther, 1); iOther = 0)
@@ -260,10 +265,10 @@ void PrepareFork()
 {
     if (!t_oForcedEnd.pPresence)
         Register(t_oForcedEnd);
-    TakeTurn();
+    WaitForTurn();
     LockList();
     ShowStores();
-    Patience().WaitForEach(Busy(&IsInside, [](ThreadPresence const &) { return false; }));
+    ThreadWaiter().WaitForEach(BusyCheck(&IsLocking, [](ThreadPresence const &) { return false; }));
 }
 
 void EndFork()
@@ -274,12 +279,12 @@ void EndFork()
     g_iForking.notify_all();
 }
 
-/// In the child the calling thread is the only one.
+/// Runs in the child, where the calling thread is the only one.
 void BeginChild()
 {
     g_iForks.fetch_add(1, std::memory_order_relaxed);
-    g_iLost = g_oList.iLastThread;
-    g_iSurvivor = t_oForcedEnd.iThread;
+    g_iLastParentThread = g_oList.iLastThread;
+    g_iForkedBy = t_oForcedEnd.iThread;
     for (int i = 0; i < g_oList.iCount.load(std::memory_order_relaxed); ++i)
         if (&g_oList.aThreads[i] != t_oForcedEnd.pPresence)
             Reset(g_oList.aThreads[i], 0);
@@ -293,7 +298,7 @@ void BeginChild()
 void WatchForks()
 {
     ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0);
-    // It fails for want of memory only, and before main there is nobody who could be told.
+    // It fails only without memory, and before main there is nowhere to report it.
     static_cast<void>(::pthread_atfork(&PrepareFork, &EndFork, &BeginChild));
 }
 
@@ -326,12 +331,12 @@ void WaitForFork(ThreadPresence & oPresence)
 bool WaitUntilOthersLeaveBus()
 {
     ShowStores();
-    return Patience().WaitForEach(Busy(&IsInBus, &IsInBusWithLock));
+    return ThreadWaiter().WaitForEach(BusyCheck(&IsInBus, &IsInBusWithLock));
 }
 
 bool HasLostOwner(std::uint64_t iOwner)
 {
-    return iOwner <= g_iLost && iOwner != g_iSurvivor;
+    return iOwner <= g_iLastParentThread && iOwner != g_iForkedBy;
 }
 
 void Abandon(ThreadPresence * pPresence)

@@ -13,12 +13,12 @@
 namespace tsl::Platform
 {
 
-/// What is kept of a thread while it is open. Its forced end is asked for by others and carried out by itself.
+/// A thread, from StartThread to CloseThread. Others ask it to end; it ends itself.
 struct Thread
 {
     enum EState : int
     {
-        eFree, ///< nobody wants it to end
+        eFree, ///< not asked to end
         eAsked,
         eEnding
     };
@@ -31,19 +31,20 @@ struct Thread
     std::atomic<unsigned long> iId{0}; ///< 0 until the thread runs
     bool bEnded = false;
 
-    // In a child that another thread has forked off, the thread does not exist.
+    // Differs from the present fork count in a child that another thread has forked: the thread does not
+    // exist there.
     std::atomic<unsigned int> iForkCount{Presence::GetForkCount()};
 
-    // Of its forced end.
+    // For killing it.
     std::atomic<EState> eState{eFree};
     std::atomic<EndObstacle> eObstacle{EndObstacle::eNoAnswer};
-    std::atomic<long> iInterval{0}; ///< nanoseconds until it is asked again
+    std::atomic<long> iInterval{0}; ///< at least so many nanoseconds until it is asked again
     unsigned int iRequests = 0;
     EndSignals oSignals;
     DelayedSignal oTimer;
 };
 
-/// The calling thread, if it was started here.
+/// The record of the calling thread; null if StartThread did not start it.
 extern constinit thread_local Thread * t_pThis;
 
 /// The handler of the signals that ask a thread to end.

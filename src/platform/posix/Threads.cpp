@@ -25,7 +25,7 @@ void * RunThread(void * pArgument)
     oThread.iId.store(GetThreadId(), std::memory_order_relaxed);
     t_pThis = &oThread;
 
-    // Whoever started the thread may have kept the signals away from itself.
+    // The starting thread may block the signals, and a thread inherits that.
     oThread.oSignals.Unblock();
 
     oThread.fMain(oThread.pArgument);
@@ -36,7 +36,7 @@ void * RunThread(void * pArgument)
 
 int StartThread(void (*fMain)(void *), void * pArgument, Thread *& pThread)
 {
-    // Not for the first time in a handler.
+    // The first call must not be in a signal handler.
     static_cast<void>(CanWalkInHandler());
 
     auto pNew = std::make_unique<Thread>(fMain, pArgument);
@@ -54,8 +54,8 @@ unsigned long GetThreadId(Thread const & oThread)
     if (unsigned long const iId = oThread.iId.load(std::memory_order_relaxed))
         return iId;
 
-    // It does not run yet, but the kernel has given it an id, of which that of its clock is made. Without
-    // a clock it has ended meanwhile, and told its id before.
+    // It does not run yet, but its id can be computed from the id of its clock. If it has no clock, it has
+    // ended since, and has stored its id before.
     clockid_t iClock = 0;
     if (::pthread_getcpuclockid(oThread.hThread, &iClock) == 0)
         return static_cast<unsigned long>(~(iClock >> 3));
