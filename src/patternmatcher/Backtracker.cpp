@@ -5,8 +5,8 @@ namespace tsl::Pattern
 
 bool Backtracker::Suits(Program const & oProgram, std::string_view sText, std::size_t iStart)
 {
-    // Bounds the bits for the states as well as the paths that may be pending: all in all, and for each byte,
-    // whose new memory takes more time than the search.
+    // Both limits bound the visited bits and the pending paths: in total, and per byte, since allocating a
+    // lot for each byte takes longer than the search.
     constexpr std::size_t iMaxSteps = 262'144;
     constexpr std::size_t iMaxStepsPerPosition = 8'192;
     std::size_t const iStepsPerPosition = oProgram.vCode.size() + oProgram.iStates;
@@ -28,7 +28,7 @@ bool Backtracker::Search(std::size_t iStart)
     m_vVisited.assign((m_sText.size() - iStart + 1) * m_oProgram.iStates / 64 + 1, 0);
     m_vSlots.assign(m_oProgram.iSlots, NOWHERE);
 
-    // Notes are kept from one start to the next: what has failed there fails here.
+    // The visited bits are kept from one start to the next: a state that has failed before will fail again.
     while ((iStart = m_oProgram.FindStart(m_sText, iStart)) != NOWHERE)
     {
         Path oPath{0, Path::NO_LOOP, iStart++};
@@ -62,7 +62,7 @@ bool Backtracker::WalkToMatch(Path oPath)
     }
 }
 
-/// False if a path has been in this state at this position before.
+/// Marks the path's state at its position as visited. False if it was already.
 bool Backtracker::Visit(Instruction const & oInstruction, Path const & oPath)
 {
     if (oInstruction.iState == Instruction::NO_STATE)

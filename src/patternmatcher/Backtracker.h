@@ -5,8 +5,8 @@
 namespace tsl::Pattern
 {
 
-/// Tries one path after the other and notes in one bit per state and position where it has been, so that it
-/// walks no path twice. Fast, but needs memory in proportion to the text: for short texts.
+/// The engine for short texts: tries one path after the other. One bit per state and position marks what has
+/// been visited, so that nothing is tried twice. Fast, but its memory grows with the text (R09).
 class Backtracker
 {
 public:
@@ -16,12 +16,12 @@ public:
         std::vector<std::uint64_t> vVisited;
     };
 
-    /// Whether the text behind iStart is short enough.
+    /// Whether the text from iStart on is short enough for this engine.
     static bool Suits(Program const & oProgram, std::string_view sText, std::size_t iStart);
 
     Backtracker(Program const & oProgram, std::string_view sText, Slots & vSlots, Memory & oMemory);
 
-    /// Searches from iStart on and leaves the positions in the slots. False if nothing matches.
+    /// Searches from iStart on and stores the positions in the slots. False if nothing matches.
     bool Search(std::size_t iStart);
 
 private:

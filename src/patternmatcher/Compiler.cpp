@@ -13,18 +13,18 @@ namespace tsl::Pattern
 namespace
 {
 
-// What PatternMatcher promises about its limits.
+// The limits that PatternMatcher documents.
 constexpr std::size_t NESTING_MAX = 1'000;
 constexpr std::size_t REPETITION_MAX = 65'535;
 constexpr std::size_t INSTRUCTIONS_MAX = 20'000;
-// What a search does for one byte: it comes to each instruction in each of its states at most once, ...
+// Limits the work for one byte: a search visits each instruction in each of its states at most once ...
 constexpr std::size_t STEPS_MAX = 20'000;
-// ... and copies positions: one for each slot of each instruction that consumes.
+// ... and copies one position for each slot of each consuming instruction.
 constexpr std::size_t PLACES_MAX = 50'000;
 
 constexpr std::size_t UNLIMITED = SIZE_MAX;
 
-/// One item of a class or one escape: a set of bytes, or a single byte, which can begin or end a range.
+/// An item of a class, or an escape: a set of bytes, or a single byte, which can begin or end a range.
 struct Item
 {
     explicit Item(unsigned char iSingle) : iByte(iSingle), bSingle(true) { oSet.set(iSingle); }
@@ -42,28 +42,28 @@ struct Quantifier
     bool bGreedy = true;
 };
 
-/// What a quantifier applies to: the code from iBegin to the end.
+/// The code that a quantifier applies to: from iBegin to the present end.
 struct Atom
 {
     std::size_t iBegin;
     bool bNullable;
 };
 
-/// A group that is still open. The whole pattern is the first one.
+/// An open group. The first one is the whole pattern.
 struct Group
 {
     std::size_t iPlace;
     std::size_t iBegin;
     std::optional<std::uint32_t> oSlot;
 
-    /// Where the branch begins that is being read, and whether it may match nothing.
+    /// Where the current branch begins, and whether it may match the empty text.
     std::size_t iBranch;
     bool bBranchNullable = true;
 
-    /// Whether one of the branches before it may.
+    /// Whether an earlier branch may match the empty text.
     bool bNullable = false;
 
-    /// The jumps from the ends of these branches to the end of the group.
+    /// The jumps from the ends of the earlier branches to the end of the group.
     std::vector<std::size_t> vJumps;
 };
 
@@ -108,8 +108,8 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// Reads a pattern from front to back and writes the program as it goes. Until the end, a jump holds its
-/// distance, so that a piece of code stays right when it is moved or repeated.
+/// Parses a pattern from front to back and emits the program. Until Finish, jumps are relative, so that code
+/// can be moved and repeated.
 class Compiler
 {
 public:
@@ -231,7 +231,7 @@ Atom Compiler::ReadAtom()
     }
 }
 
-/// Reads what follows a backslash outside of classes.
+/// Parses an escape outside of classes, from after its backslash.
 Atom Compiler::ReadEscape()
 {
     if (Accept("b"))
@@ -247,7 +247,7 @@ Atom Compiler::ReadEscape()
     return EmitBytes(ReadEscapedItem());
 }
 
-/// Reads what follows a backslash and stands for bytes.
+/// Parses an escape that denotes bytes, from after its backslash.
 Item Compiler::ReadEscapedItem()
 {
     std::size_t const iPlace = m_iPlace - 1;
@@ -284,7 +284,7 @@ Item Compiler::ReadEscapedItem()
     case 'x':
         return Item(ReadHexByte(iPlace));
     default:
-        // Letters and digits are kept free: in other places they stand for what this class does not know.
+        // Other letters and digits are errors: elsewhere they have meanings that this class does not support.
         if (IsWordByte(static_cast<unsigned char>(c)) && c != '_')
             Fail(IsDigit(c) ? "references to groups are not supported" : "unknown escape", iPlace);
         return Item(static_cast<unsigned char>(c));
@@ -306,13 +306,13 @@ unsigned char Compiler::ReadHexByte(std::size_t iPlace)
     return static_cast<unsigned char>(iByte);
 }
 
-/// Reads a class behind its bracket.
+/// Parses a class, from after its opening bracket.
 ByteSet Compiler::ReadClass()
 {
     std::size_t const iPlace = m_iPlace - 1;
     bool const bNegated = Accept("^");
     ByteSet oSet;
-    // A bracket in the first place is an item and not the end.
+    // A closing bracket as the first item does not end the class.
     for (bool bFirst = true; bFirst || !Accept("]"); bFirst = false)
     {
         if (IsEnd())
@@ -369,7 +369,7 @@ std::optional<Quantifier> Compiler::ReadQuantifier()
     return oQuantifier;
 }
 
-/// Reads {m}, {m,} or {m,n}. A brace that begins none of them stands for itself.
+/// Parses {m}, {m,} or {m,n}. No value for any other brace, which is an ordinary byte.
 std::optional<Quantifier> Compiler::ReadCount()
 {
     std::size_t iPlace = m_iPlace;
@@ -398,7 +398,8 @@ std::optional<Quantifier> Compiler::ReadCount()
     return oCount;
 }
 
-/// The number at iPlace, which moves behind it. A number beyond the limit stays just there.
+/// Parses the number at iPlace and moves iPlace after it. A number above REPETITION_MAX becomes
+/// REPETITION_MAX + 1.
 std::size_t Compiler::ReadNumber(std::size_t & iPlace) const
 {
     std::size_t iNumber = 0;
@@ -428,7 +429,7 @@ void Compiler::OpenGroup(GroupKind eKind, std::size_t iPlace)
     m_vGroups.push_back(std::move(oGroup));
 }
 
-/// Ends a branch: puts in front of it the choice between itself and what follows.
+/// Ends a branch: inserts before it a split between it and the following branches.
 void Compiler::NextBranch()
 {
     Group & oGroup = m_vGroups.back();
@@ -483,10 +484,10 @@ Atom Compiler::EmitAssertion(Assertion eAssertion)
     return {GetSize() - 1, true};
 }
 
-/// Writes the atom as often as it may occur. The last copy of an unlimited repetition is a loop.
+/// Emits the atom as often as it may occur. The last copy of an unlimited repetition is a loop.
 ///
-/// An iteration that matches nothing and need not be followed by another one is the last: it leaves for
-/// the end. Without this check, a loop around it would not end.
+/// If an iteration matches the empty text and enough iterations are done, the repetition ends. Without this
+/// check the loop would not end.
 void Compiler::Repeat(Atom const & oAtom, Quantifier const & oQuantifier)
 {
     auto const iBegin = m_oProgram.vCode.begin() + static_cast<std::ptrdiff_t>(oAtom.iBegin);
@@ -495,7 +496,7 @@ void Compiler::Repeat(Atom const & oAtom, Quantifier const & oQuantifier)
 
     bool const bLoop = oQuantifier.iMax == UNLIMITED;
     std::size_t const iCopies = bLoop ? std::max<std::size_t>(oQuantifier.iMin, 1) : oQuantifier.iMax;
-    // The target of a split that is tried first must be the one that the quantifier prefers.
+    // The split tries first what the quantifier prefers: greedy to repeat, lazy to leave.
     Op const eEnterOrLeave = oQuantifier.bGreedy ? Op::eSplitNext : Op::eSplitJump;
     Op const eRepeatOrLeave = oQuantifier.bGreedy ? Op::eSplitJump : Op::eSplitNext;
     std::vector<std::size_t> vLeaving;
@@ -540,7 +541,7 @@ void Compiler::Finish()
     for (std::size_t iPc = 0; iPc < GetSize(); ++iPc)
     {
         Instruction & oInstruction = m_oProgram.vCode[iPc];
-        // Distances backwards are huge and wrap round.
+        // Backward distances are negative modulo 2^32, so the addition wraps around.
         if (oInstruction.HasTarget())
             oInstruction.iArg += static_cast<std::uint32_t>(iPc);
         iConsuming += oInstruction.IsConsuming();

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what the library PatternMatcher exports; everything else in it is hidden.
+/// Exports a class from the library PatternMatcher. All other symbols are hidden.
 #define PATTERNMATCHER_EXPORT [[gnu::visibility("default")]]

@@ -6,7 +6,7 @@
 namespace tsl::Pattern
 {
 
-/// Fills a table row by row. Each row follows all ways from one instruction to the next bytes.
+/// Fills a table row by row. A row follows all paths from one instruction to their next bytes.
 class OnePassMaker
 {
 public:
@@ -15,7 +15,7 @@ public:
     std::optional<OnePass> Make();
 
 private:
-    /// A way from the beginning of a row to an instruction, and what lies on it.
+    /// A path from the instruction of a row to another instruction, and its effect.
     struct Way
     {
         std::uint32_t iPc;
@@ -24,10 +24,10 @@ private:
 
     struct Row
     {
-        /// The instruction that it begins with.
+        /// The instruction with which the row begins.
         std::uint32_t iPc;
 
-        /// Number of the effect on the way to a match, or 0.
+        /// The effect of a path to a match; 0 if there is none.
         std::uint16_t iMatch = 0;
     };
 
@@ -48,7 +48,7 @@ private:
     std::size_t GetWidth() const { return m_oTable.m_iEndColumn + 1; }
     bool IsSure(std::uint16_t iEffect) const { return m_oTable.m_vEffects[iEffect].vAssertions.empty(); }
 
-    // Both keep the work and the table small; numbers of effects stay within 16 bits.
+    // They keep the work and the table small, and the numbers of effects within 16 bits.
     static constexpr std::size_t INSTRUCTIONS_MAX = 1'000;
     static constexpr std::size_t ACTIONS_MAX = 16'384;
     static constexpr std::size_t EFFECT_ELEMENTS_MAX = 16'384;
@@ -56,13 +56,14 @@ private:
     Program const & m_oProgram;
     OnePass m_oTable;
 
-    /// Assertions and slots of all effects.
+    /// The number of assertions and slots of all effects.
     std::size_t m_iEffectElements = 0;
 
-    /// The first row is the beginning of the text.
+    /// The first row begins at the beginning of the text.
     std::vector<Row> m_vRows{Row{0}};
 
-    // While a row is filled: the ways to go, that of the highest priority last, and where they have been.
+    // While a row is filled: the pending paths, the one with the highest priority last, and the visited
+    // instructions.
     std::vector<Way> m_vPending;
     std::vector<bool> m_vSeen;
 };
@@ -90,7 +91,7 @@ std::optional<OnePass> OnePassMaker::Make()
 
 void OnePassMaker::MakeColumns()
 {
-    // A column ends where an instruction takes a byte and does not take the next one, or the reverse.
+    // A column ends at a byte if an instruction accepts it and not the next byte, or the other way round.
     ByteSet oLast;
     for (Instruction const & oInstruction : m_oProgram.vCode)
     {
@@ -111,7 +112,7 @@ void OnePassMaker::MakeColumns()
     m_oTable.m_iEndColumn = m_oTable.m_aColumns.back() + std::size_t{1};
 }
 
-/// False, as all below, if the program is not one for a table.
+/// False, as in the functions below, if the program does not qualify for a table.
 bool OnePassMaker::FillRow(std::size_t iRow)
 {
     m_oTable.m_vActions.resize((iRow + 1) * GetWidth());
@@ -127,7 +128,7 @@ bool OnePassMaker::FillRow(std::size_t iRow)
     return true;
 }
 
-/// Follows the way to the first byte or to its end; where it branches, the rest is left pending.
+/// Follows a path to its first byte or its end. Where it branches, the other branch becomes pending.
 bool OnePassMaker::Follow(Way oWay, std::size_t iRow)
 {
     for (;;)
@@ -173,7 +174,8 @@ bool OnePassMaker::Follow(Way oWay, std::size_t iRow)
 
 bool OnePassMaker::AddMatch(Way const & oWay, std::size_t iRow)
 {
-    // A match that is sure outranks all that is pending. One with assertions leaves a choice.
+    // A match without assertions has priority over all pending paths. One with assertions may fail, so two
+    // paths would remain.
     if (!oWay.oEffect.vAssertions.empty() && !m_vPending.empty())
         return false;
     m_vPending.clear();
@@ -183,7 +185,7 @@ bool OnePassMaker::AddMatch(Way const & oWay, std::size_t iRow)
 
 bool OnePassMaker::AddActions(Way const & oWay, std::size_t iRow)
 {
-    // Not for an empty class: there are never more effects than actions and rows.
+    // An empty class adds no effect, so there are never more effects than actions and rows.
     ByteSet const oBytes = m_oProgram.GetBytes(m_oProgram.vCode[oWay.iPc]);
     if (oBytes.none())
         return true;
@@ -225,7 +227,8 @@ std::uint16_t OnePassMaker::AddEffect(OnePass::Effect const & oEffect)
     return static_cast<std::uint16_t>(m_oTable.m_vEffects.size() - 1);
 }
 
-/// Tells each action of the match in front of its byte, unless the next row is sure to have one, too.
+/// Stores in each action the match before its byte, unless the next row surely matches, too. Then marks the
+/// actions that stay in their row without an effect.
 void OnePassMaker::NoteMatches()
 {
     for (std::size_t i = 0; i < m_oTable.m_vActions.size(); ++i)
@@ -263,7 +266,8 @@ bool OnePass::Match(std::string_view sText, Slots & vSlots, Slots & vWork) const
     for (std::size_t iAt = 0;; ++iAt)
     {
         auto const fGetColumn = [&] { return m_aColumns[static_cast<unsigned char>(sText[iAt])]; };
-        // While the row stays, no byte has to wait for the one before it to tell its row.
+        // Fast path (R08): while the row stays the same, the lookups of successive bytes do not depend on
+        // each other.
         while (iAt < sText.size() && pRow[fGetColumn()].iEffect == Action::STAY)
             ++iAt;
 

@@ -8,25 +8,25 @@
 namespace tsl::Pattern
 {
 
-/// A table for those programs that are anchored to the beginning of the text and in which the next byte
-/// always tells the only way to go. It is run in one pass, without a choice to come back to.
+/// The engine for programs that are anchored to the beginning of the text and in which the next byte always
+/// determines the path. It runs a table in one pass and never goes back (R08, R09).
 ///
-/// A row is what the program waits for behind a byte. A column is a class of bytes that no instruction
-/// tells apart; the last one is the end of the text.
+/// A row is an instruction at which the program continues after a byte. A column is a class of bytes that no
+/// instruction distinguishes; the last column is the end of the text.
 class OnePass
 {
 public:
-    /// Nothing if the program is none of those, or if its table would be large.
+    /// No value if the program does not qualify or its table would be large.
     static std::optional<OnePass> Make(Program const & oProgram);
 
-    /// Matches at the beginning of the text and leaves the positions in vSlots; vWork is memory for that.
-    /// False if nothing matches.
+    /// Matches at the beginning of the text and stores the positions in vSlots. vWork is a buffer that the
+    /// caller keeps for the next call. False if nothing matches.
     bool Match(std::string_view sText, Slots & vSlots, Slots & vWork) const;
 
 private:
     friend class OnePassMaker;
 
-    /// What lies on the way: assertions that must hold, and slots that take the position.
+    /// What happens on a path without consuming: assertions that must hold, and slots that get the position.
     struct Effect
     {
         std::vector<Assertion> vAssertions;
@@ -35,17 +35,17 @@ private:
 
     struct Action
     {
-        /// The first action of the next row.
+        /// The index of the first action of the next row.
         std::uint32_t iRow = 0;
 
-        /// Number of the effect on the way there; 0 is the one that does nothing.
+        /// The effect before the byte is consumed; 0 is the one that does nothing.
         std::uint16_t iEffect = DEAD;
 
-        /// Number of the effect on the way to a match in front of the byte, if there is one and it has to
-        /// be noted: a match that the next row is sure to have, too, has not.
+        /// The effect of a match that ends before the byte; 0 if there is none. Also 0 if the next row surely
+        /// matches, too: that match replaces this one.
         std::uint16_t iMatch = 0;
 
-        // Instead of an effect: there is no way on; nothing happens at all, and the row is the same again.
+        // In place of an effect: no path continues; the byte has no effect and the row stays the same.
         static constexpr std::uint16_t DEAD = UINT16_MAX;
         static constexpr std::uint16_t STAY = UINT16_MAX - 1;
     };

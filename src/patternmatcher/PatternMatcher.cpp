@@ -97,7 +97,7 @@ std::string PatternMatcher::substr(std::string const & text, unsigned int index)
 
 unsigned int PatternMatcher::Match(std::string_view text, std::size_t start, Matches & oMatches) const
 {
-    // No match, should the search run out of memory.
+    // Set first, so that oMatches reports no match if the search runs out of memory.
     oMatches.m->iCount = 0;
     if (start <= text.size() && m->Search(text, start, *oMatches.m))
         oMatches.m->iCount = static_cast<unsigned int>(m->oProgram.iSlots / 2);

@@ -29,7 +29,7 @@ bool PikeVm::Search(std::size_t iStart)
             if (iAt == NOWHERE)
                 break;
         }
-        // A match that begins here ranks behind all that began earlier.
+        // A match that begins here has a lower priority than all that began earlier, so it is added last.
         if (!bFound && m_oProgram.CanStart(m_sText, iAt))
         {
             m_oMemory.vSlots.assign(m_oProgram.iSlots, NOWHERE);
@@ -40,8 +40,8 @@ bool PikeVm::Search(std::size_t iStart)
     return bFound;
 }
 
-/// Moves all threads over the byte at iAt. True if one of them is at the end of the pattern; those that
-/// rank behind it are dropped then.
+/// Moves all threads over the byte at iAt. True if one of them is at the end of the pattern; threads with a
+/// lower priority are then dropped.
 bool PikeVm::Step(std::size_t iAt)
 {
     Threads & oNow = m_oMemory.oNow;
@@ -73,7 +73,7 @@ bool PikeVm::Step(std::size_t iAt)
     return bMatch;
 }
 
-/// Adds a thread wherever the path leads, unless one of a higher priority has come there.
+/// Adds a thread for each instruction that the path leads to, unless one with a higher priority is there.
 void PikeVm::Follow(Path oPath, Threads & oThreads)
 {
     m_oWalker.Begin(oPath);

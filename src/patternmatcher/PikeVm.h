@@ -5,17 +5,17 @@
 namespace tsl::Pattern
 {
 
-/// Walks all paths side by side, byte by byte, ordered by priority. Each path carries its positions along.
-/// The memory does not depend on the text: for long texts.
+/// The engine for long texts: follows all paths at once, byte by byte, in the order of their priority. Each
+/// path has its own copy of the slots. Its memory does not depend on the length of the text.
 class PikeVm
 {
 public:
-    /// Paths that wait at an instruction that consumes, or at the end of the pattern.
+    /// Paths that have arrived at a consuming instruction or at the end of the pattern.
     struct Threads
     {
         std::vector<std::uint32_t> vPcs;
 
-        /// The slots of all threads, one behind the other. It never shrinks.
+        /// The slots of all threads, one set after the other. It never shrinks.
         Slots vSlots;
     };
 
@@ -26,15 +26,15 @@ public:
         Threads oNow;
         Threads oNext;
 
-        /// For each state the step in which it was visited last. Steps are counted over all searches, of
-        /// whatever program, so that a new step needs no clearing.
+        /// The last step in which each state was visited. Steps are counted across all searches, whatever the
+        /// program, so that nothing has to be cleared.
         std::vector<std::uint64_t> vVisited;
         std::uint64_t iStep = 0;
     };
 
     PikeVm(Program const & oProgram, std::string_view sText, Slots & vSlots, Memory & oMemory);
 
-    /// Searches from iStart on and leaves the positions in the slots. False if nothing matches.
+    /// Searches from iStart on and stores the positions in the slots. False if nothing matches.
     bool Search(std::size_t iStart);
 
 private:

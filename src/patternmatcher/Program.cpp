@@ -5,7 +5,7 @@ namespace tsl::Pattern
 namespace
 {
 
-/// What can come first behind the beginning of a program.
+/// What the paths of a program begin with.
 struct Beginning
 {
     ByteSet oFirst;
@@ -18,7 +18,7 @@ enum class Paths
     eUnanchored ///< not those that are anchored to the beginning of the text
 };
 
-/// Walks the paths up to their first byte. Assertions are taken to hold.
+/// Follows all paths up to their first byte. Treats assertions as true.
 Beginning Explore(Program const & oProgram, Paths ePaths)
 {
     Beginning oResult;
@@ -51,7 +51,7 @@ Beginning Explore(Program const & oProgram, Paths ePaths)
     return oResult;
 }
 
-/// The bytes that stand at the front of the program, without anything else than saving between them.
+/// The single bytes with which the program begins; only eSave may be between them.
 std::string FindPrefix(std::vector<Instruction> const & vCode)
 {
     std::string sPrefix;
@@ -79,7 +79,7 @@ void Program::FindStates()
     std::vector<unsigned int> vEntries(vCode.size());
     for (std::size_t iPc = 0; iPc < vCode.size(); ++iPc)
     {
-        // The code of a loop is one piece from its begin to its check.
+        // The code of a loop is contiguous, from eLoopBegin to eLoopCheck.
         Instruction & oInstruction = vCode[iPc];
         oInstruction.iDepth = iDepth;
         if (oInstruction.eOp == Op::eLoopBegin)
@@ -151,7 +151,7 @@ static bool IsWordEdge(std::string_view sText, std::size_t iAt)
 {
     auto const fIsWord = [sText](std::size_t i)
     { return i < sText.size() && IsWordByte(static_cast<unsigned char>(sText[i])); };
-    // In front of the first byte, the index wraps round and lies behind any text.
+    // Before the first byte the index wraps around and is beyond the end of any text.
     return fIsWord(iAt - 1) != fIsWord(iAt);
 }
 
@@ -168,7 +168,7 @@ bool Holds(Assertion eAssertion, std::string_view sText, std::size_t iAt)
     case Assertion::eLastLineEnd:
         return bAtEnd || (bAtLineEnd && iAt + 1 == sText.size());
     case Assertion::eLineBegin:
-        // A line end that ends the text begins no further line.
+        // After a line end that ends the text no line begins.
         return iAt == 0 || (!bAtEnd && sText[iAt - 1] == '\n');
     case Assertion::eLineEnd:
         return bAtEnd || bAtLineEnd;

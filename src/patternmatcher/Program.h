@@ -7,7 +7,8 @@
 #include <string_view>
 #include <vector>
 
-/// The inside of PatternMatcher: a compiler, the program that it makes of a pattern, and the executors.
+/// The implementation of PatternMatcher: the compiler, the program that it makes of a pattern, and three
+/// engines that run the program (OnePass, Backtracker, PikeVm).
 namespace tsl::Pattern
 {
 
@@ -16,7 +17,7 @@ using ByteSet = std::bitset<256>;
 /// The positions of the sub-matches: group n begins at slot 2n and ends at slot 2n + 1.
 using Slots = std::vector<std::size_t>;
 
-/// No position: a slot of a group that took no part, or a search without success.
+/// No position: the slot of a group that took no part in the match, or a search that found nothing.
 constexpr std::size_t NOWHERE = std::string_view::npos;
 
 enum class Op : std::uint8_t
@@ -24,54 +25,55 @@ enum class Op : std::uint8_t
     eByte,      ///< consumes the byte iArg
     eSet,       ///< consumes a byte of the set iArg
     eMatch,     ///< the end of the pattern
-    eJump,      ///< goes on at iArg
-    eSplitNext, ///< goes on at the next instruction and, if that fails, at iArg
-    eSplitJump, ///< goes on at iArg and, if that fails, at the next instruction
+    eJump,      ///< continues at iArg
+    eSplitNext, ///< continues at the next instruction and, if that fails, at iArg
+    eSplitJump, ///< continues at iArg and, if that fails, at the next instruction
     eSave,      ///< stores the position in slot iArg
-    eAssert,    ///< goes on if the Assertion iArg holds
-    eLoopBegin, ///< an iteration that may match nothing begins
-    eLoopCheck  ///< it ends: goes on at the next instruction, or leaves for iArg if it has matched nothing
+    eAssert,    ///< continues if the Assertion iArg holds
+    eLoopBegin, ///< begins an iteration that may match the empty text
+    eLoopCheck  ///< ends it: continues at the next instruction, or at iArg if it matched the empty text
 };
 
-/// A condition on the place between two bytes. Lines end with "\n".
+/// A condition on the position between two bytes. Lines end with "\n".
 enum class Assertion : std::uint8_t
 {
     eTextBegin,
     eTextEnd,
-    eLastLineEnd, ///< the end of the text, or the line end that ends the text
+    eLastLineEnd, ///< the end of the text, or before a line end that ends the text
     eLineBegin,
     eLineEnd,
     eWordEdge,
     eNoWordEdge
 };
 
-/// Instructions carry what a search has to remember, so that it walks no path twice and stays linear.
+/// An instruction. It numbers the states of a search, so that no state is visited twice and the search stays
+/// linear in the length of the text.
 ///
-/// Two paths that meet at the same instruction and position have the same future, so that only the first
-/// one, which has the higher priority, needs to be walked. One thing more decides on the future: which
-/// of the enclosing loops began their iteration at this very position, for those end with the
-/// iteration. As an inner iteration never began before an outer one, a single number tells them all: the
-/// level, which counts the outermost loops whose iteration began earlier.
+/// Two paths that arrive at the same instruction and position continue alike, so only the first one, which
+/// has the higher priority, is followed. They also have to agree in which enclosing loops began their
+/// iteration at this position, since eLoopCheck leaves those loops. An inner iteration never begins before
+/// the outer one, so one number suffices, the level: how many of the loops, from the outermost one, began
+/// their iteration earlier.
 struct Instruction
 {
     Op eOp;
 
-    /// Number of enclosing loops with eLoopBegin; levels above it are alike here. 0 for those that
-    /// consume, since behind the byte all iterations have begun earlier.
+    /// The number of enclosing loops with eLoopBegin; higher levels are equivalent here. 0 for an instruction
+    /// that consumes: after the byte, all iterations began earlier.
     std::uint16_t iDepth = 0;
 
     std::uint32_t iArg = 0;
 
-    /// Number of the first of the iDepth + 1 states that paths can be in when they meet here, or
-    /// NO_STATE where only one path leads.
+    /// The first of the iDepth + 1 states in which paths can arrive here; NO_STATE if only one path leads
+    /// here.
     std::uint32_t iState = NO_STATE;
 
     static constexpr std::uint32_t NO_STATE = UINT32_MAX;
 
-    /// Whether the next instruction is a successor.
+    /// Whether it can continue at the next instruction.
     bool HasNext() const { return eOp != Op::eJump && eOp != Op::eMatch; }
 
-    /// Whether iArg is an instruction and a successor.
+    /// Whether it can continue at the instruction iArg.
     bool HasTarget() const
     {
         return eOp == Op::eJump || eOp == Op::eSplitNext || eOp == Op::eSplitJump || eOp == Op::eLoopCheck;
@@ -80,42 +82,44 @@ struct Instruction
     bool IsConsuming() const { return eOp == Op::eByte || eOp == Op::eSet; }
 };
 
-/// A compiled pattern. It does not change any more, so that any number of threads may run it.
+/// A compiled pattern. It is immutable, so any number of threads may run it at a time.
 struct Program
 {
     std::vector<Instruction> vCode;
     std::vector<ByteSet> vSets;
 
-    /// Two for each group, the whole match included.
+    /// The number of slots: two for each group, where the whole match is a group, too.
     std::size_t iSlots = 0;
 
     std::size_t iStates = 0;
 
-    /// A match can begin only at the beginning of the text.
+    /// Matches begin only at the beginning of the text.
     bool bAnchored = false;
 
-    /// The pattern may match the empty text; oFirst is then full.
+    /// The pattern may match the empty text.
     bool bNullable = false;
 
-    /// The bytes that a match can begin with.
+    /// The bytes that a match can begin with; all bytes if bNullable.
     ByteSet oFirst;
 
-    /// What every match begins with.
+    /// A text with which every match begins.
     std::string sPrefix;
 
-    /// Fills in everything below vSets; iArg of jumps are instructions by then.
+    /// Computes iDepth and iState of the instructions, and iStates and the fields after it. The targets of
+    /// jumps must be instruction numbers.
     void Analyse();
 
-    /// The first position from iAt on where a match may begin, or NOWHERE. iAt may lie behind the text.
+    /// The first position from iAt on where a match may begin, or NOWHERE. iAt may be beyond the end of the
+    /// text.
     std::size_t FindStart(std::string_view sText, std::size_t iAt) const;
 
-    /// Whether FindStart would stay at iAt.
+    /// Whether a match may begin at iAt. May be true where FindStart with its longer check moves on.
     bool CanStart(std::string_view sText, std::size_t iAt) const;
 
-    /// What an instruction that consumes takes.
+    /// The bytes that a consuming instruction accepts.
     ByteSet GetBytes(Instruction const & oInstruction) const;
 
-    /// Whether the instruction takes the byte at iAt, which may be the end of the text.
+    /// Whether the instruction accepts the byte at iAt. False at the end of the text.
     bool Consumes(Instruction const & oInstruction, std::string_view sText, std::size_t iAt) const
     {
         if (iAt == sText.size())
@@ -129,7 +133,7 @@ private:
     void FindBeginning();
 };
 
-/// Whether the assertion holds in front of the byte at iAt, which may be the end of the text.
+/// Whether the assertion holds at the position iAt, which is before the byte iAt or the end of the text.
 bool Holds(Assertion eAssertion, std::string_view sText, std::size_t iAt);
 
 /// Letters, digits and the underscore.

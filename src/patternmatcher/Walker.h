@@ -7,19 +7,20 @@
 namespace tsl::Pattern
 {
 
-/// One way through the program: the next instruction, the level (see Instruction) and the position.
+/// A path through the program: the next instruction, the level (see Instruction) and the position in the
+/// text.
 struct Path
 {
     std::uint32_t iPc;
     std::uint32_t iLevel;
     std::size_t iAt;
 
-    /// Level of a path that has just consumed a byte: no iteration began at this position.
+    /// The level of a path that has just consumed a byte: no iteration began at this position.
     static constexpr std::uint32_t NO_LOOP = UINT32_MAX;
 };
 
-/// Walks paths, that of the highest priority first, by the instructions that consume nothing. What is still
-/// to be walked lies in memory of the caller and not on the stack.
+/// Follows paths over the instructions that consume nothing, the path with the highest priority first.
+/// Pending paths are kept in a vector of the caller, not on the stack.
 class Walker
 {
 public:
@@ -28,14 +29,15 @@ public:
     {
     }
 
-    /// Begins anew with this path. The slots are the caller's; they are as he left them when all is walked.
+    /// Starts with this path. The slots belong to the caller. When Next has returned false, they have their
+    /// former values.
     void Begin(Path const & oPath)
     {
         m_vPending.clear();
         m_vPending.push_back(oPath);
     }
 
-    /// Takes the next path, with the slots as they were where it branched off. False if none is left.
+    /// Takes the next path and restores the slots to their values at its branch. False if no path is left.
     bool Next(Path & oPath)
     {
         while (!m_vPending.empty())
@@ -49,13 +51,13 @@ public:
         return false;
     }
 
-    /// The state in which the path arrives at an instruction that has states.
+    /// The number of the state in which the path arrives at an instruction, which must have states.
     static std::size_t GetState(Instruction const & oInstruction, Path const & oPath)
     {
         return oInstruction.iState + std::min<std::size_t>(oPath.iLevel, oInstruction.iDepth);
     }
 
-    /// Moves the path over an instruction that consumes nothing. False if the path ends there.
+    /// Executes an instruction that consumes nothing. False if the path ends there.
     bool Step(Instruction const & oInstruction, Path & oPath)
     {
         switch (oInstruction.eOp)
@@ -98,7 +100,7 @@ public:
     }
 
 private:
-    /// Instead of an instruction: the slot iLevel is to be set back to iAt.
+    /// In place of an instruction number: restore slot iLevel to iAt.
     static constexpr std::uint32_t RESTORE = UINT32_MAX;
 
     std::string_view m_sText;
