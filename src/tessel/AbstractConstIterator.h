@@ -1,14 +1,20 @@
 #pragma once
 
-/// A walk over elements of type T. Begin stands on the first element; whether a new iterator does so
-/// already is told where it is handed out. GetValue is valid until the walk moves on. An iterator is used
-/// by one thread at a time and must not outlive what it walks over, unless told otherwise.
+/// Iterates over elements of type T.
+///
+///     std::unique_ptr<AbstractConstIterator<tsl::Value>> const pElement(oCollection.GetConstIterator());
+///     for (pElement->Begin(); !pElement->IsEnd(); pElement->Next())
+///         pElement->GetValue().AddAsString(sText);
+///
+/// One thread at a time uses an iterator. Unless a class says otherwise, the iterator must not outlive the
+/// elements, and a reference that GetValue returned is valid until the iterator moves.
 template<class T>
 class AbstractConstIterator
 {
 public:
     virtual ~AbstractConstIterator() = default;
 
+    /// Moves to the first element. Where an iterator stands before that is up to the class.
     virtual void Begin() = 0;
     virtual void End() = 0;
     virtual void Next() = 0;
@@ -21,7 +27,7 @@ protected:
     AbstractConstIterator & operator=(AbstractConstIterator const &) = default;
 };
 
-/// A walk over elements that have names.
+/// Iterates over elements that have names. The name is valid as long as the value.
 template<class T>
 class AbstractNamedValueConstIterator : public AbstractConstIterator<T>
 {

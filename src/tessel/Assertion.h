@@ -8,26 +8,28 @@ namespace tsl
 class Result;
 class String;
 
-/// The library's one reaction to a broken internal rule, in every build.
+/// Reports a failed assertion and throws it, in every build.
 ///
-/// Makes a Result of error code 6 and category 2 with the text `XAssertion. Expression "..." failed.`,
-/// the information and the given source place, reports it as a ResultMessage on the global bus, and
-/// throws it as an Exception. What the bus answers is not looked at. An assertion that is raised while
-/// another one is being reported on the same thread is thrown without a report of its own. Callable
-/// from any thread; locks that the caller holds stay held until the stack unwinds. If the thread is cancelled
-/// while it reports, it ends there.
+///     if (!pObject)
+///         XAssertionFailed("pObject", "Object must not be null.");
 ///
-/// @param sExpression the broken rule as a text, "false" where the failure is unconditional
-/// @param sInfo what is known about the failure, "Unknown" if there is nothing to say
+/// The Result has error code 6, category 2 and the text `XAssertion. Expression "..." failed.` with sInfo and
+/// the source place. It goes to the global bus as a ResultMessage and is thrown as an Exception. A failure of
+/// the bus is ignored. An assertion that fails while another one is being reported on the same thread is only
+/// thrown. Any thread may call. Locks of the caller stay locked until the stack unwinds. If
+/// the thread is cancelled while it reports, it ends there.
+///
+/// @param sExpression the broken rule as a text, "false" for an unconditional failure
+/// @param sInfo what is known about the failure, "Unknown" for nothing
 [[noreturn]] TSL_EXPORT void XAssertionFailed(char const * sExpression, char const * sInfo,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
 
-/// The same with the information as a String.
+/// The same with a String.
 [[noreturn]] TSL_EXPORT void XAssertionFailed(char const * sExpression, String const & sInfo,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
 
-/// The same for a failure that a Result has caused: it takes the place of the information and stands in
-/// the history of what is thrown. A success leaves the history empty.
+/// The same for a failure that a Result has caused. Its text replaces sInfo, and it becomes the history of
+/// the thrown Result. A success leaves the history empty.
 [[noreturn]] TSL_EXPORT void XAssertionFailed(char const * sExpression, Result const & oCause,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
 

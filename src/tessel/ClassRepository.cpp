@@ -59,8 +59,8 @@ ClassRepository::~ClassRepository()
     if (m.use_count() > 1 || m->oClasses.empty())
         return;
 
-    // The failure is reported as far as the bus still stands; thrown any further it would end the
-    // program in the middle of its clean-up.
+    // A class was described and not unregistered. Report it if the bus still exists. An exception that leaves
+    // the destructor would terminate the program.
     try
     {
         XAssertionFailed("false", "Unknown");
@@ -138,7 +138,7 @@ void ClassRepository::Dump() const
             sLines +=
                 "ClassId=" + std::to_string(iClassId) + ", Class=" + pDescription->GetClassName() + "\n";
     }
-    // Without the lock, since the stream may be one of the program's own.
+    // Without the lock: the stream buffer may be the program's, and its code may use the repository.
     std::cout << sLines << std::flush;
 }
 

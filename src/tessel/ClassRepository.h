@@ -14,11 +14,15 @@ namespace tsl
 
 class Root;
 
-/// What the library knows of a class at run time: its name, its id, where it comes from, its registered
-/// base, and how an object of it is made.
+/// Describes a class at run time: its name, its id, its source file, its registered base, and its factory
+/// function.
 ///
-/// Each class has at most one description, made on first use by its GetStaticClassDesc. A description
-/// does not change, so any number of threads may read it.
+///     ClassDescription const & oClass = oObject.GetClassDesc();
+///     if (oClass.IsDerivedClass(Message::GetStaticClassDesc()))
+///         std::cout << oClass.GetClassName();
+///
+/// Each class has at most one description, created on first use by its GetStaticClassDesc and owned by the
+/// registry of static objects. A description is immutable, so any number of threads may read it.
 class TSL_EXPORT ClassDescription
 {
 public:
@@ -26,15 +30,14 @@ public:
 
     enum EKind
     {
-        eConcrete, ///< can be made from its description
-        eAbstract  ///< cannot
+        eConcrete, ///< the description can create objects
+        eAbstract  ///< it cannot
     };
 
-    /// Stores all arguments and registers the description, which is where the class id comes from; the
-    /// one given is not kept. The texts and the base are not owned and must outlive the description. A class name
-    /// that is null counts as "".
+    /// Registers the description. The class id comes from the repository; iClassId is ignored. The texts and
+    /// the base are not copied and must outlive the description. A null class name counts as "".
     ///
-    /// pType is the class itself if every object of it has this description, else null.
+    /// pType is the class's type if every object of exactly that type has this description, else null.
     ClassDescription(char const * sClassName, unsigned int const & iClassId, char const * sFile,
         bool bAbstract, Root * (*fFactory)(), ClassDescription const * pBase,
         std::type_info const * pType = nullptr);
@@ -42,21 +45,21 @@ public:
     ClassDescription(ClassDescription const &) = delete;
     ClassDescription & operator=(ClassDescription const &) = delete;
 
-    /// Two descriptions are the same if their class ids are.
+    /// Descriptions are equal if their class ids are.
     bool operator==(ClassDescription const & oOther) const { return m_iClassId == oOther.m_iClassId; }
     bool operator!=(ClassDescription const & oOther) const { return m_iClassId != oOther.m_iClassId; }
 
-    /// Unique within one run of the program, never 0; it depends on the order in which classes are first
-    /// used, so it must not be stored or sent to another process.
+    /// Unique within one run of the program and never 0. It depends on the order in which classes are first
+    /// used, so do not store it or send it to another process.
     unsigned int const & GetClassId() const { return m_iClassId; }
 
     /// Such as "class tsl::Root".
     char const * GetClassName() const { return m_sClassName; }
 
-    /// The same, under the name that the headers of some systems turn the other into.
+    /// The same as GetClassName, which is a macro of this name in the headers of some systems.
     char const * GetClassNameA() const { return GetClassName(); }
 
-    /// Null at the top of a hierarchy.
+    /// The description of the registered base; null if there is none.
     ClassDescription const * GetBaseClassDescription() const { return m_pBase; }
 
     /// The name of the base, or "<keine>".
@@ -67,17 +70,17 @@ public:
 
     bool IsAbstract() const { return m_bAbstract; }
 
-    /// The class's CreateNew, or null.
+    /// The factory function, whose result the caller deletes; null if there is none.
     Root * (*GetFactoryFunction() const)() { return m_fFactory; }
 
-    /// Whether the class is the given one or stands below it.
+    /// Whether the class is oBase or derived from it, directly or not.
     bool IsDerivedClass(ClassDescription const & oBase) const
     {
         // Fast path of any depth (R12). Ids are unique, so the same class is the same object.
         return oBase.m_iDepth <= m_iDepth && m_aLine[oBase.m_iDepth] == &oBase;
     }
 
-    /// True if objects of exactly that class have this description. False says nothing.
+    /// True if objects of exactly that type have this description. False means only that this is not known.
     bool IsOfType(std::type_info const & oType) const { return m_pType == &oType; }
 
 private:
@@ -92,11 +95,12 @@ private:
     std::unique_ptr<ClassDescription const *[]> m_aLine; ///< from the top of the hierarchy down to this class
 };
 
-/// The table of all class descriptions of the process. It owns none of them.
+/// The table of all class descriptions of the process. It does not own them.
 ///
-/// Any thread may use it at any time, so that classes may be touched first on any thread. The reference that
-/// GetClassList returns is for reading while no class is touched for the first time. The names of classes that have
-/// been unregistered stay in memory.
+///     std::unique_ptr<Root> const pObject(ClassRepository::Instance().CreateNew("class tsl::ValueString"));
+///
+/// Any thread may call at any time. Only the reference that GetClassList returns is not guarded: do not read it while
+/// another thread may use a class for the first time. The names of unregistered classes stay in memory.
 class TSL_EXPORT ClassRepository
 {
 public:
@@ -110,7 +114,7 @@ public:
     /// The one repository that descriptions register with.
     static ClassRepository & Instance();
 
-    /// Enters the description under the next class id and returns that. The first id of a run is 1.
+    /// Adds the description under the next class id and returns that id. The first id is 1.
     unsigned int Register(ClassDescription const & oDescription);
 
     /// Removes the entry of the description's class id, if there is one.
@@ -119,12 +123,13 @@ public:
     /// The description with that id, or null.
     ClassDescription const * GetClassDescription(unsigned int iClassId) const;
 
-    /// A new object of the class of that name, given exactly as GetClassName has it; the caller deletes
-    /// it. Null if no such class is known yet. Where several classes have the name, the smallest id
-    /// counts. A class that cannot be made is an assertion failure.
+    /// A new object of the class with that name, as GetClassName returns it; the caller deletes it. Null for
+    /// a null pointer and for a class that has not been used yet in this run. If several classes have the
+    /// name, the one with the smallest id is used. A class without a factory function is an assertion
+    /// failure.
     Root * CreateNew(char const * sClassName);
 
-    /// Not in service: always an assertion failure.
+    /// Not supported: always an assertion failure.
     Root * CreateNew(ClassDescription const * pDescription);
 
     /// All descriptions by class id.
@@ -138,11 +143,11 @@ private:
     std::shared_ptr<Private> m;
 };
 
-/// Makes the one description of class T and hands it to the registry of static objects. For use in the
-/// function-local static of T's GetStaticClassDesc.
+/// Creates the description of class T and registers it as a lasting static object. Call it once per class,
+/// from a function-local static in T's GetStaticClassDesc. Described does this.
 ///
-/// @param pBase the registered base, null at the top; taking it makes the base's description first
-/// @param fFactory T's CreateNew, or null if objects cannot be made from the description
+/// @param pBase the description of the registered base, or null
+/// @param fFactory creates an object of T; null if the description cannot create objects
 template<class T>
 ClassDescription const & DescribeClass(ClassDescription const * pBase, ClassDescription::EKind eKind,
     ClassDescription::FactoryFunction fFactory, char const * sFile = __builtin_FILE())

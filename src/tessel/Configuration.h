@@ -7,7 +7,16 @@
 namespace tsl
 {
 
-/// Base of all configuration classes.
+/// Base of the configuration classes, which carry the settings of an object of the library.
+///
+/// A program derives from the configuration class of what it uses and overrides what differs:
+///
+///     class ClockConfig : public ConsoleApplicationConfig
+///     {
+///         // ...
+///     };
+///
+/// One thread at a time uses an object. The class that takes it says who owns it.
 class TSL_EXPORT Configuration : public Described<Configuration, Root, ClassDescription::eAbstract>
 {
 public:

@@ -11,7 +11,7 @@
 namespace tsl
 {
 
-/// A place in the source.
+/// A file and line of the source.
 struct ClassSource
 {
     constexpr ClassSource(char const * sTheFile = __builtin_FILE(), int iTheLine = __builtin_LINE())
@@ -23,8 +23,8 @@ struct ClassSource
     int iLine;
 };
 
-/// The place that the description of a described class T names. It is empty unless it is given after the class, in
-/// the same file:
+/// The source place in the description of the class T. It is empty unless the file of the class specialises
+/// it after the class:
 ///
 ///     template<>
 ///     inline constexpr tsl::ClassSource tsl::CLASS_SOURCE<Greeting>{};
@@ -54,7 +54,8 @@ Root * MakeObject()
 template<class T>
 TSL_HIDDEN inline constinit std::atomic<ClassDescription const *> g_pDescription = nullptr;
 
-// Not a part of GetStaticClassDesc, since the library exports that one and not the static object.
+// Separate from Described::GetStaticClassDesc, which the library exports: this function and its static object
+// are not exported.
 template<class T, class RegisteredBase, ClassDescription::EKind eKind>
 [[gnu::noinline]] ClassDescription const & MakeDescription(ClassDescription::FactoryFunction fFactory)
 {
@@ -73,9 +74,9 @@ ClassDescription const & GetDescription(ClassDescription::FactoryFunction fFacto
 
 } // namespace TesselDetails
 
-/// Makes class Self, which derives from it, a class with a description: it gives Self what Root asks for but DoCopy,
-/// and the constructors of Base, which is what Self would derive from otherwise. The members of Base are reached
-/// through it, and Self calls a constructor of Base by the name Described.
+/// Base of a class Self that has a class description. It derives from Base, implements what Root requires
+/// except for DoCopy, and inherits the constructors of Base. Self calls a constructor of Base by the name
+/// Described.
 ///
 ///     class Greeting : public tsl::Described<Greeting, tsl::Message>
 ///     {
@@ -84,11 +85,11 @@ ClassDescription const & GetDescription(ClassDescription::FactoryFunction fFacto
 ///         ...
 ///     };
 ///
-/// Any thread may be the first to use the class. Its description belongs to the library and lasts until that is
-/// unloaded. Therefore a plug-in that is to be unloaded describes no classes of its own.
+/// Any thread may be the first to use the class. Its description is owned by the library and destroyed when
+/// the library is unloaded. Therefore a plug-in that will be unloaded must not describe classes of its own.
 ///
-/// @tparam eKind eAbstract for a class of which the description makes no objects. Any other class has a public
-///         default constructor, and no pure virtual function
+/// @tparam eKind eAbstract if the description cannot create objects. Any other class needs a public default
+///         constructor and no pure virtual functions
 /// @tparam RegisteredBase the base in the description, if it is not Base
 template<class Self, class Base, ClassDescription::EKind eKind = ClassDescription::eConcrete,
     class RegisteredBase = Base>
@@ -100,11 +101,12 @@ public:
     ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
     TSL_EXPORT static ClassDescription const & GetStaticClassDesc();
 
-    /// A new object, which the caller deletes. An abstract class fails an assertion. A class that is no Root, such as
-    /// a singleton, has no such function.
+    /// A new object, which the caller deletes. An assertion failure for eAbstract. Not available for a class
+    /// that is not derived from Root, such as a singleton.
     static Root * CreateNew() requires std::is_base_of_v<Root, Base>
     {
-        // The failure names the source of the class, which of a class of the library only the library knows.
+        // Called through the description: the failure contains CLASS_SOURCE, which for a class of the library
+        // is only defined in the library.
         if constexpr (eKind == ClassDescription::eAbstract)
             return GetStaticClassDesc().GetFactoryFunction()();
         else
@@ -112,8 +114,8 @@ public:
     }
 };
 
-// Not inline: for a class of the library it is a part of the library, which declares it extern, and is never a part
-// of a plug-in.
+// Not inline: for its own classes the library instantiates this and declares it extern, so that no plug-in
+// contains it.
 template<class Self, class Base, ClassDescription::EKind eKind, class RegisteredBase>
 ClassDescription const & Described<Self, Base, eKind, RegisteredBase>::GetStaticClassDesc()
 {

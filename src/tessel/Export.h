@@ -1,8 +1,7 @@
 #pragma once
 
-/// Marks what the shared library offers to its users; all else stays inside it.
+/// Exports a symbol from the shared library. Symbols are hidden by default.
 #define TSL_EXPORT [[gnu::visibility("default")]]
 
-/// Keeps in what would be offered along with a public class: a private record that the class nests, or a
-/// template instance for it.
+/// Hides a part of an exported class: a nested private record, or a template instance.
 #define TSL_HIDDEN [[gnu::visibility("hidden")]]

@@ -6,7 +6,8 @@
 namespace tsl
 {
 
-/// The library's one lasting T, default constructed on the first call. Any thread may call.
+/// The library's only T of this kind, default constructed on the first call and registered as a lasting
+/// object. Any thread may call.
 template<class T>
 TSL_HIDDEN T const & LastingObject()
 {

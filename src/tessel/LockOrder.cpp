@@ -21,8 +21,8 @@ namespace
 
 using Stack = std::array<void *, 24>;
 
-/// The locks that the calling thread holds, in the order in which it took them. What exceeds the room is not
-/// looked at.
+/// The locks that the calling thread holds, in the order in which it took them. Locks beyond COUNT_MAX are
+/// ignored.
 struct HeldLocks
 {
     static constexpr unsigned int COUNT_MAX = 16;
@@ -33,7 +33,8 @@ struct HeldLocks
 
 constinit thread_local HeldLocks t_oHeld{};
 
-/// The locks by their numbers, and which of them have been asked for under which.
+/// The recorded orders: a directed graph of locks, by their numbers. An edge leads from a lock to one that
+/// was taken while the first one was held.
 class Graph
 {
 public:
@@ -45,7 +46,7 @@ public:
         return oNode != m_oNodes.end() && oNode->second.oFollowers.contains(iWanted);
     }
 
-    /// The order is new; where in the program it was first is for the caller to fill in.
+    /// Adds an order. The caller fills in the returned stack of the place.
     Stack & Add(std::uint64_t iHeld, std::uint64_t iWanted)
     {
         Node & oHeld = m_oNodes[iHeld];
@@ -53,8 +54,7 @@ public:
         return oHeld.oFollowers[iWanted];
     }
 
-    /// The first step of a way from one lock to another that was taken under it, or under one that was, and so
-    /// on; null if there is none.
+    /// The stack of the first edge of a path from iFrom to iTo; null if there is no path.
     Stack const * FindWay(std::uint64_t iFrom, std::uint64_t iTo, std::set<std::uint64_t> & oSeen) const
     {
         auto const oNode = m_oNodes.find(iFrom);
@@ -81,10 +81,10 @@ public:
 private:
     struct Node
     {
-        // The locks that have been asked for under it, with the place where that was first.
+        // The locks that were taken while this one was held, with the stack of the first time.
         std::map<std::uint64_t, Stack> oFollowers;
 
-        // The locks under which it has been asked for.
+        // The locks that were held when this one was taken.
         std::set<std::uint64_t> oLeaders;
     };
 
@@ -109,7 +109,8 @@ constinit Graph * g_pGraph = nullptr;
     std::abort();
 }
 
-/// The graph's lock is no lock of the library, so a fork has to be kept away from it.
+/// Locks the graph. The NoKillScope keeps other threads from forking meanwhile: the graph's lock is a
+/// std::mutex, which would stay locked in the child.
 class GraphScope
 {
 public:
@@ -149,7 +150,7 @@ void LockOrder::Ask()
     }
     catch (std::bad_alloc const &)
     {
-        // A lock never fails, so an order that there is no memory for is noted another time.
+        // Locking never fails. Without memory the order is recorded the next time.
     }
 }
 
@@ -176,7 +177,7 @@ void LockOrder::Enter()
 
 void LockOrder::Leave()
 {
-    // Mostly the last one, but a program may give up its locks in any order.
+    // Locks may be released in any order.
     unsigned int const iCount = std::min(t_oHeld.iCount, HeldLocks::COUNT_MAX);
     auto * const pEnd = t_oHeld.apLocks + iCount;
     auto * const pPlace = std::find(t_oHeld.apLocks, pEnd, this);

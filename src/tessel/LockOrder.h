@@ -5,16 +5,15 @@
 namespace tsl
 {
 
-/// What a lock is for the check of the order in which locks are taken, which a debug build makes.
+/// A lock's part in the check for deadlocks in debug builds.
 ///
-/// A thread that waits for a lock while it holds another one has given the two an order, which holds for all
-/// threads until one of the locks is destroyed. One that asks for locks against that order could meet another
-/// thread half-way, and both would wait for ever: whether or not that happens, the program is stopped and both
-/// places are written to the standard error stream. Entries of a lock beyond the first one do not count, nor do
-/// attempts that do not wait.
+/// If a thread takes lock B while it holds lock A, the order A, B is recorded for all threads until one of
+/// the locks is destroyed. If any thread later takes A while it holds B, two threads could deadlock. Whether
+/// they do or not, the program is aborted, and the stacks of both places are written to the standard error
+/// stream. Recursive
+/// locking and TryToLock record no order.
 ///
-/// A lock of the library's own, under which nothing of the program is called, is in addition not to be held where
-/// a thread enters the global bus.
+/// In addition, a thread must not call the global bus while it holds an OwnMutex.
 class LockOrder
 {
 public:
@@ -31,7 +30,7 @@ public:
 
     void SetOwn() { m_bOwn = true; }
 
-    /// The calling thread is about to wait for the lock, has got it, gives it up.
+    /// The calling thread is about to take the lock (NoteWish), has taken it, releases it.
     void NoteWish()
     {
         if constexpr (IS_CHECKED)
@@ -48,14 +47,14 @@ public:
             Leave();
     }
 
-    /// The calling thread enters the bus.
+    /// The calling thread calls the bus.
     static void NoteBus()
     {
         if constexpr (IS_CHECKED)
             StopIfOwnLockIsHeld();
     }
 
-    /// Frees what the check has kept, when the library is unloaded.
+    /// Frees the memory of the check when the library is unloaded.
     static void NoteUnloading()
     {
         if constexpr (IS_CHECKED)
@@ -71,7 +70,7 @@ private:
     static void StopIfOwnLockIsHeld();
     static void FreeAll();
 
-    // 0 until the lock is first taken together with another one.
+    // 0 until the lock is first taken while another one is held, or the other way round.
     std::uint64_t m_iNumber = 0;
     bool m_bOwn = false;
 };

@@ -5,10 +5,10 @@
 namespace tsl
 {
 
-/// Takes a lock without waiting, for the library alone: the locks that it offers have no such operation.
+/// Takes a lock without waiting. Not public: the lock classes have no such operation.
 struct LockTrial
 {
-    /// Takes the lock if it is free or held by this thread; Unlock then gives it up.
+    /// Takes the lock if it is free or held by this thread. If it returns true, the caller calls Unlock.
     static bool TryToLock(CriticalSectionMutex & oLock);
 };
 

@@ -12,27 +12,27 @@
 namespace tsl
 {
 
-/// A lock that costs one atomic change to take and one to give up while nobody else wants it, which the
-/// recursive mutex of the standard library is far from.
+/// A recursive mutex that takes one atomic operation to lock and one to unlock while no other thread waits.
+/// That is much faster than std::recursive_mutex (R02, R06).
 struct TSL_HIDDEN CriticalSectionMutex::Section
 {
     enum State : int
     {
         eFree,
         eHeld,
-        eWanted ///< held, and others may be waiting
+        eWanted ///< held, and other threads may be waiting
     };
 
-    // Some two microseconds, as long as a line of the log takes.
-    static constexpr int LOOKS_BEFORE_SLEEP = 100;
+    // About two microseconds, the time that a line of the log takes (R02).
+    static constexpr int SPINS_BEFORE_SLEEP = 100;
 
-    // Of no thread, not even of one that has not held anything yet.
+    // No owner. Not 0, which a thread has before its first lock.
     static constexpr std::uint64_t NOBODY = UINT64_MAX;
 
     std::atomic<int> eState{eFree};
     std::atomic<std::uint64_t> iOwner{NOBODY};
 
-    /// Entries of the owner beyond the first one.
+    /// How often the owner has locked it again.
     unsigned int iMoreEntries = 0;
 
     LockOrder oOrder;
@@ -46,8 +46,8 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
 
     void WaitAndTake(ForcedEndState const & oSelf)
     {
-        // Most locks are held for less time than it takes to sleep and to be woken.
-        for (int i = 0; i < LOOKS_BEFORE_SLEEP; ++i)
+        // Most locks are held for less time than a thread takes to sleep and wake up.
+        for (int i = 0; i < SPINS_BEFORE_SLEEP; ++i)
         {
             if (TryToTake())
                 return;
@@ -90,7 +90,7 @@ void CriticalSectionMutex::Lock()
 {
     Section & oSection = *m_pSection;
 
-    // Only this thread itself can have entered this thread as the owner.
+    // Relaxed is enough: only this thread stores its own number as the owner.
     ForcedEndState & oSelf = t_oForcedEnd;
     if (oSection.iOwner.load(std::memory_order_relaxed) == oSelf.iThread)
     {

@@ -7,19 +7,24 @@
 namespace tsl
 {
 
-/// The library's exclusive lock. The thread that holds it may take it again and gives it up once per
-/// entry; every other thread waits without limit. There is no time-out and no try.
+/// A recursive mutex. The owner may lock it again and unlocks it once per Lock; other threads wait without
+/// limit.
 ///
-/// Copies and assigned objects share one lock, so that classes with a mutex member can be copied.
+///     CriticalSectionMutex oMutex;
+///     oMutex.Lock();
+///     ++g_iCounter;
+///     oMutex.Unlock();
 ///
-/// A process may be forked at any moment, and the child may use the library at once. The forking thread first
-/// waits until no other thread holds a lock of this kind, and keeps them from taking one until it has forked.
-/// It waits for 2 seconds at most: for a thread that holds a lock for longer, in a processor of messages for
-/// instance, and for 50 ms if that thread waits for a lock of the forking one. In the child such a lock is free,
-/// and what it guards is as the thread has left it. What the forking thread holds it holds in the child as well.
+/// Copies share one lock, so that a class with a mutex member can be copied.
 ///
-/// Only the forking thread is there in the child; objects that another thread was using without a lock, and
-/// static objects of the program that another thread was making, are lost to it.
+/// A process may fork at any time, and the child may use the library at once. The forking thread first waits
+/// until no other thread holds a lock of this kind, and keeps them from taking one until it has forked. It
+/// waits 2 seconds at most, and 50 ms for a thread that is waiting for a lock of the forking thread itself. A
+/// lock that is still held by another thread is free in the child; the data that it guards may be half
+/// changed. Locks of the forking thread stay locked in the child, with the same owner.
+///
+/// Only the forking thread exists in the child. Objects that another thread was using without a lock, and
+/// static objects of the program that another thread was initialising, are not usable there.
 class TSL_EXPORT CriticalSectionMutex
 {
 public:
@@ -28,12 +33,12 @@ public:
     CriticalSectionMutex(CriticalSectionMutex const & oSource);
     CriticalSectionMutex & operator=(CriticalSectionMutex const & oSource);
 
-    /// Waits until the lock is free or held by this thread, and takes it.
+    /// Takes the lock. Waits while another thread holds it.
     void Lock();
     void LockRead() { Lock(); }
     void LockWrite() { Lock(); }
 
-    /// Gives up one entry. The calling thread must hold the lock.
+    /// Undoes one Lock. The calling thread must hold the lock.
     void Unlock();
     void UnlockRead() { Unlock(); }
     void UnlockWrite() { Unlock(); }
@@ -46,13 +51,13 @@ private:
     std::shared_ptr<Section> m_pSection;
 };
 
-/// The same exclusive lock under a name that states an intention: a reader excludes every other reader.
-/// Readers are not shared on purpose, since re-entry by the holding thread is needed.
+/// The same mutex: despite its name, a reader excludes other readers. Sharing is not possible, since the
+/// owner must be able to lock again.
 class TSL_EXPORT ReaderWriterMutex : public CriticalSectionMutex
 {
 };
 
-/// A lock that does nothing, for a template that takes a mutex where no locking is wanted.
+/// A mutex that does nothing, as a template argument where no locking is wanted.
 class TSL_EXPORT DummyMutex
 {
 public:

@@ -10,13 +10,12 @@
 namespace tsl
 {
 
-/// Keeps some objects for whoever needs one next, so that what they have allocated need not be asked for
-/// anew.
+/// A cache of up to eight objects, which keep the memory that they have allocated (R02, R08).
 ///
-/// Any thread may take and give back. A few threads at once each find their own object again, which then
-/// need not move from one processor to another; more of them share, and get new objects now and then.
-/// Nothing belongs to a thread: what did would keep the library in the process for as long as the thread
-/// runs.
+/// Any thread may take an object and give it back. A thread uses the slot that its id selects. A few threads
+/// mostly get their own object back, which so stays in the cache of one processor; threads that share a slot
+/// sometimes get a new object. There is no thread_local object, whose destructor would keep the library
+/// loaded as long as the thread runs.
 template<class T>
 class ObjectCache
 {
@@ -30,7 +29,7 @@ public:
     ObjectCache(ObjectCache const &) = delete;
     ObjectCache & operator=(ObjectCache const &) = delete;
 
-    /// The object that was given back, as it was left, or else a new one.
+    /// An object that was given back, in the state in which it was left, or a new one.
     std::unique_ptr<T> Take()
     {
         std::unique_ptr<T> pObject(GetSlot().exchange(nullptr, std::memory_order_acquire));
@@ -43,13 +42,13 @@ public:
     }
 
 private:
-    // No two of them share a cache line.
+    // Each slot has a cache line of its own.
     struct alignas(64) Slot
     {
         std::atomic<T *> pObject{nullptr};
     };
 
-    // Ids of threads that were started one after the other differ by one.
+    // Threads that are started one after the other usually have successive ids, and so different slots.
     std::atomic<T *> & GetSlot() { return m_aSlots[Platform::GetThreadId() % m_aSlots.size()].pObject; }
 
     std::array<Slot, 8> m_aSlots;

@@ -5,8 +5,8 @@
 namespace tsl
 {
 
-/// A lock of an object of the library under which nothing of the program is called and nothing is reported. A
-/// debug build stops at a report under it.
+/// A lock for the library's own data. While it is held, no code of the program is called and nothing is
+/// reported on the bus. A debug build aborts if the bus is called under it.
 class OwnMutex : public ReaderWriterMutex
 {
 public:

@@ -9,13 +9,15 @@
 namespace tsl
 {
 
-/// Common base of the library's objects: it gives them a run-time class and polymorphic copying.
+/// Common base of the library's objects: a run-time class description and polymorphic copies.
 ///
-/// A class that takes part in the class system derives from Described, and has DoCopy of its own if it has a state.
-/// Its operations GetClassDesc, first among the virtual ones, the static GetStaticClassDesc and the static CreateNew
-/// come from there.
+///     std::unique_ptr<Root> const pCopy(oMessage.GetCopy());
+///     std::cout << pCopy->GetClassDesc().GetClassName();
 ///
-/// An object is used by one thread at a time unless its class says otherwise.
+/// A class derives from Described, which provides GetClassDesc, GetStaticClassDesc and CreateNew. A class
+/// with a state of its own overrides DoCopy.
+///
+/// One thread at a time uses an object, unless its class says otherwise.
 class TSL_EXPORT Root
 {
 public:
@@ -27,21 +29,21 @@ public:
     static ClassDescription const & GetStaticClassDesc();
     static Root * CreateNew();
 
-    /// Takes over the state of the source, which must be of this object's class or of one derived from
-    /// it; anything else is an assertion failure. The object itself as source changes nothing.
+    /// Copies the state of oSource, whose class must be the class of this object or derived from it; anything
+    /// else is an assertion failure. Setting an object to itself does nothing.
     void Set(Root const & oSource);
 
-    /// A new object of the same dynamic class and state; the caller deletes it. A class that cannot be
-    /// made from its description is an assertion failure.
+    /// A new object of the same class and with the same state; the caller deletes it. A class whose
+    /// description cannot create objects is an assertion failure.
     inline Root * GetCopy() const;
 
 protected:
     Root() = default;
 
-    /// Set under a second name, for derived classes.
+    /// The same as Set, for derived classes.
     void Copy(Root const & oSource);
 
-    /// Copies the state of the source, which has been found to be of this class or derived from it.
+    /// Copies the state of oSource, whose class has been checked: it is this class or derived from it.
     virtual void DoCopy(Root const & oSource) = 0;
 
 private:
@@ -53,8 +55,7 @@ private:
     };
 };
 
-// In the header, since messages are copied all the time and what is left here is hardly more than the calls
-// of the class itself.
+// Inline for speed (R06, R12): what remains of it is little more than the calls of the class itself.
 inline Root * Root::GetCopy() const
 {
     ClassDescription const & oClass = GetClassDesc();
@@ -68,7 +69,8 @@ inline Root * Root::GetCopy() const
     if (!pCopy) [[unlikely]]
         Private::FailNoCopy();
 
-    // An object of the very class need not be asked for its description, which is nearly always so.
+    // Fast path: an object of exactly this class, as nearly always, needs no virtual call for its
+    // description.
     std::unique_ptr<Root> pOwner(pCopy);
     if (!oClass.IsOfType(typeid(*pCopy)) && !oClass.IsDerivedClass(pCopy->GetClassDesc())) [[unlikely]]
         Private::FailForeignSource();

@@ -5,7 +5,7 @@
 namespace tsl
 {
 
-// Names for the library's own source files. In a public header they would hide or collide with a program's.
+// For the library's own source files. In a public header these names would collide with a program's.
 using TesselDetails::ReadLock;
 using TesselDetails::WriteLock;
 

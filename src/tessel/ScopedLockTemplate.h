@@ -1,11 +1,15 @@
 #pragma once
 
-/// What public templates need and programs do not. The name keeps it apart from namespaces of a program, also
-/// of one that is `using namespace tsl`.
+/// Implementation details of the public templates, not for programs. The name does not collide with a
+/// program's namespace, even after `using namespace tsl`.
 namespace tsl::TesselDetails
 {
 
-/// Holds a mutex for reading until the end of the scope, whichever way it is left.
+/// Locks a mutex for reading until the end of the scope:
+///
+///     TesselDetails::ReadLock const oScope(m_oLock);
+///
+/// Mutex is CriticalSectionMutex, ReaderWriterMutex or DummyMutex. It must outlive the scope.
 template<class Mutex>
 class ReadLock
 {
@@ -19,7 +23,7 @@ private:
     Mutex & m_oMutex;
 };
 
-/// Holds a mutex for writing until the end of the scope, whichever way it is left.
+/// Locks a mutex for writing until the end of the scope. The same rules as for ReadLock.
 template<class Mutex>
 class WriteLock
 {

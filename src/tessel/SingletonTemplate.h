@@ -9,8 +9,16 @@
 namespace tsl
 {
 
-/// Base of a class T of which the process has one object. The object is made on first use, also if several
-/// threads come at once, and belongs to the registry of static objects, which deletes it at the end.
+/// Base of a class T of which the process has one object.
+///
+///     class Settings : public Singleton<Settings>
+///     {
+///     public:
+///         static Settings & Instance() { return Singleton::Instance([] { return new Settings; }); }
+///     };
+///
+/// The first use creates the object; any thread may be the first. The registry of static objects owns it and
+/// deletes it at the end of the process.
 template<class T>
 class TSL_EXPORT Singleton
 {
@@ -21,8 +29,9 @@ public:
     virtual ClassDescription const & GetClassDesc() const { return GetStaticClassDesc(); }
     virtual ~Singleton() = default;
 
-    // Neither this nor Instance may become a part of the user's code: the objects are those of the library,
-    // and another compiler may give such objects names of its own and make them anew.
+    // Neither this nor Instance may be inlined into user code: for the library's singletons the static
+    // objects must be those of the library, and another compiler may name them differently and so create them
+    // again.
     [[gnu::noinline]] static ClassDescription const & GetStaticClassDesc()
     {
         static ClassDescription const & oDescription =
@@ -30,9 +39,9 @@ public:
         return oDescription;
     }
 
-    /// The one object. The first call makes it with the given function; later calls do not look at the
-    /// argument. No function, and a function that gives no object, are assertion failures with the name of
-    /// T as information.
+    /// The one object. The first call creates it by fCreator; later calls ignore the argument. A null
+    /// function and a function that returns null are assertion failures with the name of T as information;
+    /// the next call tries again.
     [[gnu::noinline]] static T & Instance(T * (*fCreator)())
     {
         static T & oObject = *RegisterSingletonObject(Private::InstanceEx(fCreator));

@@ -5,10 +5,9 @@
 #include <atomic>
 #include <cstdint>
 
-// The guards of the library's function-local statics, in the place of the runtime library's: a thread that
-// makes such an object holds something, so that no child is forked off meanwhile, which would find the guard
-// taken for ever. The names and the first byte's meaning are fixed by the C++ ABI, which all compilers here
-// follow; nobody outside of the library sees these functions.
+// The guards of the library's function-local statics, in place of the runtime library's. While a thread
+// initialises such an object, no other thread can fork: the child would find the guard locked for ever. The
+// names and the meaning of the first byte are fixed by the C++ ABI. These functions are not exported.
 
 namespace
 {
@@ -16,14 +15,14 @@ namespace
 enum State : int
 {
     eUnmade = 0,
-    eMade = 1, ///< what the compiler's code looks for in the first byte
+    eMade = 1, ///< the compiler's code checks the first byte for it
     eInMaking = 0x100,
-    eAwaited = 0x200 ///< in making, and others may be waiting
+    eAwaited = 0x200 ///< being initialised, and other threads may be waiting
 };
 
 static_assert(std::atomic_ref<int>::is_always_lock_free);
 
-/// Whether the calling thread is to make the object; else it has been made.
+/// True if the calling thread has to initialise the object. False if it has been initialised.
 bool Acquire(std::atomic_ref<int> eState)
 {
     for (;;)

@@ -30,7 +30,8 @@ struct TSL_HIDDEN StaticObjectRegistry::Private
         eLasting
     };
 
-    /// With what the handle says, which is asked without the lock: its class may be the program's.
+    /// Caches what the handle returns. The handle must not be called under the lock: its class may be the
+    /// program's.
     struct Entry
     {
         explicit Entry(StaticObjectPtrBase const & oHandle, Life eTheLife)
@@ -65,7 +66,7 @@ struct TSL_HIDDEN StaticObjectRegistry::Private
     OwnMutex oLock;
 };
 
-/// Ends the registry, by being destroyed at the end of the process or when the library is unloaded.
+/// Its destructor, at the end of the process or when the library is unloaded, deletes the registered objects.
 struct TSL_HIDDEN StaticObjectRegistry::End
 {
     ~End();
@@ -75,7 +76,8 @@ struct TSL_HIDDEN StaticObjectRegistry::End
 
 StaticObjectRegistry & StaticObjectRegistry::Instance()
 {
-    // Not simply a static object: at the end of the process it has to stay.
+    // In a buffer, since at the end of the process the registry must not be destroyed: other threads may use
+    // it.
     alignas(StaticObjectRegistry) static std::byte aMemory[sizeof(StaticObjectRegistry)];
     static StaticObjectRegistry & oRegistry = *new (aMemory) StaticObjectRegistry;
     static End const oEnd{oRegistry};
@@ -94,14 +96,15 @@ StaticObjectRegistry::End::~End()
 
 void StaticObjectRegistry::Private::DeleteObjects()
 {
-    // Without the lock, and each entry leaves before its object ends: the object's destructor may register
-    // further objects, which this loop then meets, and their addresses may be the one just freed.
+    // Objects are deleted without the lock, after their entry is removed: a destructor may register further
+    // objects, which this loop then deletes, and their addresses may be the one just freed.
     for (std::list<Entry> oTaken; TakeNext(oTaken); oTaken.clear())
         oTaken.front().pHandle->DeleteObject();
 }
 
-/// Takes the newest object that does not last out, or else the newest one. False if none is to go: at the end
-/// of the process, other threads may use what lasts and what the library is made of.
+/// Takes out the entry of the next object to delete: the newest one that is not lasting, else the newest one.
+/// False if there is none. At the end of the process lasting objects and the library's own stay, since other
+/// threads may use them.
 bool StaticObjectRegistry::Private::TakeNext(std::list<Entry> & oTaken)
 {
     bool const bAll = Platform::IsUnloading();
@@ -119,7 +122,7 @@ bool StaticObjectRegistry::Private::TakeNext(std::list<Entry> & oTaken)
     return true;
 }
 
-/// The handle, or null if the object is registered already.
+/// Adds the entry. Returns its handle, or null if the object is already registered.
 StaticObjectPtrBase const * StaticObjectRegistry::Private::Insert(std::list<Entry> & oNew)
 {
     WriteLock const oScope(oLock);

@@ -12,36 +12,38 @@ namespace tsl
 
 class ClassDescription;
 
-/// A handle on one long-lived object of any type. The handle is not the object's owner, except that
-/// DeleteObject ends it.
+/// A handle to a long-lived object of any type. It does not own the object, but can delete it. Programs rarely
+/// need it: the function RegisterStaticObject below creates the handle.
 class TSL_EXPORT StaticObjectPtrBase
 {
 public:
+    // Nothing to copy: the base has no state.
     StaticObjectPtrBase(StaticObjectPtrBase const &) {}
     StaticObjectPtrBase & operator=(StaticObjectPtrBase const &) { return *this; }
 
-    /// Ends the handle, never the object.
+    /// Destroys only the handle, not the object.
     virtual ~StaticObjectPtrBase();
 
-    /// A new handle on the same object; the caller deletes it.
+    /// A new handle to the same object; the caller deletes it.
     virtual StaticObjectPtrBase * Clone() const = 0;
 
-    /// The display text of the object's type; lives as long as the code that made the handle.
+    /// The name of the object's type, valid as long as the code that created the handle is loaded.
     virtual char const * GetTypeName() const = 0;
 
+    /// The address of the object; null after DeleteObject.
     virtual void * GetObject() const = 0;
 
-    /// The object itself if it is a class description, else null.
+    /// The object if it is a class description, else null.
     virtual ClassDescription const * GetDescription() const = 0;
 
-    /// Deletes the object and forgets it; does nothing the second time.
+    /// Deletes the object. Does nothing if the handle has already deleted it.
     virtual void DeleteObject() = 0;
 
 protected:
     StaticObjectPtrBase() = default;
 };
 
-/// The handle on a T. A null pointer is an assertion failure.
+/// A handle to a T. A null pointer is an assertion failure.
 template<class T>
 class StaticObjectPtr : public StaticObjectPtrBase
 {
@@ -73,37 +75,35 @@ inline ClassDescription const * StaticObjectPtr<ClassDescription>::GetDescriptio
     return m_pObject;
 }
 
-/// Owner of the library's long-lived objects. Each is made on first use and handed over here; when the
-/// library is unloaded all are deleted in the reverse order of their registration, so that what an object
-/// was built on outlives it.
+/// Owns objects that live until the library is unloaded or the process ends. They are deleted in the reverse
+/// order of their registration.
 ///
-/// What an object was built on is not all that it may need: its destructor may report something, and show a
-/// value, the first of its kind. So class descriptions, converters, null values and their like are registered
-/// as lasting objects, which are deleted when no other object is left, in the reverse order as well.
+///     static Table & oTable = *RegisterStaticObject(new Table); // any thread may be the first here
 ///
-/// At the end of the process, which other threads may not have noticed yet, the objects of the program are
-/// deleted likewise, but neither the lasting objects nor what the library has made for itself.
+/// Lasting objects are deleted after all others, in reverse order as well. They are what destructors of other
+/// objects may still need, for example for a report: class descriptions, converters, null values.
 ///
-/// A registration takes O(log n) for n objects.
+/// At the end of the process other threads may still run. Then only the objects that the program has
+/// registered are deleted, neither lasting objects nor what the library created while it was loaded.
 ///
-/// Any thread may register. An object that is deleted at the end may register further objects, which are
-/// deleted in turn.
+/// Any thread may register. A destructor of a registered object may register further objects, which are
+/// deleted next. A registration takes O(log n) for n objects.
 class TSL_EXPORT StaticObjectRegistry
 {
 public:
-    /// The one registry, made on the first call and destroyed when the library is unloaded.
+    /// The one registry, created on the first call and destroyed when the library is unloaded.
     static StaticObjectRegistry & Instance();
 
-    /// Takes the object over. The handle is copied, and the stored copy is returned. An object that is
-    /// registered already is an assertion failure.
+    /// Takes ownership of the object. Returns the stored copy of the handle, valid until the object is
+    /// deleted. An object that is already registered is an assertion failure.
     StaticObjectPtrBase const & RegisterStaticObject(StaticObjectPtrBase const & oHandle);
 
-    /// The same for an object that others may need in their destructors.
+    /// The same for an object that destructors of others may need.
     StaticObjectPtrBase const & RegisterLastingObject(StaticObjectPtrBase const & oHandle);
 
-    /// Takes the object over unless an object of a type of the same name is registered already. In that
-    /// case the new object is deleted, and the handle registered next after the one that matched is
-    /// returned; if the match was the newest, there is none, which is an assertion failure.
+    /// Takes ownership of the object, unless one with the same type name is already registered. In that case
+    /// the new object is deleted, and the handle that was registered right after the first match is returned.
+    /// If the match was registered last, that is an assertion failure.
     StaticObjectPtrBase const & RegisterSingletonObject(StaticObjectPtrBase & oHandle);
 
     /// Writes the types of all registered objects to the standard output, oldest first.
@@ -120,7 +120,7 @@ private:
 
     TSL_HIDDEN StaticObjectPtrBase const & Register(StaticObjectPtrBase const & oHandle, bool bLasting);
 
-    /// What has been registered up to now belongs to the library itself.
+    /// Marks what has been registered so far as the library's own.
     TSL_HIDDEN void KeepPresentObjects();
 
     struct Private;
@@ -128,7 +128,8 @@ private:
     std::unique_ptr<Private> m;
 };
 
-/// Hands an object over to the registry and returns it. Null is an assertion failure.
+/// Gives an object to the registry and returns it. Null is an assertion failure. Without memory the object is
+/// deleted and std::bad_alloc is thrown, as by the two functions below.
 template<class T>
 T * RegisterStaticObject(T * pObject)
 {
@@ -148,7 +149,7 @@ T * RegisterStaticObject(T * pObject)
     return pObject;
 }
 
-/// The same for an object that others may need in their destructors.
+/// The same for an object that destructors of others may need.
 template<class T>
 T * RegisterLastingObject(T * pObject)
 {
@@ -165,8 +166,8 @@ T * RegisterLastingObject(T * pObject)
     return pObject;
 }
 
-/// Hands the object of a singleton type over to the registry and returns what the registry holds for the
-/// type, which may be another object than the argument. Null is an assertion failure.
+/// Gives the object of a singleton type to the registry, by StaticObjectRegistry::RegisterSingletonObject,
+/// and returns the object of the handle that this returns. Null is an assertion failure.
 template<class T>
 T * RegisterSingletonObject(T * pObject)
 {

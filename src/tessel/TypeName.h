@@ -12,20 +12,22 @@
 namespace tsl
 {
 
-/// The display text of a type that is only known at run time, such as "class tsl::Message".
+/// The name of a type that is only known at run time, such as "class tsl::Message". Every type gets the
+/// prefix "class ".
 TSL_EXPORT std::string GetTypeName(std::type_info const & oType);
 
 namespace TesselDetails
 {
 
+/// A text that contains the name of T.
 template<class T>
 constexpr char const * GetSignature()
 {
     return __PRETTY_FUNCTION__;
 }
 
-/// The name of T as the compiler writes it. What stands around the name in a signature is the same
-/// for every type, so a type with a known name tells how much to cut off.
+/// The name of T, cut out of the compiler's text for a function signature. The text around the name is the
+/// same for every type; its lengths are found with a type whose name is known.
 template<class T>
 constexpr std::string_view GetBareTypeName()
 {
@@ -38,6 +40,7 @@ constexpr std::string_view GetBareTypeName()
     return sSignature.substr(iHead, sSignature.size() - iHead - iTail);
 }
 
+/// The zero-terminated name of T, with the prefix "class " for a class.
 template<class T>
 constexpr auto MakeTypeName()
 {
@@ -58,8 +61,12 @@ TSL_HIDDEN inline constexpr auto g_aTypeName = MakeTypeName<T>();
 
 } // namespace TesselDetails
 
-/// The display text of type T, such as "class tsl::Root" or "unsigned int". It is made at compile time,
-/// costs nothing at run time and lives as long as the code that asks for it.
+/// The name of the type T, such as "class tsl::Root" or "unsigned int".
+///
+///     std::cout << GetTypeName<Message>(); // class tsl::Message
+///
+/// It is made at compile time. The pointer is valid as long as the calling code is loaded. Any thread may
+/// call.
 template<class T>
 constexpr char const * GetTypeName()
 {

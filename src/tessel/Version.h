@@ -2,8 +2,8 @@
 
 #include <tessel/Export.h>
 
-// The version of the headers, for use in #if as well. Libraries with the same first two numbers can replace each
-// other; the name of the library's file has these two.
+// The version of the headers, also for use in #if. Libraries with the same major and minor number are
+// interchangeable; the file name of the library contains both numbers.
 #define TSL_VERSION_MAJOR 1
 #define TSL_VERSION_MINOR 0
 #define TSL_VERSION_PATCH 0
@@ -12,8 +12,10 @@
 namespace tsl
 {
 
-/// The version of the library that the program runs with, which may be newer than the headers that it was compiled
-/// with. Any thread may call.
+/// The version of the loaded library, which may be newer than the headers that the program was compiled with.
+/// Any thread may call.
+///
+///     std::cout << "compiled with " << TSL_VERSION_TEXT << ", runs with " << Version::GetText();
 class TSL_EXPORT Version
 {
 public:
