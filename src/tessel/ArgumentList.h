@@ -5,7 +5,7 @@
 namespace tsl
 {
 
-/// Ends a started argument list with the scope, whichever way it is left.
+/// Calls va_end for a started argument list at the end of the scope, also after an exception.
 class ArgumentListScope
 {
 public:

@@ -8,13 +8,13 @@
 namespace tsl
 {
 
-/// A text that a relative of printf has made. One that is too long, or that cannot be made, is an assertion
-/// failure.
+/// A text made by a function like vsnprintf. A text that is too long, or a failure of the function, is an
+/// assertion failure.
 class FormattedText
 {
 public:
-    /// @param sFormat for the report of a failure
-    /// @param fPrint writes into a buffer of a size, and answers, as vsnprintf does
+    /// @param sFormat the format, for the text of a failure
+    /// @param fPrint called with a buffer and its size; writes and returns the length as vsnprintf does
     template<class Print>
     FormattedText(char const * sFormat, Print const & fPrint)
     {

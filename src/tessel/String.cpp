@@ -18,7 +18,7 @@
 namespace tsl
 {
 
-/// The runtime library's character functions take a byte as an unsigned number.
+/// The argument for the runtime library's character functions, which must not be negative.
 static int AsByte(char c)
 {
     return static_cast<unsigned char>(c);
@@ -78,7 +78,7 @@ String & String::operator=(char const * sSource)
 
 bool String::IsSpace(char c)
 {
-    // What prints is no space in any locale. Most bytes of a text do, and the locale need not be asked.
+    // Fast path: printable ASCII is no space in any locale, so the locale is not used (R07, R08).
     bool const bPrints = c > ' ' && c <= '~';
     return !bPrints && std::isspace(AsByte(c)) != 0;
 }

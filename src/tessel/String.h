@@ -15,25 +15,31 @@ class Result;
 class StringFormator;
 class StringValidator;
 
-/// A text of bytes with the library's vocabulary around the standard string.
+/// A text of bytes: std::string with the library's operations.
 ///
-/// There is no null state (ValueString has one); a null `char const *` counts as the empty text. Nothing
-/// is known of encodings: positions and lengths are in bytes, and the character classes are those of the
-/// process's current locale. Searches return an index or -1. A text holds at most 2,147,483,647 bytes.
+///     String sText("Temperature: ");
+///     sText << 21 << " C";
+///     int const iColon = sText.Find(':'); // 11
+///     sText.Replace("Temperature", "t");  // "t: 21 C"
 ///
-/// To append takes time in proportion to what is appended, on average; to insert, erase or replace, in proportion to
-/// the text.
+/// A text cannot be null (a ValueString can); a null `char const *` counts as the empty text. Positions and
+/// lengths are in bytes; encodings are not interpreted. The character classes are those of the current locale
+/// of the process. Searches return an index or -1. A text has at most 2,147,483,647 bytes.
 ///
-/// A String is used by one thread at a time.
+/// Appending takes time in proportion to the appended text, on average; inserting, erasing and replacing in
+/// proportion to the whole text.
+///
+/// One thread at a time uses a String.
 class TSL_EXPORT String
 {
 public:
-    /// The longest text that Format makes, in bytes.
+    /// The longest text that Format can make, in bytes.
     static constexpr unsigned int FORMAT_LENGTH_MAX = 3998;
 
     String() = default;
     String(String const & sSource) = default;
     String(String && sSource) noexcept = default;
+    /// A copy of the text. Where the argument is a pointer, the text ends at its terminating zero.
     String(char const * sSource) : m_sText(sSource ? sSource : "") {}
     String(std::string const & sSource) : m_sText(sSource) {}
     String(std::string && sSource) noexcept : m_sText(std::move(sSource)) {}
@@ -46,24 +52,33 @@ public:
 
     String & operator=(String const & sSource) = default;
     String & operator=(String && sSource) noexcept = default;
+    /// Assign a copy of the text or a single byte. The argument may be a part of the text itself.
     String & operator=(std::string const & sSource);
     String & operator=(char c);
     String & operator=(char const * sSource);
 
+    /// Allocates memory for n bytes, so that appending up to them does not allocate.
     void Reserve(unsigned int n) { m_sText.reserve(n); }
+
+    /// Makes the text empty. The memory is kept.
     void Clear() { m_sText.clear(); }
 
+    /// The number of bytes, zero bytes included.
     unsigned int GetLength() const { return static_cast<unsigned int>(m_sText.size()); }
     bool IsEmpty() const { return m_sText.empty(); }
 
-    /// The byte at i. At or past the end: the standard out-of-range exception.
+    /// The byte at i. Throws std::out_of_range if i is not less than the length.
     char operator[](unsigned int i) const { return m_sText.at(i); }
     char GetAt(unsigned int i) const { return m_sText.at(i); }
 
-    /// The text with a terminating zero; holds until the next change.
+    /// The text with a terminating zero. The pointer is valid until the next change.
     char const * c_str() const { return m_sText.c_str(); }
+
+    /// The standard string that holds the text.
     std::string const & s_str() const { return m_sText; }
 
+    /// Character classes and letter case in the current locale of the process. IsAscii: whether the byte is
+    /// below 128.
     static bool IsSpace(char c);
     static bool IsAlnum(char c);
     static bool IsAlpha(char c);
@@ -79,65 +94,69 @@ public:
     static char ToLower(char c);
     static char ToUpper(char c);
 
-    /// The text from pos on, or n bytes of it, fewer at the end. A position past the end: the standard
-    /// out-of-range exception. What stands behind a zero byte is dropped.
+    /// The text from pos on, or at most n bytes of it. Throws std::out_of_range if pos is beyond the end. The
+    /// result is truncated at its first zero byte.
     String Mid(unsigned int pos) const;
     String Mid(unsigned int pos, unsigned int n) const;
 
-    /// The first n bytes, or all of a shorter text. What stands behind a zero byte is dropped.
+    /// The first n bytes, or the whole text if it is shorter. The result is truncated at its first zero byte.
     String Left(unsigned int n) const;
 
-    /// The last n bytes, with what stands behind a zero byte dropped; a shorter text whole.
+    /// The last n bytes, truncated at their first zero byte. A text that is shorter than n is returned whole,
+    /// zero bytes included.
     String Right(unsigned int n) const;
 
-    /// Erase n bytes at the left end, at the right end, or at pos; all or as many as there are. A
-    /// position past the end changes nothing.
+    /// Erase n bytes at the left end, at the right end, or from pos on; fewer if there are not so many. A
+    /// position beyond the end changes nothing. Delete is the same as CutMid.
     void CutLeft(unsigned int n);
     void CutRight(unsigned int n);
     void CutMid(unsigned int pos, unsigned int n);
     void Delete(unsigned int pos, unsigned int n) { CutMid(pos, n); }
 
-    /// Insert the text at pos, or append it if pos is past the end. The form with n takes at most n bytes
-    /// and stops at the terminating zero.
+    /// Insert the text at pos, or append it if pos is beyond the end. The forms with n use at most n bytes of
+    /// s and stop at its terminating zero; a null s changes nothing.
     void Insert(unsigned int pos, String const & s);
     void Insert(unsigned int pos, char const * s, unsigned int n);
     void Append(String const & s);
     void Append(char const * s, unsigned int n);
 
-    /// The first occurrence at or after pos.
+    /// The index of the first occurrence at or after pos, or -1.
     int Find(char c, unsigned int pos = 0) const;
     int Find(char const * s, unsigned int pos = 0) const;
     int Find(std::string const & s, unsigned int pos = 0) const;
     int Find(String const & s, unsigned int pos = 0) const;
 
-    /// The first byte at or after pos that is one of the given ones.
+    /// The index of the first byte at or after pos that is one of the bytes of s, or -1.
     int FindFirstOf(char const * s, unsigned int pos = 0) const;
     int FindFirstOf(String const & s, unsigned int pos = 0) const;
 
-    /// The last occurrence, or the last at or before pos; -1 if pos is past the end.
+    /// The index of the last occurrence, or of the last one at or before pos; -1 if there is none or pos is
+    /// beyond the end.
     int FindReverse(char c) const;
     int FindReverse(char c, unsigned int pos) const;
 
-    /// Replaces the first occurrence at or after pos and returns its index; only this one.
+    /// Replaces only the first occurrence at or after pos and returns its index, or -1.
     int Replace(char const * sWhat, char const * sWith, unsigned int pos = 0);
     int Replace(String const & sWhat, String const & sWith, unsigned int pos = 0);
 
+    /// Convert all letters, in the current locale. The Trim operations remove white space.
     void Upper();
     void Lower();
     void TrimLeft();
     void TrimRight();
     void Trim();
 
-    /// Negative, 0 or positive, byte by byte.
+    /// Compare byte by byte, as unsigned numbers. Negative, 0 or positive.
     int Compare(String const & s) const { return m_sText.compare(s.m_sText); }
     int Compare(std::string const & s) const { return m_sText.compare(s); }
     int Compare(char const * s) const { return m_sText.compare(s ? s : ""); }
 
-    /// Compares the first byte alone, as a signed char: "abc" equals 'a'. The empty text is below all.
+    /// Compares only the first byte, as a signed char: "abc" equals 'a'. The empty text is less than any c.
+    /// -1, 0 or 1.
     int Compare(char c) const;
 
-    /// Append; numbers are written as printf writes them with %d, %u, %f and %p, which for %f means the
-    /// decimal sign of the process's locale.
+    /// Append the argument, and return this object. Numbers and addresses are written as printf writes them
+    /// with %d, %u, %f and %p; %f uses the decimal point of the current locale.
     String & operator<<(String const & s) { return *this << s.m_sText; }
     String & operator<<(std::string const & s)
     {
@@ -160,6 +179,7 @@ public:
     String & operator<<(double f);
     String & operator<<(void * p);
 
+    /// The same as operator<<.
     String & operator+=(String const & s) { return *this << s; }
     String & operator+=(std::string const & s) { return *this << s; }
     String & operator+=(char const * s) { return *this << s; }
@@ -170,19 +190,20 @@ public:
     String & operator+=(double f) { return *this << f; }
     String & operator+=(void * p) { return *this << p; }
 
-    /// Replaces the text by what printf makes of the arguments in the process's locale, up to its first
-    /// zero byte. A result of more than FORMAT_LENGTH_MAX bytes is an assertion failure; the text then stays.
+    /// Replaces the text by what printf makes of the arguments in the current locale, truncated at the first
+    /// zero byte. A null format, and a result of more than FORMAT_LENGTH_MAX bytes, are assertion failures
+    /// that leave the text unchanged. The arguments may refer to the text itself.
     [[gnu::format(printf, 2, 3)]] void Format(char const * sFormat, ...);
     [[gnu::format(printf, 2, 0)]] void FormatArgList(char const * sFormat, va_list oArguments);
 
-    /// Asks the text's validator whether the text may stand.
+    /// Checks the text with its validator.
     [[nodiscard]] Result Validate() const;
 
-    /// Puts the text into the normal form that its formator gives it.
+    /// Normalises the text with its formator.
     void Formate();
 
-    /// What Validate and Formate use. A derived text brings its own rules; here nothing is refused and
-    /// nothing is changed. Shared objects that live as long as the library.
+    /// The objects that Validate and Formate use. A derived class overrides them with its own rules; these
+    /// accept every text and change nothing. They are shared, and valid until the library is unloaded.
     virtual StringValidator const & GetValidator() const;
     virtual StringFormator const & GetFormator() const;
 
@@ -190,7 +211,8 @@ private:
     std::string m_sText;
 };
 
-/// As Compare of the right operand. A text that is no String may stand on the left as well.
+/// Compare as String::Compare with the right operand. A std::string, a char const * or a char may also be the
+/// left operand.
 inline bool operator==(String const & sLeft, String const & sRight)
 {
     return sLeft.Compare(sRight) == 0;
@@ -224,11 +246,12 @@ inline std::strong_ordering operator<=>(String const & sLeft, char cRight)
     return sLeft.Compare(cRight) <=> 0;
 }
 
-/// Sums: the left text with the right operand appended. The left one is taken by value: a temporary's memory
-/// is reused, and an operator of a program's own for a derived class, on either side, fits better there.
+/// A copy of the left text with the right operand appended. The left operand is passed by value for two
+/// reasons: the memory of a temporary is reused, and a program's own operator for a derived class, on either
+/// side, is a better match.
 inline String operator+(String sLeft, String const & sRight)
 {
-    // The left text is moved while it is short, as a literal is in front of a String.
+    // Moved before it grows: a left text that was made of a literal is short and cheap to move.
     String sSum(std::move(sLeft));
     sSum << sRight;
     return sSum;

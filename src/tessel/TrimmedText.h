@@ -7,7 +7,7 @@
 namespace tsl
 {
 
-/// The text without the white space at both ends.
+/// The text without white space at both ends. It refers to the bytes of the argument.
 inline std::string_view Trimmed(std::string_view sText)
 {
     while (!sText.empty() && String::IsSpace(sText.front()))
