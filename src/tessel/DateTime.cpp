@@ -18,8 +18,7 @@ namespace tsl
 namespace
 {
 
-// Texts that do not fit into the first buffer are not delivered. The second one only tells whether the
-// format can be written at all.
+// A text that does not fit into TEXT_SIZE becomes empty. TEXT_SIZE_MAX decides whether that is a failure.
 constexpr std::size_t TEXT_SIZE = 128;
 constexpr std::size_t TEXT_SIZE_MAX = 4000;
 
@@ -31,8 +30,8 @@ struct TimeOfDay
     int iSecond;
 };
 
-/// With 0 for what the precision does not count.
-TimeOfDay Cut(TimeOfDay const & oTime, Time::Precision ePrecision)
+/// Sets the elements that are finer than the precision to 0.
+TimeOfDay Truncate(TimeOfDay const & oTime, Time::Precision ePrecision)
 {
     return {ePrecision >= Time::ePrecisionHour ? oTime.iHour : 0,
         ePrecision >= Time::ePrecisionMinute ? oTime.iMinute : 0,
@@ -45,15 +44,15 @@ void CheckDLS(int iDLS)
         XAssertionFailed("dls==Time::eDLSOff || dls==Time::eDLSOn || dls==Time::eDLSUnknown", "Invalid enum");
 }
 
-/// As strftime, which may look up the zone under a lock of the runtime library. A forked child would find that
-/// as it was; the hold keeps a fork away from it.
+/// The same as strftime, which may take a lock of the runtime library for the time zone. The NoKillScope
+/// keeps other threads from forking meanwhile: a child would find that lock held for ever.
 std::size_t WriteTime(char * pText, std::size_t iSize, char const * sFormat, std::tm const & oTm)
 {
     NoKillScope const oScope;
     return std::strftime(pText, iSize, sFormat, &oTm);
 }
 
-/// Throws an Exception if the text is empty or longer than anybody could want.
+/// Throws an Exception if the text is empty or does not fit into TEXT_SIZE_MAX.
 void ThrowIfUnformattable(char const * sFormat, std::tm const & oTm)
 {
     char aText[TEXT_SIZE_MAX];
@@ -101,12 +100,12 @@ void DateTimeElements::FromTm(std::tm const & oTm, Time::Precision ePrecision)
     m_ePrecision = ePrecision;
     SetDLS(oTm.tm_isdst);
 
-    // A wrapped year becomes the right one again in ToTm, and compares rightly as an unsigned number.
+    // A year that wraps around becomes right again in ToTm, and is compared rightly as an unsigned number.
     m_iYear = static_cast<int>(std::int64_t{oTm.tm_year} + Platform::YEAR_BASE);
     m_iMonth = oTm.tm_mon;
     m_iDay = oTm.tm_mday;
 
-    TimeOfDay const oTime = Cut({oTm.tm_hour, oTm.tm_min, oTm.tm_sec}, ePrecision);
+    TimeOfDay const oTime = Truncate({oTm.tm_hour, oTm.tm_min, oTm.tm_sec}, ePrecision);
     m_iHour = oTime.iHour;
     m_iMinute = oTime.iMinute;
     m_iSecond = oTime.iSecond;
@@ -119,7 +118,7 @@ void DateTimeElements::ToTm(std::tm & oTm) const
     oTm.tm_mon = m_iMonth;
     oTm.tm_mday = m_iDay;
 
-    TimeOfDay const oTime = Cut({m_iHour, m_iMinute, m_iSecond}, m_ePrecision);
+    TimeOfDay const oTime = Truncate({m_iHour, m_iMinute, m_iSecond}, m_ePrecision);
     oTm.tm_hour = oTime.iHour;
     oTm.tm_min = oTime.iMinute;
     oTm.tm_sec = oTime.iSecond;
@@ -127,9 +126,9 @@ void DateTimeElements::ToTm(std::tm & oTm) const
 
 int DateTimeElements::Compare(DateTimeElements const & oOther) const
 {
-    TimeOfDay const oTime = Cut({m_iHour, m_iMinute, m_iSecond}, m_ePrecision);
+    TimeOfDay const oTime = Truncate({m_iHour, m_iMinute, m_iSecond}, m_ePrecision);
     TimeOfDay const oOtherTime =
-        Cut({oOther.m_iHour, oOther.m_iMinute, oOther.m_iSecond}, oOther.m_ePrecision);
+        Truncate({oOther.m_iHour, oOther.m_iMinute, oOther.m_iSecond}, oOther.m_ePrecision);
     std::pair<int, int> const aElements[] = {{m_iYear, oOther.m_iYear}, {m_iMonth, oOther.m_iMonth},
         {m_iDay, oOther.m_iDay}, {oTime.iHour, oOtherTime.iHour}, {oTime.iMinute, oOtherTime.iMinute},
         {oTime.iSecond, oOtherTime.iSecond}};
@@ -227,7 +226,7 @@ struct TSL_HIDDEN DateTime::Private
 {
     static void Move(DateTime & oMoment, TimeSpan const & oSpan, int iDirection)
     {
-        // No sum overflows: the parts of a span are at most 59 s, 59 min, 23 h and the days of its range.
+        // No overflow: the parts of a span are at most 59 s, 59 min, 23 h and the days of an int of seconds.
         DateTimeElements oElements = oMoment.GetElements(TimeZone::eGreenwich);
         switch (oMoment.m_ePrecision)
         {
@@ -259,8 +258,8 @@ void DateTime::Sub(TimeSpan const & oSpan)
 
 void DateTime::Format(char const * sFormat, String & sText, TimeZone::EZone eZone) const
 {
-    // The elements go back into the same tm, so that the day of the week and the zone's name, which they
-    // do not have, are right as well.
+    // The truncated elements are stored in the same tm, which also has the day of the week and the zone's
+    // name.
     std::tm oTm{};
     TimeZone::ConvertToZone(m_iTime, eZone, oTm);
     DateTimeElements oElements(eZone);
@@ -272,7 +271,7 @@ void DateTime::Format(char const * sFormat, String & sText, TimeZone::EZone eZon
     if (WriteTime(aText, sizeof aText, sDirectives, oTm) == 0)
     {
         ThrowIfUnformattable(sDirectives, oTm);
-        // strftime tells nothing of what a buffer holds that was too small.
+        // After a failure of strftime the content of the buffer is unspecified.
         aText[0] = '\0';
     }
     sText = aText;

@@ -7,10 +7,15 @@
 namespace tsl
 {
 
-/// A stopwatch, in milliseconds. Its clock only goes forward, at the same pace whether the process works,
-/// waits or sleeps, and whatever happens to the time of day.
+/// A stopwatch, in milliseconds.
 ///
-/// An object is used by one thread at a time.
+///     Duration oTime;
+///     oTime.Start();
+///     DoWork();
+///     long const iMilliseconds = oTime.GetDuration();
+///
+/// Its clock is steady: it does not depend on the time of day, and runs on while the process waits or the
+/// machine is suspended. One thread at a time uses an object.
 class TSL_EXPORT Duration
 {
 public:
@@ -19,11 +24,11 @@ public:
     Duration & operator=(Duration const & oSource) = default;
     virtual ~Duration();
 
-    /// Runs from zero, also if it was running.
+    /// Starts or restarts from 0.
     void Start();
 
-    /// Stands still. A watch that stands takes the time until now as well; one that was never started
-    /// stays at 0.
+    /// Stops. If the watch has already been stopped, the duration becomes the time until now. A watch that
+    /// was never started stays at 0.
     void Stop();
 
     /// Milliseconds from Start until Stop, or until now while the watch runs; 0 before the first Start.

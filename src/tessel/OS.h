@@ -8,14 +8,17 @@ namespace tsl
 
 class String;
 
-/// A handful of services of the operating system. The functions have no state and may be called from any
-/// thread.
+/// Services of the operating system. The functions have no state; any thread may call them.
+///
+///     String sFolder;
+///     if (Result const oResult = OS::GetWorkingDirectory(sFolder); oResult.IsError())
+///         return oResult;
 class TSL_EXPORT OS
 {
 public:
     OS() = delete;
 
-    /// Suspends the calling thread for so many milliseconds; not at all for 0 or less.
+    /// Suspends the calling thread for iDuration milliseconds. Returns at once for 0 or less.
     static void Sleep(int iDuration);
 
     static int GetProcessId();
@@ -23,21 +26,22 @@ public:
     /// The system's id of the calling thread.
     static unsigned long GetThreadId();
 
-    /// The system's text for an error number: always a failure, with the number as its code, also for 0.
-    /// It has no source place.
+    /// A failure with the error number as its code and the system's text; also for 0. It has no source place.
     [[nodiscard]] static Result FormatError(int iError);
 
-    /// FormatError of the runtime library's last error on this thread.
+    /// FormatError for the last error of the calling thread (errno).
     [[nodiscard]] static Result GetLastError();
 
-    /// The name of the running program's file without folder and without a final ".exe". Code 10 if it
-    /// cannot be found out; the text then stays as it was.
+    /// The file name of the running program, without folder and without a final ".exe". Code 10 if the system
+    /// does not report it; sName then stays as it was.
     [[nodiscard]] static Result GetApplicationFileName(String & sName);
 
-    /// The folder of the running program's file, without a separator at the end. Failures as above.
+    /// The folder of the running program's file, without a separator at the end. Failures as for
+    /// GetApplicationFileName.
     [[nodiscard]] static Result GetApplicationFilePath(String & sPath);
 
-    /// The process's current directory. Code 1 if it cannot be found out; the text then stays as it was.
+    /// The current directory of the process. Code 1 if the system does not report it; sDirectory then stays
+    /// as it was.
     [[nodiscard]] static Result GetWorkingDirectory(String & sDirectory);
 };
 

@@ -3,13 +3,15 @@
 namespace tsl
 {
 
-/// The enumerations of the date and time classes.
+/// The enumerations of the date and time classes. It has no objects.
+///
+///     DateTime const oDay(iSeconds, Time::ePrecisionDay);
 class Time
 {
 public:
     Time() = delete;
 
-    /// The finest element of a moment or of a span that counts. Coarser ones count as well.
+    /// The finest element of a time or a span that counts. Coarser elements always count.
     enum Precision : int
     {
         ePrecisionDay = 0,
@@ -18,12 +20,12 @@ public:
         ePrecisionSecond = 3
     };
 
-    /// Daylight saving, as the runtime library's broken-down time has it.
+    /// Daylight saving, with the values of tm_isdst.
     enum
     {
         eDLSOff = 0,
         eDLSOn = 1,
-        eDLSUnknown = -1 ///< the runtime library finds it out
+        eDLSUnknown = -1 ///< conversions of local time find it out
     };
 };
 

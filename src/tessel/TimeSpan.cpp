@@ -19,7 +19,7 @@ TimeSpan::TimeSpan(int iDays, int iHours, int iMinutes, int iSeconds)
 
 int TimeSpan::GetAsSeconds() const
 {
-    // In 64 bits no sum overflows; the way back into an int wraps around.
+    // No sum overflows 64 bits; the conversion to int wraps around.
     std::int64_t iTotal = 0;
     switch (m_ePrecision)
     {

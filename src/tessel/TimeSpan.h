@@ -6,22 +6,25 @@
 namespace tsl
 {
 
-/// An amount of time in days, hours, minutes and seconds, where a day always has 86400 seconds.
+/// A length of time in days, hours, minutes and seconds. A day always has 86400 seconds.
 ///
-/// All parts carry the sign of the amount. Seconds are counted in an int, about 68 years each way, and
-/// wrap around beyond that as two's complement does. An object is used by one thread at a time.
+///     TimeSpan const oSpan(0, 25, 0, 0); // 25 hours
+///     int const iDays = oSpan.GetDays(); // 1, and GetHours is 1 as well
+///
+/// All parts have the sign of the length. The total is an int of seconds, about 68 years in both directions;
+/// beyond that it wraps around in two's complement. One thread at a time uses an object.
 class TSL_EXPORT TimeSpan
 {
 public:
-    /// Nothing at all, with a precision of seconds.
+    /// No time, precision of seconds.
     TimeSpan() = default;
 
-    /// The amount spread over the parts, with a precision of seconds: 90061 is 1 day, 1 hour, 1 minute
-    /// and 1 second.
+    /// Splits the seconds into the parts: 90061 is 1 day, 1 hour, 1 minute and 1 second. Precision of
+    /// seconds.
     TimeSpan(int iSeconds);
 
-    /// The same for parts of any size, such as 25 hours. Parts of mixed signs may lose some of the
-    /// amount: 1 minute and -1 second become 0 minutes and -1 second.
+    /// The same for parts of any size, such as 25 hours. With parts of mixed signs some of the time may be
+    /// lost: 1 minute and -1 second become 0 minutes and -1 second.
     TimeSpan(int iDays, int iHours, int iMinutes, int iSeconds);
 
     int GetDays() const { return m_iDays; }
@@ -31,15 +34,15 @@ public:
 
     Time::Precision GetPrecision() const { return m_ePrecision; }
 
-    /// Finer parts are kept, but GetAsSeconds looks past them.
+    /// Finer parts are kept, but GetAsSeconds ignores them.
     void SetPrecision(Time::Precision ePrecision) { m_ePrecision = ePrecision; }
 
-    /// The amount of the parts that the precision counts; 0 for a number that is no precision.
+    /// The parts up to the precision as a number of seconds; 0 if the precision is none of the enumerators.
     int GetAsSeconds() const;
 
 protected:
-    /// Brings the parts into their ranges, each from what GetAsSeconds tells; the seconds from their own
-    /// former number.
+    /// Brings the parts into their ranges: days, hours and minutes are computed from GetAsSeconds, the
+    /// seconds from their own former value.
     void Normalize();
 
 private:

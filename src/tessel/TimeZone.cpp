@@ -15,7 +15,7 @@ namespace tsl
 
 static constexpr long SECONDS_PER_HOUR = 3600;
 
-// From eNewZealand on.
+// In the order of EZone, from eNewZealand on.
 static constexpr char const * ZONE_TEXTS[] = {"NewZealand", "CarolineIslands", "MarianaIslands", "Japan",
     "China", "Java", "Kazakh", "Pakistan", "CaspianSea", "Ukraine", "Nile", "Europe", "Greenwich", "Azores",
     "Oscar", "Greenland", "Atlantic", "USEastern", "USCentral", "USMountain", "USPacific", "Yukon", "Hawaii",
@@ -80,7 +80,7 @@ void TimeZone::ConvertFromZone(std::tm & oElements, EZone eZone, long long & iTi
         XAssertionFailed("false",
             String("Conversion from time zone ") + GetZoneAsText(eZone) + " + is not implemented yet");
 
-    // The runtime library's only sign of failure is also the time of one second before 1970.
+    // The runtime library reports failure only by -1, which is also the time one second before 1970.
     if (iConverted == -1)
         Exception::Throw(MakeResult(ERR::eBadData, "Time components cannot be converted to time"));
     iTime = iConverted;

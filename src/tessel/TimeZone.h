@@ -7,21 +7,24 @@
 namespace tsl
 {
 
-/// The whole-hour zones of the world by name, and conversions between a 64-bit time and its elements.
+/// The whole-hour time zones by name, and conversions between times and calendar elements.
 ///
-/// Times are seconds since 1970-01-01 00:00:00 UTC. Two zones can be converted: the computer's local one
-/// and Greenwich. A machine whose standard time is not a whole number of hours away from Greenwich, or
-/// more than 12, has no local zone, and then nothing can be converted.
+///     std::tm oElements{};
+///     TimeZone::ConvertToZone(oMoment.GetAsTime_t(), TimeZone::GetLocal(), oElements);
 ///
-/// The zone is the one that the process had when Init was last called. A program that changes its
-/// environment variable TZ calls Init again; what is converted before that may be in either zone. All
-/// operations but Init may be called from any thread.
+/// Times are seconds since 1970-01-01 00:00:00 UTC. Only the local zone and Greenwich (UTC) can be converted.
+/// If the local standard time is not a whole number of hours, or more than 12 hours, away from Greenwich,
+/// there is no local zone and every conversion fails.
+///
+/// The local zone is the one that the process had at the last Init. A program that changes the environment
+/// variable TZ calls Init again; conversions before that may use either zone. Any thread may call all
+/// operations but Init.
 class TSL_EXPORT TimeZone
 {
 public:
     TimeZone() = delete;
 
-    /// Hours west of Greenwich in standard time; zones east of it are negative.
+    /// Hours west of Greenwich in standard time; negative to the east.
     enum EZone : int
     {
         eNewZealand = -12,
@@ -51,26 +54,27 @@ public:
         eEniwetok = 12
     };
 
-    /// Loads the zone of the process, which the library does when it is loaded. Always true.
+    /// Loads the zone of the process. The library does this when it is loaded. Always true.
     static bool Init();
 
-    /// The enumerator's name without its "e"; empty for a number that is no zone.
+    /// The name of the enumerator without its "e"; "" for any other number. It is never freed.
     static char const * GetZoneAsText(EZone eZone);
 
-    /// The local zone. Assertion failures: "seconds%3600==0" if it is not a whole number of hours away
-    /// from Greenwich, "hours >= eNewZealand && hours <= eEniwetok" if it is too far away, "err==0" if
-    /// the system does not tell (with a Result of code 7).
+    /// The local zone. Assertion failures: "seconds%3600==0" if it is not a whole number of hours away from
+    /// Greenwich, "hours >= eNewZealand && hours <= eEniwetok" if it is too far away, "err==0" if the system
+    /// does not report it (with a Result of code 7).
     static EZone GetLocal();
 
-    /// Breaks a time into elements. The local zone has its daylight saving, also where it is Greenwich.
-    /// A year that an int cannot hold throws an Exception of code 2 with the system's error as its cause.
-    /// Any other zone is an assertion failure that names it; those of GetLocal may come first.
+    /// Splits a time into calendar elements. The local zone applies daylight saving, also if it is Greenwich.
+    /// A year that does not fit into an int throws an Exception of code 2 with the system's error as previous
+    /// failure. A zone that is neither local nor Greenwich is an assertion failure that names it. GetLocal is
+    /// called first and may fail.
     static void ConvertToZone(long long iTime, EZone eZone, std::tm & oElements);
 
-    /// The way back. Elements outside of their ranges count on, such as second 75, and are put right in
-    /// place. In the local zone tm_isdst tells whether they are daylight-saving time, -1 if that is to be
-    /// found out. Elements too far away throw an Exception of code 2, and so do those of the time -1, one
-    /// second before 1970 began; iTime then stays. Other zones as above.
+    /// Converts calendar elements to a time. Elements out of range, such as second 75, are carried over and
+    /// normalised in place. In the local zone tm_isdst says whether they are daylight saving time; -1 means
+    /// unknown. Elements that no time can hold throw an Exception of code 2, and so do those of the time -1,
+    /// one second before 1970; iTime then stays as it was. Other zones fail as in ConvertToZone.
     static void ConvertFromZone(std::tm & oElements, EZone eZone, long long & iTime);
 };
 

@@ -10,13 +10,18 @@
 namespace tsl
 {
 
-/// The nullable moment.
+/// A DateTime that can be null.
 ///
-/// A null value is there to be asked and to be set, and for nothing else: whatever needs the moment, being
-/// copied included, fails the assertion "!m_bNull" with "Value must not be NULL". All else is told at
-/// DateTime, to which the operations of the same names go.
+///     ValueDateTime oStart; // null
+///     oStart = DateTime(DateTime::eNow);
+///     String sText;
+///     oStart.Format("%H:%M", sText, TimeZone::GetLocal());
 ///
-/// It has no text form of its own; Format gives one.
+/// A null value can only be tested and set. Everything else, also copying it, fails the assertion "!m_bNull"
+/// with "Value must not be NULL". The operations call those of DateTime with the same names, where they are
+/// described.
+///
+/// Its converter writes no time; use Format. One thread at a time uses an object.
 class TSL_EXPORT ValueDateTime : public Described<ValueDateTime, Value>
 {
 public:
@@ -33,17 +38,21 @@ public:
     ValueDateTime & operator=(ValueDateTime const & oSource);
     ValueDateTime & operator=(DateTime const & oDateTime);
 
-    /// Makes the value non-null, also if the elements cannot be taken: the moment then is the former one.
+    /// Sets the time from the elements. Makes the value non-null, also after a failure, which leaves the
+    /// former time.
     void SetElements(DateTimeElements const & oElements);
 
     bool IsNull() const override { return m_bNull; }
     void SetNull() override { m_bNull = true; }
     ValueConverter const & GetConverter() const override;
 
-    /// The shared null moment.
+    /// A shared null value.
     static ValueDateTime const & Null();
 
+    /// The time, which must not be null. The reference is valid as long as this object.
     DateTime const & AsDateTime() const;
+
+    /// See DateTime. The value must not be null.
     DateTimeElements GetElements(TimeZone::EZone eZone) const { return AsDateTime().GetElements(eZone); }
     void GetElements(DateTimeElements & oElements) const { AsDateTime().GetElements(oElements); }
     int GetYear(TimeZone::EZone eZone) const { return AsDateTime().GetYear(eZone); }
@@ -58,8 +67,8 @@ public:
     Time::Precision GetPrecision() const { return AsDateTime().GetPrecision(); }
     long long GetAsTime_t() const { return AsDateTime().GetAsTime_t(); }
 
-    /// As DateTime::Compare. A null receiver fails the assertion "!m_bNull" with "Invalid operation.
-    /// ValueDateTime is NULL"; a null argument fails first.
+    /// The same as DateTime::Compare. If this value is null, the assertion "!m_bNull" fails with "Invalid
+    /// operation. ValueDateTime is NULL"; a null argument fails first, with "Value must not be NULL".
     int Compare(DateTime const & oOther) const;
     int Compare(ValueDateTime const & oOther) const { return Compare(oOther.AsDateTime()); }
 
@@ -74,7 +83,7 @@ private:
 
 extern template ClassDescription const & Described<ValueDateTime, Value>::GetStaticClassDesc();
 
-/// By Compare. A DateTime on either side stands for a ValueDateTime.
+/// Compare as ValueDateTime::Compare. A DateTime may be used for either operand.
 inline bool operator==(ValueDateTime const & oLeft, ValueDateTime const & oRight)
 {
     return oLeft.Compare(oRight) == 0;
