@@ -20,9 +20,9 @@ namespace tsl
 namespace
 {
 
-/// The format with the texts put in.
+/// Formats the texts.
 template<class... Texts>
-String Print(char const * sFormat, Texts const &... sTexts)
+String FormatText(char const * sFormat, Texts const &... sTexts)
 {
     String sText;
     sText.Format(sFormat, sTexts.c_str()...);
@@ -52,7 +52,7 @@ Result ReadChapters(IniLineReader & oReader, String const & sName, IniChapters &
     return Result();
 }
 
-/// Succeeds if the text is what its number is written as.
+/// Succeeds if writing the number again gives the same text.
 bool ParseInt32(std::string_view sText, int & iValue)
 {
     int iNumber = 0;
@@ -106,7 +106,7 @@ Result IniFile::Open(String const & sName)
 
 Result IniFile::Open(String const & sName, std::uint64_t iSizeMax)
 {
-    // The name may be the own one, which goes.
+    // A copy: sName may be the own name, which Close clears.
     String sFileName(sName);
     Close();
 
@@ -115,7 +115,7 @@ Result IniFile::Open(String const & sName, std::uint64_t iSizeMax)
         return MakeResult(
             ERR::eNotFound, String("Error while opening file '") + sFileName + "'.", OS::FormatError(iError));
 
-    // An exception leaves the object closed and empty.
+    // Read into a local variable: an exception leaves the object closed and empty.
     IniChapters oChapters;
     Result oResult = ReadChapters(oReader, sFileName, oChapters);
     m->oChapters = std::move(oChapters);
@@ -158,7 +158,7 @@ bool IniFile::GetString(String const & sChapter, String const & sKey, String & s
 {
     bool const bFound = GetString(sChapter, sKey, sValue);
 
-    // Cleared in either case, since a failure that is assigned to a failure adds to its history.
+    // Cleared first: assigning a failure to a failure would add to its history.
     oResult.Clear();
     if (!bFound)
         oResult = m->Explain(sChapter, sKey);
@@ -180,8 +180,8 @@ bool IniFile::GetInt32(String const & sChapter, String const & sKey, int & iValu
         return true;
 
     oResult = MakeResult(ERR::eBadData,
-        Print("Error accessing IniFile '%s'. Key '%s' in chapter '%s' is no valid integer.", m->sFileName,
-            sKey, sChapter),
+        FormatText("Error accessing IniFile '%s'. Key '%s' in chapter '%s' is no valid integer.",
+            m->sFileName, sKey, sChapter),
         Result::eCategoryFault);
     return false;
 }
@@ -199,7 +199,7 @@ Result IniFile::GetKeys(String const & sChapter, std::vector<String> & vNames) c
 {
     m->AssertOpen();
 
-    // The chapter may be one of the names, which go.
+    // A copy: sChapter may be an element of vNames, which is cleared.
     String const sAsked(sChapter);
     vNames.clear();
 
@@ -224,7 +224,7 @@ std::optional<std::string_view> IniFile::Private::Find(String const & sChapter, 
 {
     AssertOpen();
 
-    // What is found as it is asked for needs no trimming and no check, the empty name apart.
+    // Fast path (R07): an exact match needs no trimming and no validation. The empty key must not be found.
     if (!sKey.IsEmpty())
         if (auto const sFound = FindExactly(sChapter, sKey))
             return sFound;
@@ -245,7 +245,7 @@ std::optional<std::string_view> IniFile::Private::FindExactly(
     return oChapter->second.FindValue(sKey.s_str());
 }
 
-/// Why Find finds nothing: the first of its checks that fails.
+/// The reason why Find finds nothing.
 Result IniFile::Private::Explain(String const & sChapter, String const & sKey) const
 {
     ChapterName const sChapterName(sChapter.s_str());
@@ -254,25 +254,25 @@ Result IniFile::Private::Explain(String const & sChapter, String const & sKey) c
         return MakeInvalidChapter(sChapter, oCause);
     if (Result const oCause = sKeyName.Validate(); oCause.IsError())
         return MakeResult(ERR::eBadData,
-            Print("Error accessing IniFile '%s'. KeyName '%s' not valid.", sFileName, sKey), oCause);
+            FormatText("Error accessing IniFile '%s'. KeyName '%s' not valid.", sFileName, sKey), oCause);
     if (!oChapters.contains(sChapterName.s_str()))
         return MakeUnknownChapter(sChapterName);
     return MakeResult(ERR::eBadData,
-        Print("Error accessing IniFile '%s'. Key '%s' does not exist in chapter '%s'.", sFileName, sKeyName,
-            sChapterName),
+        FormatText("Error accessing IniFile '%s'. Key '%s' does not exist in chapter '%s'.", sFileName,
+            sKeyName, sChapterName),
         Result::eCategoryFault);
 }
 
 Result IniFile::Private::MakeInvalidChapter(String const & sChapter, Result const & oCause) const
 {
     return MakeResult(ERR::eBadData,
-        Print("Error accessing IniFile '%s'. ChapterName '%s' not valid.", sFileName, sChapter), oCause);
+        FormatText("Error accessing IniFile '%s'. ChapterName '%s' not valid.", sFileName, sChapter), oCause);
 }
 
 Result IniFile::Private::MakeUnknownChapter(ChapterName const & sChapter) const
 {
     return MakeResult(ERR::eBadData,
-        Print("Error accessing IniFile '%s'. Chapter '%s' does not exist.", sFileName, sChapter),
+        FormatText("Error accessing IniFile '%s'. Chapter '%s' does not exist.", sFileName, sChapter),
         Result::eCategoryFault);
 }
 

@@ -11,29 +11,34 @@
 namespace tsl
 {
 
-/// A configuration file, read whole into memory: chapters with keys and values. Nothing is written back.
+/// A configuration file with chapters, keys and values, read completely into memory. It is never written.
+///
+///     IniFile oFile;
+///     int iPort = 8080; // the default
+///     if (oFile.Open("server.ini").IsOk())
+///         oFile.GetInt32("Net", "Port", iPort);
+///
+/// The format:
 ///
 ///     ; a comment
 ///     [Chapter]
 ///     Key = a value
 ///     += and its next line
 ///
-/// Lines count without white space at both ends; lines that are empty then or begin with ";" are skipped.
-/// A chapter line holds the name in brackets, and what stands behind them does not matter. A key line
-/// holds name and value around the first "="; there is no quoting, and a value may be empty. A longer line
-/// that begins with "+=" extends the value of the key above it by one blank and its text. Names consist
-/// of letters, digits, "/" and "_", and are case-sensitive; a chapter may occur once in a file, and a key
-/// once in a chapter. White space around a name does not count, in the file and in a query. A line of more
-/// than 499 bytes is cut there, and its rest is a line of its own; a zero byte ends the text of a line.
+/// White space at both ends of a line and around names is ignored; empty lines and lines that begin with ";"
+/// are skipped. A chapter line has the name in brackets; the rest of the line is ignored. A key line has name
+/// and value around the first "="; there are no quotes, and a value may be empty. "+=" with a text extends
+/// the value of the key above by a blank and the text. Names consist of letters, digits, "/" and "_" and are
+/// case-sensitive. A chapter may occur once in a file, a key once in a chapter. A line of more than 499 bytes
+/// is split there into two lines. A zero byte ends the text of a line.
 ///
-/// Only an open file may be asked; asking a closed one is an assertion failure. A getter that fails leaves
-/// the value as it was, so that a caller presets it with a default. The reasons of failures are formatted
-/// texts: one that names so much that it exceeds String::FORMAT_LENGTH_MAX is an assertion failure.
+/// Getters need an open file, else they are assertion failures. A getter that fails leaves the value as it
+/// was, so set a default before. A reason of a failure that exceeds String::FORMAT_LENGTH_MAX is an assertion
+/// failure.
 ///
-/// The time to open a file is in proportion to its size, and a value is found in the same time whatever that is,
-/// both on average. A list of n names is made in O(n log n).
-///
-/// Once Open has returned, any number of threads may ask. Copies share one content.
+/// Opening takes time in proportion to the size of the file, a lookup constant time, both on average. A list
+/// of n names takes O(n log n). After Open any number of threads may call the getters. Copies share one
+/// content.
 class TSL_EXPORT IniFile
 {
 public:
@@ -43,51 +48,50 @@ public:
     IniFile & operator=(IniFile const & oSource);
     virtual ~IniFile();
 
-    /// Drops what there is and reads the file.
+    /// Closes the present file and reads another one. Only regular files can be opened; it never waits for a
+    /// pipe or a device.
     ///
-    /// Code 5 with the system's error as previous failure: the file cannot be opened, and the object is
-    /// closed. Only regular files can; a pipe or a device is never waited for. Code 2 with the cause as
-    /// previous failure: a line breaks the rules (category 2) or the file cannot be read (category 1). The
-    /// object is open all the same with what stands above that line.
+    /// Code 5 with the system's error as previous failure: the file cannot be opened; the object is closed.
+    /// Code 2 with the reason as previous failure: a line has an error (category 2) or the file cannot be
+    /// read (category 1); the object is open with the content before that line.
     [[nodiscard]] Result Open(String const & sName);
 
-    /// Drops what there is; an open file without chapters and without a name. Always a success.
+    /// Closes the present file and becomes an open file without chapters and name. Always a success.
     [[nodiscard]] Result OpenEmpty();
 
-    /// Drops what there is.
+    /// Discards the content. Does nothing to a closed object.
     void Close();
 
     bool IsOpen() const;
 
-    /// The name of the file that was opened last, else empty. It holds until the next change.
+    /// The name that was given to Open; empty if closed. Valid until the next change.
     String const & GetFileName() const;
 
-    /// The value of a key.
+    /// The value of a key. False if a name is invalid or unknown.
     bool GetString(String const & sChapter, String const & sKey, String & sValue) const;
 
-    /// The same with the reason: a success, or code 2, category 2 for a bad or an unknown name.
+    /// The same with the reason of a failure, code 2 and category 2.
     bool GetString(String const & sChapter, String const & sKey, String & sValue, Result & oResult) const;
 
-    /// The value of a key as a number. It has to be the number as it is written by itself: no plus sign,
-    /// no leading zeros, nothing around it.
+    /// The value of a key as a decimal number without plus sign, leading zeros or other characters.
     bool GetInt32(String const & sChapter, String const & sKey, int & iValue) const;
 
-    /// The same with the reason; code 2, category 2 as well for a value that is no such number.
+    /// The same with the reason of a failure, code 2 and category 2.
     bool GetInt32(String const & sChapter, String const & sKey, int & iValue, Result & oResult) const;
 
-    /// Replaces the names by those of all chapters in ascending order of their bytes.
+    /// Replaces vNames by the names of all chapters, in ascending order of their bytes.
     void GetChapters(std::vector<String> & vNames) const;
 
-    /// Replaces the names by those of all the chapter's keys in ascending order of their bytes; empties
-    /// them on failure. Code 2, category 2 for a bad or an unknown name. A key with an empty name, which
-    /// comes from an extending line without a key above it, is listed and cannot be asked for.
+    /// Replaces vNames by the names of the chapter's keys, in ascending order of their bytes. Code 2,
+    /// category 2 for an invalid or unknown chapter; vNames is then empty. A "+=" line without a key above it
+    /// adds a key with an empty name, which is listed but cannot be looked up.
     [[nodiscard]] Result GetKeys(String const & sChapter, std::vector<String> & vNames) const;
 
 private:
     friend class GlobalApplicationIni;
     struct Private;
 
-    /// Open for a file of at most so many bytes; to read a larger one fails.
+    /// Open with a limit: reading a file of more bytes fails.
     TSL_HIDDEN Result Open(String const & sName, std::uint64_t iSizeMax);
 
     std::shared_ptr<Private> m;

@@ -22,7 +22,7 @@ void IniKeyTable::ReserveLike(IniKeyTable const & oOther)
 
 bool IniKeyTable::Add(std::string_view sName, std::string_view sValue)
 {
-    // A quarter of the slots stays free, so that a search soon comes to an end.
+    // A quarter of the slots stays free, so that a probe sequence is short.
     if ((m_iCount + 1) * 4 > m_vSlots.size() * 3)
         Resize(std::max(m_vSlots.size() * 2, SIZE_FIRST));
 
@@ -41,7 +41,7 @@ bool IniKeyTable::Add(std::string_view sName, std::string_view sValue)
 
 void IniKeyTable::ExtendValue(std::string_view sMore)
 {
-    // The newest value is the end of the texts.
+    // The value of the newest key is at the end of the texts.
     m_sTexts += sMore;
     m_vSlots[m_iNewest].iValueLength += sMore.size();
 }
@@ -66,7 +66,7 @@ std::vector<std::string_view> IniKeyTable::GetNames() const
     return vNames;
 }
 
-/// The slot of the key, or the free one that is to take it.
+/// The slot of the key, or the free slot where it has to be added.
 std::size_t IniKeyTable::FindSlot(std::string_view sName, std::uint32_t iHash) const
 {
     std::size_t const iMask = m_vSlots.size() - 1;

@@ -17,7 +17,8 @@ int IniLineReader::Open(char const * sName)
     int const iError = Platform::OpenForRead(sName, m_oFile);
     if (iError == 0)
     {
-        // Not cleared: each page of it would cost the start of every program more than all of a short file.
+        // Not cleared (R11): clearing touches every page, which takes longer than reading a short file, at
+        // the start of every program.
         m_aBuffer = std::make_unique_for_overwrite<char[]>(BUFFER_SIZE);
         m_sRest = std::string_view(m_aBuffer.get(), 0);
     }
@@ -34,14 +35,14 @@ bool IniLineReader::Read(std::string_view & sLine)
     if (iLineEnd != std::string_view::npos)
         sPiece = sPiece.substr(0, iLineEnd + 1);
     else if (m_bFailed && sPiece.size() < LENGTH_MAX)
-        return false; // of this line a part is missing
+        return false; // an incomplete line
 
     m_sRest.remove_prefix(sPiece.size());
     sLine = sPiece.substr(0, sPiece.find('\0'));
     return !sPiece.empty();
 }
 
-/// Gets enough for a whole line, unless the file ends.
+/// Reads until the buffer has a whole line, or the file ends.
 void IniLineReader::Fill()
 {
     std::memmove(m_aBuffer.get(), m_sRest.data(), m_sRest.size());

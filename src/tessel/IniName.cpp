@@ -14,7 +14,7 @@ namespace tsl
 namespace
 {
 
-/// What a name may consist of; no locale has a say in it. A table, since names are checked all the time.
+/// The characters of a name, in any locale. A table, since the parser checks every name (R07).
 class NameBytes
 {
 public:

@@ -7,17 +7,17 @@
 namespace tsl
 {
 
-/// A name in an ini file: letters, digits, "/" and "_", at least one of them. White space around it goes
-/// the moment it is wrapped.
+/// A name in an ini file: at least one character; letters, digits, "/" and "_". The constructor trims white
+/// space.
 class IniName : public String
 {
 public:
     explicit IniName(std::string_view sText);
 
-    /// Code 2, category 2 for an empty name and for one with other bytes.
+    /// The validator: code 2, category 2 for an empty name and for one with other characters.
     StringValidator const & GetValidator() const override;
 
-    /// Trims.
+    /// The formator, which trims white space.
     StringFormator const & GetFormator() const override;
 };
 

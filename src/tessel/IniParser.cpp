@@ -46,7 +46,7 @@ Result IniParser::ParseChapter(std::string_view sLine)
 
     m_pChapter = &oChapter->second;
     if (pFormer)
-        m_pChapter->ReserveLike(*pFormer); // the chapters of a file tend to be alike
+        m_pChapter->ReserveLike(*pFormer); // R07: the chapters of a file often have the same size
     return Result();
 }
 
@@ -77,8 +77,8 @@ void IniParser::ContinueValue(std::string_view sMore)
         return;
     }
 
-    // The text goes under the empty name. It is listed, but cannot be asked for, so the text itself is not
-    // kept, and a second such line adds nothing.
+    // Adds the empty name. It is listed but cannot be looked up, so the text is not stored, and a second such
+    // line adds nothing.
     static_cast<void>(m_pChapter->Add("", ""));
 }
 

@@ -11,16 +11,17 @@
 namespace tsl
 {
 
-/// What an ini file holds.
+/// The content of an ini file: chapters by name.
 using IniChapters = std::unordered_map<std::string, IniKeyTable>;
 
-/// Judges the lines of an ini file one after the other and puts what they say into the chapters.
+/// Parses the lines of an ini file one after the other and adds their content to the chapters.
 class IniParser
 {
 public:
     explicit IniParser(IniChapters & oChapters) : m_oChapters(oChapters) {}
 
-    /// Code 2, category 2 for a line that breaks the rules; it changes nothing in the chapters.
+    /// Parses the next line. Code 2, category 2 for a line with an error, which changes nothing in the
+    /// chapters.
     [[nodiscard]] Result ParseLine(std::string_view sLine);
 
 private:
@@ -30,7 +31,7 @@ private:
 
     IniChapters & m_oChapters;
     IniKeyTable * m_pChapter = nullptr; // the current one
-    bool m_bKey = false;                // it has a key that a line can continue
+    bool m_bKey = false;                // it has a key that a "+=" line can extend
 };
 
 } // namespace tsl
