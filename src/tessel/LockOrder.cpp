@@ -43,25 +43,25 @@ public:
     bool IsKnown(std::uint64_t iHeld, std::uint64_t iWanted) const
     {
         auto const oNode = m_oNodes.find(iHeld);
-        return oNode != m_oNodes.end() && oNode->second.oFollowers.contains(iWanted);
+        return oNode != m_oNodes.end() && oNode->second.oSuccessors.contains(iWanted);
     }
 
     /// Adds an order. The caller fills in the returned stack of the place.
     Stack & Add(std::uint64_t iHeld, std::uint64_t iWanted)
     {
         Node & oHeld = m_oNodes[iHeld];
-        m_oNodes[iWanted].oLeaders.insert(iHeld);
-        return oHeld.oFollowers[iWanted];
+        m_oNodes[iWanted].oPredecessors.insert(iHeld);
+        return oHeld.oSuccessors[iWanted];
     }
 
     /// The stack of the first edge of a path from iFrom to iTo; null if there is no path.
-    Stack const * FindWay(std::uint64_t iFrom, std::uint64_t iTo, std::set<std::uint64_t> & oSeen) const
+    Stack const * FindPath(std::uint64_t iFrom, std::uint64_t iTo, std::set<std::uint64_t> & oSeen) const
     {
         auto const oNode = m_oNodes.find(iFrom);
         if (oNode == m_oNodes.end() || !oSeen.insert(iFrom).second)
             return nullptr;
-        for (auto const & [iNext, oStack] : oNode->second.oFollowers)
-            if (iNext == iTo || FindWay(iNext, iTo, oSeen))
+        for (auto const & [iNext, oStack] : oNode->second.oSuccessors)
+            if (iNext == iTo || FindPath(iNext, iTo, oSeen))
                 return &oStack;
         return nullptr;
     }
@@ -71,10 +71,10 @@ public:
         auto const oNode = m_oNodes.find(iNumber);
         if (oNode == m_oNodes.end())
             return;
-        for (std::uint64_t const iLeader : oNode->second.oLeaders)
-            m_oNodes[iLeader].oFollowers.erase(iNumber);
-        for (auto const & [iFollower, oStack] : oNode->second.oFollowers)
-            m_oNodes[iFollower].oLeaders.erase(iNumber);
+        for (std::uint64_t const iPredecessor : oNode->second.oPredecessors)
+            m_oNodes[iPredecessor].oSuccessors.erase(iNumber);
+        for (auto const & [iSuccessor, oStack] : oNode->second.oSuccessors)
+            m_oNodes[iSuccessor].oPredecessors.erase(iNumber);
         m_oNodes.erase(oNode);
     }
 
@@ -82,10 +82,10 @@ private:
     struct Node
     {
         // The locks that were taken while this one was held, with the stack of the first time.
-        std::map<std::uint64_t, Stack> oFollowers;
+        std::map<std::uint64_t, Stack> oSuccessors;
 
         // The locks that were held when this one was taken.
-        std::set<std::uint64_t> oLeaders;
+        std::set<std::uint64_t> oPredecessors;
     };
 
     std::map<std::uint64_t, Node> m_oNodes;
@@ -131,7 +131,7 @@ void AddOrder(std::uint64_t iHeld, std::uint64_t iWanted)
         return;
 
     std::set<std::uint64_t> oSeen;
-    if (Stack const * const pEarlier = g_pGraph->FindWay(iWanted, iHeld, oSeen))
+    if (Stack const * const pEarlier = g_pGraph->FindPath(iWanted, iHeld, oSeen))
         Stop("Two locks are taken in both orders", pEarlier);
     Stack & oStack = g_pGraph->Add(iHeld, iWanted);
     Platform::GetStack(oStack.data(), oStack.size());
@@ -139,7 +139,7 @@ void AddOrder(std::uint64_t iHeld, std::uint64_t iWanted)
 
 } // namespace
 
-void LockOrder::Ask()
+void LockOrder::CheckRequest()
 {
     if (t_oHeld.iCount == 0)
         return;

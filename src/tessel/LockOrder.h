@@ -10,8 +10,7 @@ namespace tsl
 /// If a thread takes lock B while it holds lock A, the order A, B is recorded for all threads until one of
 /// the locks is destroyed. If any thread later takes A while it holds B, two threads could deadlock. Whether
 /// they do or not, the program is aborted, and the stacks of both places are written to the standard error
-/// stream. Recursive
-/// locking and TryToLock record no order.
+/// stream. Recursive locking and TryToLock record no order.
 ///
 /// In addition, a thread must not call the global bus while it holds an OwnMutex.
 class LockOrder
@@ -30,11 +29,11 @@ public:
 
     void SetOwn() { m_bOwn = true; }
 
-    /// The calling thread is about to take the lock (NoteWish), has taken it, releases it.
-    void NoteWish()
+    /// The calling thread is about to take the lock (NoteRequest), has taken it, releases it.
+    void NoteRequest()
     {
         if constexpr (IS_CHECKED)
-            Ask();
+            CheckRequest();
     }
     void NoteEntry()
     {
@@ -62,7 +61,7 @@ public:
     }
 
 private:
-    void Ask();
+    void CheckRequest();
     void NoteOrder();
     void Enter();
     void Leave();

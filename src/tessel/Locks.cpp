@@ -99,7 +99,7 @@ void CriticalSectionMutex::Lock()
     }
 
     oSelf.AddLock();
-    oSection.oOrder.NoteWish();
+    oSection.oOrder.NoteRequest();
     if (!oSection.TryToTake())
         oSection.WaitAndTake(oSelf);
     oSection.oOrder.NoteEntry();
