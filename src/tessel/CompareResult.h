@@ -5,7 +5,7 @@
 namespace tsl
 {
 
-/// The outcome of a comparison whose sign is negative, zero or positive.
+/// Converts a comparison result that is negative, zero or positive.
 constexpr Value::eCompare ToCompareResult(int iSign)
 {
     return iSign < 0 ? Value::eLess : iSign > 0 ? Value::eGreater : Value::eEqual;

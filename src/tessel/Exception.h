@@ -8,12 +8,18 @@
 namespace tsl
 {
 
-/// What the library throws where a failure cannot be returned: a holder of a Result. It has no base, so
-/// it is caught as Exception alone.
+/// The exception that the library throws where a failure cannot be returned. It holds a Result.
+///
+///     catch (Exception const & oException)
+///     {
+///         std::cerr << oException.GetText() << '\n';
+///     }
+///
+/// It has no base class: a handler for std::exception does not catch it. One thread at a time uses an object.
 class TSL_EXPORT Exception
 {
 public:
-    /// With a Result of that code and text, category 0, and that source place.
+    /// With a failure of this code, text and source place, and category 0. The texts are copied.
     Exception(int iErrorCode, char const * sText, char const * sFile, int iLine);
 
     /// With a copy of the Result.
@@ -22,12 +28,12 @@ public:
     Exception & operator=(Exception const & oSource);
     virtual ~Exception();
 
-    /// The Result's text; empty for a success and for a failure without one. Holds until a change.
+    /// The text of the Result, "" if it has none. Valid until the object is changed or destroyed.
     virtual char const * GetText() const;
 
     Result const & GetResult() const;
 
-    /// Throws an Exception made from the Result, whose source place the caller has set.
+    /// Throws an Exception with a copy of the Result. The caller sets the source place of the Result.
     [[noreturn]] static void Throw(Result const & oResult);
 
 private:

@@ -12,7 +12,7 @@
 namespace tsl
 {
 
-/// Bytes that need no allocation while they are as few as in most failures.
+/// A text that is stored without an allocation if it is shorter than 48 bytes, as in most failures (R03).
 class ShortText
 {
 public:
@@ -26,7 +26,7 @@ public:
 
     void Set(std::string_view sText)
     {
-        // The old text is kept until the new one is copied, which may be part of it.
+        // Copy the new text before the old one is deleted: it may be part of it.
         std::unique_ptr<char[]> sLong = IsLong(sText) ? CopyLong(sText) : nullptr;
         if (!sLong)
             Copy(sText, m_aShort);
@@ -40,14 +40,15 @@ public:
 private:
     static bool IsLong(std::string_view sText) { return sText.size() >= sizeof m_aShort; }
 
-    /// With a terminating zero.
+    /// Copies the text and adds a terminating zero.
     static void Copy(std::string_view sText, char * sTarget)
     {
-        // Not copy, which is for texts that have an address and do not overlap.
+        // Not copy: a null pointer is allowed here, and the texts may overlap.
         std::char_traits<char>::move(sTarget, sText.data(), sText.size());
         sTarget[sText.size()] = '\0';
     }
-    /// In blocks, the last of which may overlap the one before it: most lengths then need no call (R03).
+    /// Copies in blocks of a fixed size, which takes no call of memcpy for most lengths (R03). The last block
+    /// may overlap the one before it.
     void CopyShort(std::string_view sText)
     {
         constexpr std::size_t BLOCK = 16;
@@ -74,8 +75,8 @@ private:
     std::unique_ptr<char[]> m_sLong;
 };
 
-/// The text of a failure. Most failures are tested, passed on and forgotten, so it becomes a value only when
-/// somebody asks for one; that value then stays, whatever the text becomes.
+/// The text of a failure. The ValueString is created lazily (R03): nobody reads the text of most failures. It
+/// then exists as long as this object; later changes of the text assign to it.
 class FailureText
 {
 public:
@@ -103,16 +104,16 @@ public:
         Set(bNull ? std::string_view() : std::string_view(sText.s_str()), bNull);
     }
 
-    /// Any number of threads may ask.
+    /// Any number of threads may call it at the same time.
     ValueString const & GetValue() const
     {
         if (ValueString const * const pValue = m_pValue.load(std::memory_order_acquire))
             return *pValue;
 
         auto pNew = std::make_unique<ValueString>(MakeValue());
-        ValueString * pFaster = nullptr;
-        if (!m_pValue.compare_exchange_strong(pFaster, pNew.get(), std::memory_order_acq_rel))
-            return *pFaster;
+        ValueString * pOther = nullptr;
+        if (!m_pValue.compare_exchange_strong(pOther, pNew.get(), std::memory_order_acq_rel))
+            return *pOther;
         return *pNew.release();
     }
 

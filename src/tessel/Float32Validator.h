@@ -8,9 +8,13 @@
 namespace tsl
 {
 
-/// Says whether a number lies in a range, its limits included; what is no number passes. Nothing compares
-/// the two limits: a minimum above the maximum lets no number pass. Read-only once it is made, so any
-/// thread may use it.
+/// Checks whether a number is in a range that includes its limits.
+///
+///     Float32Validator const oPercent(0, 100);
+///     Result const oResult = oPercent.Validate(fValue); // code 4 for 100.5
+///
+/// NaN is accepted. With a minimum above the maximum no number is. An object is immutable, apart from
+/// assignment, so any thread may use it.
 class TSL_EXPORT Float32Validator
 {
 public:
@@ -21,7 +25,7 @@ public:
     Float32Validator & operator=(Float32Validator const & oSource) = default;
     virtual ~Float32Validator() = default;
 
-    /// Code 4 for a number outside of the range.
+    /// A success, or a failure of code 4 with a text that names the limit.
     [[nodiscard]] virtual Result Validate(float fValue) const;
 
 private:

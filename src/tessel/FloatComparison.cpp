@@ -12,7 +12,7 @@ namespace
 constexpr int DOUBLE_DIGITS = 14;
 constexpr int FLOAT_DIGITS = 5;
 
-/// NaN is above nothing and within no tolerance.
+/// -1 for NaN, which fails both comparisons.
 template<class Number>
 int CompareWithin(Number a, Number b, Number fTolerance)
 {
@@ -22,7 +22,8 @@ int CompareWithin(Number a, Number b, Number fTolerance)
     return fDifference > fTolerance ? 1 : -1;
 }
 
-/// One unit in a significant decimal digit of the number. Each step is rounded to the number's precision.
+/// One unit in the significant decimal digit iDigit of the number. Every step is rounded to the precision of
+/// Number.
 template<class Number>
 Number GetUnit(Number fNumber, int iDigit)
 {

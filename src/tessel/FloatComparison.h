@@ -5,17 +5,14 @@
 namespace tsl
 {
 
-/// Compare plain numbers with a tolerance: 0 if they are at most the tolerance apart, 1 if a is above b,
-/// -1 otherwise, also if a number is NaN. Callable from any thread.
-///
-/// The tolerance of CompareAbsTo is given.
+/// Compare two numbers with a tolerance: 0 if their difference is at most the tolerance, 1 if a is greater,
+/// otherwise -1, also for NaN. Any thread may call.
 TSL_EXPORT int CompareAbsTo(double a, double b, double fTolerance);
 TSL_EXPORT int CompareAbsTo(float a, float b, float fTolerance);
 
-/// The tolerance of CompareRelTo is one unit in the given significant decimal digit of a, counted from 1;
-/// without one in the 14th of a double and in the 5th of a float. It takes its size from a alone, so that
-/// the answer may differ when the numbers change places. If a is 0, the tolerance is 0; if a is negative,
-/// there is none, and the answer is -1.
+/// The tolerance is one unit in the significant decimal digit iDigits of a, counted from 1: by default the
+/// 14th of a double and the 5th of a float. It depends on a alone, so exchanging the numbers may change the
+/// result. For a = 0 it is 0. For a negative a the result is always -1.
 TSL_EXPORT int CompareRelTo(double a, double b, int iDigits);
 TSL_EXPORT int CompareRelTo(double a, double b);
 TSL_EXPORT int CompareRelTo(float a, float b, int iDigits);

@@ -8,8 +8,13 @@
 namespace tsl
 {
 
-/// Says whether a whole number lies in a range, its limits included. Nothing compares the two limits: a
-/// minimum above the maximum lets no number pass. Read-only once it is made, so any thread may use it.
+/// Checks whether an integer is in a range that includes its limits.
+///
+///     Int32Validator const oPort(1, 65535);
+///     Result const oResult = oPort.Validate(iValue); // code 4 for 0
+///
+/// With a minimum above the maximum no number is accepted. An object is immutable, apart from assignment, so
+/// any thread may use it.
 class TSL_EXPORT Int32Validator
 {
 public:
@@ -20,7 +25,7 @@ public:
     Int32Validator & operator=(Int32Validator const & oSource) = default;
     virtual ~Int32Validator() = default;
 
-    /// Code 4 for a number outside of the range.
+    /// A success, or a failure of code 4 with a text that names the limit.
     [[nodiscard]] virtual Result Validate(int iValue) const;
 
 private:

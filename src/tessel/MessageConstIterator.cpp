@@ -15,7 +15,7 @@ void MessageConstIterator::End()
 
 void MessageConstIterator::Next()
 {
-    // At the end, which is -1, this steps to the first element.
+    // The end is -1, so from there this moves to the first element.
     m_iPosition = m_iPosition >= m_iSize - 1 ? -1 : m_iPosition + 1;
 }
 

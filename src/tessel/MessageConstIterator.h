@@ -8,8 +8,12 @@ namespace tsl
 
 class Value;
 
-/// The walk that iterators over messages and over results share. A new iterator is at the end, and so is one
-/// that Next has taken past the last element; a further Next begins again.
+/// Base of the iterators over messages and results: moves an index over a fixed number of elements. The
+/// derived class implements GetValue and GetName.
+///
+/// A new iterator is at the end, so a caller calls Begin first. Next after the last element moves to the end,
+/// and from the end to the first element. Without elements it is always at the end. One thread at a time uses
+/// an iterator.
 class TSL_EXPORT MessageConstIterator : public AbstractNamedValueConstIterator<Value>
 {
 public:
@@ -19,9 +23,10 @@ public:
     bool IsEnd() const override;
 
 protected:
+    /// For iSize elements.
     explicit MessageConstIterator(int iSize) : m_iSize(iSize) {}
 
-    /// Index of the current element, -1 at the end.
+    /// The index of the current element; -1 at the end.
     int GetPosition() const { return m_iPosition; }
 
 private:

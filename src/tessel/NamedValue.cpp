@@ -78,7 +78,7 @@ void NamedValue::SetValue(Value const & oValue)
         return;
     }
 
-    // The copy is made before the held value goes, since the argument may be a part of that one.
+    // Copy before the present value is deleted: the argument may be a part of it.
     bool const bContent = oValue.CompareTo(ValueNull::Null()) == eNotComparable;
     m_pValue = bContent ? CopyOf(oValue) : nullptr;
 }
@@ -104,7 +104,7 @@ void NamedValue::DoCopy(Root const & oSource)
         return;
     }
 
-    // The source may be a part of the held value and then ends with it.
+    // Copy the name first: the source may be a part of the present value, which SetValue may delete.
     ValueString sName(oOther.m_sName);
     SetValue(*oOther.m_pValue);
     m_sName = std::move(sName);

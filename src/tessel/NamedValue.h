@@ -10,11 +10,14 @@
 namespace tsl
 {
 
-/// A value of any class under a name.
+/// A value of any class with a name.
 ///
-/// The object owns its value. It is null, in the sense of the value family, if it has no value, if its
-/// value is null, or if its name is null. Its text is made through a NamedValueConverterLayout; it cannot
-/// be read from text.
+///     NamedValue oSpeed("speed", ValueInt32(120));
+///     oSpeed.AddAsString(sText);
+///
+/// The object owns its value. It is null if it has no value, if its value is null, or if its name is null. A
+/// NamedValueConverterLayout defines its text; it cannot be read from text. One thread at a time uses an
+/// object.
 class TSL_EXPORT NamedValue : public Described<NamedValue, Value>
 {
 public:
@@ -25,10 +28,10 @@ public:
     /// With a copy of the value, made by Root::GetCopy.
     NamedValue(ValueString const & sName, Value const & oValue);
 
-    /// Takes the value over; null for none.
+    /// Takes ownership of the value; null for none.
     NamedValue(ValueString const & sName, Value * pValue) : m_sName(sName), m_pValue(pValue) {}
 
-    /// What is copied from a null source is null and has neither name nor value.
+    /// A copy of a null object has neither name nor value.
     NamedValue(NamedValue const & oSource);
     NamedValue & operator=(NamedValue const & oSource);
 
@@ -42,18 +45,18 @@ public:
     ValueString const & GetName() const { return m_sName; }
     void SetName(ValueString const & sName) { m_sName = sName; }
 
-    /// The held value, until it is replaced. If there is none, the assertion "m_pValue" fails.
+    /// The value, valid until it is replaced. Without a value the assertion "m_pValue" fails.
     Value & GetValue();
     Value const & GetValue() const;
 
-    /// Takes the value over, null for none, and deletes the one held before unless it is the same.
+    /// Takes ownership of the value, null for none, and deletes the former one unless it is the same object.
     void SetValue(Value * pValue);
 
-    /// Holds a copy of the value. A held value of the same class stays the same object and takes over the
-    /// content; any other is deleted. A ValueNull means no value.
+    /// Stores a copy of the value. If the present value has the same class, it is assigned to; otherwise it
+    /// is deleted and replaced. A ValueNull means no value.
     void SetValue(Value const & oValue);
 
-    /// By CompareTo. Each holds only if the two can be compared, except for != which holds otherwise, too.
+    /// Compare by CompareTo. If the objects are not comparable, only != is true.
     bool operator==(NamedValue const & oOther) { return CompareTo(oOther) == eEqual; }
     bool operator!=(NamedValue const & oOther) { return CompareTo(oOther) != eEqual; }
     bool operator>(NamedValue const & oOther) { return CompareTo(oOther) == eGreater; }
@@ -61,12 +64,12 @@ public:
     bool operator<(NamedValue const & oOther) { return CompareTo(oOther) == eLess; }
     bool operator<=(NamedValue const & oOther);
 
-    /// A constant on the left compares without the checks of CompareTo: equal null names are equal here,
-    /// and if the names are equal, both sides must have values.
+    /// A constant left operand is compared without the null checks of CompareTo: two null names are equal,
+    /// and if the names are equal, both objects must have values.
     bool operator==(NamedValue const & oOther) const { return DoCompareTo(oOther) == eEqual; }
 
-    // The same for other right operands. The language tries == with exchanged operands as well, and without
-    // these that would fit as well or better in places: ambiguous, or the wrong operand is the receiver.
+    // The same for other right operands. C++20 also considers == with exchanged operands. Without these
+    // overloads some calls would be ambiguous, or the right operand would become the receiver.
     bool operator==(NamedValue & oOther) { return CompareTo(oOther) == eEqual; }
     bool operator==(NamedValue && oOther) { return CompareTo(oOther) == eEqual; }
     bool operator==(NamedValue & oOther) const { return DoCompareTo(oOther) == eEqual; }
@@ -75,7 +78,7 @@ public:
 protected:
     void DoCopy(Root const & oSource) override;
 
-    /// First the names, then the values.
+    /// Compares the names and, if they are equal, the values.
     eCompare DoCompareTo(Value const & oOther) const override;
 
 private:

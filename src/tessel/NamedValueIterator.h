@@ -12,8 +12,8 @@
 namespace tsl
 {
 
-/// A row of the table of a NamedValueIterator or a FieldIterator: a name, and the function that returns the value of
-/// this name from an object of class T.
+/// A row in the table of a NamedValueIterator or a FieldIterator: a name, and a function that returns the
+/// value of that name in an object of class T.
 template<class T>
 struct NamedGetter
 {
@@ -21,7 +21,7 @@ struct NamedGetter
     Value const & (*fGetter)(T const & oObject);
 };
 
-/// A getter for a data member of class T that is a value, or for a member function that returns a reference to one:
+/// A getter for a data member that is a value, or for a member function that returns a reference to one:
 /// GetMember<&T::m_sText> or GetMember<&T::GetText>.
 template<auto MEMBER, class T>
 Value const & GetMember(T const & oObject)
@@ -34,13 +34,13 @@ Value const & GetMember(T const & oObject)
 namespace TesselDetails
 {
 
-/// Fails the assertion that an iterator is on an element.
+/// An assertion failure: the iterator is at the end.
 [[noreturn]] TSL_EXPORT void FailNoElement(char const * sIteratorClass, char const * sOperation);
 
 } // namespace TesselDetails
 
-/// Base of an iterator over a fixed set of named values that it holds itself: Self, the class that derives from it,
-/// has a table of them. Access outside of the elements is an assertion failure.
+/// Base of an iterator Self over a fixed set of named values that it owns itself. Self has a table of them.
+/// GetValue and GetName at the end are assertion failures. One thread at a time uses an iterator.
 ///
 ///     class Iterator : public tsl::NamedValueIterator<Iterator>
 ///     {
@@ -51,7 +51,7 @@ namespace TesselDetails
 ///         tsl::ValueInt32 m_iNumber;
 ///     };
 ///
-/// @tparam T what the getters take; Self is a T or converts to one
+/// @tparam T the argument of the getters; Self is a T or converts to one
 template<class Self, class T = Self>
 class NamedValueIterator : public MessageConstIterator
 {
@@ -76,7 +76,8 @@ protected:
     explicit NamedValueIterator(std::size_t iSize) : MessageConstIterator(static_cast<int>(iSize)) {}
 };
 
-/// The iterator over named values of an object of class T, by a table. The object and the table must outlive it.
+/// An iterator over named values of an object of class T, by a table. The object and the table must outlive
+/// it.
 ///
 ///     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
 ///     {

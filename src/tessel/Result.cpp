@@ -41,7 +41,7 @@ bool IsSameHistory(ResultHistory const & oLeft, ResultHistory const & oRight)
     return true;
 }
 
-/// A failure and its history as the history of another failure.
+/// The history that begins with oResult and continues with oHistory.
 ResultHistory MakeHistory(Result const & oResult, ResultHistory oHistory)
 {
     oHistory.AddInFront(oResult.GetWithoutHistory());
@@ -64,7 +64,7 @@ struct TSL_HIDDEN Result::Private
     {
     }
 
-    /// The record of the result, which is made if there is none.
+    /// The private record of the result, created if there is none.
     static Private & GetOrCreate(Result & oResult)
     {
         if (!oResult.m)
@@ -81,7 +81,7 @@ struct TSL_HIDDEN Result::Private
     ShortText oSourceFile;
     FailureText oText;
 
-    // Null while the cause is, since hardly any failure has one.
+    // Null if there is no cause: few failures have one.
     std::unique_ptr<ValueString> pCause;
 
     ResultHistory oHistory;
@@ -153,7 +153,7 @@ Result & Result::operator=(Result const & oSource)
 
 Result & Result::operator=(Result && oSource)
 {
-    // Between two failures the histories accumulate, so there is nothing to steal.
+    // A failure that is assigned to a failure adds to its history, so nothing can be moved.
     if (m || &oSource == this)
         CopyFromResult(oSource);
     else
@@ -304,12 +304,13 @@ void Result::CopyFromResult(Result const & oSource)
         return;
     }
 
-    // A new body stands alone until it is whole: no destructor follows a copy constructor that throws.
+    // A new record is stored only when it is complete: if the copy constructor throws, no destructor deletes
+    // m.
     std::unique_ptr<Private> pNew(m ? nullptr : new Private);
     Private & oBody = pNew ? *pNew : *m;
     oBody.CopyFields(*oSource.m);
 
-    // Last, since the source may be an entry of the own history.
+    // Last, since the source may be an entry of the own history, which this may delete.
     if (oSource.GetHistorySize() > 0)
         oBody.oHistory.Append(oSource.m->oHistory);
     else

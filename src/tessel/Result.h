@@ -15,17 +15,19 @@ namespace tsl
 class String;
 class ValueString;
 
-/// How an operation ended: a success, which holds nothing at all, or a failure with code, text, category,
-/// source place, cause and a flat history of the failures that led to it.
+/// The outcome of an operation: a success, or a failure with a code, a text, a category, a source place, a
+/// cause and a history of the failures that led to it.
 ///
-/// Success and failure are told by the presence of the body and never by the code: a Result made with
-/// code 0 is a failure, and each Set... turns a success into one. A success allocates nothing. To the
-/// value family a success is a null value.
+///     Result const oResult = oFile.Open("settings.ini");
+///     if (oResult.IsError())
+///         return MakeResult(ERR::eNotFound, "There are no settings.", oResult);
 ///
-/// Copies are independent of each other. They share the entries of their histories, which never change and whose
-/// owners are counted atomically: to copy or wrap a failure takes the same time whatever the length of its history,
-/// and an entry is found in O(log n). An object is used by one thread at a time and may be handed to another, as may
-/// its copies.
+/// Only an empty Result is a success: one that is made with code 0 is a failure, and each Set... makes a
+/// failure of a success. A success allocates nothing. As a Value, a success is null.
+///
+/// Copies are independent of each other, but share the immutable entries of their histories: copying and
+/// wrapping a failure takes the same time whatever the length of its history, and getting an entry takes
+/// O(log n). One thread at a time uses an object; copies may be used by different threads.
 class TSL_EXPORT Result : public Described<Result, Value>
 {
 public:
@@ -34,7 +36,7 @@ public:
     {
         eCategoryDefault = 0,
         eCategoryIo = 1,   ///< reading a file failed
-        eCategoryFault = 2 ///< broken rules and bad configuration
+        eCategoryFault = 2 ///< failed assertions and wrong configuration
     };
 
     /// A success.
@@ -45,7 +47,7 @@ public:
     Result(int iErrorCode, String const & sText, Category eCategory);
     Result(int iErrorCode, ValueString const & sText, Category eCategory);
 
-    /// A failure of the previous one's category with that in its history, as by SetPrevious.
+    /// A failure with the category of oPrevious, which becomes its history as by SetPrevious.
     Result(int iErrorCode, char const * sText, Result const & oPrevious);
     Result(int iErrorCode, String const & sText, Result const & oPrevious);
     Result(int iErrorCode, ValueString const & sText, Result const & oPrevious);
@@ -60,8 +62,8 @@ public:
     }
     Result(Result && oSource) noexcept : Described(oSource), m(oSource.m) { oSource.m = nullptr; }
 
-    /// Assigning a failure to a failure with a history appends the other's history to the own one; the
-    /// rest is replaced. Without a history on the right there is none afterwards.
+    /// Replaces all fields. Assigning a failure with a history to a failure appends that history to the own
+    /// one; without a history on the right, the own one is cleared.
     Result & operator=(Result const & oSource);
     Result & operator=(Result && oSource);
 
@@ -75,24 +77,25 @@ public:
     void SetNull() override { Clear(); }
     ValueConverter const & GetConverter() const override;
 
-    /// The shared success.
+    /// A shared success.
     static Result const & Null();
 
     virtual bool IsOk() const { return m == nullptr; }
     virtual bool IsError() const { return m != nullptr; }
 
-    /// Makes a success of it.
+    /// Makes this object a success.
     virtual void Clear();
 
-    /// A walk over the six fields as they are now: "ErrCode", "Text", "Category", "SourceLine",
-    /// "SourceFile", "Cause". It keeps no reference to this object; Begin has to be called first.
+    /// An iterator over copies of the six fields: "ErrCode", "Text", "Category", "SourceLine", "SourceFile",
+    /// "Cause". It does not refer to this object. Call Begin first.
     virtual std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const;
 
-    /// What a success answers stands in brackets.
+    /// The fields; the value for a success is in brackets. Pointers and references are valid until the next
+    /// change.
     int GetErrorCode() const;             ///< [0]
     Category GetCategory() const;         ///< [eCategoryDefault]
     int GetSourceLine() const;            ///< [0]
-    char const * GetSourceFile() const;   ///< [""]; holds until the next change
+    char const * GetSourceFile() const;   ///< [""]
     ValueString const & GetText() const;  ///< [null]
     ValueString const & GetCause() const; ///< [null] a second text
 
@@ -101,26 +104,27 @@ public:
     void SetCause(ValueString const & sCause);
     void SetCause(char const * sCause);
 
-    /// The place where the failure arose; the file name is copied.
+    /// Sets the source place of the failure. The file name is copied.
     void SetSource(char const * sFile, int iLine);
 
     int GetHistorySize() const;
 
-    /// Entry 0 is the nearest failure. An index outside the history is an assertion failure. The entry
-    /// holds until the history changes, and has no history of its own.
+    /// An entry of the history; entry 0 is the most recent failure. It has no history itself and is valid
+    /// until the history changes. An index outside of the history is an assertion failure.
     Result const & GetHistory(int ix) const;
 
-    /// Replaces the history by the given failure and its history. A success as argument changes nothing;
-    /// a success as receiver becomes a copy of the argument.
+    /// Replaces the history by oResult followed by its history. If oResult is a success, nothing changes. If
+    /// this object is a success, it becomes a copy of oResult.
     void SetPrevious(Result const & oResult);
 
-    /// Puts the given failure and its history in front; what this object was becomes the next entry of
-    /// the history. A success as argument changes nothing; a success as receiver becomes a copy.
+    /// Assigns oResult to this object, as operator= does, and appends the former state and history of this
+    /// object to the history. If oResult is a success, nothing changes. If this object is a success, it
+    /// becomes a copy of oResult. Returns this object.
     Result const & InsertFront(Result const & oResult);
 
     [[nodiscard]] Result GetWithoutHistory() const;
 
-    /// Two failures are equal if all fields and, entry by entry, the histories are.
+    /// Failures are equal if all fields and all entries of their histories are.
     bool operator==(Result const & oOther) const;
     bool operator!=(Result const & oOther) const { return !(*this == oOther); }
 
@@ -128,10 +132,10 @@ protected:
     void DoCopy(Root const & oSource) override;
     eCompare DoCompareTo(Value const & oOther) const override;
 
-    /// As the assignment.
+    /// The same as the assignment.
     void CopyFromResult(Result const & oSource);
 
-    /// Takes over all but the history; the own history stays.
+    /// Copies all fields except for the history, which stays as it is.
     void CopyFromResultWithoutHistory(Result const & oSource);
 
 private:
@@ -143,12 +147,12 @@ private:
 
 extern template ClassDescription const & Described<Result, Value>::GetStaticClassDesc();
 
-/// Makes a failure that carries the place of the call: with category 0, with a category, or with a previous
-/// failure. A null text counts as the empty one.
+/// Make a failure with the source place of the call, and with category 0, with eCategory, or with oPrevious
+/// as by Result::SetPrevious and with its category. A null text counts as "".
 inline Result MakeResult(int iErrorCode, char const * sText, Result::Category eCategory,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE())
 {
-    // Here, since the lengths of literals are known where they stand.
+    // Inline (R03): the compiler computes the lengths of literals.
     return Result(iErrorCode, std::string_view(sText ? sText : ""), eCategory,
         std::string_view(sFile ? sFile : ""), iLine);
 }

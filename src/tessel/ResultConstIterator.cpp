@@ -19,7 +19,7 @@ ResultConstIterator::ResultConstIterator(Result const & oResult)
 {
 }
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that the vtable and the type_info of the class are in the library only.
 ResultConstIterator::~ResultConstIterator() = default;
 
 std::span<NamedGetter<ResultConstIterator> const> ResultConstIterator::GetRows()

@@ -11,14 +11,21 @@
 namespace tsl
 {
 
-/// A walk over the fields of a Result as they were when it was made. Access outside the elements is an
-/// assertion failure.
+/// Iterates over the fields of a Result (see Result::GetConstIterator, which creates it).
+///
+///     ResultConstIterator oField(oResult);
+///     for (oField.Begin(); !oField.IsEnd(); oField.Next())
+///         std::cout << oField.GetName() << '\n';
+///
+/// It owns copies of the fields, so the Result may change or be destroyed. GetValue and GetName at the end
+/// are assertion failures. One thread at a time uses an iterator.
 class TSL_EXPORT ResultConstIterator : public NamedValueIterator<ResultConstIterator>
 {
 public:
     explicit ResultConstIterator(Result const & oResult);
     ~ResultConstIterator() override;
 
+    /// The table of the fields, for NamedValueIterator.
     static std::span<NamedGetter<ResultConstIterator> const> GetRows();
 
 private:

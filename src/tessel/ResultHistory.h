@@ -8,10 +8,11 @@
 namespace tsl
 {
 
-/// A stack of failures without history. Copies share their entries, which never change, so a copy costs one count
-/// and a push one allocation, however many entries there are. An entry is found in O(log n).
+/// A stack of failures without history, as a linked list with reference counts. Copies share the entries,
+/// which never change: a copy takes one atomic increment and a push one allocation, whatever the size. Get
+/// takes O(log n).
 ///
-/// Stacks that share entries may be used by different threads: the owners of an entry are counted atomically.
+/// Different threads may use stacks that share entries.
 class ResultStack
 {
 public:
@@ -31,7 +32,7 @@ public:
 
     int GetSize() const { return GetSize(m_pTop); }
 
-    /// Entry 0 is the one that was pushed last; there must be one of that number.
+    /// Entry 0 was pushed last. ix must be less than the size.
     Result const & Get(int ix) const
     {
         int const iSize = GetSize() - ix;
@@ -54,8 +55,8 @@ private:
         {
         }
 
-        /// Two jumps of the same length that follow each other are joined to one of twice the length. This makes
-        /// a tree of the links, in which the way from any link to a lower one has O(log n) steps.
+        /// A skip list: if the two jumps below have the same length, this one skips both. So there are O(log
+        /// n) steps from any link to a lower one.
         static Link const * FindJump(Link const * pNext)
         {
             Link const * const pMiddle = pNext ? pNext->pJump : nullptr;
@@ -65,12 +66,12 @@ private:
             return bJoin ? pMiddle->pJump : pNext;
         }
 
-        /// Stacks with this entry on top, and links above it.
+        /// The number of stacks with this entry on top and of links directly above it.
         std::atomic<int> iOwners{1};
 
-        int const iSize;          ///< links from this one down
-        Link * const pNext;       ///< the link below, or null; owned
-        Link const * const pJump; ///< one further down, or null
+        int const iSize;          ///< the number of links from this one down
+        Link * const pNext;       ///< the link below, or null; counted as an owner
+        Link const * const pJump; ///< a link at least as far down, or null
         Result const oEntry;
     };
 
@@ -85,7 +86,7 @@ private:
 
     static void Release(Link * pLink)
     {
-        // In a loop, since a recursion would be as deep as the history.
+        // A loop: recursion would be as deep as the history is long.
         while (pLink && pLink->iOwners.fetch_sub(1, std::memory_order_acq_rel) == 1)
         {
             Link * const pNext = pLink->pNext;
@@ -97,33 +98,34 @@ private:
     Link * m_pTop = nullptr;
 };
 
-/// The history of a failure: failures without history, the nearest first. Copies share the entries.
+/// The history of a failure: failures without history, the most recent first. Copies share the entries.
 class ResultHistory
 {
 public:
-    int GetSize() const { return m_oNear.GetSize() + m_oFar.GetSize(); }
+    int GetSize() const { return m_oFront.GetSize() + m_oBack.GetSize(); }
     Result const & Get(int ix) const
     {
-        int const iNear = m_oNear.GetSize();
-        return ix < iNear ? m_oNear.Get(ix) : m_oFar.Get(GetSize() - 1 - ix);
+        int const iFront = m_oFront.GetSize();
+        return ix < iFront ? m_oFront.Get(ix) : m_oBack.Get(GetSize() - 1 - ix);
     }
 
-    void AddInFront(Result && oEntry) { m_oNear.Push(std::move(oEntry)); }
+    void AddInFront(Result && oEntry) { m_oFront.Push(std::move(oEntry)); }
 
-    /// Adds the entries of another history at the far end.
+    /// Adds the entries of another history after the own ones.
     void Append(ResultHistory const & oOther)
     {
         if (GetSize() == 0)
             *this = oOther;
         else
             for (int ix = 0, iCount = oOther.GetSize(); ix < iCount; ++ix)
-                m_oFar.Push(Result(oOther.Get(ix)));
+                m_oBack.Push(Result(oOther.Get(ix)));
     }
 
 private:
-    // With the nearest entry on top, and with the farthest one: entries come to both ends.
-    ResultStack m_oNear;
-    ResultStack m_oFar;
+    // Two stacks, since entries are added at both ends: m_oFront has the most recent entry on top, m_oBack the
+    // oldest.
+    ResultStack m_oFront;
+    ResultStack m_oBack;
 };
 
 } // namespace tsl

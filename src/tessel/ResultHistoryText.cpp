@@ -14,7 +14,8 @@ String & AppendResultHistory(Result const & oResult, String & s, EHistoryText eT
     {
         oResult.GetHistory(n).AddAsString(sText);
         s << "\nHistory " << n + 1 << ": " << sText.s_str();
-        // A closing quote without an opening one; the last two entries have no semicolon behind it.
+        // The text is fixed: a closing quote without an opening one, and no semicolon after the last two
+        // entries.
         s << (n > 1 ? "'; " : "'");
         if (eText == EHistoryText::eSingle)
             sText.Clear();

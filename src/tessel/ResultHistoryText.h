@@ -6,15 +6,15 @@ namespace tsl
 class Result;
 class String;
 
-/// Whether each entry's text in a history stands alone or begins with those of the entries before it.
+/// Whether the text of each entry is written alone, or after the texts of all entries written before it.
 enum class EHistoryText
 {
     eSingle,
     eAccumulated
 };
 
-/// Appends the history of a Result from its far end on and then the Result itself, each in its default
-/// layout on a line of its own, and returns the text.
+/// Appends the history of a Result, the oldest entry first, and then the Result itself, each on a line of its
+/// own in its default layout. Returns s.
 String & AppendResultHistory(Result const & oResult, String & s, EHistoryText eText);
 
 } // namespace tsl

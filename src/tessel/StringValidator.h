@@ -10,13 +10,20 @@ namespace tsl
 
 class String;
 
-/// Says whether a text may stand, by its length in bytes. Read-only once it is made, so any thread may
-/// use it.
+/// Checks the length of a text, in bytes.
+///
+///     StringValidator const oName(1, 20);
+///     Result const oResult = oName.Validate(sName); // code 4 for the empty text
+///
+/// A text class returns its validator from GetValidator; a derived validator has rules of its own. An object
+/// is immutable, apart from assignment, so any thread may use it.
 class TSL_EXPORT StringValidator : public Described<StringValidator, Root>
 {
 public:
     /// Accepts every text.
     StringValidator() = default;
+
+    /// Accepts texts of at least iMinimum and, if it is given, at most iMaximum bytes.
     explicit StringValidator(unsigned int iMinimum) : m_iMinimum(iMinimum) {}
     StringValidator(unsigned int iMinimum, unsigned int iMaximum)
         : m_iMinimum(iMinimum), m_bMaximum(true), m_iMaximum(iMaximum)
@@ -27,7 +34,7 @@ public:
 
     ~StringValidator() override = default;
 
-    /// Code 4 for a text that is too short or too long.
+    /// A success, or a failure of code 4 for a text that is too short or too long.
     [[nodiscard]] virtual Result Validate(String const & s) const;
 
 protected:

@@ -9,7 +9,7 @@ template<>
 constexpr ClassSource CLASS_SOURCE<Value>{};
 template ClassDescription const & Described<Value, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that the vtable and the type_info of the class are in the library only.
 ClassDescription const & Value::GetClassDesc() const
 {
     return GetStaticClassDesc();

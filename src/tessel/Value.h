@@ -10,24 +10,28 @@ namespace tsl
 class ValueConverter;
 class ValueString;
 
-/// Abstract base of every typed value that can be null.
+/// Abstract base of the values: typed data that can be null.
 ///
-/// Each value class hands out one shared converter, layout and null value; they are made on first use,
-/// which is safe on any thread, belong to the library, and are never written to. A value itself is used
-/// by one thread at a time.
+///     ValueInt32 oNumber; // null
+///     oNumber = 5;
+///     ValueString sText("n = ");
+///     oNumber.AddAsString(sText); // "n = 5"
+///
+/// Each value class has one shared converter, default layout and null value. The library owns them; any
+/// thread may use them, and they are never changed. One thread at a time uses a value.
 class TSL_EXPORT Value : public Described<Value, Root, ClassDescription::eAbstract>
 {
 public:
     /// The outcome of a comparison.
     enum eCompare
     {
-        eNotComparable = 0, ///< of different classes, or exactly one is null
+        eNotComparable = 0, ///< the classes differ, or exactly one value is null
         eEqual = 1,
-        eLess = 2, ///< the receiver is less than the argument
+        eLess = 2, ///< this object is less than the argument
         eGreater = 3
     };
 
-    /// Copying at this level copies nothing; the content lies in the derived class.
+    /// Copies nothing: the content is in the derived class.
     Value(Value const &) = default;
     Value & operator=(Value const &) { return *this; }
 
@@ -36,22 +40,23 @@ public:
 
     virtual bool IsNull() const = 0;
 
-    /// Drops the content.
+    /// Deletes the content.
     virtual void SetNull() = 0;
 
-    /// The converter of the value's class, which turns it into text and back.
+    /// The converter of the class, which converts values to text and back.
     virtual ValueConverter const & GetConverter() const = 0;
 
-    /// Compares values of one class; two null values of one class are equal.
+    /// Compares with a value of the same class. Two null values of one class are equal.
     eCompare CompareTo(Value const & oOther) const;
 
-    /// Appends the value in its default layout to the text and returns that.
+    /// Appends the value in its default layout to s, and returns s.
     ValueString & AddAsString(ValueString & s) const;
 
 protected:
     Value() = default;
 
-    /// Compares with another value of the same class; neither is null.
+    /// Compares with another value. The caller has checked that both have the same class and that neither is
+    /// null.
     virtual eCompare DoCompareTo(Value const & oOther) const = 0;
 };
 

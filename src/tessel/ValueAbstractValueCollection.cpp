@@ -19,7 +19,7 @@ Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>::Get
 
 void ValueAbstractValueCollection::DoCopy(Root const & oSource)
 {
-    // This operation is public, so that nobody else has looked at the class of the source.
+    // DoCopy is public here, so the class of the source may not have been checked.
     auto const pSource = dynamic_cast<ValueAbstractValueCollection const *>(&oSource);
     if (!pSource)
         XAssertionFailed("pSource", "ValueAbstractValueCollection::DoCopy : oSource ist keine Collection!");

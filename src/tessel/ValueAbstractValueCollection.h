@@ -8,25 +8,28 @@
 namespace tsl
 {
 
-/// Base of a value that holds many others. How they are kept is the business of the derived class; how
-/// such a collection is copied, compared and written is told here.
+/// Abstract base of a value that contains other values. The derived class stores the elements; this class
+/// copies, compares and writes them.
 ///
-/// Elements are copies that the collection owns, of any classes. The text is made through a
-/// ValueAbstractValueCollectionConverterLayout; a collection cannot be read from text. To
-/// copy, to compare and to write takes one walk over the elements.
+///     oNumbers.Add(ValueInt32(1));
+///     oNumbers.Add(ValueInt32(2));
+///     oNumbers.AddAsString(sText);
+///
+/// The collection owns its elements, which are copies and may have any value classes. A
+/// ValueAbstractValueCollectionConverterLayout defines its text; it cannot be read from text. Copying,
+/// comparing and writing take one pass over the elements. One thread at a time uses an object.
 class TSL_EXPORT ValueAbstractValueCollection
     : public Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>
 {
 public:
-    /// Replaces all elements by copies of the source's elements; the former elements go first, so the
-    /// source must not be one of them or a part of one. A source that is no collection is an assertion
-    /// failure.
+    /// Replaces all elements by copies of the source's elements. The former elements are deleted first, so
+    /// the source must not be part of them. A source that is no collection is an assertion failure.
     void DoCopy(Root const & oSource) override;
 
     ValueConverter const & GetConverter() const override;
 
-    /// The collection with fewer elements is less, whatever they are. At equal counts, the first pair of
-    /// elements that CompareTo does not find equal decides. Not comparable with what is no collection.
+    /// The collection with fewer elements is less. With equal counts, the first pair of elements that are not
+    /// equal decides. eNotComparable for an argument that is no collection.
     eCompare DoCompareTo(Value const & oOther) const override;
 
     virtual unsigned int GetCount() const = 0;
@@ -35,11 +38,10 @@ public:
     /// Appends a copy of the value.
     virtual void Add(Value const & oValue) = 0;
 
-    /// Whether an element equals the value. The library itself does not ask.
+    /// Whether an element equals the value. The library itself does not call it.
     virtual bool Contains(Value const & oValue) const = 0;
 
-    /// A new walk that stands on the first element; the caller deletes it. It holds until the collection
-    /// changes.
+    /// A new iterator at the first element; the caller deletes it. It is valid until the collection changes.
     virtual AbstractConstIterator<Value> * GetConstIterator() const = 0;
 
 protected:

@@ -75,7 +75,7 @@ int ValueFloat32::Compare(float const & fOther) const
 {
     AssertNotNull(m_bNull);
 
-    // In double precision, where a sum with the tolerance does not lose it.
+    // In double precision: in float, adding the tolerance to a large number would not change it.
     double const fNumber = m_fValue;
     double const fTolerance = GetTolerance();
     return fOther > fNumber + fTolerance ? -1 : fOther < fNumber - fTolerance ? 1 : 0;

@@ -10,15 +10,20 @@
 namespace tsl
 {
 
-/// The nullable 32-bit float.
+/// A 32-bit float that can be null.
 ///
-/// A null value has no number: what asks for it fails the assertion "!m_bNull" with "Value must not be
-/// NULL". The assigning operators never look at the null state, count a null right operand as its stored
-/// 0 and leave the state of the left one as it is.
+///     ValueFloat32 oSum(1.5f);
+///     oSum += 2;
+///     if (!oSum.IsNull())
+///         fTotal = oSum.AsFloat32(); // 3.5
 ///
-/// Compare and the comparison operators know a tolerance of GetTolerance, whatever the size of the
-/// numbers, so that their equality is not transitive; CompareTo compares exactly. A number that is NaN
-/// is equal to every other in both.
+/// Reading the number of a null value fails the assertion "!m_bNull" with "Value must not be NULL". Operators
+/// that assign, such as +=, ignore the null state: a null right operand counts as its stored 0, and the left
+/// operand keeps its state, also if that is null.
+///
+/// Compare and the comparison operators have the absolute tolerance GetTolerance, so equality is not
+/// transitive. CompareTo compares exactly. In both, NaN equals every number. One thread at a time uses an
+/// object.
 class TSL_EXPORT ValueFloat32 : public Described<ValueFloat32, Value>
 {
 public:
@@ -34,15 +39,16 @@ public:
     void SetNull() override;
     ValueConverter const & GetConverter() const override;
 
-    /// The shared null number.
+    /// A shared null value.
     static ValueFloat32 const & Null();
 
-    /// The number, which must not be null.
+    /// The number. The value must not be null.
     float AsFloat32() const;
 
-    /// How far apart two numbers may be that are equal to Compare: 2 to the power of -23.
+    /// The largest difference of two numbers that Compare treats as equal: 2 to the power of -23.
     float GetTolerance() const { return 0x1p-23f; }
 
+    /// Change the number and keep the null state.
     ValueFloat32 & operator+=(ValueFloat32 const & oRight) { return *this += oRight.m_fValue; }
     ValueFloat32 & operator-=(ValueFloat32 const & oRight) { return *this -= oRight.m_fValue; }
     ValueFloat32 & operator*=(ValueFloat32 const & oRight) { return *this *= oRight.m_fValue; }
@@ -55,13 +61,13 @@ public:
     ValueFloat32 & operator++() { return *this += 1.0f; }
     ValueFloat32 & operator--() { return *this -= 1.0f; }
 
-    /// A copy, null for null.
+    /// A copy; null for null.
     ValueFloat32 operator+() const { return *this; }
 
-    /// A new, non-null number.
+    /// A new number, never null; a null value counts as 0.
     ValueFloat32 operator-() const { return -m_fValue; }
 
-    /// -1, 0 or 1 for a number below, equal to or above the other, which counts as 0 if it is null.
+    /// -1, 0 or 1 if this number is less, equal or greater. It must not be null; a null argument counts as 0.
     int Compare(float const & fOther) const;
     int Compare(ValueFloat32 const & oOther) const { return Compare(oOther.m_fValue); }
 
@@ -76,13 +82,13 @@ private:
 
 extern template ClassDescription const & Described<ValueFloat32, Value>::GetStaticClassDesc();
 
-/// The result is never null, and neither operand may be. A float stands for a ValueFloat32, here and in
+/// Neither operand may be null, and the result never is. A float may be used for either operand, here and in
 /// the comparisons.
 inline ValueFloat32 operator+(ValueFloat32 const & oLeft, ValueFloat32 const & oRight)
 {
     return oLeft.AsFloat32() + oRight.AsFloat32();
 }
-// For a literal 0 on the left, which could be a text as well.
+// Without this overload a literal 0 as the left operand would be ambiguous: it could also be a null text.
 inline ValueFloat32 operator+(float fLeft, ValueFloat32 const & oRight)
 {
     return fLeft + oRight.AsFloat32();
@@ -100,6 +106,7 @@ inline ValueFloat32 operator/(ValueFloat32 const & oLeft, ValueFloat32 const & o
     return oLeft.AsFloat32() / oRight.AsFloat32();
 }
 
+/// Compare as ValueFloat32::Compare, with its tolerance. The left operand must not be null.
 inline bool operator==(ValueFloat32 const & oLeft, ValueFloat32 const & oRight)
 {
     return oLeft.Compare(oRight) == 0;
@@ -109,8 +116,8 @@ inline std::partial_ordering operator<=>(ValueFloat32 const & oLeft, ValueFloat3
     return oLeft.Compare(oRight) <=> 0;
 }
 
-/// Appends the number in its default layout. A null number fails the assertion "!f.IsNull()" with
-/// "Invalid operation. Value is NULL".
+/// Append the number in its default layout. A null number fails the assertion "!f.IsNull()" with "Invalid
+/// operation. Value is NULL".
 TSL_EXPORT ValueString & operator<<(ValueString & sLeft, ValueFloat32 const & f);
 inline ValueString & operator+=(ValueString & sLeft, ValueFloat32 const & f)
 {

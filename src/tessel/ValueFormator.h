@@ -7,7 +7,10 @@
 namespace tsl
 {
 
-/// Abstract base of what puts a value into its normal form. The library has none itself.
+/// Abstract base for classes that normalise values.
+///
+/// The library has no such class and never calls one; it is here so that programs share a base. One thread at
+/// a time uses an object, unless its class says otherwise.
 class TSL_EXPORT ValueFormator : public Described<ValueFormator, Root, ClassDescription::eAbstract>
 {
 public:

@@ -11,7 +11,7 @@
 namespace tsl
 {
 
-/// The lower 32 bits of a number, as two's complement keeps them.
+/// The lower 32 bits of a number, in two's complement.
 static int Wrap(std::int64_t iNumber)
 {
     return static_cast<int>(static_cast<std::uint32_t>(iNumber));

@@ -10,15 +10,19 @@
 namespace tsl
 {
 
-/// The nullable 32-bit integer.
+/// A 32-bit integer that can be null.
 ///
-/// Arithmetic never looks at the null state and counts a null operand as its stored 0; the result takes
-/// the state of the left operand. Numbers wrap around as two's complement does, also for the smallest
-/// number divided by -1. A division or remainder by 0 fails the assertion "iDivisor != 0" and changes
-/// nothing.
+///     ValueInt32 oCount(5);
+///     oCount += 2;
+///     if (oCount > 6)
+///         iTotal = oCount.AsInt32(); // 7
 ///
-/// Compare and the comparison operators fail the assertion "!m_bNull" with "Invalid operation. ValueInt32
-/// is NULL" on a null left operand; a null right operand counts as 0.
+/// Arithmetic ignores the null state: a null operand counts as 0, and the result has the state of the left
+/// operand. Results wrap around in two's complement, also the smallest number divided by -1. A division or
+/// remainder by 0 fails the assertion "iDivisor != 0" and changes nothing.
+///
+/// Compare and the comparison operators fail the assertion "!m_bNull" with "Invalid operation. ValueInt32 is
+/// NULL" if the left operand is null; a null right operand counts as 0. One thread at a time uses an object.
 class TSL_EXPORT ValueInt32 : public Described<ValueInt32, Value>
 {
 public:
@@ -34,12 +38,13 @@ public:
     void SetNull() override;
     ValueConverter const & GetConverter() const override;
 
-    /// The shared null number.
+    /// A shared null value.
     static ValueInt32 const & Null();
 
     /// The number; 0 for null.
     int AsInt32() const { return m_iValue; }
 
+    /// Change the number and keep the null state.
     ValueInt32 & operator+=(ValueInt32 const & oRight) { return *this += oRight.m_iValue; }
     ValueInt32 & operator-=(ValueInt32 const & oRight) { return *this -= oRight.m_iValue; }
     ValueInt32 & operator*=(ValueInt32 const & oRight) { return *this *= oRight.m_iValue; }
@@ -60,13 +65,13 @@ public:
     ValueInt32 & operator++() { return *this += 1; }
     ValueInt32 & operator--() { return *this -= 1; }
 
-    /// The postfix and unary forms give a new, non-null number.
+    /// Return a new number, which is never null. The postfix forms return the former number.
     ValueInt32 operator++(int);
     ValueInt32 operator--(int);
     ValueInt32 operator+() const { return m_iValue; }
     ValueInt32 operator-() const;
 
-    /// -1, 0 or 1.
+    /// -1, 0 or 1 if this number is less, equal or greater.
     int Compare(int const & iOther) const;
     int Compare(ValueInt32 const & oOther) const { return Compare(oOther.m_iValue); }
 
@@ -81,7 +86,7 @@ private:
 
 extern template ClassDescription const & Described<ValueInt32, Value>::GetStaticClassDesc();
 
-/// An int on the right stands for a ValueInt32, here and in the comparisons.
+/// Arithmetic as with the assigning operators. The right operand may be an int, here and in the comparisons.
 inline ValueInt32 operator+(ValueInt32 oLeft, ValueInt32 const & oRight)
 {
     return oLeft += oRight;
@@ -103,7 +108,7 @@ inline ValueInt32 operator%(ValueInt32 oLeft, ValueInt32 const & oRight)
     return oLeft %= oRight;
 }
 
-/// With a plain number on the left the result is a plain number.
+/// An int as the left operand makes the result an int.
 inline int operator+(int iLeft, ValueInt32 const & oRight)
 {
     return (ValueInt32(iLeft) += oRight).AsInt32();
@@ -125,6 +130,7 @@ inline int operator%(int iLeft, ValueInt32 const & oRight)
     return (ValueInt32(iLeft) %= oRight).AsInt32();
 }
 
+/// Compare as ValueInt32::Compare. The left operand must not be null.
 inline bool operator==(ValueInt32 const & oLeft, ValueInt32 const & oRight)
 {
     return oLeft.Compare(oRight) == 0;
@@ -134,8 +140,8 @@ inline std::strong_ordering operator<=>(ValueInt32 const & oLeft, ValueInt32 con
     return oLeft.Compare(oRight) <=> 0;
 }
 
-/// Appends the number in its default layout. A null number fails the assertion "!i.IsNull()" with
-/// "Invalid operation. Value is NULL".
+/// Append the number in its default layout. A null number fails the assertion "!i.IsNull()" with "Invalid
+/// operation. Value is NULL".
 TSL_EXPORT ValueString & operator<<(ValueString & sLeft, ValueInt32 const & i);
 inline ValueString & operator+=(ValueString & sLeft, ValueInt32 const & i)
 {

@@ -7,7 +7,14 @@
 namespace tsl
 {
 
-/// The value that is always null and has no content; it stands where a reference to no value is needed.
+/// A value that is always null, for places that need a reference to a value when there is none.
+///
+///     Value const & GetSetting(Value const * pSetting)
+///     {
+///         return pSetting ? *pSetting : ValueNull::Null();
+///     }
+///
+/// Any number of threads may use an object, which has no content.
 class TSL_EXPORT ValueNull : public Described<ValueNull, Value>
 {
 public:
@@ -17,11 +24,12 @@ public:
     void SetNull() override {}
     ValueConverter const & GetConverter() const override;
 
-    /// The shared object.
+    /// A shared object.
     static ValueNull const & Null();
 
 protected:
     void DoCopy(Root const &) override {}
+    // Never called: CompareTo handles null values.
     eCompare DoCompareTo(Value const &) const override { return eNotComparable; }
 };
 

@@ -18,7 +18,7 @@ template<>
 constexpr ClassSource CLASS_SOURCE<ValueString>{};
 template ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc();
 
-// A text that was moved from must not be left non-null with an unspecified content.
+// The source becomes null: std::string leaves a moved-from text with unspecified content.
 ValueString::ValueString(ValueString && sSource) noexcept
     : m_bNull(std::exchange(sSource.m_bNull, true)), m_sText(std::move(sSource.m_sText))
 {

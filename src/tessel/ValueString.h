@@ -13,17 +13,24 @@
 namespace tsl
 {
 
-/// The nullable text, and the type of texts in the library's interfaces.
+/// A text that can be null. The library's interfaces use it for texts.
 ///
-/// Null and empty are different. An operation that needs text fails the assertion "!m_bNull" with
-/// "Invalid operation. ValueString is NULL" on a null value, which then stays as it was; assigning and
-/// appending make a null value non-null. What the operations do is told at String.
+///     ValueString sName; // null
+///     sName << "Ada" << ' ' << 1815;
+///     if (!sName.IsNull())
+///         std::cout << sName.c_str(); // Ada 1815
+///
+/// Null is different from empty. An operation that needs a text fails the assertion "!m_bNull" with "Invalid
+/// operation. ValueString is NULL" if the value is null, and changes nothing. Assigning and appending make a
+/// null value non-null. Operations have the same names as those of String, where they are described. One
+/// thread at a time uses an object.
 class TSL_EXPORT ValueString : public Described<ValueString, Value>
 {
 public:
     /// Null.
     ValueString() = default;
     ValueString(ValueString const & sSource) = default;
+    /// Moving leaves the source null.
     ValueString(ValueString && sSource) noexcept;
     ValueString(char c, unsigned int n) : m_bNull(false), m_sText(c, n) {}
     ValueString(char const * sSource) : m_bNull(false), m_sText(sSource) {}
@@ -49,10 +56,13 @@ public:
 
     ValueConverter const & GetConverter() const override;
 
-    /// The shared null text.
+    /// A shared null value.
     static ValueString const & Null();
 
+    /// Allocates memory; a null value stays null.
     void Reserve(unsigned int n) { m_sText.Reserve(n); }
+
+    /// Read the text, which must not be null. Pointers and references are valid until the next change.
     unsigned int GetLength() const { return Private::Text(*this).GetLength(); }
     bool IsEmpty() const { return Private::Text(*this).IsEmpty(); }
     char operator[](unsigned int i) const { return Private::Text(*this)[i]; }
@@ -61,22 +71,24 @@ public:
     std::string const & s_str() const { return Private::Text(*this).s_str(); }
     static bool IsSpace(char c) { return String::IsSpace(c); }
 
+    /// Parts of the text, which must not be null. The result is never null.
     ValueString Mid(unsigned int pos) const { return Private::Text(*this).Mid(pos); }
     ValueString Mid(unsigned int pos, unsigned int n) const { return Private::Text(*this).Mid(pos, n); }
     ValueString Left(unsigned int n) const { return Private::Text(*this).Left(n); }
     ValueString Right(unsigned int n) const { return Private::Text(*this).Right(n); }
 
+    /// Erase bytes of the text, which must not be null.
     void CutLeft(unsigned int n) { Private::Text(*this).CutLeft(n); }
     void CutRight(unsigned int n) { Private::Text(*this).CutRight(n); }
     void CutMid(unsigned int pos, unsigned int n) { Private::Text(*this).CutMid(pos, n); }
 
-    /// Leaves a null value null.
+    /// Does nothing to a null value, which stays null.
     void Delete(unsigned int pos, unsigned int n) { m_sText.Delete(pos, n); }
 
-    /// Neither the receiver nor the argument may be null.
+    /// Inserts s at pos. Neither this value nor s may be null.
     void Insert(unsigned int pos, ValueString const & s);
 
-    /// A null argument is not refused; it counts as the empty text.
+    /// Search. This value must not be null; a null argument counts as the empty text.
     int Find(ValueString const & s, unsigned int pos = 0) const
     {
         return Private::Text(*this).Find(s.m_sText, pos);
@@ -86,28 +98,29 @@ public:
     int Find(String const & s, unsigned int pos = 0) const { return Private::Text(*this).Find(s, pos); }
     int FindReverse(char c) const { return Private::Text(*this).FindReverse(c); }
 
-    /// No operand may be null.
+    /// Replace the first occurrence. Neither this value nor a ValueString argument may be null.
     int Replace(char const * sWhat, char const * sWith, unsigned int pos = 0)
     {
         return Private::Text(*this).Replace(sWhat, sWith, pos);
     }
     int Replace(ValueString const & sWhat, ValueString const & sWith, unsigned int pos = 0);
 
+    /// Remove white space. The value must not be null.
     void TrimLeft() { Private::Text(*this).TrimLeft(); }
     void TrimRight() { Private::Text(*this).TrimRight(); }
     void Trim() { Private::Text(*this).Trim(); }
 
-    /// Neither the receiver nor the argument may be null.
+    /// Compare. Neither this value nor a ValueString argument may be null.
     int Compare(ValueString const & s) const;
     int Compare(std::string const & s) const { return Private::Text(*this).Compare(s); }
     int Compare(char const * s) const { return Private::Text(*this).Compare(s); }
     int Compare(char c) const { return Private::Text(*this).Compare(c); }
 
-    /// As String::Format; makes the value non-null.
+    /// The same as String::Format. Make the value non-null; after a failure it is unchanged.
     [[gnu::format(printf, 2, 3)]] void Format(char const * sFormat, ...);
     [[gnu::format(printf, 2, 0)]] void FormatArgList(char const * sFormat, va_list oArguments);
 
-    /// Append and make the value non-null. A null ValueString on the right fails the assertion
+    /// Append and make the value non-null. A null ValueString as the right operand fails the assertion
     /// "!s.IsNull()".
     ValueString & operator<<(ValueString const & s);
     ValueString & operator<<(std::string const & s) { return Private::Append(*this, s); }
@@ -130,7 +143,7 @@ protected:
 private:
     struct Private
     {
-        /// The text of a value that must not be null. The failure carries the line of the call, which is in
+        /// The text of a value that must not be null. A failure reports the line of the call, which is in
         /// this file.
         static String const & Text(ValueString const & s, int iLine = __builtin_LINE())
         {
@@ -160,8 +173,8 @@ private:
 
 extern template ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc();
 
-/// As Compare of the right operand, with what that demands. A text that is no ValueString may stand on the
-/// left as well.
+/// Compare as ValueString::Compare with the right operand, and with the same requirements. A std::string, a
+/// char const * or a char may also be the left operand.
 inline bool operator==(ValueString const & sLeft, ValueString const & sRight)
 {
     return sLeft.Compare(sRight) == 0;
@@ -195,7 +208,8 @@ inline std::strong_ordering operator<=>(ValueString const & sLeft, char cRight)
     return sLeft.Compare(cRight) <=> 0;
 }
 
-/// Sums: the left text with the right operand appended; the result is non-null even if the left one is null.
+/// A copy of the left text with the right operand appended. The result is never null; a null left operand
+/// counts as empty, a null right one fails as in operator<<.
 inline ValueString operator+(ValueString sLeft, ValueString const & sRight)
 {
     sLeft << sRight;

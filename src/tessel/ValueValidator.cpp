@@ -8,7 +8,7 @@ constexpr ClassSource CLASS_SOURCE<ValueValidator>{};
 template ClassDescription const &
 Described<ValueValidator, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that the vtable and the type_info of the class are in the library only.
 ValueValidator::~ValueValidator() = default;
 
 } // namespace tsl

@@ -7,7 +7,10 @@
 namespace tsl
 {
 
-/// Abstract base of what says whether a value may stand. The library has none itself.
+/// Abstract base for classes that check values.
+///
+/// The library has no such class and never calls one; it is here so that programs share a base. One thread at
+/// a time uses an object, unless its class says otherwise.
 class TSL_EXPORT ValueValidator : public Described<ValueValidator, Root, ClassDescription::eAbstract>
 {
 public:
