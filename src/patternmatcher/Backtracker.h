@@ -6,7 +6,7 @@ namespace tsl::Pattern
 {
 
 /// The engine for short texts: tries one path after the other. One bit per state and position marks what has
-/// been visited, so that nothing is tried twice. Fast, but its memory grows with the text (R09).
+/// been visited, so that nothing is tried twice. Fast, but its memory grows with the text.
 class Backtracker
 {
 public:

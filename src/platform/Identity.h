@@ -10,7 +10,7 @@ namespace tsl::Platform
 /// started.
 [[nodiscard]] int GetProgramPath(std::string & sPath);
 
-/// Both ids are cached per thread; a forked child asks the system again.
+/// Both ids are cached per thread (R02, R08); a forked child asks the system again.
 int GetProcessId();
 unsigned long GetThreadId();
 

@@ -11,8 +11,8 @@ struct ForcedEndState;
 /// What other threads may read about a thread, even after it has ended: whether it holds locks and calls the
 /// bus.
 ///
-/// The thread itself writes it without memory barriers, to keep locks fast. A reader first executes a barrier
-/// on all threads of the process (ShowStores in posix/ThreadPresence.cpp).
+/// The thread itself writes it without memory barriers, to keep locks fast (R02, R06). A reader first
+/// executes a barrier on all threads of the process (ShowStores in posix/ThreadPresence.cpp).
 struct alignas(64) ThreadPresence
 {
     /// The thread holds a lock of the library or is about to take one. False while it waits for its first
@@ -33,9 +33,9 @@ struct alignas(64) ThreadPresence
 /// something: at a fork, and at the end of the process.
 ///
 /// A thread that forks waits until the others hold no lock of the library, and keeps them from taking one
-/// until it has forked. So the child finds no lock held, no static object half initialised, and the time
-/// functions' tables complete. The wait ends after 2 seconds, and after 50 milliseconds for a thread that may
-/// be waiting for the forking thread itself; HasLostOwner then frees the locks.
+/// until it has forked. So the child finds no lock of another thread held, no static object half initialised,
+/// and the time functions' tables complete. The wait ends after 2 seconds, and after 50 milliseconds for a
+/// thread that may be waiting for the forking thread itself; HasLostOwner then frees the locks.
 namespace Presence
 {
 

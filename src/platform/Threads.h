@@ -26,7 +26,7 @@ void KeepThisThreadInChild();
 enum class EndObstacle : int
 {
     eNone,
-    eNoAnswer, ///< its signal handler did not run: it has not begun, or blocks the signal
+    eNoAnswer, ///< its signal handler did not run: it has not begun, or nothing can interrupt it
     eLock,     ///< it holds a lock of the library
     eLibrary,  ///< it runs code of the library
     eRuntime,  ///< it runs code of a runtime library, or was called back by one

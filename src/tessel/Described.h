@@ -27,7 +27,7 @@ struct ClassSource
 /// it after the class:
 ///
 ///     template<>
-///     inline constexpr tsl::ClassSource tsl::CLASS_SOURCE<Greeting>{};
+///     inline constexpr tsl::ClassSource tsl::CLASS_SOURCE<EvenLength>{};
 template<class T>
 inline constexpr ClassSource CLASS_SOURCE{"", 0};
 
@@ -78,11 +78,10 @@ ClassDescription const & GetDescription(ClassDescription::FactoryFunction fFacto
 /// except for DoCopy, and inherits the constructors of Base. Self calls a constructor of Base by the name
 /// Described.
 ///
-///     class Greeting : public tsl::Described<Greeting, tsl::Message>
+///     class EvenLength : public tsl::Described<EvenLength, tsl::StringValidator>
 ///     {
 ///     public:
-///         Greeting() = default;
-///         ...
+///         tsl::Result Validate(tsl::String const & s) const override;
 ///     };
 ///
 /// Any thread may be the first to use the class. Its description is owned by the library and destroyed when

@@ -29,8 +29,8 @@ namespace tsl
 /// are skipped. A chapter line has the name in brackets; the rest of the line is ignored. A key line has name
 /// and value around the first "="; there are no quotes, and a value may be empty. "+=" with a text extends
 /// the value of the key above by a blank and the text. Names consist of letters, digits, "/" and "_" and are
-/// case-sensitive. A chapter may occur once in a file, a key once in a chapter. A line of more than 499 bytes
-/// is split there into two lines. A zero byte ends the text of a line.
+/// case-sensitive. A chapter may occur once in a file, a key once in a chapter. After 499 bytes a line is
+/// split, and its rest is a line of its own. A zero byte ends the text of a line.
 ///
 /// Getters need an open file, else they are assertion failures. A getter that fails leaves the value as it
 /// was, so set a default before. A reason of a failure that exceeds String::FORMAT_LENGTH_MAX is an assertion
@@ -64,7 +64,7 @@ public:
 
     bool IsOpen() const;
 
-    /// The name that was given to Open; empty if closed. Valid until the next change.
+    /// The name of the open file; empty if closed and after OpenEmpty. Valid until the next change.
     String const & GetFileName() const;
 
     /// The value of a key. False if a name is invalid or unknown.

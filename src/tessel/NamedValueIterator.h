@@ -45,6 +45,7 @@ namespace TesselDetails
 ///     class Iterator : public tsl::NamedValueIterator<Iterator>
 ///     {
 ///     public:
+///         Iterator() : NamedValueIterator(GetRows().size()) {}
 ///         static std::span<tsl::NamedGetter<Iterator> const> GetRows();
 ///
 ///     private:
