@@ -102,14 +102,14 @@ private:
 class ResultHistory
 {
 public:
-    int GetSize() const { return m_oFront.GetSize() + m_oBack.GetSize(); }
+    int GetSize() const { return m_oNear.GetSize() + m_oFar.GetSize(); }
     Result const & Get(int ix) const
     {
-        int const iFront = m_oFront.GetSize();
-        return ix < iFront ? m_oFront.Get(ix) : m_oBack.Get(GetSize() - 1 - ix);
+        int const iNear = m_oNear.GetSize();
+        return ix < iNear ? m_oNear.Get(ix) : m_oFar.Get(GetSize() - 1 - ix);
     }
 
-    void AddInFront(Result && oEntry) { m_oFront.Push(std::move(oEntry)); }
+    void AddInFront(Result && oEntry) { m_oNear.Push(std::move(oEntry)); }
 
     /// Adds the entries of another history after the own ones.
     void Append(ResultHistory const & oOther)
@@ -118,14 +118,14 @@ public:
             *this = oOther;
         else
             for (int ix = 0, iCount = oOther.GetSize(); ix < iCount; ++ix)
-                m_oBack.Push(Result(oOther.Get(ix)));
+                m_oFar.Push(Result(oOther.Get(ix)));
     }
 
 private:
-    // Two stacks, since entries are added at both ends: m_oFront has the most recent entry on top, m_oBack the
+    // Two stacks, since entries are added at both ends: m_oNear has the most recent entry on top, m_oFar the
     // oldest.
-    ResultStack m_oFront;
-    ResultStack m_oBack;
+    ResultStack m_oNear;
+    ResultStack m_oFar;
 };
 
 } // namespace tsl
