@@ -210,7 +210,7 @@ class TaskPrinter(Printer):
         task = self.value
         while True:
             whole = get_object(task)
-            record = whole["m"].dereference()
+            record = whole["m"]["m_pRecord"].dereference()
             path.append("%s %s" % (whole.type.name, quote(get_string(record["sName"]))))
             current = read_pointer(record["pCurrentTask"], "tsl::Task")
             if not current:

@@ -119,7 +119,7 @@ def describe(folder):
 
 def get_public_headers():
     source = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "src")
-    headers = {"PatternMatcher.h", "FactoryTable.h", "ScopedLockTemplate.h"}
+    headers = {"PatternMatcher.h", "FactoryTable.h", "ScopedLockTemplate.h", "TaskRecord.h"}
     with open(os.path.join(source, "tessel", "Tessel.h")) as file:
         return headers | {line.split("/")[1].rstrip(">\n") for line in file if line.startswith("#include <tessel/")}
 

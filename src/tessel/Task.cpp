@@ -2,7 +2,6 @@
 
 #include "MessageElements.h"
 #include "TaskEngine.h"
-#include "TaskMemory.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/LogPoint.h>
@@ -26,13 +25,18 @@ int const & TaskStack::operator[](int iIndex) const
     return m_vIds[i];
 }
 
-Task::Private::Private(TaskProcessor * pTheParent, String const & sTheName)
+// The functions of the record are here, where the compiler puts them into the constructor and the destructor of
+// Task (R05).
+namespace TesselDetails
+{
+
+TaskRecord::TaskRecord(TaskProcessor * pTheParent, String const & sTheName)
     : pParent(pTheParent), sName(sTheName)
 {
 }
 
-// The name stays in the source as well, for whoever has a reference to it.
-Task::Private::Private(Private && oSource)
+// Copies the name: GetTaskName may have returned a reference to that of the source.
+TaskRecord::TaskRecord(TaskRecord && oSource)
     : pParent(oSource.pParent),
       sName(oSource.sName),
       pContext(oSource.pContext.load(std::memory_order_relaxed)),
@@ -40,7 +44,44 @@ Task::Private::Private(Private && oSource)
 {
 }
 
-Task::Task(String const & sName, TaskProcessor * pParent) : m_oOwn(pParent, sName), m(&m_oOwn)
+TaskRecord::~TaskRecord() = default;
+
+TaskRecordOwner::TaskRecordOwner(TaskProcessor * pParent, String const & sName)
+    : m_oOwn(pParent, sName), m_pRecord(&m_oOwn)
+{
+}
+
+TaskRecordOwner::TaskRecordOwner(TaskRecordOwner const & oSource)
+    : m_oOwn(oSource->pParent, oSource->sName), m_pShared(oSource.Share()), m_pRecord(m_pShared.get())
+{
+}
+
+TaskRecordOwner & TaskRecordOwner::operator=(TaskRecordOwner const & oSource)
+{
+    if (&oSource != this)
+    {
+        m_oOwn.pCurrentTask.reset();
+        m_pShared = oSource.Share();
+        m_pRecord = m_pShared.get();
+    }
+    return *this;
+}
+
+TaskRecordOwner::~TaskRecordOwner() = default;
+
+std::shared_ptr<TaskRecord> const & TaskRecordOwner::Share() const
+{
+    if (!m_pShared)
+    {
+        m_pShared = std::make_shared<TaskRecord>(std::move(m_oOwn));
+        m_pRecord = m_pShared.get();
+    }
+    return m_pShared;
+}
+
+} // namespace TesselDetails
+
+Task::Task(String const & sName, TaskProcessor * pParent) : m(pParent, sName)
 {
     if (pParent == this)
         XAssertionFailed("m->pParent != this", "Parent darf nicht this sein!");
@@ -48,41 +89,17 @@ Task::Task(String const & sName, TaskProcessor * pParent) : m_oOwn(pParent, sNam
         XAssertionFailed("!m->sName.IsEmpty()", "Name darf nicht leer sein");
 }
 
-Task::Task(Task const & oSource)
-    : m_oOwn(oSource.m->pParent, oSource.m->sName), m_pShared(TaskEngine::Share(oSource)), m(m_pShared.get())
-{
-}
+Task::Task(Task const & oSource) = default;
 
 Task & Task::operator=(Task const & oSource)
 {
     if (TaskEngine::IsInStep(*this))
         TaskEngine::FailInStep();
-
-    if (&oSource != this)
-    {
-        m_oOwn.pCurrentTask.reset();
-        m_pShared = TaskEngine::Share(oSource);
-        m = m_pShared.get();
-    }
+    m = oSource.m;
     return *this;
 }
 
 Task::~Task() = default;
-
-void * Task::operator new(std::size_t iSize)
-{
-    TaskMemory * const pMemory = TaskMemory::GetCurrent();
-    return pMemory ? pMemory->Take(iSize) : ::operator new(iSize);
-}
-
-void Task::operator delete(void * pBlock, std::size_t iSize)
-{
-    TaskMemory * const pMemory = TaskMemory::GetCurrent();
-    if (pMemory && pBlock)
-        pMemory->Give(pBlock, iSize);
-    else
-        ::operator delete(pBlock);
-}
 
 int Task::Process(TaskContext & oContext)
 {

@@ -3,12 +3,9 @@
 #include <tessel/Export.h>
 #include <tessel/MessageFilter.h>
 #include <tessel/String.h>
+#include <tessel/TaskRecord.h>
 #include <tessel/ValueString.h>
 
-#include <atomic>
-#include <cstddef>
-#include <memory>
-#include <new>
 #include <vector>
 
 namespace tsl
@@ -88,38 +85,6 @@ public:
     /// "TR_REMAIN", "TR_PROCEED", "TR_RETURN", or "USER_DEFINED" for any other number.
     static char const * GetTaskResultName(int iTaskResult);
 
-    /// How tasks are allocated. A machine makes and deletes one with every transition, so the memory of those
-    /// that it leaves goes to those that it comes to; anything else is allocated on the heap as ever. A class
-    /// that has more than one base with an operator new says with a using-declaration which one is meant.
-    static void * operator new(std::size_t iSize);
-    static void operator delete(void * pBlock, std::size_t iSize);
-
-    // The other forms of every class, which those above hide.
-    static void * operator new(std::size_t iSize, std::nothrow_t const &) noexcept
-    {
-        return ::operator new(iSize, std::nothrow);
-    }
-    static void * operator new(std::size_t iSize, std::align_val_t iAlignment)
-    {
-        return ::operator new(iSize, iAlignment);
-    }
-    static void * operator new(
-        std::size_t iSize, std::align_val_t iAlignment, std::nothrow_t const &) noexcept
-    {
-        return ::operator new(iSize, iAlignment, std::nothrow);
-    }
-    static void * operator new(std::size_t, void * pPlace) noexcept { return pPlace; }
-    static void operator delete(void * pBlock, std::nothrow_t const &) noexcept { ::operator delete(pBlock); }
-    static void operator delete(void * pBlock, std::align_val_t iAlignment) noexcept
-    {
-        ::operator delete(pBlock, iAlignment);
-    }
-    static void operator delete(void * pBlock, std::align_val_t iAlignment, std::nothrow_t const &) noexcept
-    {
-        ::operator delete(pBlock, iAlignment);
-    }
-    static void operator delete(void *, void *) noexcept {}
-
 protected:
     /// The name must not be empty, and the parent not this task itself: assertion failures. A null parent
     /// is that of a topmost processor. The parent must outlive the task.
@@ -183,28 +148,7 @@ protected:
 private:
     friend struct TaskEngine;
 
-    /// What copies share.
-    struct Private
-    {
-        TSL_HIDDEN Private(TaskProcessor * pTheParent, String const & sTheName);
-        TSL_HIDDEN Private(Private && oSource);
-
-        TaskProcessor * pParent;
-        String sName;
-
-        // That of the step that runs now, null between steps. Atomic, since a step that a second thread
-        // begins by mistake has to be noticed and must not do harm.
-        std::atomic<TaskContext *> pContext{nullptr};
-
-        // Of a machine: the task in which it stands, null before the first step.
-        std::unique_ptr<Task> pCurrentTask;
-    };
-
-    // A machine makes and deletes a task with every transition, so the record lies in the task itself. The
-    // first copy moves it to where it can be shared. m is the one of the two that counts.
-    mutable Private m_oOwn;
-    mutable std::shared_ptr<Private> m_pShared;
-    mutable Private * m;
+    TesselDetails::TaskRecordOwner m;
 };
 
 } // namespace tsl

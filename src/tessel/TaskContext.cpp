@@ -2,7 +2,6 @@
 
 #include "MessageElements.h"
 #include "TaskEngine.h"
-#include "TaskMemory.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/LogPoint.h>
@@ -83,8 +82,6 @@ struct TSL_HIDDEN TaskContext::Private
     Variables<int> oLocalNumbers;
     Variables<ValueString> oLocalTexts;
 
-    TaskMemory oTaskMemory;
-
     std::unique_ptr<Pipe<Message>> pInput;
     std::unique_ptr<Pipe<Message>> pOutput;
     std::unique_ptr<TaskProcessor> pProcessor;
@@ -119,7 +116,7 @@ TaskContext::~TaskContext() = default;
 void TaskContext::Process()
 {
     // How the machine stands, the tasks tell by messages.
-    static_cast<void>(TaskEngine::RunStep(*m->pProcessor, *this, m->oTaskMemory));
+    static_cast<void>(TaskEngine::Process(*m->pProcessor, *this));
 }
 
 void TaskContext::WriteMessage(Message const & oMessage)

@@ -24,9 +24,6 @@ class TaskStack;
 /// another thread. All else belongs to the thread that runs the machine, a TaskContextMessage for
 /// WriteMessage included.
 ///
-/// The memory of the tasks that the machine has left is kept for the next ones of their size: at most 8
-/// blocks of each size up to 512 bytes.
-///
 /// A variable or a setting is set and found in O(log n) for n of them.
 ///
 /// Copies share one record, the machine included, and none may be assigned to while a step runs.

@@ -1,7 +1,5 @@
 #include "TaskEngine.h"
 
-#include "TaskMemory.h"
-
 #include <tessel/Assertion.h>
 #include <tessel/LogPoint.h>
 #include <tessel/TaskFactory.h>
@@ -117,13 +115,6 @@ int TaskEngine::Begin(Task & oTask, TaskContext & oContext)
     return iResult == Task::TR_REMAIN ? RunProcess(oTask) : iResult;
 }
 
-int TaskEngine::RunStep(Task & oTask, TaskContext & oContext, TaskMemory & oMemory)
-{
-    StepScope const oScope(oTask, oContext);
-    TaskMemory::Scope const oMemoryScope(oMemory);
-    return RunProcess(oTask);
-}
-
 int TaskEngine::InitTask(TaskProcessor & oMachine, TaskContext & oContext)
 {
     int iNextTaskId = 0;
@@ -165,16 +156,6 @@ void TaskEngine::SetNewTask(TaskProcessor & oMachine, int iTaskId)
 
     // The old task goes when the new one has taken its place.
     GetCurrentTask(oMachine) = std::move(pTask);
-}
-
-std::shared_ptr<Task::Private> const & TaskEngine::Share(Task const & oTask)
-{
-    if (!oTask.m_pShared)
-    {
-        oTask.m_pShared = std::make_shared<Task::Private>(std::move(oTask.m_oOwn));
-        oTask.m = oTask.m_pShared.get();
-    }
-    return oTask.m_pShared;
 }
 
 } // namespace tsl

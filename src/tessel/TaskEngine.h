@@ -8,8 +8,6 @@
 namespace tsl
 {
 
-class TaskMemory;
-
 /// What the library does with the tasks of a machine and a program never calls. It stands apart from the
 /// classes, whose names a program's own tasks inherit.
 struct TaskEngine
@@ -21,9 +19,6 @@ struct TaskEngine
 
     /// The entry and, if the task remains in it, the first Process, with the context given once.
     static int Begin(Task & oTask, TaskContext & oContext);
-
-    /// Process of the topmost machine, whose tasks lie in that memory.
-    static int RunStep(Task & oTask, TaskContext & oContext, TaskMemory & oMemory);
 
     /// Enters the first task of a machine, or the next one after the result of the current one. Both return
     /// what that task wants next.
@@ -58,14 +53,8 @@ struct TaskEngine
         return oStack;
     }
 
-    /// Moves the record of a task to where copies can share it, unless it is there already.
-    static std::shared_ptr<Task::Private> const & Share(Task const & oTask);
-
-    /// Whether the record is destroyed with this object.
-    static bool IsLastOwner(Task const & oTask)
-    {
-        return !oTask.m_pShared || oTask.m_pShared.use_count() == 1;
-    }
+    /// Whether the record of the task is destroyed with this object.
+    static bool IsLastOwner(Task const & oTask) { return oTask.m.IsLastOwner(); }
 
     [[noreturn, gnu::cold]] static void FailInStep();
 
