@@ -69,7 +69,7 @@ DebugMessageConstIterator::DebugMessageConstIterator(DebugMessage const & oMessa
 {
 }
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that the vtable and the type record of the class are only in the library.
 DebugMessageConstIterator::~DebugMessageConstIterator() = default;
 
 std::span<NamedGetter<DebugMessageConstIterator> const> DebugMessageConstIterator::GetRows()

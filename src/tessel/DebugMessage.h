@@ -12,7 +12,14 @@
 namespace tsl
 {
 
-/// A line of trace text with its source position and the thread and process that it comes from.
+/// A line of trace text, with the place in the source, the thread and the process that it comes from.
+///
+/// One thread fills a message in; after that any number may read it. Log points send it, so a program seldom makes
+/// one itself:
+///
+///     tsl::DebugMessage oMessage("Connection lost");
+///     oMessage.SetIdentifier("Network");
+///     tsl::Support::DispatchMessage(oMessage);
 class TSL_EXPORT DebugMessage : public Described<DebugMessage, Message>
 {
 public:
@@ -24,8 +31,11 @@ public:
 
     ~DebugMessage() override = default;
 
+    /// All texts are copied; a null pointer sets the element to null.
     void SetText(String const & sText);
     void SetFile(char const * sFile);
+
+    /// Counted from 1.
     void SetLine(int iLine);
 
     /// The name of the log point.
@@ -33,18 +43,21 @@ public:
     void SetThreadId(unsigned long iThreadId);
     void SetProcessId(int iProcessId);
 
+    /// The references hold as long as the message; the values are null until they are set.
     ValueString const & GetText() const { return m_sText; }
     ValueString const & GetFile() const { return m_sFile; }
     ValueString const & GetIdentifier() const { return m_sIdentifier; }
     ValueInt32 const & GetLine() const { return m_iLine; }
+
+    /// The system's numbers; those of the constructing thread until they are set.
     unsigned long const & GetThreadId() const { return m_iThreadId; }
     int const & GetProcessId() const { return m_iProcessId; }
 
-    /// A copy that keeps the thread and process of its origin; the caller deletes it.
+    /// A copy with the same thread and process ids; the caller deletes it.
     DebugMessage * GetClone() const;
 
 protected:
-    /// "Pid", "Tid", "Id", "Text", "File", "Line".
+    /// The elements are "Pid", "Tid", "Id", "Text", "File", "Line".
     std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const override;
 
     void DoCopy(Root const & oSource) override;
@@ -60,14 +73,15 @@ private:
 
 extern template ClassDescription const & Described<DebugMessage, Message>::GetStaticClassDesc();
 
-/// The walk over a DebugMessage, which must outlive it. Access outside the elements is an assertion
-/// failure.
+/// Iterates over the elements of a DebugMessage, which must outlive the iterator. It is used by one thread at a
+/// time. Access before the first or after the last element is an assertion failure.
 class TSL_EXPORT DebugMessageConstIterator : public NamedValueIterator<DebugMessageConstIterator>
 {
 public:
     explicit DebugMessageConstIterator(DebugMessage const & oMessage);
     ~DebugMessageConstIterator() override;
 
+    /// Name and getter of each element.
     static std::span<NamedGetter<DebugMessageConstIterator> const> GetRows();
 
 private:

@@ -16,8 +16,8 @@
 namespace tsl::TesselDetails
 {
 
-/// The table of a factory: functions by key. Any thread may use it at any time; a table is copied and assigned
-/// while no other thread uses it.
+/// The table of a factory: functions by key. Any thread may call any operation at any time, except that no other
+/// thread may use a table while it is copied or assigned.
 ///
 /// @tparam Key has an operator<
 /// @tparam Function is a pointer to a function or behaves like one
@@ -35,7 +35,7 @@ public:
     }
     ~FactoryTable() = default;
 
-    /// The key's function, or null.
+    /// Returns the key's function, or null.
     Function Find(Key const & oKey) const
     {
         ReadLock const oScope(m_oLock);
@@ -43,7 +43,7 @@ public:
         return oEntry == m_oFunctions.end() ? Function() : oEntry->second;
     }
 
-    /// Enters a function. A key that has one keeps it; the result then is false.
+    /// Adds a function and returns true. A key that has a function keeps it; the result is then false.
     bool Insert(Key const & oKey, Function const & fFunction)
     {
         WriteLock const oScope(m_oLock);
@@ -62,14 +62,14 @@ private:
     mutable Mutex m_oLock;
 };
 
-/// The same for integers, where Find takes no lock: machines on any number of threads ask for their next task
-/// all the time, while the table hardly ever changes (R05).
+/// The same for integers, where Find takes no lock: machines on any number of threads look up their next task all
+/// the time, while the table hardly ever changes (R05).
 ///
-/// An index is an open hash table. An erased key keeps its slot, without a function. When half of the slots
-/// are used, the keys that have a function are entered in another index of the same size, or of twice the
-/// size, and a reader that has just missed that searches again. There are two indexes of each size at most. They
-/// stay until the table is destroyed, for readers that are late, so the memory is that of the most keys that
-/// the table had at one time.
+/// An index is a hash table with open addressing. An erased key keeps its slot, without a function. When half of
+/// the slots are used, the keys that have a function are copied to another index, of the same or of twice the size.
+/// A reader that used the old index meanwhile searches again. There are at most two indexes of each size. They are
+/// kept until the table is destroyed, since a slow reader may still be in one. So the memory grows with the most
+/// keys that the table ever had at one time.
 template<std::integral Key, class Function, class Mutex>
 requires std::is_pointer_v<Function>
 class FactoryTable<Key, Function, Mutex>
@@ -98,7 +98,7 @@ public:
             Function const fFunction =
                 oPlace.bUsed ? oPlace.pSlot->fFunction.load(std::memory_order_acquire) : nullptr;
 
-            // As long as no further rebuild has begun, nobody has written another key to the slot.
+            // If no rebuild has begun meanwhile, no other key was written to the slot.
             if (m_iRebuilds.load(std::memory_order_relaxed) == iRebuilds) [[likely]]
                 return fFunction;
         }
@@ -125,7 +125,7 @@ public:
     }
 
 private:
-    // The rest of a slot belongs to its key only if the slot is used.
+    // Key and function are valid only if bUsed is set.
     struct Slot
     {
         std::atomic<bool> bUsed{false};
@@ -133,7 +133,7 @@ private:
         std::atomic<Function> fFunction{nullptr};
     };
 
-    /// A power of two of slots, half of them at most in use, so that every search ends at one that is not.
+    /// The number of slots is a power of two. At most half of them are used, so every search ends at an unused one.
     struct Index
     {
         explicit Index(std::size_t iSize)
@@ -150,17 +150,17 @@ private:
         int iShift;
     };
 
-    /// The key's slot, or an unused one in which the key would be.
+    /// The slot of a key, or the unused slot at which the search for it ended.
     struct Place
     {
         Slot * pSlot;
-        bool bUsed; // As the search saw it: another key may have come to the slot since.
+        bool bUsed; // As the search saw it; another key may have taken the slot since.
     };
 
     static constexpr std::size_t INITIAL_SIZE = 16;
 
-    /// The slot at which the search for a key begins: it is another one for nearly every key, also for those
-    /// that follow each other in regular steps.
+    /// The slot at which the search for a key begins. Nearly every key has a slot of its own, also keys in regular
+    /// steps, such as the multiples of 1024.
     static std::size_t GetFirstSlot(Index const & oIndex, Key iKey)
     {
         std::uint64_t i = static_cast<std::uint64_t>(iKey) * 0x9E3779B97F4A7C15;
@@ -180,7 +180,7 @@ private:
         }
     }
 
-    /// Enters a key that the index does not have.
+    /// Adds a key that is not in the index.
     static void Enter(Index & oIndex, Key iKey, Function fFunction)
     {
         Slot & oSlot = *FindPlace(oIndex, iKey).pSlot;
@@ -197,7 +197,7 @@ private:
         ++m_iUsed;
     }
 
-    // The index, for those that change it.
+    // For the holder of the write lock.
     Index & GetIndex() const { return *m_pIndex.load(std::memory_order_relaxed); }
 
     Index & AddIndex(std::size_t iSize)
@@ -206,6 +206,7 @@ private:
         return *m_vIndexes.back();
     }
 
+    /// An index of that size which is not in use. Its slots still have old keys.
     Index & GetUnusedIndex(std::size_t iSize)
     {
         for (std::unique_ptr<Index> const & pIndex : m_vIndexes)
@@ -223,7 +224,8 @@ private:
         bool const bGrow = iFunctions * 4 > oOld.vSlots.size();
         Index & oNew = GetUnusedIndex(oOld.vSlots.size() * (bGrow ? 2 : 1));
 
-        // Every store to a slot releases, so that a reader of a late index that sees one sees this, too.
+        // All stores to slots are releases: a slow reader that still uses this index and sees one of them also sees
+        // the new count, and searches again.
         m_iRebuilds.store(m_iRebuilds.load(std::memory_order_relaxed) + 1, std::memory_order_release);
         for (Slot & oSlot : oNew.vSlots)
         {
@@ -247,10 +249,10 @@ private:
     std::vector<std::unique_ptr<Index>> m_vIndexes;
     std::atomic<Index *> m_pIndex;
 
-    /// Counted when they begin.
+    // Incremented when a rebuild begins.
     std::atomic<std::uint64_t> m_iRebuilds{0};
 
-    /// Slots of the index that are used.
+    // Number of used slots in the current index.
     std::size_t m_iUsed = 0;
 
     Mutex m_oLock;

@@ -12,21 +12,21 @@
 namespace tsl
 {
 
-/// What can happen to an entry of a factory.
+/// The base of all factories: what can happen to an entry.
 class TSL_EXPORT FactoryBase
 {
 public:
-    /// A bit mask of which a notification has one bit.
+    /// Each notification has one of these bits.
     enum Action
     {
-        eBeforeRegister = 1,   ///< before the table is touched
+        eBeforeRegister = 1,   ///< before the table changes
         eAfterRegister = 2,    ///< only if the key was new
-        eBeforeUnregister = 4, ///< before the table is touched
+        eBeforeUnregister = 4, ///< before the table changes
         eAfterUnregister = 8   ///< whether or not the key was there
     };
 };
 
-/// What an observer of a factory is told.
+/// The arguments of an observer's call: the key, which is a copy, and what happens to it.
 template<class Key>
 class TSL_EXPORT FactoryCallBackArgs
 {
@@ -42,16 +42,21 @@ private:
     FactoryBase::Action m_eAction;
 };
 
-/// An observer: it is told of what happens and of the end of who tells it.
+/// The interface of an observer. The notifier does not own it and calls it on the thread that made the change.
+///
+/// @tparam Args what happened
+/// @tparam CallResult one object that all observers of a notification share
 template<class Args, class CallResult>
 class TSL_EXPORT CallBack
 {
 public:
     virtual ~CallBack() = default;
 
+    /// Something has happened. What it throws reaches the caller who made the change, and no further observer is
+    /// called.
     virtual void Invoke(Args const & oArgs, CallResult & oResult) = 0;
 
-    /// The notifier goes away and must not be used any more.
+    /// The notifier is being destroyed and must not be used any more. Must not throw.
     virtual void HandlerDestruction() const = 0;
 
 protected:
@@ -60,7 +65,7 @@ protected:
     CallBack & operator=(CallBack const &) = default;
 };
 
-/// Makes a product with a function without argument.
+/// Makes a product by calling a creation function without arguments. The caller owns the product.
 template<class Product, class Function>
 class TSL_EXPORT ProductCreator
 {
@@ -71,7 +76,8 @@ public:
     Product * Create(Function const & fFunction) const { return fFunction(); }
 };
 
-/// Makes a product with a function of one argument, which the creator keeps.
+/// Makes a product by calling a creation function with one argument, of which the creator keeps a copy. The caller
+/// owns the product.
 template<class Product, class Function, class Argument>
 class TSL_EXPORT ProductCreator1
 {
@@ -87,17 +93,25 @@ private:
     Argument m_oArgument;
 };
 
-/// A process-wide table of creation functions by key, with observers that are told of every change.
+/// A table of creation functions by key, one for the whole process, with observers that are notified of every
+/// change. Its best known kinds are TaskFactory and MessageProcessorFactory:
 ///
-/// Any thread may use it. The table's lock is held while a key is searched or the table changes; an integer is
-/// searched without it. Creation functions and observers run outside of it, the observers under a lock of their
-/// own. An observer can veto nothing. The memory of a key that is not registered is used again for others. An integer is entered, found and removed
-/// in the same time on average, whatever the number of keys; any other key in O(log n).
+///     tsl::TaskFactory & oFactory = tsl::TaskFactory::Instance();
+///     oFactory.Register(iTaskId, [](tsl::TaskProcessor * pParent) -> tsl::Task * { return new MyTask(pParent); });
+///     tsl::Task * const pTask = oFactory.CreateProduct(iTaskId, tsl::TaskCreator(pMachine));
 ///
-/// A copy has the same entries and calls the same observers, which ObserverNotify tells more of: the end of
-/// a copy is not told to them. No other thread may use either factory while one is copied or assigned.
+/// Any thread may use it. Lookups and changes hold the table's lock; the lookup of an integer key takes no lock.
+/// Creation functions and observers are called without that lock, observers under a lock of their own. An observer
+/// cannot prevent a change. The memory of an unregistered key is used again for other keys. Adding, lookup and
+/// removal take constant time on average for an integer key, O(log n) for any other.
+///
+/// A copy has the same entries and calls the same observers, but does not call them when it is destroyed; see
+/// ObserverNotify. No other thread may use either factory while one is copied or assigned.
 ///
 /// @tparam Key has an operator<
+/// @tparam Creator is a ProductCreator or a ProductCreator1
+/// @tparam Mutex as for ObserverNotify
+/// @tparam CallBackResult what the observers share
 template<class Key, class Creator, class Mutex, class CallBackResult>
 class TSL_EXPORT Factory : public Singleton<Factory<Key, Creator, Mutex, CallBackResult>>, public FactoryBase
 {
@@ -113,15 +127,15 @@ public:
     Factory & operator=(Factory const &) = default;
     ~Factory() override = default;
 
-    /// The one factory of this kind, made by the function on the first call.
+    /// The one factory of this kind. The first call makes it with the function, which may be null in later calls.
     [[gnu::noinline]] static Factory & Instance(Factory * (*fCreator)())
     {
         static Factory & oRef = Singleton<Factory>::Instance(fCreator);
         return oRef;
     }
 
-    /// Enters a function and answers whether the key was new; a key that is there keeps its function. The
-    /// result is what the observers are called with. A null function is an assertion failure.
+    /// Adds a function and returns whether the key was new; a registered key keeps its function. The observers are
+    /// called with oResult. A null function is an assertion failure.
     bool Register(Key const & oKey, Function fFunction)
     {
         CallBackResult oIgnored{};
@@ -129,7 +143,7 @@ public:
     }
     bool Register(Key const & oKey, Function fFunction, CallBackResult & oResult);
 
-    /// Removes the key's entry, if there is one.
+    /// Removes the key's entry if there is one. The observers are called in both cases.
     void Unregister(Key const & oKey)
     {
         CallBackResult oIgnored{};
@@ -139,13 +153,14 @@ public:
 
     bool IsRegistered(Key const & oKey) const { return GetFactoryFunction(oKey) != nullptr; }
 
-    /// Deletes what CreateProduct made. Null is an assertion failure.
+    /// Deletes a product of CreateProduct. Null is an assertion failure.
     virtual void DeleteProduct(Product * pProduct);
 
     /// A new product, which the caller owns, or null for a key that is not registered.
     virtual Product * CreateProduct(Key const & oKey, Creator const & oCreator);
 
-    /// Observers are not owned. Null throws an Exception of code -1; IsAttached(null) is false.
+    /// Observers are not owned: each must outlive the factory or be detached. A null pointer throws an Exception of
+    /// code -1; IsAttached(null) is false.
     void Attach(Observer * pObserver) { m_oObservers.Attach(pObserver); }
     void Detatch(Observer * pObserver) { m_oObservers.Detatch(pObserver); }
     bool IsAttached(Observer * pObserver) const { return m_oObservers.IsAttached(pObserver); }
@@ -157,7 +172,7 @@ protected:
     {
     }
 
-    /// The key's function, or null.
+    /// Returns the key's function, or null.
     Function GetFactoryFunction(Key const & oKey) const { return m_oTable.Find(oKey); }
 
     void Notify(Key const & oKey, Action eAction, CallBackResult & oResult) const
@@ -170,7 +185,7 @@ private:
 
     TesselDetails::FactoryTable<Key, Function, Mutex> m_oTable;
 
-    // The last member, destroyed first: the observers are told while the table is still there.
+    // The last member, so destroyed first: the observers are notified while the table still exists.
     ObserverNotify<Observer, Args, CallBackResult> m_oObservers;
 };
 
@@ -214,10 +229,11 @@ auto Factory<Key, Creator, Mutex, CallBackResult>::CreateProduct(Key const & oKe
     return fFunction ? oCreator.Create(fFunction) : nullptr;
 }
 
-/// An observer that attaches itself to factory F for its lifetime, or until the factory goes away. The
-/// factory must exist already. An application derives from it and implements Invoke, and makes and destroys
-/// the object only while no other thread registers or unregisters: this base is attached longer than there is
-/// an Invoke to call.
+/// An observer that attaches itself to factory F for its lifetime, or until the factory is destroyed. The factory
+/// must exist already. A program derives from it and implements Invoke.
+///
+/// Make and destroy it only while no other thread registers or unregisters: this base is attached before the
+/// derived object is complete and is still attached after its destructor, when there is no Invoke to call.
 template<class F>
 class TSL_EXPORT SelfRegistrationFactoryCallBack
     : public CallBack<FactoryCallBackArgs<typename F::KeyType>, typename F::CallBackResultType>

@@ -57,13 +57,13 @@ void LogFileProcessorConfig::DoCopy(Root const &)
 
 struct TSL_HIDDEN LogFileProcessor::Private
 {
-    LogFileProcessorConfig oConfig;
-    // Under the lock.
+    /// The caller holds the lock.
     void Append(String & sLine);
 
+    LogFileProcessorConfig oConfig;
     Platform::File oFile;
     bool bFailed = false;
-    bool bBegun = false; ///< the file has been appended to
+    bool bBegun = false; ///< a line has been appended since Open
     LineCache oLines;
     OwnMutex oLock;
 };
@@ -73,7 +73,7 @@ void LogFileProcessor::Private::Append(String & sLine)
     if (!oFile.IsOpen() || bFailed)
         return;
 
-    // Somebody who was killed, or had no space, may have left half a line.
+    // A process that was killed, or had no space, may have left a partial line.
     if (!std::exchange(bBegun, true) && Platform::EndsInTornLine(oFile))
         sLine = String("\n") + sLine;
     bFailed = Platform::Append(oFile, sLine.c_str(), sLine.GetLength()) != 0;
@@ -110,7 +110,8 @@ MessageProcessorConfig const & LogFileProcessor::GetConfig() const
 
 Result LogFileProcessor::SetConfig(MessageProcessorConfig const &)
 {
-    // Not under the lock: the report may come back here by way of the bus, whose lock goes first.
+    // Not under the lock: the bus may pass the report back to this processor, and its lock must be taken before
+    // ours.
     XAssertionFailed("false", "Unknown");
 }
 

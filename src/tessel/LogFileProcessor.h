@@ -9,13 +9,13 @@
 namespace tsl
 {
 
-/// Which file the log is written to, and how. It cannot be copied through Root::Set.
+/// The file that the log is written to, and how it is opened. Root::Set is an assertion failure.
 class LogFileProcessorConfig : public Described<LogFileProcessorConfig, MessageProcessorConfig>
 {
 public:
     LogFileProcessorConfig() = default;
 
-    /// Output plus append.
+    /// Bits: output (2) and append (8).
     int GetOpenMode() const { return m_iOpenMode; }
 
     /// "Logfile.txt", relative to the current directory.
@@ -32,19 +32,19 @@ private:
 extern template ClassDescription const &
 Described<LogFileProcessorConfig, MessageProcessorConfig>::GetStaticClassDesc();
 
-/// Appends each message as a line, or several for a Result with a history, to the log file. The text and
-/// its line end go to the system in one piece before Process returns, so that nothing is lost in a crash
-/// and lines are whole, also if several processes write to one file.
+/// Appends each message to the log file as one line, or as several for a Result with a history. The text and its
+/// line end are passed to the system in one write before Process returns. So nothing is lost in a crash, and lines
+/// are not mixed, also if several processes write to one file.
 ///
-/// Any thread may use it. A write that fails, as on a full disk, is not reported, and later ones are not
-/// tried. If half a line was written, its last byte is replaced by a line end, so whatever process appends
-/// next begins a line of its own. Half a line that was left by a process that was killed meanwhile, or on a
-/// system that can replace nothing on a full disk, is ended by the first line of the next process that opens
-/// the file; until then, others may go on with it.
+/// Any thread may use it. If a write fails, as on a full disk, that is not reported, and no later write is tried
+/// until the next Open. If only a part of a line was written, its last byte is replaced by a line end, so the next
+/// writer begins a new line. A partial line remains if the process was killed while it wrote, or if the system
+/// cannot replace a byte on a full disk. The first line of the next process that opens the file then ends it; until
+/// then, another process may append to it.
 class LogFileProcessor : public Described<LogFileProcessor, MessageProcessor>
 {
 public:
-    /// Under which it is registered in MessageProcessorFactory.
+    /// Its key in MessageProcessorFactory.
     static constexpr char const * CLASS_NAME = "LogFileProcessor";
 
     LogFileProcessor();
@@ -60,8 +60,8 @@ public:
     /// A processor cannot be reconfigured: always an assertion failure.
     [[nodiscard]] Result SetConfig(MessageProcessorConfig const & oConfig) override;
 
-    /// Opens the file, which is made if it is absent. Code 1 if it cannot be opened; never waits, so a
-    /// pipe without a reader is such a failure. Success if it is open already.
+    /// Opens the file and creates it if it does not exist. Code 1 if it cannot be opened. Never waits: a pipe
+    /// without a reader cannot be opened. Success if it is open already.
     [[nodiscard]] Result Open() override;
     void Close() override;
 

@@ -13,13 +13,20 @@
 namespace tsl
 {
 
-/// Base of everything that travels over a bus, through a pipe or into the log: a small object that can be
-/// copied and tells what it holds.
+/// The base of everything that is sent over a bus, through a pipe or into the log: a small object that can be
+/// copied and lists its elements.
 ///
-/// The type of a message is the class id of its class, so it is known at run time only and valid within
-/// one run. Only classes that derive from Message directly may be dispatched.
+/// The type of a message is the class id of its class. It is known at run time only and valid within one run. Only
+/// classes that derive directly from Message may be dispatched.
 ///
-/// A message is built by one thread and afterwards read by others through its const operations.
+/// One thread fills a message in; after that any number may read it through its const operations. A message class:
+///
+///     class Alarm : public tsl::Described<Alarm, tsl::Message>
+///     {
+///         std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
+///         void DoCopy(tsl::Root const & oSource) override { *this = static_cast<Alarm const &>(oSource); }
+///         tsl::ValueString m_sText;
+///     };
 class TSL_EXPORT Message : public Described<Message, Root, ClassDescription::eAbstract>
 {
 public:
@@ -30,14 +37,14 @@ public:
 
     unsigned int const & GetType() const { return GetClassDesc().GetClassId(); }
 
-    /// The type by which a processor receives every message.
+    /// The type of Message itself: a processor that registers for it receives every message.
     static unsigned int const & GetBaseType();
 
-    /// A walk over the contents. The message must outlive it, and Begin has to be called first. At this
-    /// level there are none.
+    /// An iterator over the elements. The message must outlive it. Call its Begin first. The iterator of this class
+    /// has no elements.
     virtual std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const = 0;
 
-    /// Appends name='value' of each element, separated by "; ", and returns the text.
+    /// Appends name='value' of each element, separated by "; ", and returns s.
     virtual String & AddAsString(String & s) const;
 
 protected:
@@ -47,7 +54,7 @@ protected:
 extern template ClassDescription const &
 Described<Message, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-/// The walk over nothing.
+/// An iterator without elements: its value is null and its name empty. It is used by one thread at a time.
 class TSL_EXPORT DummyMessageIterator : public MessageConstIterator
 {
 public:

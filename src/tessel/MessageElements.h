@@ -21,7 +21,7 @@ void AppendElements(Message const & oMessage, String & sText, AppendValue fAppen
     }
 }
 
-/// The text form of a message alone.
+/// Returns the text of a message, as AddAsString appends it.
 inline String GetMessageText(Message const & oMessage)
 {
     String sText;

@@ -7,9 +7,14 @@ namespace tsl
 
 class Message;
 
-/// A question about messages: a task that waits takes those for which the answer is yes.
+/// Says which messages a waiting task accepts; the others are discarded. See Task::ReceiveFilter.
 ///
-/// Objects are values. A filter is used by one thread at a time unless its class says otherwise.
+///     class AlarmFilter : public tsl::MessageFilter
+///     {
+///         bool Match(tsl::Message const & oMessage) const override { return dynamic_cast<Alarm const *>(&oMessage); }
+///     };
+///
+/// Filters are copied as values. One thread at a time uses a filter unless its class says otherwise.
 class TSL_EXPORT MessageFilter
 {
 public:
@@ -17,20 +22,21 @@ public:
     MessageFilter & operator=(MessageFilter const &) = default;
     virtual ~MessageFilter() = default;
 
+    /// Returns whether the message is accepted.
     virtual bool Match(Message const & oMessage) const = 0;
 
 protected:
     MessageFilter() = default;
 };
 
-/// Takes nothing. Any thread may use it.
+/// Accepts no message. Any thread may use it.
 class TSL_EXPORT MessageFilterNoMessage : public MessageFilter
 {
 public:
     bool Match(Message const & oMessage) const override;
 };
 
-/// Takes everything. Any thread may use it.
+/// Accepts every message. Any thread may use it.
 class TSL_EXPORT MessageFilterAllMessages : public MessageFilter
 {
 public:

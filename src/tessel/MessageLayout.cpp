@@ -19,25 +19,25 @@ namespace tsl
 namespace
 {
 
-/// The text of the second in which a thread has last asked for the time.
+/// The last time stamp of a thread, kept so that the local time is computed once a second (R02).
 struct Timestamp
 {
     std::int64_t iTime = std::numeric_limits<std::int64_t>::min();
     char sText[64] = "";
 };
 
-/// Not by way of TimeZone, which knows no zones but whole hours: the log follows the wall clock anywhere.
+/// Does not use TimeZone, which knows only zones of whole hours: the log shows the wall clock everywhere.
 void FormatTimestamp(Timestamp & oTimestamp)
 {
     std::tm oLocal{};
-    // A time that has no local form shows as the zero elements; a line without time would be worse.
+    // A time that cannot be converted is printed with zero elements; a line without a time would be worse.
     static_cast<void>(Platform::ToLocalTime(oTimestamp.iTime, oLocal));
     std::snprintf(oTimestamp.sText, sizeof oTimestamp.sText, "%02d.%02d.%02d %02d:%02d:%02d ", oLocal.tm_mday,
         oLocal.tm_mon + 1, oLocal.tm_year + Platform::YEAR_BASE, oLocal.tm_hour, oLocal.tm_min,
         oLocal.tm_sec);
 }
 
-/// The origin of the trace that a thread has last laid out, which is nearly always itself.
+/// Process and thread of the last trace that this thread has formatted, nearly always its own (R02).
 struct Origin
 {
     int iProcessId = 0;
@@ -45,7 +45,7 @@ struct Origin
     char sText[64] = "";
 };
 
-/// Process id, thread id and kind of a trace, each with a blank.
+/// Appends process id, thread id and kind of a trace, each followed by a blank.
 void AppendOrigin(DebugMessage const & oMessage, String & sText)
 {
     static thread_local Origin oLast;
@@ -71,7 +71,8 @@ void AppendText(ValueString const & sSource, String & sText)
 
 void DefaultMessageLayout::FormatMessage(Message const & oMessage, String & sText) const
 {
-    // Nearly all are traces, and a class is told much faster than what it derives from.
+    // Fast path: nearly all messages are traces, and comparing the exact type is much faster than dynamic_cast
+    // (R02).
     if (typeid(oMessage) == typeid(DebugMessage))
         Format(static_cast<DebugMessage const &>(oMessage), sText);
     else if (auto const * const pResultMessage = dynamic_cast<ResultMessage const *>(&oMessage))

@@ -11,7 +11,7 @@ class ResultMessage;
 class String;
 class Value;
 
-/// Turns a message into one text.
+/// Turns a message into text. Its class says which threads may use it.
 class TSL_EXPORT MessageLayout
 {
 public:
@@ -20,18 +20,20 @@ public:
     MessageLayout & operator=(MessageLayout const &) = default;
     virtual ~MessageLayout() = default;
 
-    /// Appends the message to the text.
+    /// Appends the message to sText.
     virtual void FormatMessage(Message const & oMessage, String & sText) const = 0;
 };
 
-/// The layout of the log file: day.month.year hour:minute:second of the local wall clock, and then
+/// The layout of the log file. A line begins with the local time, as day.month.year hour:minute:second, followed by
 ///
 /// - for a DebugMessage: process id, thread id, "DEB", identifier and text;
 /// - for a ResultMessage: "ERR" and, on lines of their own, the history and the Result;
-/// - for any other: name='value' of each element.
+/// - for any other message: name='value' of each element.
 ///
-/// It has no state, so any thread may use it. The local time is worked out once a second on each thread;
-/// nothing is allocated but what the text needs to grow.
+/// It has no state, so any thread may use it. The line end is added by the caller:
+///
+///     tsl::String sLine;
+///     tsl::DefaultMessageLayout().FormatMessage(oMessage, sLine);
 class TSL_EXPORT DefaultMessageLayout : public MessageLayout
 {
 public:
@@ -42,10 +44,10 @@ protected:
     void Format(ResultMessage const & oMessage, String & sText) const;
     void Format(Message const & oMessage, String & sText) const;
 
-    /// A Result is written with its history, any other value in its default layout.
+    /// Appends a Result with its history, any other value in its default layout.
     void FormatValue(Value const & oValue, String & sText) const;
 
-    /// The time and a blank.
+    /// Appends the time and a blank.
     void AddTimestamp(String & sText) const;
 };
 

@@ -18,7 +18,7 @@ constexpr ClassSource CLASS_SOURCE<MessageProcessor>{};
 template ClassDescription const &
 Described<MessageProcessor, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that the vtable and the type record of the class are only in the library.
 MessageProcessor::~MessageProcessor() = default;
 
 } // namespace tsl

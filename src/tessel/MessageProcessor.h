@@ -13,7 +13,7 @@ namespace tsl
 
 class Message;
 
-/// The configuration of a processor: the message types that it wants.
+/// The configuration of a processor: the message types that it receives. It is used by one thread at a time.
 class TSL_EXPORT MessageProcessorConfig
     : public Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>
 {
@@ -23,6 +23,7 @@ public:
 
     ~MessageProcessorConfig() override = default;
 
+    /// Class ids of messages, see Message::GetType; none by default. A MessageDispatcherClient registers for them.
     virtual void SetMessageTypes(std::vector<unsigned int> const & vTypes);
     std::vector<unsigned int> const & GetMessageTypes() const { return m_vTypes; }
 
@@ -36,10 +37,16 @@ private:
 extern template ClassDescription const &
 Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-/// Anything that can take a message.
+/// An object that receives messages from a bus: writes them, counts them, or acts on them. The simplest way to make
+/// one is to derive from PlainProcessor:
 ///
-/// A bus calls Process on whatever thread dispatches, one call at a time per list of the bus; which other
-/// threads may use a processor is for its class to say.
+///     class Printer : public tsl::PlainProcessor
+///     {
+///         void Process(tsl::Message const & oMessage, tsl::Result & oResult) const override;
+///     };
+///
+/// A bus does not own its processors. It calls Process on the thread that dispatches, one call at a time for each
+/// list of the bus. The processor's class says which other threads may use it.
 class TSL_EXPORT MessageProcessor : public Described<MessageProcessor, Root, ClassDescription::eAbstract>
 {
 public:
@@ -48,12 +55,17 @@ public:
 
     ~MessageProcessor() override;
 
-    /// Takes a message. The result is shared by all processors that get it: each may read what the one
-    /// before left there, and leave something itself.
+    /// Receives a message. All processors of one dispatch share the result: each may read what an earlier one has
+    /// reported, and report something itself.
     virtual void Process(Message const & oMessage, Result & oResult) const = 0;
 
+    /// The reference holds as long as the processor.
     virtual MessageProcessorConfig const & GetConfig() const = 0;
+
+    /// Takes the configuration over as a copy.
     [[nodiscard]] virtual Result SetConfig(MessageProcessorConfig const & oConfig) = 0;
+
+    /// Opens and closes what the processor writes to.
     [[nodiscard]] virtual Result Open() = 0;
     virtual void Close() = 0;
 
@@ -67,7 +79,7 @@ protected:
 extern template ClassDescription const &
 Described<MessageProcessor, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-/// An interface without operations of its own.
+/// An interface without operations of its own. The library does not use it.
 class TSL_EXPORT RequestChannel
 {
 public:

@@ -10,7 +10,7 @@
 namespace tsl
 {
 
-/// Makes a processor with its creation function.
+/// Makes a processor by calling its creation function. The caller owns the processor. Any thread may use it.
 class TSL_EXPORT MessageProcessorCreator : public ProductCreator<MessageProcessor, MessageProcessor * (*)()>
 {
 public:
@@ -24,7 +24,14 @@ extern template class Singleton<MessageProcessorFactoryBase>;
 extern template class Factory<std::string, ProductCreator<MessageProcessor, MessageProcessor * (*)()>,
     CriticalSectionMutex, bool>;
 
-/// The processor classes by name. The library has "LogFileProcessor"; an application may add its own.
+/// The creation functions of processors by class name, one table for the process. The library registers
+/// "LogFileProcessor"; a program may add its own:
+///
+///     auto & oFactory = tsl::MessageProcessorFactory::Instance();
+///     oFactory.Register("Printer", []() -> tsl::MessageProcessor * { return new Printer; });
+///     std::unique_ptr<tsl::MessageProcessor> pPrinter(oFactory.CreateProcessor("Printer"));
+///
+/// Any thread may use it; see Factory.
 class TSL_EXPORT MessageProcessorFactory : public MessageProcessorFactoryBase
 {
 public:
@@ -41,7 +48,8 @@ private:
 
 extern template class SelfRegistrationFactoryCallBack<MessageProcessorFactoryBase>;
 
-/// An observer of the factory that attaches itself. An application derives from it and implements Invoke.
+/// An observer of this factory, which attaches and detaches itself; see SelfRegistrationFactoryCallBack. A program
+/// derives from it and implements Invoke.
 class TSL_EXPORT MessageProcessorFactoryCallBack
     : public SelfRegistrationFactoryCallBack<MessageProcessorFactoryBase>
 {

@@ -14,21 +14,26 @@
 namespace tsl
 {
 
-/// Tells a set of observers of what happens, in the order of their addresses.
+/// Calls a set of observers, in the order of their addresses.
 ///
-/// Observers are not owned; each stands in the set once. Every operation holds the notifier's lock, also
-/// while it calls the observers. With a lock that the holding thread may take again, an observer may
-/// attach and detach itself and others, and notify again, from inside a notification: the walk then goes
-/// on with the next observer by address, so one that was detached gets nothing more, and one that was
-/// attached is served if its address lies behind the present one.
+///     tsl::ObserverNotify<Observer, int, bool> oNotify(
+///         [](Observer & oObserver, int const & iEvent, bool & bResult) { oObserver.Invoke(iEvent, bResult); });
+///     oNotify.Attach(&oObserver);
+///     oNotify.Notify(1, bResult);
 ///
-/// A copy calls the observers of its source as well, and so does an assigned notifier, beside those that
-/// are attached to it. They are lent: they know the source alone, so the copy does not tell them of its
-/// own end, and each must outlive the copy or be detached from it. Attach makes a lent observer one of the
-/// copy's own. Every notifier has a lock of its own.
+/// Observers are not owned; each is in the set once. Any thread may call any operation: all hold the notifier's
+/// lock, also while they call the observers. If the thread that holds the lock may take it again, as a
+/// CriticalSectionMutex allows, an observer may attach, detach and notify from inside a notification. The loop
+/// continues with the next observer by address: a detached one is not called any more, and a newly attached one is
+/// called if its address is above the present one.
 ///
-/// @tparam Observer has `HandlerDestruction() const`, which is called when the notifier goes away and must
-/// not throw
+/// A copy, and a notifier that is assigned to, also calls the observers of its source. They are borrowed: they know
+/// only the source, so they are not called when the copy is destroyed, and each must outlive the copy or be
+/// detached from it. Attach makes a borrowed observer one of the copy's own. Every notifier has a lock of its own.
+///
+/// @tparam Observer has `HandlerDestruction() const`, which is called when the notifier is destroyed and must not throw
+/// @tparam Args the argument of a notification
+/// @tparam CallResult one object that all observers of a notification share
 /// @tparam Mutex has LockRead, LockWrite, UnlockRead and UnlockWrite
 template<class Observer, class Args, class CallResult, class Mutex = CriticalSectionMutex>
 class ObserverNotify
@@ -48,11 +53,11 @@ public:
         if (&oSource == this)
             return *this;
 
-        // The two locks are never held together, so that two threads may assign crosswise.
+        // The two locks are never held together: two threads that assign to each other's source would deadlock.
         std::vector<Observer *> const vObservers = oSource.GetObservers();
         TesselDetails::WriteLock const oScope(m_oLock);
         m_fInvoker = oSource.m_fInvoker;
-        std::erase_if(m_vEntries, [](Entry const & oEntry) { return oEntry.bLent; });
+        std::erase_if(m_vEntries, [](Entry const & oEntry) { return oEntry.bBorrowed; });
         Borrow(vObservers);
         ++m_iChange;
         return *this;
@@ -60,21 +65,22 @@ public:
 
     ~ObserverNotify() { End(); }
 
-    /// What the destructor does: tells the observers that the notifier goes away. It has none then.
+    /// Does what the destructor does: calls HandlerDestruction of each observer and removes all of them.
     void End()
     {
         TesselDetails::WriteLock const oScope(m_oLock);
         Walk(
             [](Entry const & oEntry)
             {
-                if (!oEntry.bLent)
+                if (!oEntry.bBorrowed)
                     oEntry.pObserver->HandlerDestruction();
             });
         m_vEntries.clear();
         ++m_iChange;
     }
 
-    /// A null pointer throws an Exception of code -1 here and in Detatch.
+    /// Adds an observer; does nothing if it is attached already. Null throws an Exception of code -1, here and in
+    /// Detatch.
     void Attach(Observer * pObserver)
     {
         ThrowIfNullObserver(pObserver);
@@ -82,13 +88,14 @@ public:
         auto const oPlace = FindPlace(pObserver);
         if (IsAt(oPlace, pObserver))
         {
-            oPlace->bLent = false;
+            oPlace->bBorrowed = false;
             return;
         }
         m_vEntries.insert(oPlace, {pObserver});
         ++m_iChange;
     }
 
+    /// Removes an observer; does nothing if it is not attached.
     void Detatch(Observer * pObserver)
     {
         ThrowIfNullObserver(pObserver);
@@ -101,14 +108,15 @@ public:
         }
     }
 
+    /// Includes borrowed observers. False for null.
     bool IsAttached(Observer const * pObserver) const
     {
         TesselDetails::ReadLock const oScope(m_oLock);
         return IsAt(FindPlace(pObserver), pObserver);
     }
 
-    /// Calls every observer with the same result object, so that each can read what the one before left.
-    /// What an observer throws ends the walk.
+    /// Calls every observer with the same result object, so that each can read what an earlier one has left in it.
+    /// If an observer throws, the exception reaches the caller and no further observer is called.
     void Notify(Args const & oArgs, CallResult & oResult) const
     {
         TesselDetails::ReadLock const oScope(m_oLock);
@@ -119,7 +127,7 @@ private:
     struct Entry
     {
         Observer * pObserver;
-        bool bLent = false; ///< it was taken over from another notifier
+        bool bBorrowed = false; ///< it was taken over from another notifier
     };
 
     static void ThrowIfNullObserver(Observer const * pObserver)
@@ -130,7 +138,7 @@ private:
                 __builtin_LINE());
     }
 
-    // Where the observer stands, or where it would.
+    // The position of the observer, or the position at which it would be inserted.
     auto FindPlace(Observer const * pObserver)
     {
         return std::ranges::lower_bound(m_vEntries, pObserver, std::less<>(), &Entry::pObserver);
@@ -155,6 +163,7 @@ private:
         return vObservers;
     }
 
+    /// Adds observers of another notifier that are not attached here.
     void Borrow(std::vector<Observer *> const & vObservers)
     {
         for (Observer * const pObserver : vObservers)
@@ -162,6 +171,7 @@ private:
                 m_vEntries.insert(oPlace, {pObserver, true});
     }
 
+    /// Calls fCall for each entry. After a change of the set it continues above the present entry's address.
     template<class Call>
     void Walk(Call fCall) const
     {
@@ -181,10 +191,10 @@ private:
 
     Invoker m_fInvoker;
 
-    // In ascending order of the addresses, each once.
+    // Sorted by address, each once.
     std::vector<Entry> m_vEntries;
 
-    // Counts the changes of the set, so that a walk notices one.
+    // Incremented with every change of the set, so that Walk notices it.
     std::size_t m_iChange = 0;
 
     mutable Mutex m_oLock;

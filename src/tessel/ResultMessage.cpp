@@ -41,7 +41,7 @@ ResultMessageConstIterator::ResultMessageConstIterator(ResultMessage const & oMe
 {
 }
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that the vtable and the type record of the class are only in the library.
 ResultMessageConstIterator::~ResultMessageConstIterator() = default;
 
 std::span<NamedGetter<ResultMessageConstIterator> const> ResultMessageConstIterator::GetRows()

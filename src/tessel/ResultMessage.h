@@ -13,11 +13,16 @@ namespace tsl
 
 class ValueString;
 
-/// A Result that somebody wants reported.
+/// Reports a Result over the bus. The log writes it with its history:
+///
+///     tsl::Support::DispatchMessage(oResult);                     // the short form
+///     tsl::Support::DispatchMessage(tsl::ResultMessage(oResult)); // the same
+///
+/// One thread fills a message in; after that any number may read it.
 class TSL_EXPORT ResultMessage : public Described<ResultMessage, Message>
 {
 public:
-    /// With a success.
+    /// Holds a success.
     ResultMessage() = default;
     explicit ResultMessage(Result const & oResult);
     ResultMessage(ResultMessage const & oSource) = default;
@@ -25,18 +30,19 @@ public:
 
     ~ResultMessage() override = default;
 
+    /// Takes a copy.
     void SetResult(Result const & oResult);
     Result const & GetResult() const { return m_oResult; }
 
     /// A copy; the caller deletes it.
     ResultMessage * GetClone() const;
 
-    /// Appends the history from its far end on and then the Result itself, each on a line that begins with
-    /// "History" and its distance. The text of every line begins with those of the lines before it.
+    /// Appends the history, oldest failure first, and then the Result itself. Each is on a line that begins with
+    /// "History" and its distance; the text of each line begins with the texts of all lines before it.
     String & AddAsString(String & s) const override;
 
 protected:
-    /// "Result".
+    /// The only element is "Result".
     std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const override;
 
     void DoCopy(Root const & oSource) override;
@@ -47,14 +53,15 @@ private:
 
 extern template ClassDescription const & Described<ResultMessage, Message>::GetStaticClassDesc();
 
-/// The walk over a ResultMessage, which must outlive it. Access outside the element is an assertion
-/// failure.
+/// Iterates over the one element of a ResultMessage, which must outlive the iterator. It is used by one thread at a
+/// time. Access outside the element is an assertion failure.
 class TSL_EXPORT ResultMessageConstIterator : public NamedValueIterator<ResultMessageConstIterator>
 {
 public:
     explicit ResultMessageConstIterator(ResultMessage const & oMessage);
     ~ResultMessageConstIterator() override;
 
+    /// Name and getter of the element.
     static std::span<NamedGetter<ResultMessageConstIterator> const> GetRows();
 
 private:
