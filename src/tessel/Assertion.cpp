@@ -13,10 +13,9 @@ namespace tsl
 namespace
 {
 
-// Whether this thread is reporting an assertion at the moment.
+// Whether this thread is reporting an assertion.
 thread_local bool g_bReporting = false;
 
-/// Marks the thread as reporting until the end of the scope.
 class ReportingScope
 {
 public:
@@ -33,19 +32,19 @@ String MakeHead(char const * sExpression)
 
 [[noreturn]] void ReportAndThrow(Result const & oFailure)
 {
-    // A processor that fails an assertion of its own while it takes this report must not be called
-    // with the next one, and so on without end.
+    // A processor that fails an assertion while it handles this report must not get a report of that one: it would
+    // fail again, without end.
     if (!g_bReporting)
     {
         ReportingScope const oScope;
-        // Whatever the processors make of the report, it is this failure that the caller has to see.
+        // The caller must see this failure, whatever the processors do with the report.
         try
         {
             static_cast<void>(Support::DispatchMessage(oFailure));
         }
         catch (...)
         {
-            // The cancellation of the thread is no exception of the program: it must not be caught for good.
+            // The cancellation of a thread unwinds the stack too. It is no exception, and must not be swallowed.
             if (!std::current_exception())
                 throw;
         }

@@ -3,8 +3,8 @@
 namespace tsl
 {
 
-/// While a thread builds one of the objects that the global bus rests on, what it reports has nowhere to
-/// go: asking for the bus would ask for the object that is just being built.
+/// Drops the reports of this thread until the end of the scope, while it creates an object that the global bus
+/// needs. A report would use the bus, and so the object that is just being created.
 class BusSilence
 {
 public:

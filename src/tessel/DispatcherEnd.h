@@ -5,8 +5,8 @@ namespace tsl
 
 class MessageDispatcher;
 
-/// Ends a bus that is not destroyed, since the calling thread may be in it: its processors are told, and it has
-/// none afterwards.
+/// Closes a bus without destroying it, since the calling thread may be inside a delivery: calls HandlerDestruction
+/// of its processors and removes them.
 struct DispatcherEnd
 {
     static void End(MessageDispatcher & oDispatcher);

@@ -19,10 +19,10 @@ template class Singleton<GlobalApplicationIni>;
 
 static constexpr char const * ERROR_LOG_NAME = "error_opening_inifile.log";
 
-/// Not by way of the bus, which does not stand yet when the file is read.
+/// Does not use the bus, which does not exist yet when the file is read.
 static void ReportBadFile(std::string_view sReason)
 {
-    // Room for the failures of reading; there may be no memory.
+    // On the stack, since memory may have run out. Large enough for the failures of reading.
     char aLine[1024];
     int const iPrinted = std::snprintf(aLine, sizeof aLine, "Error opening inifile: %.*s\n",
         static_cast<int>(std::min(sReason.size(), sizeof aLine / 2)), sReason.data());
@@ -35,7 +35,7 @@ static void ReportBadFile(std::string_view sReason)
         return;
     }
 
-    // The standard error stream stands in for a log that cannot be opened, not for one that is full.
+    // A failed write is ignored: the standard error stream replaces only a log that cannot be opened.
     static_cast<void>(Platform::Append(oLog, sLine.data(), sLine.size()));
     Platform::CloseFile(oLog);
 }
@@ -71,7 +71,7 @@ GlobalApplicationIni::GlobalApplicationIni()
         ReportBadFile(oException.what());
     }
 
-    // An empty file is always open.
+    // Opening an empty file cannot fail.
     static_cast<void>(m_oIniFile.OpenEmpty());
 }
 

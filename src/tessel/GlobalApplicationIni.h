@@ -9,15 +9,15 @@
 namespace tsl
 {
 
-/// Owner of the application's ini file, which is read once, while the library loads.
+/// Owns the program's ini file, which is read once, while the library is loaded.
 ///
-/// No file is normal and silent. A file with an error counts for nothing as a whole, and a line is
-/// appended to "error_opening_inifile.log", or written to the standard error stream if that fails. So it is
-/// with a file of more than SIZE_MAX_READ bytes, and with one that there is not enough memory for.
+/// A missing file is normal and not reported. A file is ignored as a whole if it has an error, has more than
+/// SIZE_MAX_READ bytes, or needs more memory than there is. A line is then appended to "error_opening_inifile.log",
+/// or written to the standard error stream if the log cannot be opened.
 class GlobalApplicationIni : public Described<GlobalApplicationIni, Singleton<GlobalApplicationIni>>
 {
 public:
-    /// Counted as they are read, whatever size the system tells.
+    /// Bytes that are read at most; the size that the system reports does not count.
     static constexpr std::uint64_t SIZE_MAX_READ = 64 * 1024 * 1024;
 
     ~GlobalApplicationIni() override;

@@ -31,7 +31,7 @@ struct Switch
     int iLevel;
 };
 
-/// The number of a key; 0 if there is none or it is no number.
+/// The number of a key; 0 if the key is missing or has no number.
 int GetNumber(char const * sChapter, String const & sKey)
 {
     int iNumber = 0;
@@ -43,7 +43,7 @@ int GetNumber(char const * sChapter, String const & sKey)
 
 struct TSL_HIDDEN GlobalDebugSwitchRegistry::Private
 {
-    // All under the lock.
+    // The caller holds the lock.
     void ReadSwitchesOnce();
     void ReadSwitches();
 
@@ -64,7 +64,7 @@ void GlobalDebugSwitchRegistry::Private::ReadSwitchesOnce()
     }
     catch (Exception const &)
     {
-        // Without a configuration all switches are off; the bus has reported why there is none.
+        // Without an ini file all switches are off. The global bus has reported the reason.
     }
     bInitialised = true;
 }
@@ -78,7 +78,7 @@ void GlobalDebugSwitchRegistry::Private::ReadSwitches()
 
     bEnabled = true;
     std::vector<String> vKeys;
-    // No such chapter is the same as an empty one.
+    // A missing chapter is the same as an empty one.
     static_cast<void>(Support::GetAppIni().GetKeys(sChapter, vKeys));
     for (String const & sKey : vKeys)
         vSwitches.push_back({sKey, GetNumber(sChapter, sKey)});

@@ -8,8 +8,8 @@
 namespace tsl
 {
 
-/// Reads the debug switches from the application's ini file, once, and answers for each log point. Any
-/// thread may ask.
+/// Reads the debug switches from the program's ini file, once, and returns the level of each log point. Any thread
+/// may use it.
 class GlobalDebugSwitchRegistry
     : public Described<GlobalDebugSwitchRegistry, Singleton<GlobalDebugSwitchRegistry>>
 {
@@ -18,10 +18,10 @@ public:
 
     static GlobalDebugSwitchRegistry & Instance();
 
-    /// Whether the one object has been deleted, at the end of the library.
+    /// Whether the object has been deleted, while the library is being unloaded.
     static bool IsGone();
 
-    /// What Support::RegisterLogPoint tells.
+    /// See Support::RegisterLogPoint.
     int RegisterLogPoint(int * pLevel, char const * sIdentifier, char const * sFile, int iLine);
 
 private:

@@ -35,7 +35,7 @@ struct TSL_HIDDEN GlobalMessageDispatcher::Private
 
 void GlobalMessageDispatcher::Private::End()
 {
-    // It is not told of the end of the bus, since it goes first.
+    // Unregistered first: its HandlerDestruction is not called.
     if (pProcessor)
     {
         oDispatcher.Unregister(*pProcessor);
@@ -50,7 +50,7 @@ void GlobalMessageDispatcher::Private::SelectProcessor(std::string const & sClas
     if (!pProcessor)
         return;
 
-    // Without a log there is nobody to tell that there is none.
+    // A failure could only be reported to the log.
     if (pProcessor->Open().IsOk())
         static_cast<void>(oDispatcher.Register(*pProcessor, {Message::GetBaseType()}));
 }
@@ -98,7 +98,7 @@ GlobalMessageDispatcher::~GlobalMessageDispatcher()
 
 void GlobalMessageDispatcher::End()
 {
-    // First: what the processors report from here on is dropped, and no other thread enters any more.
+    // First of all: from here on no other thread enters, and what the processors report is dropped.
     g_bGone.store(true, std::memory_order_seq_cst);
     if (Presence::WaitUntilOthersLeaveBus())
         m->End();

@@ -14,18 +14,22 @@ namespace tsl
 class Message;
 class MessageProcessor;
 
-/// The application-wide bus. It has one processor of its own, the log file, which gets every message; an
-/// application registers others. It stands before the program's first line. Any thread may use it.
+/// The global bus of a program. It has one processor of its own, the log file, which receives every message; a
+/// program registers others. It exists before main begins. Any thread may use it.
 ///
-/// A log file that cannot be opened is not reported: the bus then works without it.
+///     Printer oPrinter;
+///     tsl::Result const oResult = tsl::Support::GetAppDisp().Register(oPrinter, {tsl::Message::GetBaseType()});
 ///
-/// The bus ends with the library, at the end of the process or when the library is unloaded. Threads that are
-/// in it are waited for; processors that are still registered are told by HandlerDestruction, and the log file
-/// is closed. If a thread is in it for 2 seconds, it is left as it is.
+/// If the log file cannot be opened, that is not reported: the bus works without it.
 ///
-/// From then on IsAvailable returns false, what is reported or registered is dropped, and success is returned.
-/// Threads that run on at the end of the process may go on like this. When the library has been unloaded, neither
-/// Instance nor a reference that was kept may be used any more.
+/// The bus is closed with the library, at the end of the process or when the library is unloaded. This waits up to
+/// 2 seconds until no other thread is in the bus, calls HandlerDestruction of the processors that are still
+/// registered, and closes the log file. If a thread stays in the bus for longer, none of this happens, except that
+/// the bus is closed.
+///
+/// A closed bus drops messages and registrations and returns success, and IsAvailable returns false. Threads that
+/// still run at the end of the process may go on calling it. After the library has been unloaded, neither Instance
+/// nor a kept reference may be used.
 class TSL_EXPORT GlobalMessageDispatcher
     : public Described<GlobalMessageDispatcher, Singleton<GlobalMessageDispatcher>>
 {
@@ -37,13 +41,13 @@ public:
 
     static GlobalMessageDispatcher & Instance();
 
-    /// Whether the bus can be asked for: not from inside its own making, and not when it has ended.
+    /// False while this thread creates the bus, and after the bus was closed.
     static bool IsAvailable();
 
-    /// Delivers a message and returns what the processors have left in the result.
+    /// Delivers a message and returns what the processors have reported.
     Result Process(Message const & oMessage);
 
-    /// As with MessageDispatcher.
+    /// As in MessageDispatcher.
     [[nodiscard]] Result Register(
         MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes);
     void Unregister(MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes);

@@ -9,23 +9,24 @@
 namespace tsl
 {
 
-/// What is known of the log points at the places that pass functions of one type to Trace. Each lambda is a
-/// type of its own, so nearly always that is one place.
+/// The cached state of a trace statement: its identifier is on or off. Trace has one static object for each type of
+/// function that it is called with. Each lambda is a type of its own, so an object nearly always belongs to one
+/// statement.
 ///
-/// The level of a place is that of its identifier in the application's ini file, so places are told apart by
-/// their identifiers. Any thread may pass.
+/// The level of an identifier is in the program's ini file; see Support::RegisterLogPoint. Identifiers are compared
+/// by address. Any thread may use it.
 class TSL_EXPORT LogPoint
 {
 public:
-    /// False for the identifier that is known to be off: one load and one test (R01).
+    /// Fast path: false if the identifier is the one known to be off. One load and one test (R01).
     bool MayBeOn(char const * sIdentifier) const
     {
         return m_sOff.load(std::memory_order_relaxed) != sIdentifier;
     }
 
-    /// True if the level of the identifier is above 0. It is asked for on the first passage and never again,
-    /// unless several identifiers share the object: then on each passage of all of them but the first that
-    /// is on and the first that is off.
+    /// True if the level of the identifier is above 0. The level is looked up by the first call only. If several
+    /// identifiers share the object, the first that is on and the first that is off are cached; the others are
+    /// looked up by each call.
     bool IsOn(char const * sIdentifier, char const * sFile, int iLine);
 
 private:
@@ -33,14 +34,13 @@ private:
     std::atomic<char const *> m_sOn{nullptr};
 };
 
-/// The part of a trace statement for which its log point has to be on, apart from it so that the code
-/// around the statement stays short.
+/// The rest of a trace statement, unless its log point is known to be off. Out of line, to keep the caller small
+/// (R01).
 template<class TextFunction>
 [[gnu::noinline, gnu::cold]] void TraceIfOn(
     LogPoint & oLogPoint, char const * sIdentifier, TextFunction const & fText, char const * sFile, int iLine)
 {
-    // A trace statement has nobody to hand the processors' answer to. Nor may a line that there is no memory
-    // for disturb what it tells of.
+    // Nobody wants the processors' result, and lack of memory for a trace must not disturb the traced code.
     try
     {
         if (oLogPoint.IsOn(sIdentifier, sFile, iLine))
@@ -51,14 +51,14 @@ template<class TextFunction>
     }
 }
 
-/// A trace statement: if the log point of this place is on, builds the text and dispatches it as a
-/// DebugMessage on the global bus.
+/// A trace statement: if the log point of this place is on, calls fText and sends the text as a DebugMessage over
+/// the global bus.
 ///
 ///     Trace("Task", [&] { return String("Task '") + sName + "' starts"; });
 ///
-/// Off, it costs one load and one branch that is not taken; a function that is passed under several
-/// identifiers (one that is no lambda, or has a name) costs a look-up of the level at each passage. The
-/// identifier is a literal. A line that there is no memory for is dropped.
+/// Any thread may trace. While off, it costs one load and one branch that is not taken. The identifier must be a
+/// literal. Write the lambda into the call: a named function that is passed with several identifiers costs a lookup
+/// of the level each time. A line for which there is no memory is dropped.
 template<class TextFunction>
 inline void Trace(char const * sIdentifier, TextFunction const & fText, char const * sFile = __builtin_FILE(),
     int iLine = __builtin_LINE())

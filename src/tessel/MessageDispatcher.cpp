@@ -132,7 +132,7 @@ MessageProcessorConfig const & MessageDispatcher::GetConfig() const
 
 Result MessageDispatcher::SetConfig(MessageProcessorConfig const & oConfig)
 {
-    // Another class fails its assertion; there is nothing in the right one to take over.
+    // Set asserts the class. There is nothing to copy.
     MessageDispatcherConfig().Set(oConfig);
     return Result::Null();
 }

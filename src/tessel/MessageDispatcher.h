@@ -11,7 +11,7 @@
 namespace tsl
 {
 
-/// The configuration of a bus. Copying through Root::Set copies nothing; assignment copies the types.
+/// The configuration of a bus. Root::Set copies nothing; assignment copies the types. One thread at a time uses it.
 class TSL_EXPORT MessageDispatcherConfig : public Described<MessageDispatcherConfig, MessageProcessorConfig>
 {
 public:
@@ -24,69 +24,73 @@ protected:
 extern template ClassDescription const &
 Described<MessageDispatcherConfig, MessageProcessorConfig>::GetStaticClassDesc();
 
-/// A bus: hands each message to the processors registered for its exact type and then to those
-/// registered for Message, within a list in the order of their addresses.
+/// A bus: delivers each message to the processors that are registered for its exact type, and then to those
+/// registered for Message. Each type has a list, which is sorted by the address of the processors.
 ///
-/// Delivery runs on the caller's thread. Any thread may register, unregister and dispatch. The list that is
-/// being delivered to is locked, so messages of one type pass one after the other. From inside a delivery, a
-/// processor may dispatch further messages, register and unregister itself and others: the delivery goes on
-/// with the next processor by address, so one that was removed gets nothing more, and one that was added is
-/// served if its address lies behind the present one.
+///     tsl::MessageDispatcher oBus;
+///     Printer oPrinter;
+///     tsl::Result oResult = oBus.Register(oPrinter, {tsl::DebugMessage::GetStaticClassDesc().GetClassId()});
+///     oBus.Process(tsl::DebugMessage("Hello"), oResult);
+///     oBus.Unregister(oPrinter);
 ///
-/// When Unregister returns, no other thread is inside the processor by this bus, and none will be, so that it
-/// may be destroyed: running deliveries of the lists that it was in are waited for, one list at a time. There
-/// is one exception, so that processors which remove themselves and each other never block each other: a
-/// thread that is itself inside a delivery does not wait for a thread that in turn waits for it, by way of
-/// any bus. Then the removed processor may still be running there when Unregister returns.
+/// Delivery runs on the caller's thread. Any thread may register, unregister and dispatch. A list is locked while
+/// its processors are called, so messages of one type are delivered one after the other. From inside a delivery, a
+/// processor may dispatch further messages, and register and unregister itself and others. The delivery then
+/// continues with the next processor by address: a removed one is not called any more, and an added one is called
+/// if its address is above the present one.
 ///
-/// To register a processor for a type or to remove it takes time in proportion to the processors of that type, as
-/// does a delivery to them; the number of types counts only for Unregister without types and at the end.
+/// Unregister waits for running deliveries of the lists that the processor was in, one list at a time. When it
+/// returns, no other thread is inside the processor for this bus, and none will be, so the processor may be
+/// destroyed. There is one exception, so that processors that remove themselves and each other do not deadlock: a
+/// thread that is itself inside a delivery does not wait for a thread that waits for it in turn, on any bus. The
+/// removed processor may then still be running there when Unregister returns.
 ///
-/// Processors are not owned. One that is registered when the bus is destroyed is told by its
-/// HandlerDestruction, once for each list, so a processor that ends before its bus has to be unregistered
-/// first.
+/// Registration for a type, removal from it and delivery take time in proportion to the number of processors of
+/// that type. The number of types matters only for Unregister without types and for the destructor.
 ///
-/// What a program has to avoid, since threads would wait for each other without end: two processors of
-/// different types that each dispatch the other's type on two threads; a lock of the program that is held
-/// while it unregisters or dispatches, and that a processor takes as well. What would use a destroyed object:
-/// to destroy a processor from inside a delivery while it runs on another thread and there unregisters the
-/// one that destroys it, or dispatches a message of its type. Outside of deliveries it is always safe.
+/// Processors are not owned. When the bus is destroyed, HandlerDestruction of each registered processor is called,
+/// once for each list. So a processor that is destroyed before its bus must be unregistered first.
+///
+/// A program must avoid these deadlocks: two processors of different types that each dispatch the other's type, on
+/// two threads; a lock that the program holds while it unregisters or dispatches, and that a processor takes as
+/// well. And this use of a destroyed object: a processor is destroyed from inside a delivery, while it runs on
+/// another thread and unregisters the one that destroys it there, or dispatches a message of its type. Outside of
+/// deliveries a processor may always be destroyed once it is unregistered.
 class TSL_EXPORT MessageDispatcher : public Described<MessageDispatcher, MessageProcessor>
 {
 public:
     MessageDispatcher();
 
-    /// Copies are the same bus; it is destroyed with the last of them.
+    /// Copies share one bus, which is destroyed with the last of them.
     MessageDispatcher(MessageDispatcher const & oSource);
     MessageDispatcher & operator=(MessageDispatcher const & oSource);
 
     ~MessageDispatcher() override;
 
-    /// Registers the processor for message types, once for each. Code 2 at the first type that is not the
-    /// class id of a message class; the types before it stay registered.
+    /// Registers the processor for message types, once for each. Code 2 at the first type that is not the class id
+    /// of a message class; the types before it stay registered.
     [[nodiscard]] Result Register(
         MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes);
 
-    /// Does nothing for types that the processor is not registered for. Needs no memory. What may still run
-    /// when it returns is told above.
+    /// Unregisters the processor from some types or from all, and waits for running deliveries; see above. Does
+    /// nothing for types that it is not registered for. Does not fail for lack of memory.
     void Unregister(MessageProcessor const & oProcessor, std::vector<unsigned int> const & vTypes);
     void Unregister(MessageProcessor const & oProcessor);
 
-    /// Delivers a message. oResult is not cleared; an Exception that a processor throws ends the delivery
-    /// to its list, and its Result is put in front. Any other exception passes through.
+    /// Delivers a message. oResult is not cleared. An Exception of a processor ends the delivery to its list, and
+    /// its Result is put in front of oResult. Any other exception reaches the caller.
     ///
-    /// A message class must derive from Message directly. One that stands further below is delivered to
-    /// its exact type and to its direct base, and a failure of code 6 and category 2 that names the class
-    /// is put in front.
+    /// A message class must derive directly from Message. A message of a class further down is delivered to its
+    /// exact type and to its direct base, and a failure of code 6 and category 2 that names the class is put in
+    /// front.
     void Process(Message const & oMessage, Result & oResult) const override;
 
     MessageProcessorConfig const & GetConfig() const override;
 
-    /// Checks the class and takes nothing over. Anything but a MessageDispatcherConfig is an assertion
-    /// failure.
+    /// Checks the class and copies nothing. Anything but a MessageDispatcherConfig is an assertion failure.
     [[nodiscard]] Result SetConfig(MessageProcessorConfig const & oConfig) override;
 
-    /// A bus works as soon as it is made.
+    /// Always succeeds; a bus needs no Open.
     [[nodiscard]] Result Open() override;
     void Close() override {}
 

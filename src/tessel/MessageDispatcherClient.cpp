@@ -28,7 +28,7 @@ void MessageDispatcherClient::Private::Close(MessageProcessor const & oClient)
 {
     if (!bRegistered.load(std::memory_order_acquire))
     {
-        // Another thread, or the client itself, may have closed it from inside a call that still runs.
+        // It may have been closed from inside a delivery that still runs.
         pBus->AwaitCalls(oClient);
         return;
     }
@@ -54,7 +54,7 @@ Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract
 
 MessageDispatcherClient::~MessageDispatcherClient()
 {
-    // Also if it counts as closed: a failed Open has left it registered for some types.
+    // Also if it is closed: a failed Open may have registered it for some types.
     m->pBus->Unregister(*this);
 }
 

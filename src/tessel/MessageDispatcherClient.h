@@ -11,7 +11,8 @@ namespace tsl
 
 class MessageDispatcher;
 
-/// The configuration of a MessageDispatcherClient. Its registered base is MessageProcessor.
+/// The configuration of a MessageDispatcherClient: the types for which the client registers. Its registered base is
+/// MessageProcessor. One thread at a time uses it.
 class TSL_EXPORT MessageDispatcherClientConfig
     : public Described<MessageDispatcherClientConfig, MessageProcessorConfig, ClassDescription::eAbstract,
           MessageProcessor>
@@ -23,28 +24,36 @@ protected:
 extern template ClassDescription const & Described<MessageDispatcherClientConfig, MessageProcessorConfig,
     ClassDescription::eAbstract, MessageProcessor>::GetStaticClassDesc();
 
-/// A processor that knows its bus and registers itself when it is opened for the types of its configuration.
-/// It may outlive its bus, and know other buses besides, from which it has to be unregistered by hand.
+/// A processor that knows its bus: Open registers it for the types of its configuration, and Close unregisters it.
+/// A derived class implements Process, GetConfig, SetConfig and DoCopy.
 ///
-/// Any thread may close it. It may be destroyed as soon as Close has returned, on the terms of
-/// MessageDispatcher::Unregister. Where other threads dispatch, a derived class closes it in its own
-/// destructor: by the time the base does so, the derived part is gone.
+///     Counter oCounter(oBus); // derives from MessageDispatcherClient
+///     tsl::Result const oResult = oCounter.Open();
+///     // ... messages arrive ...
+///     oCounter.Close();
+///
+/// It may outlive its bus. It may also be registered with other buses, from which the program must unregister it.
+///
+/// Any thread may close it. It may be destroyed as soon as Close has returned, with the exception described at
+/// MessageDispatcher. Where other threads dispatch, a derived class calls Close in its own destructor: when the
+/// destructor of this base does so, the derived part is destroyed already.
 class TSL_EXPORT MessageDispatcherClient
     : public Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract>
 {
 public:
-    /// Unregisters from all types of its bus, also those that a failed Open has left.
+    /// Unregisters from all types of its bus, also those that a failed Open has registered.
     ~MessageDispatcherClient() override;
 
-    /// What Register of the bus returns. After a failure the client counts as closed, while the types that
-    /// were taken stay with the bus. Code 3 if the bus has been destroyed.
+    /// Registers, and returns what the bus returns. After a failure the client counts as closed, but remains
+    /// registered for the types before the bad one. Code 3 if the bus has been destroyed.
     [[nodiscard]] Result Open() override;
 
-    /// Unregisters from all types of its bus. A client that is not open is only waited for, if it was closed
-    /// from inside a delivery that still runs.
+    /// Unregisters from all types of its bus. If the client is closed already, only waits until no delivery runs
+    /// that may still call it.
     void Close() override;
 
 protected:
+    /// Any copy of the dispatcher will do: copies are one bus.
     explicit MessageDispatcherClient(MessageDispatcher & oDispatcher);
     MessageDispatcherClient(MessageDispatcherClient const & oSource);
 

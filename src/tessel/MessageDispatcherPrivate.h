@@ -12,11 +12,11 @@
 namespace tsl
 {
 
-/// The bus itself, which its dispatcher objects and its clients share. It ends with the last dispatcher; what
-/// a client then still has is empty.
+/// The record of a bus, which its dispatcher objects and its clients share. The bus is closed when the last
+/// dispatcher is destroyed; clients that still have the record find no processors in it.
 struct TSL_HIDDEN MessageDispatcher::Private : std::enable_shared_from_this<MessageDispatcher::Private>
 {
-    /// What the dispatcher objects own.
+    /// Owned by the dispatcher objects alone, so its destructor closes the bus.
     struct Life
     {
         ~Life() { pBus->End(); }

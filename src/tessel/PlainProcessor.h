@@ -6,7 +6,7 @@
 namespace tsl
 {
 
-/// Base of a processor that has nothing to configure, to open or to close: a derived class implements Process.
+/// The base of a processor that has nothing to configure, open or close. A derived class only implements Process.
 ///
 ///     class Printer : public tsl::PlainProcessor
 ///     {
@@ -14,14 +14,15 @@ namespace tsl
 ///         void Process(tsl::Message const & oMessage, tsl::Result &) const override;
 ///     };
 ///
-/// A bus does not own it. Which threads may use it is for the derived class to say; what is here any thread may call.
+/// A bus does not own it. Any thread may call the operations of this class; the derived class says which may call
+/// Process.
 class TSL_EXPORT PlainProcessor : public MessageProcessor
 {
 public:
-    /// A configuration without message types, which all processors of this kind share.
+    /// A configuration without message types, which all plain processors share.
     MessageProcessorConfig const & GetConfig() const override;
 
-    /// Takes nothing over, and succeeds.
+    /// Ignores the configuration and succeeds.
     [[nodiscard]] Result SetConfig(MessageProcessorConfig const & oConfig) override;
 
     /// Succeeds.

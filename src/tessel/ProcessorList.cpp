@@ -26,20 +26,20 @@ namespace tsl
 namespace
 {
 
-// As many looks at a lock as a waiting thread takes before it sleeps.
-constexpr int LOOKS_BEFORE_SLEEP = 100;
+// How often a waiting thread tries to take a lock before it sleeps.
+constexpr int TRIALS_BEFORE_SLEEP = 100;
 
-constexpr int PAUSE_BETWEEN_LOOKS = 1; // milliseconds
+constexpr int PAUSE_BETWEEN_TRIALS = 1; // milliseconds
 
-// Further than this, threads wait for each other in a circle that the calling one is not in.
+// A longer chain of waiting threads is a circle that does not include the calling thread.
 constexpr int LONGEST_CHAIN = 10'000;
 
-/// For what walkers wait for.
+/// Protects m_pWantedByWalker of all lists.
 constinit std::mutex g_oWanted;
 
 bool TryForAMoment(CriticalSectionMutex & oLock)
 {
-    for (int i = 0; i < LOOKS_BEFORE_SLEEP; ++i)
+    for (int i = 0; i < TRIALS_BEFORE_SLEEP; ++i)
     {
         if (LockTrial::TryToLock(oLock))
             return true;
@@ -71,7 +71,7 @@ struct Entry
 
 } // namespace
 
-/// What was in the list at one time. Once it can be seen by others, only entries are marked as removed.
+/// The processors at one time. After other threads can see it, it changes only by marking entries as removed.
 struct ProcessorList::Set
 {
     explicit Set(std::vector<MessageProcessor const *> const & vProcessors)
@@ -86,20 +86,20 @@ struct ProcessorList::Set
         return oPlace != vEntries.end() && oPlace->pProcessor == pProcessor ? &*oPlace : nullptr;
     }
 
-    /// The entries behind the processor.
+    /// The entries after the processor.
     std::span<Entry const> GetRest(MessageProcessor const * pProcessor) const
     {
         auto const oPlace = std::ranges::upper_bound(vEntries, pProcessor, std::less<>(), &Entry::pProcessor);
         return {oPlace, vEntries.end()};
     }
 
-    // In ascending order of the addresses, each once.
+    // Sorted by address, each once.
     std::vector<Entry> vEntries;
 
     std::unique_ptr<Set> pFormer;
 };
 
-/// Holds a list while its processors are called.
+/// Locks a list while its processors are called.
 class ProcessorList::Walk
 {
 public:
@@ -121,7 +121,8 @@ public:
     template<class Call>
     void CallEach(Call fCall)
     {
-        // The walk itself is known to others, so a compiler reads its fields anew after each call (R04).
+        // A local reference: the compiler would read m_oList again after each call, as others know this object
+        // (R04).
         ProcessorList & oList = m_oList;
         std::size_t iVersion = oList.m_iVersion.load(std::memory_order_acquire);
         bool bChanged = false;
@@ -150,7 +151,7 @@ public:
     static bool IsOnThisThread() { return t_pInnermost != nullptr; }
     static bool IsOnThisThread(ProcessorList const & oList) { return Has(t_pInnermost, oList); }
 
-    /// Under g_oWanted: what this thread waits for, entered in all lists that it walks.
+    /// Records what this thread waits for in all lists that it walks. The caller holds g_oWanted.
     static void SetWanted(ProcessorList const * pWanted)
     {
         for (Walk const * pWalk = t_pInnermost; pWalk; pWalk = pWalk->m_pOuter)
@@ -176,7 +177,7 @@ private:
 
 constinit thread_local ProcessorList::Walk * ProcessorList::Walk::t_pInnermost = nullptr;
 
-/// Tells what the thread waits for inside its walks, until the end of the scope.
+/// Records what the thread waits for inside its walks, until the end of the scope.
 class ProcessorList::WaitMark
 {
 public:
@@ -221,7 +222,7 @@ void ProcessorList::Add(MessageProcessor const * pProcessor)
         Rebuild(pProcessor);
     }
 
-    // Sets that a walk may be reading are left to the next occasion.
+    // If a walk may be reading former sets, a later operation deletes them.
     if (!Walk::IsOnThisThread(*this) && LockTrial::TryToLock(m_oWalkLock))
     {
         DropFormerSets();
@@ -280,7 +281,7 @@ void ProcessorList::End()
             oEntry.pLive.store(nullptr, std::memory_order_release);
 }
 
-/// Puts a set of the live entries, and of one more processor, in the place of the latest.
+/// Replaces the latest set by one of its live entries and of pAdded, which may be null.
 void ProcessorList::Rebuild(MessageProcessor const * pAdded)
 {
     Set * const pLatest = m_pSet.load(std::memory_order_relaxed);
@@ -306,7 +307,7 @@ void ProcessorList::TryToTidy()
     }
     catch (std::bad_alloc const &)
     {
-        // The entries that are marked as removed are skipped for as long as they stay.
+        // Removed entries remain in the set and are skipped.
     }
 }
 
@@ -331,7 +332,8 @@ bool ProcessorList::WasRemovedLately(MessageProcessor const * pProcessor) const
 
 void ProcessorList::AwaitWalks()
 {
-    // The thread's own walk goes on; until its end, the list remembers whom it may be calling.
+    // The thread cannot wait for its own walk. The former sets remain until its end, so that others still wait for
+    // it.
     if (Walk::IsOnThisThread(*this))
         return;
 
@@ -343,7 +345,7 @@ void ProcessorList::AwaitWalks()
     m_oWalkLock.Unlock();
 }
 
-/// False if the thread that holds the list waits for this one.
+/// Returns false without the lock if the thread that holds it waits for this one.
 bool ProcessorList::LockInsideWalk()
 {
     if (TryForAMoment(m_oWalkLock))
@@ -354,7 +356,7 @@ bool ProcessorList::LockInsideWalk()
     {
         if (WaitsForThisThread())
             return false;
-        Platform::Sleep(PAUSE_BETWEEN_LOOKS);
+        Platform::Sleep(PAUSE_BETWEEN_TRIALS);
     }
     return true;
 }
@@ -381,7 +383,7 @@ void ProcessorList::DropFormerSets()
             pFormer = std::move(pLatest->pFormer);
     }
 
-    // One by one: the end of a long chain as a whole would be a deep recursion.
+    // One by one: to destroy a long chain at once would be a deep recursion.
     while (pFormer)
         pFormer = std::move(pFormer->pFormer);
 }

@@ -12,11 +12,12 @@ class Message;
 class MessageProcessor;
 class Result;
 
-/// The processors of one message type, which are called in the order of their addresses.
+/// The processors of one message type, which are called in the order of their addresses. Any thread may call any
+/// operation.
 ///
-/// The list's lock is held for a whole walk over them, so that walks follow one after the other; the thread
-/// that walks may begin another walk. The set has a lock of its own that is held for its changes alone, so
-/// it can be changed while any thread walks: the walk goes on with the next processor by address.
+/// A walk calls all of them. It holds the walk lock all the time, so walks follow one after the other; the walking
+/// thread may begin another walk inside it. The set of processors has a lock of its own, which is held only for
+/// changes. So it can change during a walk, which then continues with the next processor by address.
 class ProcessorList
 {
 public:
@@ -25,24 +26,23 @@ public:
     ProcessorList(ProcessorList const &) = delete;
     ProcessorList & operator=(ProcessorList const &) = delete;
 
-    /// Does nothing if the processor is in the list. A null pointer throws an Exception of code -1 here and
-    /// in Remove.
+    /// Does nothing if the processor is in the list. A null pointer throws an Exception of code -1 here and in
+    /// Remove.
     void Add(MessageProcessor const * pProcessor);
 
-    /// Takes the processor out and waits as AwaitCalls does. Needs no memory.
+    /// Removes the processor and waits as AwaitCalls does. Does not fail for lack of memory.
     void Remove(MessageProcessor const * pProcessor);
 
-    /// If the processor was in the list lately, waits until no other thread is in a walk that may call it.
-    /// Inside a walk of its own, the thread does not wait for one that in turn waits for it, directly or by
-    /// way of others.
+    /// Waits until no other thread is in a walk that may still call the removed processor. Inside a walk of its
+    /// own, the thread does not wait for a thread that waits for it in turn, directly or through others.
     void AwaitCalls(MessageProcessor const * pProcessor);
 
     bool Has(MessageProcessor const * pProcessor) const;
 
-    /// An Exception that a processor throws ends the walk, and its Result is put in front.
+    /// Calls Process of each. An Exception of a processor ends the walk, and its Result is put in front of oResult.
     void Deliver(Message const & oMessage, Result & oResult);
 
-    /// Tells the processors of the end of their bus; the list is then empty.
+    /// Calls HandlerDestruction of each; the list is then empty.
     void End();
 
 private:
@@ -50,7 +50,7 @@ private:
     class Walk;
     class WaitMark;
 
-    // Under the set's lock.
+    // The caller holds the set's lock.
     void Rebuild(MessageProcessor const * pAdded);
     void TryToTidy();
     bool IsLive(MessageProcessor const * pProcessor) const;
@@ -60,16 +60,16 @@ private:
     bool LockInsideWalk();
     bool WaitsForThisThread() const;
 
-    // While no other thread walks.
+    // The caller holds the walk lock, or no thread uses the list.
     void DropFormerSets();
 
-    // The latest set; it owns the one before it, and so on. They stay for as long as a walk may read them.
+    // The latest set, which owns the one before it, and so on. Former sets are kept while a walk may read them.
     std::atomic<Set *> m_pSet{nullptr};
 
-    // Counts the sets, so that a walk notices a new one.
+    // Incremented with every new set, so that a walk notices it.
     std::atomic<std::size_t> m_iVersion{0};
 
-    // What the thread that walks this list waits for at the moment, if that is a list.
+    // The list that the thread which walks this one waits for, or null. Protected by g_oWanted.
     ProcessorList const * m_pWantedByWalker = nullptr;
 
     CriticalSectionMutex m_oWalkLock;

@@ -33,7 +33,7 @@ public:
         return pEntries ? static_cast<unsigned int>(pEntries->size()) : 0;
     }
 
-    /// The list of the type, made if there is none. One thread at a time.
+    /// The list of the type, which is created if there is none. One thread at a time may call it.
     ProcessorList & GetOrCreate(unsigned int iType)
     {
         std::unique_ptr<ProcessorList> & pList = m_oLists[iType];
@@ -60,7 +60,7 @@ private:
 
     void Grow(std::size_t iSize)
     {
-        // At least twice as long, so that all tables together stay in proportion to the last.
+        // At least twice as long, so that all former tables together are no longer than the last one.
         auto pGrown = std::make_unique<Entries>(std::max<std::size_t>(iSize, std::size_t{2} * GetSize()));
         for (unsigned int iType = 0; iType < GetSize(); ++iType)
             (*pGrown)[iType].store(Find(iType), std::memory_order_relaxed);
@@ -70,7 +70,7 @@ private:
 
     std::atomic<Entries const *> m_pEntries{nullptr};
 
-    // The last one is in use; the former ones stay, since another thread may be looking at one.
+    // The last one is in use. The former ones are kept, since another thread may be reading one.
     std::vector<std::unique_ptr<Entries>> m_vTables;
     std::map<unsigned int, std::unique_ptr<ProcessorList>> m_oLists;
 };

@@ -20,8 +20,7 @@ struct Piece
     bool bQuoted;
 };
 
-/// The first separator at or after the position that counts: one without the escape character directly
-/// in front of it.
+/// The position of the first separator, from iPosition on, that has no escape character directly in front of it.
 std::size_t FindSeparator(std::string_view sText, char cSeparator, char cEscape, std::size_t iPosition)
 {
     std::size_t iFound = sText.find(cSeparator, iPosition);
@@ -30,8 +29,8 @@ std::size_t FindSeparator(std::string_view sText, char cSeparator, char cEscape,
     return iFound;
 }
 
-/// Removes the escape characters in front of each separator; all of them, since what stands in front of
-/// one that went is in front of the separator then.
+/// Removes all escape characters in front of each separator: after one is removed, the one before it is in front of
+/// the separator.
 std::string RemoveEscapes(std::string_view sText, char cSeparator, char cEscape)
 {
     std::string sPlain;
@@ -80,14 +79,14 @@ std::vector<Piece> MakePieces(std::vector<String> const & vParts)
     return vPieces;
 }
 
-/// Whether a quote that counts is the last character. A text of two quotes is left to the first of them.
+/// Whether the last character is a quote without an escape. A text of two quotes counts only as beginning with one.
 bool EndsWithQuote(String const & sText, char cEscape)
 {
     unsigned int const iLength = sText.GetLength();
     return iLength >= 3 && sText[iLength - 1] == QUOTE && sText[iLength - 2] != cEscape;
 }
 
-/// Removes the empty pieces that stand in front of a quote at the beginning and behind one at the end.
+/// Removes the empty pieces before a quote at the beginning and after a quote at the end.
 void RemoveOuterPieces(std::vector<Piece> & oStringParts, bool bBegin, bool bEnd)
 {
     if (bBegin)
@@ -102,8 +101,7 @@ void RemoveOuterPieces(std::vector<Piece> & oStringParts, bool bBegin, bool bEnd
         oStringParts.pop_back();
 }
 
-/// Of the separators between a piece and its quoted neighbours one goes on each side, so that it makes
-/// no empty part.
+/// Removes one separator between a piece and each quoted neighbour, which would make an empty part.
 void CutInnerSeparators(std::vector<Piece> & vPieces, char cSeparator)
 {
     for (Piece & oPiece : vPieces)
@@ -117,7 +115,7 @@ void CutInnerSeparators(std::vector<Piece> & vPieces, char cSeparator)
     }
 }
 
-/// Quoted pieces are put out as they stand.
+/// Quoted pieces become parts without changes.
 void SplitAroundQuotes(
     String const & sText, std::vector<String> & vParts, char cSeparator, int iFlags, char cEscape)
 {
@@ -141,7 +139,7 @@ void SplitAroundQuotes(
 unsigned int Support::StringSplitter(
     String const & sText, std::vector<String> & vParts, char cSeparator, int iFlags, char cEscape)
 {
-    // Not into the parts at once: the text may be one of them.
+    // Not directly into vParts: sText may be one of its elements.
     std::vector<String> vNewParts;
     if (iFlags & eSplitQuotes)
         SplitAroundQuotes(sText, vNewParts, cSeparator, iFlags, cEscape);

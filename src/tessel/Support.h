@@ -13,42 +13,47 @@ class GlobalMessageDispatcher;
 class IniFile;
 class Message;
 
-/// The library's shared helpers: the short calls by which all code reports on the global bus and asks for
-/// its configuration, and the splitting of texts. All are callable from any thread, also in a child that was
-/// forked off a program with threads (see CriticalSectionMutex).
+/// Short calls for common needs: to report over the global bus, to read the program's ini file, to split a text.
+///
+///     tsl::Support::DispatchMessage(oResult);
+///     int iLimit = 10;
+///     tsl::Result const oRead = tsl::Support::GetAppIni().GetInt32("Server", "Limit", iLimit);
+///
+/// Any thread may call them, also in the child of a fork (see CriticalSectionMutex).
 class TSL_EXPORT Support
 {
 public:
     Support() = delete;
 
-    /// The application-wide bus. It must not be used any more once the library is being unloaded.
+    /// The global bus. It must not be used once the library is being unloaded.
     static GlobalMessageDispatcher & GetAppDisp();
 
-    /// Puts a message on the global bus; a Result travels as a ResultMessage, a success as well. Returns
-    /// what the processors have left. While the library has no bus, at its very start and at its end,
-    /// nothing happens and success is returned.
+    /// Sends a message over the global bus, a Result as a ResultMessage, also if it is a success. Returns what the
+    /// processors have reported. Does nothing and returns success while there is no bus: while the library begins
+    /// to load and after the bus was closed.
     static Result DispatchMessage(Message const & oMessage);
     static Result DispatchMessage(Result const & oResult);
 
-    /// The same, under the name that the headers of some systems turn the other into.
+    /// The same; the headers of some systems define DispatchMessage as a macro for this name.
     static Result DispatchMessageA(Message const & oMessage);
     static Result DispatchMessageA(Result const & oResult);
 
-    /// Puts a DebugMessage with the calling thread and process on the global bus.
+    /// Sends a DebugMessage of the calling thread over the global bus. A trace statement is usually written with
+    /// Trace.
     static Result DispatchDebugMessage(
         char const * sIdentifier, String const & sText, char const * sFile, int iLine);
 
-    /// Finds the level of a log point: what the chapter "Debug/Switch" of the application's ini file has
-    /// for the identifier, if "Enable" in the chapter "Debug" is 1 or more, else 0. The level is written
-    /// through pLevel and returned. A null pointer is an assertion failure. At the library's end: 0.
+    /// Looks up the level of a log point and writes it to *pLevel as well. The level is the number that the chapter
+    /// "Debug/Switch" of the program's ini file has for the identifier, if "Enable" in the chapter "Debug" is 1 or
+    /// more. Otherwise, and while the library is being unloaded, it is 0. A null pLevel is an assertion failure.
     static int RegisterLogPoint(int * pLevel, char const * sIdentifier, char const * sFile, int iLine);
 
-    /// The application's ini file, read when the library was loaded; always open, and empty if there was
-    /// none or a bad one. It must not be used any more once the library has been unloaded.
+    /// The program's ini file, which was read when the library was loaded. It is always open, and empty if there
+    /// was no file or a bad one. It must not be used after the library was unloaded.
     static IniFile const & GetAppIni();
 
-    /// The name of that file: the program's name and ".ini", to be found in the current directory. Throws
-    /// an Exception of code 10 if the program's name cannot be found out.
+    /// The name of that file, which is in the current directory: the program's name and ".ini". Throws an Exception
+    /// of code 10 if the system does not tell the program's name.
     static String GetAppIniFileName();
 
     /// How a text is split; flags that can be combined.
@@ -56,20 +61,19 @@ public:
     {
         eSplitTrimLeft = 1,
         eSplitTrimRight = 2,
-        eSplitSkipEmpty = 8,    ///< empty parts are not put out
+        eSplitSkipEmpty = 8,    ///< empty parts are omitted
         eSplitQuotes = 16,      ///< double quotes protect what they enclose
         eSplitRemoveEscape = 32 ///< the escape character in front of a separator is removed
     };
 
-    /// Splits the text at each separator without the escape character directly in front of it and returns
-    /// the number of parts. What stands in double quotes is one part as it is, if the flag is set; a quote
-    /// that is not closed protects all to the end.
+    /// Splits the text at each separator that has no escape character directly in front of it. Replaces vParts and
+    /// returns the number of parts. With eSplitQuotes, a text in double quotes is one part, without changes; a
+    /// quote that is not closed extends to the end.
     static unsigned int StringSplitter(
         String const & sText, std::vector<String> & vParts, char cSeparator, int iFlags, char cEscape);
 
 protected:
-    /// The same without quotes; it appends to the parts and returns how many there are, 0 for an empty
-    /// text.
+    /// The same without quotes. It appends to vParts and returns their number, 0 for an empty text.
     static int Split(
         String const & sText, std::vector<String> & vParts, char cSeparator, int iFlags, char cEscape);
 };
