@@ -28,8 +28,8 @@ class String;
 [[noreturn]] TSL_EXPORT void XAssertionFailed(char const * sExpression, String const & sInfo,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
 
-/// The same for a failure that a Result has caused. Its text replaces sInfo, and it becomes the history of
-/// the thrown Result. A success leaves the history empty.
+/// The same for a failure that a Result has caused: there is no information, and oCause becomes the history of the
+/// thrown Result. A success leaves the history empty.
 [[noreturn]] TSL_EXPORT void XAssertionFailed(char const * sExpression, Result const & oCause,
     char const * sFile = __builtin_FILE(), int iLine = __builtin_LINE());
 

@@ -34,7 +34,7 @@ Result MakeStreamPipe(Platform::OwnEnd eOwn, Platform::File & oOwnEnd, Platform:
     return Result();
 }
 
-/// One end each of the three pipes, closed with the object.
+/// One end of each of the three pipes; the destructor closes them.
 class StreamEnds : public Platform::StandardStreams
 {
 public:
@@ -59,7 +59,7 @@ String QuoteIfNeeded(String const & sArgument)
     return String() << '"' << sArgument << '"';
 }
 
-/// What there is to read into: as much as wanted, or else as can be had without asking for memory.
+/// A buffer of the wanted size, or a small one if there is no memory.
 class ReadBuffer
 {
 public:
@@ -74,7 +74,7 @@ private:
     char m_aSmall[256];
 };
 
-/// How the reading of a stream has ended. Needs no memory, unlike a Result.
+/// The result of reading a stream. Unlike a Result, it needs no memory.
 struct ReadOutcome
 {
     Result Explain() const;
@@ -101,13 +101,13 @@ struct TSL_HIDDEN CmdLine::Private
     class ReadStreamThread;
     class StartScope;
 
-    /// What the child writes.
+    /// One output stream of the child.
     struct Output
     {
         LinePipe oLines;
         std::unique_ptr<ReadStreamThread> pReader;
 
-        // Of the last reader, until the next start.
+        // Of the last reader thread, kept until the next start.
         ReadOutcome oOutcome;
     };
 
@@ -139,13 +139,13 @@ struct TSL_HIDDEN CmdLine::Private
     Platform::Process oProcess;
     StreamEnds oOwnEnds;
 
-    // A pipe that carries nothing: its closing ends the readers.
+    // A pipe without data: closing its trigger makes the readers stop.
     Platform::File oStop;
     Platform::File oStopTrigger;
     std::atomic<bool> bStop{false};
 };
 
-/// Ends a child whose start fails half-way, and takes everything back.
+/// Ends the child and closes everything if the start has failed half-way.
 class CmdLine::Private::StartScope
 {
 public:
@@ -184,7 +184,7 @@ public:
         m_oEnded.release();
     }
 
-    // By force only if the program keeps the thread from ending, for instance in a processor of its lines.
+    // Kills the thread only if the program blocks it, for instance in a processor that receives its traces.
     ~ReadStreamThread() override
     {
         if (IsRunning())
@@ -202,14 +202,14 @@ protected:
     }
 
 private:
-    // A reader that nobody keeps ends far sooner. Two of them that are kept stay below the second in which a
-    // destructor is to return.
+    // A reader that is not blocked ends far sooner. Two blocked ones take less than the second that a destructor
+    // may take.
     static constexpr std::chrono::milliseconds PATIENCE{400};
 
     CmdLine::Private & m_oOwner;
     Streams m_eStream;
 
-    // Not the owner's, which may be set while the thread runs.
+    // A copy, since the owner's may be set while the thread runs.
     unsigned int m_iReadSize;
     std::binary_semaphore m_oEnded{0};
 };
@@ -286,7 +286,7 @@ Result CmdLine::Private::ReadUntilEof(Streams eStream)
         return oStream.oOutcome.Explain();
     }
 
-    // A reader that is gone with its child may have left a failure.
+    // The reader thread of a child that has ended may have failed.
     if (Result oFailure = oStream.oOutcome.Explain(); oFailure.IsError())
         return oFailure;
     if (!oProcess.IsOpen())
@@ -298,8 +298,8 @@ Result CmdLine::Private::ReadUntilEof(Streams eStream)
 
 ReadOutcome CmdLine::Private::Read(Streams eStream, unsigned int iReadSize)
 {
-    // A pipe holds no more than that. What it holds when the reading is to stop is still read; somebody
-    // may write without end.
+    // No pipe holds more. What is in the pipe when the reader must stop is still read, but no more: a program that
+    // the child has started may write without end.
     constexpr unsigned int iCapacityMax = 1024 * 1024;
     std::size_t iLastBytes = iCapacityMax;
     Platform::File const oEnd = eStream == eStdOut ? oOwnEnds.oOutput : oOwnEnds.oErrors;
@@ -325,10 +325,10 @@ void CmdLine::Private::ReadExitCode()
 
 void CmdLine::Private::CleanUp()
 {
-    // A thread that is killed while it waits for the readers would leave them behind with an owner that goes.
+    // If this thread were killed while it waits for the readers, they would use an owner that is destroyed.
     NoKillScope const oScope;
 
-    // First, since they use the ends, whose numbers others may get.
+    // First: the readers use the descriptors, whose numbers may be given to others once they are closed.
     StopReaders();
     Platform::CloseProcess(oProcess);
     oOwnEnds.Close();
@@ -480,7 +480,7 @@ Result CmdLine::ReadStdStreamUntilEof(Streams eStream, std::vector<String> & vLi
     Result oResult = m->ReadUntilEof(eStream);
     for (LinePipe & oLines = m->GetOutput(eStream).oLines; !oLines.IsEmpty();)
     {
-        // First, so that no line is lost if there is no memory for it.
+        // Allocate first, so that no line is lost if there is no memory for it.
         vLines.emplace_back();
         vLines.back() = std::move(*std::unique_ptr<String>(oLines.Receive()));
     }

@@ -10,28 +10,31 @@
 namespace tsl
 {
 
-/// Starts a program as a child process, with its standard streams redirected if wanted, waits for its end
-/// or ends it. No shell is involved. One object has at most one child at a time and can start another one
-/// after that.
+/// Starts a program as a child process, optionally with redirected streams, waits for its end or kills it. No shell
+/// is involved. An object has at most one child at a time, and can start another one after that.
 ///
-/// The child gets the environment and the current directory of this process, its own three streams or
-/// those of this process, and no other open file; it starts with default signal dispositions and an empty
-/// signal mask. It is started with the rights of this process.
+///     tsl::CmdLine oChild;
+///     oChild.SetApplication("sort");
+///     int iProcessId = 0;
+///     tsl::Result const oResult = oChild.Run(iProcessId);
+///     if (oResult.IsOk() && oChild.WaitTermination(5000) == tsl::CmdLine::eWaitTimeout)
+///         static_cast<void>(oChild.Kill(1));
 ///
-/// With eModeReaderThreads two threads read the child's output and put each line into a queue, from which
-/// ReceiveStdOut and ReceiveStdErr take. The queues have no limit, and survive the child. A line ends at
-/// any control character of the process's locale, a tab included; empty lines are not queued, nor is a last
-/// line without an end. A line for which there is not enough memory is dropped, and the thread reads on, so
-/// that the child never waits; ReadStdStreamUntilEof tells how many those were.
+/// The child inherits the rights, the environment and the current directory of this process, and its three streams
+/// unless they are redirected, but no other open file. It starts with default signal dispositions and an empty
+/// signal mask.
 ///
-/// A child that still runs when the last copy of its object is destroyed runs on, with its redirected streams
-/// closed. It costs no descriptor, and no query of another object takes longer for it. After its end it is
-/// reaped without a wait, by a later Run, destruction or query of any object: each Run and each destruction
-/// looks after 64 such children in turn, and so does a query if nobody has for ten milliseconds. A child that
-/// was started suspended and has never been continued does not run on; it is ended.
+/// With eModeReaderThreads two threads read the child's output and queue each line for ReceiveStdOut and
+/// ReceiveStdErr. The queues have no limit and are kept after the child's end. A line ends at any control character
+/// of the process's locale, a tab included; empty lines and a last line without an end are not queued. A line for
+/// which there is no memory is dropped, so that the child never waits; ReadStdStreamUntilEof reports the number.
 ///
-/// An object is used by one thread at a time; separate objects are independent of each other. Copies
-/// share one child.
+/// When the last copy of the object is destroyed, a running child runs on, with its redirected streams closed. It
+/// costs no descriptor. Once it has ended, a later Run, destructor or query of any object reaps it, without
+/// waiting. Each such Run and destructor checks 64 of these children in turn, a query only if none was checked for
+/// ten milliseconds. A suspended child that was never continued is ended instead.
+///
+/// One thread at a time uses an object; separate objects are independent. Copies share one child.
 class TSL_EXPORT CmdLine
 {
 public:
@@ -40,20 +43,20 @@ public:
     {
         eModeNoWindow = 1,       ///< no effect on this system
         eModeNewConsole = 2,     ///< no effect on this system
-        eModeSuspended = 4,      ///< the child stands before its first instruction until it gets SIGCONT
+        eModeSuspended = 4,      ///< the child stops before its first instruction until it gets SIGCONT
         eModeDetached = 8,       ///< the child has a session of its own, without a terminal
         eModeRedirect = 16,      ///< the three streams go through pipes
         eModeReaderThreads = 32, ///< threads read the child's output; without eModeRedirect it is dropped
     };
 
-    /// Any other value stands for the standard error as well.
+    /// Any other value means the standard error, too.
     enum Streams
     {
         eStdOut = 0,
         eStdErr = 1
     };
 
-    /// Answers of WaitTermination.
+    /// Results of WaitTermination.
     enum
     {
         eWaitAbandoned = 0, ///< does not occur on this system
@@ -65,7 +68,7 @@ public:
     /// A command line must be shorter than this, in bytes.
     static constexpr unsigned int COMMAND_LENGTH_END = 1024;
 
-    /// What GetExitCode answers while the child runs.
+    /// What GetExitCode returns while the child runs.
     static constexpr int EXIT_CODE_ACTIVE = 259;
 
     CmdLine();
@@ -73,79 +76,72 @@ public:
     CmdLine & operator=(CmdLine const & oSource);
     virtual ~CmdLine();
 
-    /// The whole command line: the program and its arguments, separated by white space. Double quotes
-    /// protect white space and are dropped; no other character means anything, a backslash included, and
-    /// there is no way to hand over a double quote. The line ends at a zero byte. The program is looked
-    /// for in the search path unless its name has a slash.
+    /// The command line: the program and its arguments, separated by white space, up to the first zero byte. Double
+    /// quotes protect white space and are removed, so no argument can contain one. No other character is special,
+    /// not even a backslash. The program is looked up in the search path unless its name has a slash.
     void SetCommand(String const & sCommand);
     String const & GetCommand() const;
 
-    /// The command line becomes this program without arguments.
+    /// Sets the command line to this program without arguments.
     void SetApplication(String const & sApplication);
 
-    /// Appends an argument, in double quotes if it has white space. Double quotes inside of it are not
-    /// escaped, and an empty argument is lost.
+    /// Appends an argument, in double quotes if it has white space. Double quotes in it are not escaped, and an
+    /// empty argument is lost.
     void AddArg(String const & sArgument);
 
-    /// Kept, but the child starts in the current directory of this process all the same.
+    /// Stored, but without effect: the child starts in the current directory of this process.
     void SetWorkingDirectory(String const & sDirectory);
 
     void SetMode(int iMode);
     int GetMode() const;
 
-    /// How many bytes are read at once, 1024 at first; 0 is ignored. It takes effect with the next Run,
-    /// or the next reading outside of the reader threads.
+    /// Bytes per read, 1024 by default; 0 is ignored. Used from the next Run on, or the next read without a reader
+    /// thread.
     void SetBufferSize(unsigned int iSize);
     unsigned int GetBufferSize() const;
 
-    /// Starts the child. The process id is 0 if that fails: with code 3 if a child is running, 2 if the
-    /// command line is too long, 10 if a pipe or the process cannot be made, with the system's error as
-    /// the cause, or if a reader thread cannot be started; the child is ended then. After any failure there is
-    /// no child.
-    ///
-    /// With eModeSuspended, or in a program that ignores SIGCHLD, a file that cannot be executed after all
-    /// is not noticed before the child goes on: its exit code is 127 then.
+    /// Starts the child. After a failure there is no new child and the process id is 0. Code 3 if a child is
+    /// running, 2 if the command line is too long, 10 if a pipe, the process or a reader thread cannot be created,
+    /// with the system's error as the cause. With eModeSuspended, or if the program ignores SIGCHLD, a file that
+    /// cannot be executed is no failure: the child then ends with exit code 127.
     [[nodiscard]] Result Run(int & iProcessId);
 
-    /// Whether the child runs, or its output is still being read by the reader threads. An Exception of
-    /// code 10 if the system does not tell.
+    /// Whether the child runs or a reader thread still reads. Throws an Exception of code 10 if the system reports
+    /// an error.
     bool IsRunning() const;
 
-    /// What IsRunning and WaitTermination have last seen: EXIT_CODE_ACTIVE, what the child ended with,
-    /// the code that was given to Kill, or 128 and the number of another signal that ended it. -1 if it has
-    /// ended, but its exit code was lost to somebody else who waits for any child of this process, or to
-    /// the system, which before Linux 6.15 keeps none if the program ignores SIGCHLD.
+    /// The exit code that IsRunning or WaitTermination has last seen: EXIT_CODE_ACTIVE, the child's own, the code
+    /// passed to Kill, or 128 plus the number of another signal that ended it. -1 if the code is lost: someone else
+    /// waited for any child of this process, or the program ignores SIGCHLD on Linux before 6.15.
     int GetExitCode() const;
 
-    /// Waits so many milliseconds for the end of the child, without limit for a negative number. Once it
-    /// has ended, the reader threads take what stands in the pipes and end, the streams are closed, and
-    /// the child is forgotten. A program that the child has started and that holds its streams is not
-    /// waited for, as IsRunning does.
-    ///
-    /// A reader that a processor of its lines keeps from ending is killed after 400 ms; Run and the
-    /// destructor do the same.
+    /// Waits up to iTimeout milliseconds for the end of the child, without limit if negative. After the end the
+    /// reader threads read what is in the pipes and end, the streams are closed, and there is no child any more.
+    /// Unlike IsRunning, it does not wait for a program that the child has started and that still has its streams
+    /// open. A reader thread that a processor of its traces blocks is killed after 400 ms; Run and the destructor
+    /// do the same.
     int WaitTermination(int iTimeout) const;
     int WaitTermination() const;
 
-    /// Ends the child at once; it cannot refuse. Code 3 if it is not running, 10 if the system refuses.
-    /// Programs that the child has started are not ended.
+    /// Ends the child at once; the child cannot prevent it. Code 3 if it is not running, 10 if the system refuses.
+    /// Programs that the child has started run on.
     [[nodiscard]] Result Kill(unsigned int iExitCode);
 
-    /// The next line that the child has written, which the caller deletes, or null if there is none now.
+    /// Returns the next queued line, which the caller deletes, or null at once if there is none.
     virtual String * ReceiveStdOut();
     virtual String * ReceiveStdErr();
 
-    /// Queues a line. Nothing is ever written to the child: its standard input stays open and silent.
+    /// Queues a line, but nothing is ever written to the child: its standard input stays open and empty.
     virtual void SendStdIn(String const & sLine);
 
-    /// Reads the stream to its end, on the calling thread, and queues its lines, before WaitTermination. Waits
-    /// for the reader thread instead if there is one. Code 1 without a child, 2 without redirection, 0 if the
-    /// reading fails, 10 if lines were dropped for want of memory. What a reader thread has failed in is
-    /// returned until the next Run, also after WaitTermination. The pipe to a child that writes more than
-    /// nobody reads fills up, and the child waits.
+    /// Reads the stream to its end on the calling thread and queues its lines; call it before WaitTermination. If
+    /// there is a reader thread, only waits for its end. Code 1 without a child, 2 without redirection, 0 if a read
+    /// fails, 10 if lines were dropped for lack of memory. The failure of a reader thread is returned until the
+    /// next Run, also after WaitTermination. Read both streams: a child waits while a pipe that nobody reads is
+    /// full.
     [[nodiscard]] Result ReadStdStreamUntilEof(Streams eStream);
 
-    /// The same, and moves all queued lines of the stream to the end of vLines.
+    /// The same, and appends all queued lines of the stream to vLines.
     [[nodiscard]] Result ReadStdStreamUntilEof(Streams eStream, std::vector<String> & vLines);
 
 private:

@@ -41,7 +41,7 @@ struct TSL_HIDDEN LibraryProxy::Private
         return sName;
     }
 
-    /// What is loaded, with its name, or null. The proxy then has it no more.
+    /// Returns the loaded library, or null, and its name. The caller owns it then.
     void * Take(String & sLoaded)
     {
         WriteLock const oScope(oLock);
@@ -54,12 +54,12 @@ struct TSL_HIDDEN LibraryProxy::Private
     String sName;
     void * pLibrary = nullptr;
 
-    // Not held while a library is loaded or unloaded or a log point is passed: all of these run foreign code.
+    // Not held during loading, unloading and tracing: all of these run foreign code.
     ReaderWriterMutex oLock;
 };
 
-/// Returns what is to be given up in exchange: what the library's own initialisation or another thread has
-/// loaded meanwhile, or the library itself if the proxy has got another name.
+/// Stores the loaded library. Returns a library that the caller must free, or null: the one that another thread or
+/// the library's own initialisation has stored meanwhile, or pLoaded itself if the proxy's name has changed.
 void * LibraryProxy::Private::Keep(void * pLoaded, String const & sLoaded)
 {
     WriteLock const oScope(oLock);

@@ -12,41 +12,45 @@ class String;
 
 /// Loads and unloads one dynamic library by its name.
 ///
-/// No symbol of it can be looked up: a library is loaded for what its own initialisation does, such as
-/// registering classes with the factories, and what it registers then it has to unregister when it is
-/// unloaded. Whatever of its code or data is still in use at that moment is a fault of the program.
+///     tsl::LibraryProxy oPlugIn("./plugins/census"); // the file census.so
+///     tsl::Result const oResult = oPlugIn.Load();
 ///
-/// The name is that of the file without its ending, ".so" on this system. A name with a slash is a path; a
-/// bare one is looked for by the rules of the system's loader, as those of this library.
+/// It looks up no symbols: a library is loaded for what its own initialisation does, such as registering classes
+/// with the factories. What it registers it must unregister when it is unloaded. The program must not use any of
+/// its code or data after that.
 ///
-/// Any thread may call any operation. None holds a lock of the proxy while a library is loaded or unloaded, so
-/// the library's own initialisation may use the proxy, report, and wait for threads that use it. The system's
-/// loader does have a lock then: another thread that loads or unloads any library waits for it.
+/// The name is that of the file without its ending, which is ".so" on this system. A name with a slash is a path;
+/// any other is looked up by the rules of the system's loader for this library.
+///
+/// Any thread may call any operation. No lock of the proxy is held while a library is loaded or unloaded, so its
+/// initialisation may use the proxy, report, and wait for threads that use it. The system's loader does hold a
+/// lock: a second thread that loads or unloads any library waits.
 class TSL_EXPORT LibraryProxy
 {
 public:
     LibraryProxy();
     explicit LibraryProxy(String const & sName);
 
-    /// Unloads what is loaded.
+    /// Unloads the library if it is loaded.
     ~LibraryProxy();
 
     LibraryProxy(LibraryProxy const &) = delete;
     LibraryProxy & operator=(LibraryProxy const &) = delete;
 
-    /// Unloads what is loaded, and so does a Load of the former name that another thread has not ended yet.
+    /// Unloads the library if it is loaded. A Load of the former name that still runs on another thread unloads
+    /// what it has loaded.
     void SetName(String const & sName);
 
-    /// Holds until the next SetName.
+    /// The reference holds until the next SetName.
     String const & GetName() const;
 
     bool IsLoaded() const;
 
-    /// Loads the library, after unloading what is loaded. Code 5 if that is impossible for any reason;
-    /// nothing is loaded then.
+    /// Unloads the library if it is loaded, and loads it. Code 5 if that fails for any reason; nothing is loaded
+    /// then.
     [[nodiscard]] Result Load();
 
-    /// Does nothing if nothing is loaded. The library leaves the process unless others have loaded it too.
+    /// Does nothing if nothing is loaded. The library stays in the process while others have loaded it, too.
     void Unload();
 
 private:

@@ -11,14 +11,15 @@
 namespace tsl
 {
 
-/// Goes over printable ASCII, which ends a line in no locale, eight characters at a time.
+/// Fast path (R10): skips printable ASCII, which ends a line in no locale, eight characters at a time. Returns a
+/// position from which on each byte must be checked.
 static char const * SkipPlainText(char const * pBytes, char const * pEnd)
 {
     constexpr std::uint64_t iEach = 0x0101010101010101;
     std::uint64_t iBytes = 0;
     for (; pEnd - pBytes >= std::ptrdiff_t{sizeof iBytes}; pBytes += sizeof iBytes)
     {
-        // The topmost bit of a byte shows what is below a blank, above a tilde or not ASCII.
+        // The top bit of a byte is set for any character below a blank, above a tilde or outside ASCII.
         std::memcpy(&iBytes, pBytes, sizeof iBytes);
         if (((iBytes - iEach * ' ') | (iBytes + iEach) | iBytes) & (iEach * 0x80))
             break;
@@ -28,7 +29,7 @@ static char const * SkipPlainText(char const * pBytes, char const * pEnd)
 
 LineSplitter::LineSplitter(LinePipe & oLines, char const * sStream) : m_oLines(oLines), m_sStream(sStream)
 {
-    // Asked once for each character: a question for each byte would cost more than all the rest.
+    // A table, since a call for each byte would cost more than all the rest (R10).
     for (std::size_t i = 0; i < m_aEndsLine.size(); ++i)
         m_aEndsLine[i] = String::IsCntrl(static_cast<char>(i));
 }
@@ -88,7 +89,7 @@ void LineSplitter::Send()
     m_sLine.Clear();
 }
 
-/// The memory of the line is given back, since others are short of it.
+/// Drops the current line and frees its memory, since the program is short of it.
 void LineSplitter::Drop()
 {
     String const sFreed(std::move(m_sLine));

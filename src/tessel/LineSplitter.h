@@ -11,8 +11,8 @@ namespace tsl
 
 using LinePipe = DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>>;
 
-/// Cuts what a child writes into lines, and queues those that have ended. A line for which there is not enough
-/// memory is dropped.
+/// Splits the output of a child into lines and queues each line that has ended. A line for which there is no memory
+/// is dropped. One thread at a time uses it.
 class LineSplitter
 {
 public:
@@ -21,7 +21,7 @@ public:
 
     void Take(char const * pBytes, std::size_t iCount);
 
-    /// How many lines were dropped. One that has not ended yet counts.
+    /// The number of dropped lines, including one that has not ended yet.
     unsigned int GetDroppedLines() const { return m_iDropped; }
 
 private:
@@ -35,7 +35,7 @@ private:
     LinePipe & m_oLines;
     char const * m_sStream;
     String m_sLine;
-    bool m_bDropped = false; // the line up to its end
+    bool m_bDropped = false; // the rest of the current line is dropped
     unsigned int m_iDropped = 0;
     std::array<bool, 256> m_aEndsLine;
 };

@@ -13,12 +13,15 @@
 namespace tsl
 {
 
-/// A queue between threads: first in, first out. Every item is copied on its way in, so the sender keeps
-/// its own and the reader owns what it takes.
+/// The interface of a queue between threads: first in, first out. Send queues a copy, so the sender keeps its item
+/// and the receiver owns what it gets:
 ///
-/// Any thread may call any operation. None waits, neither for an item nor for space: there is no limit on
-/// the length, and a queue that nobody reads grows without bound. To send or to receive an item takes the same
-/// time whatever the length.
+///     tsl::PipeDebMessage oPipe("Worker");
+///     oPipe.Send(Alarm("Hot"));                                 // on one thread
+///     std::unique_ptr<tsl::Message> pMessage(oPipe.Receive());  // on another one; null if there is none
+///
+/// Any thread may call any operation. None waits for an item or for space: the length has no limit, so a queue that
+/// nobody reads grows without end. Send and Receive take constant time.
 template<class T>
 class TSL_EXPORT Pipe
 {
@@ -31,16 +34,17 @@ public:
     /// Deletes all items.
     virtual void Clear() = 0;
 
+    /// Another thread may change the answer before the caller uses it.
     virtual bool IsEmpty() const = 0;
 
-    /// Puts a copy of the item at the end. What the copying throws passes through; nothing is queued then.
+    /// Appends a copy of the item. If copying throws, the caller gets the exception and nothing is queued.
     virtual void Send(T const & oItem) = 0;
 
-    /// Takes the first item, which the caller deletes, or gives null at once if there is none.
+    /// Removes the first item and returns it; the caller deletes it. Returns null at once if there is none.
     virtual T * Receive() = 0;
 };
 
-/// Copies an item by its copy constructor.
+/// Copies an item with its copy constructor. The copy is on the heap; the caller deletes it.
 template<class T>
 class TSL_EXPORT CloneByCopyConstructor
 {
@@ -48,7 +52,8 @@ public:
     static T * Clone(T const & oItem) { return new T(oItem); }
 };
 
-/// Copies an item that derives from Root with its dynamic class.
+/// Copies an item that derives from Root; the copy has the item's dynamic class. It is on the heap; the caller
+/// deletes it.
 template<class T>
 class TSL_EXPORT CloneByGetCopy
 {
@@ -56,10 +61,12 @@ public:
     static T * Clone(T const & oItem) { return static_cast<T *>(oItem.GetCopy()); }
 };
 
-/// The pipe: a queue and a lock, which every operation holds to its end, the copying included.
+/// A pipe as a queue with a lock, which every operation holds until it returns, also while it copies.
+///
+///     tsl::DefaultPipe<tsl::String, tsl::CriticalSectionMutex, tsl::CloneByCopyConstructor<tsl::String>> oLines;
 ///
 /// @tparam Mutex has LockRead, LockWrite, UnlockRead and UnlockWrite
-/// @tparam ClonePolicy has a static Clone, which makes a copy of an item on the heap
+/// @tparam ClonePolicy has a static Clone, which returns a copy of an item on the heap
 template<class T, class Mutex, class ClonePolicy>
 class TSL_EXPORT DefaultPipe : public Pipe<T>
 {
@@ -92,7 +99,7 @@ public:
         return m_oQueue.empty() ? nullptr : Private::TakeFirst(m_oQueue).release();
     }
 
-    /// Number of queued items.
+    /// The number of queued items at this moment.
     unsigned int GetSize() const
     {
         TesselDetails::ReadLock const oScope(m_oLock);
@@ -102,7 +109,7 @@ public:
 private:
     struct Private
     {
-        // An item has left the queue before it is deleted, so its destructor may use the pipe.
+        // The item is removed before it is deleted, so its destructor may use the pipe.
         static std::unique_ptr<T> TakeFirst(std::deque<std::unique_ptr<T>> & oQueue)
         {
             std::unique_ptr<T> pItem = std::move(oQueue.front());
@@ -118,8 +125,8 @@ private:
 extern template class DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>>;
 extern template class DefaultPipe<Message, CriticalSectionMutex, CloneByGetCopy<Message>>;
 
-/// A pipe of messages with a name, which has a log point "Pipe" for each operation. The pipe's lock is not
-/// held while a line is written, so the size in it may be out of date.
+/// A pipe of messages that traces each operation with its name, by the log point "Pipe". The lock is not held while
+/// a trace is written, so the size in it may be out of date.
 class TSL_EXPORT PipeDebMessage : public DefaultPipe<Message, CriticalSectionMutex, CloneByGetCopy<Message>>
 {
 public:

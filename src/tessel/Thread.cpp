@@ -27,7 +27,7 @@ namespace
 constexpr int EXIT_CODE_NONE = -1;
 constexpr int EXIT_CODE_ENDED = 0;
 
-// Milliseconds for which Kill tries, so that it returns within two seconds on a busy machine as well.
+// Milliseconds for which Kill tries: less than two seconds, so that it returns in time on a busy machine, too.
 constexpr std::int64_t PATIENCE = 1900;
 
 String ToText(unsigned long iThreadId)
@@ -35,7 +35,8 @@ String ToText(unsigned long iThreadId)
     return String() << static_cast<unsigned int>(iThreadId);
 }
 
-/// Nobody is left who could be told that the processors have failed, or that there is no memory for the report.
+/// Reports what has ended the thread. A failure of the report itself is ignored, since it could be reported to
+/// nobody.
 void Report(Result const & oCause)
 {
     try
@@ -76,7 +77,7 @@ struct TSL_HIDDEN Thread::Private
 {
     static constexpr std::int64_t WITHOUT_LIMIT = -1;
 
-    /// What Start has found and done, to be traced when the lock is free.
+    /// What Start has found and done. It is traced after the lock is released.
     struct StartTrace
     {
         Platform::Thread * pFormer = nullptr;
@@ -92,13 +93,13 @@ struct TSL_HIDDEN Thread::Private
 
     static void Main(void * pArgument);
 
-    /// Code 11 if the thread cannot be ended within so many milliseconds.
+    /// Code 11 if the thread cannot be ended within iLimit milliseconds.
     Result Kill(std::int64_t iLimit);
 
-    /// Fails only on the thread itself, which then outlives the object.
+    /// Does nothing on the thread itself, which then outlives the object.
     void KillWithoutLimit();
 
-    // All of the following under the lock, or in the end.
+    // The caller of all functions below holds the lock, or is the destructor.
 
     bool IsRunning() const { return pThread && !Platform::HasEnded(*pThread); }
 
@@ -116,13 +117,13 @@ struct TSL_HIDDEN Thread::Private
     std::atomic<unsigned long> iThreadId{0};
     Platform::Thread * pThread = nullptr;
 
-    // Tells one thread from the next.
+    // Incremented with each thread, so that Kill does not end a later one.
     unsigned int iRun = 0;
 };
 
 void Thread::Private::Main(void * pArgument)
 {
-    // Nothing of the object is used after Process, which may have deleted it.
+    // Process may delete the object, so nothing of it is used afterwards.
     unsigned long const iId = OS::GetThreadId();
     bool bFailed = false;
     try
@@ -183,7 +184,7 @@ Result Thread::Private::Start(Thread & oThread, StartTrace & oTrace)
     return Result();
 }
 
-/// Whether that thread has ended by now.
+/// Returns true if the thread of that run has ended; asks it to end otherwise.
 bool Thread::Private::TryToKill(unsigned int iRunToKill)
 {
     if (!pThread || iRun != iRunToKill)
@@ -199,7 +200,7 @@ bool Thread::Private::TryToKill(unsigned int iRunToKill)
     return true;
 }
 
-/// Whether the thread, which has not ended yet, is left alone from now on.
+/// If bNow is set, stops asking the thread to end, and returns true unless it is ending already.
 bool Thread::Private::GiveUp(bool bNow, Platform::EndObstacle & eObstacle)
 {
     return bNow && Platform::StopAskingToEnd(*pThread, eObstacle);
@@ -223,7 +224,8 @@ Result Thread::Private::Kill(std::int64_t iLimit)
         return MakeResult(ERR::eNotAllowed, "A thread cannot kill itself.");
     }
 
-    // The lock is free between the tries, so that a thread that is killed while it kills leaves it alone.
+    // The lock is released between the tries: this thread may itself be killed, which must not happen while it
+    // holds it.
     std::int64_t const iBegin = Platform::GetSteadyTime();
     for (;;)
     {
@@ -256,7 +258,7 @@ void Thread::Private::KillWithoutLimit()
     }
     catch (std::bad_alloc const &)
     {
-        // Only the text of the failure takes memory.
+        // Only the text of a failure allocates.
     }
 }
 
@@ -265,7 +267,7 @@ Thread::Thread(Thread const & oSource) = default;
 
 Thread & Thread::operator=(Thread const & oSource)
 {
-    // The last object that knows of a thread would otherwise wait for its end.
+    // If this is the last owner of its thread, the record must not be destroyed while the thread runs.
     if (m != oSource.m)
         m->KillWithoutLimit();
     m = oSource.m;
