@@ -9,7 +9,12 @@
 namespace tsl
 {
 
-/// The end of every machine.
+/// The last task of every machine, which ends it. The library registers it in TaskFactory under Task::TASK_FINE, so
+/// a program only names that id as a destination:
+///
+///     oTransitions.AddTransition(eLastTask, Task::TR_PROCEED, Task::TASK_FINE);
+///
+/// The machine owns it and calls it on the thread of its step.
 class TSL_EXPORT FineTask : public Task
 {
 public:
@@ -20,6 +25,8 @@ public:
 
     int GetTaskID() const override;
     MessageFilter const & GetDefinedInputFilter() const override;
+
+    /// Returns TR_RETURN.
     int DoProcess() override;
 
 private:

@@ -26,8 +26,8 @@ constexpr int POLL_INTERVAL = 100; // milliseconds
 template<class Type>
 using Variables = std::map<ValueString, Type>;
 
-/// The first name of a map is compared with nothing, so the map alone would let a null name in. Compared
-/// with itself, it fails the assertion of all comparisons.
+/// A null name is an assertion failure of every comparison. An empty map compares nothing, so compare the name with
+/// itself.
 void AssertNotNull(ValueString const & sName)
 {
     static_cast<void>(sName.Compare(sName));
@@ -66,7 +66,7 @@ struct TSL_HIDDEN TaskContext::Private
         return sKey;
     }
 
-    // The queues go first, each with a line of its log point.
+    // The queues are destroyed first, each with a trace of its own.
     ~Private()
     {
         pInput->Clear();
@@ -78,7 +78,7 @@ struct TSL_HIDDEN TaskContext::Private
     Variables<int> oGlobalNumbers;
     Variables<ValueString> oGlobalTexts;
 
-    // By composed name.
+    // By full name.
     Variables<int> oLocalNumbers;
     Variables<ValueString> oLocalTexts;
 
@@ -115,7 +115,7 @@ TaskContext::~TaskContext() = default;
 
 void TaskContext::Process()
 {
-    // How the machine stands, the tasks tell by messages.
+    // The application learns about the machine's state from messages.
     static_cast<void>(TaskEngine::Process(*m->pProcessor, *this));
 }
 

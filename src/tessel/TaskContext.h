@@ -16,57 +16,60 @@ class TaskContextMessage;
 class TaskProcessor;
 class TaskStack;
 
-/// What lasts of a state machine across its tasks: the machine itself, a queue of messages in each
-/// direction, the variables and the settings for simulation. The application holds the public side; the
-/// tasks reach the rest through the operations of Task.
+/// Runs a state machine and owns what lasts longer than its tasks: the machine, a queue of messages in each
+/// direction, the variables and the settings for simulation. The application uses the public operations; the tasks
+/// use the rest through the operations of Task.
 ///
-/// WriteMessage, ReadMessage and the operations on the queues may be called while the machine runs on
-/// another thread. All else belongs to the thread that runs the machine, a TaskContextMessage for
-/// WriteMessage included.
+///     tsl::TaskContext oContext(new Clock);
+///     oContext.WriteMessage(Alarm("12:00"));
+///     oContext.Process();
+///     std::unique_ptr<tsl::Message> const pAnswer(oContext.ReadMessage());
 ///
-/// A variable or a setting is set and found in O(log n) for n of them.
+/// WriteMessage, ReadMessage and the operations on the queues may be called while the machine runs on another
+/// thread. Everything else, also WriteMessage of a TaskContextMessage, may be called only on the thread that runs
+/// the machine.
 ///
-/// Copies share one record, the machine included, and none may be assigned to while a step runs.
+/// Access to a variable or a setting takes O(log n) for n of them.
+///
+/// Copies share everything, the machine included. No copy may be assigned to while a step runs.
 class TSL_EXPORT TaskContext
 {
 public:
-    /// Takes the topmost machine over and deletes it in the end. Null is an assertion failure.
+    /// Owns the topmost machine from now on. Null is an assertion failure.
     explicit TaskContext(TaskProcessor * pProcessor);
     TaskContext(TaskContext const & oSource);
     TaskContext & operator=(TaskContext const & oSource);
     virtual ~TaskContext();
 
-    /// One step of the machine. What the tasks throw passes through.
+    /// Runs one step of the machine. An exception of a task reaches the caller.
     virtual void Process();
 
-    /// Puts a copy of the message into the queue to the machine. A TaskContextMessage is acted upon at
-    /// once, on this thread, and not queued.
+    /// Queues a copy of the message for the machine. A TaskContextMessage is processed at once, on this thread, and
+    /// not queued.
     void WriteMessage(Message const & oMessage);
 
-    /// Takes the next message that the machine has sent, which the caller deletes; null at once if there
-    /// is none.
+    /// The next message that the machine has sent, which the caller deletes; null at once if there is none.
     Message * ReadMessage();
 
 protected:
-    /// The two queues, made by the constructor, which does not call what a subclass overrides.
+    /// Make the two queues; the caller deletes them. The constructor calls those of this class, not overrides.
     virtual Pipe<Message> * CreateInputQueue() const;
     virtual Pipe<Message> * CreateOutputQueue() const;
 
-    /// What the tasks do with the queues; see Task. The time-out is used up by waiting: what is left of
-    /// it when a message comes stays in iTimeout.
+    /// The operations of Task on the queues. Receive reduces iTimeout by the time that it has waited.
     virtual void Send(Message const & oMessage);
     virtual Message * Receive(int & iTimeout);
 
-    /// The next message, or null at once.
+    /// The next message, which the caller deletes, or null at once.
     virtual Message * Receive();
     virtual void ClearReveiveBuffer();
     virtual void ClearSendBuffer();
 
-    /// Sleeps so many milliseconds. All waiting for messages goes through it, in slices of at most 100 ms.
+    /// Sleeps for iDuration milliseconds. Receive waits for messages with it, in slices of at most 100 ms.
     virtual void Wait(int iDuration, bool bAlertable);
 
-    /// The first message that the filter takes, which the caller deletes, or null. All messages before it
-    /// are deleted. Only waiting at an empty queue uses the time-out up; 0 looks at one message.
+    /// The first message that the filter accepts, which the caller deletes, or null. All messages before it are
+    /// deleted. Only waiting at an empty queue uses up the time-out; 0 checks one message.
     Message * ReceiveFilter(MessageFilter const & oFilter, int iTimeout);
 
     TaskProcessor & GetTaskProcessor() const;
@@ -77,23 +80,24 @@ protected:
     int GetVar(ValueString const & sName, int iDefault) const;
     ValueString GetVar(ValueString const & sName, ValueString const & sDefault) const;
 
-    /// The variables of a place in the tree of tasks.
+    /// The variables of a place in the tree of tasks; see Task.
     void SetLocalVar(TaskStack const & oStack, ValueString const & sName, int iValue);
     void SetLocalVar(TaskStack const & oStack, ValueString const & sName, ValueString const & sValue);
     int GetLocalVar(TaskStack const & oStack, ValueString const & sName, int iDefault) const;
     ValueString GetLocalVar(
         TaskStack const & oStack, ValueString const & sName, ValueString const & sDefault) const;
 
-    /// The name under which a local variable is kept: the ids from the root down, each with a dot behind
-    /// it, and then its own name.
+    /// The full name of a local variable: the ids from the topmost machine down, each followed by a dot, and its
+    /// own name.
     void FormatTaskIDStack(TaskStack const & oStack, ValueString const & sName, ValueString & sKey) const;
 
+    /// Changes a setting, or sends a reply to a query.
     void ProcessContextMessage(TaskContextMessage const & oMessage);
 
-    /// Settings are kept by task name, one for each.
+    /// Stores or removes the setting of a task name; there is one for each name.
     void SetSimulation(String const & sTaskName, bool bEnable, int iMode);
 
-    /// False without a setting for the name; iMode then stays as it was.
+    /// Returns false without a setting for the name; iMode is then unchanged.
     bool GetSimulationMode(String const & sTaskName, int & iMode) const;
 
 private:

@@ -31,7 +31,7 @@ TaskContextMessageConstIterator::TaskContextMessageConstIterator(TaskContextMess
 {
 }
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that the vtable and the type record of the class are only in the library.
 TaskContextMessageConstIterator::~TaskContextMessageConstIterator() = default;
 
 std::span<NamedGetter<TaskContextMessageConstIterator> const> TaskContextMessageConstIterator::GetRows()

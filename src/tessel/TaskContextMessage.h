@@ -13,19 +13,27 @@
 namespace tsl
 {
 
-/// Tells a machine from outside that tasks of a name should simulate, or asks for it. TaskContext acts on
-/// it at once, in WriteMessage; no task ever receives one.
+/// Says that tasks of a name should simulate their work, or queries that setting. TaskContext::WriteMessage
+/// processes it at once; no task ever receives one.
+///
+///     tsl::TaskContextMessage oMessage;
+///     oMessage.SetTaskName("Motor");
+///     oMessage.SetEnabled(true);
+///     oContext.WriteMessage(oMessage);
+///
+/// One thread fills a message in; after that any number may read it.
 class TSL_EXPORT TaskContextMessage : public Described<TaskContextMessage, Message>
 {
 public:
-    /// What to do. Any other number is ignored.
+    /// What to do. A message with any other number is ignored.
     enum
     {
-        eActionSet = 0,  ///< take the setting over
-        eActionQuery = 1 ///< answer with the setting by a message of this kind; mode 0 where there is none
+        eActionSet = 0, ///< store the setting
+        eActionQuery =
+            1 ///< send the setting to the application in a message of this class; mode 0 if there is none
     };
 
-    /// To set, for the empty name, switched off.
+    /// eActionSet, for the empty name, not enabled, mode 0.
     TaskContextMessage() = default;
     TaskContextMessage(TaskContextMessage const & oSource) = default;
     TaskContextMessage & operator=(TaskContextMessage const & oSource) = default;
@@ -35,14 +43,15 @@ public:
     void SetActionId(int iActionId) { m_iActionId = iActionId; }
     int GetActionId() const { return m_iActionId; }
 
-    /// The name of the tasks that it concerns.
+    /// The name of the tasks for which the setting is.
     void SetTaskName(String const & sTaskName) { m_sTaskName = sTaskName; }
     String GetTaskName() const { return m_sTaskName; }
 
-    /// What simulating means is the task's own affair.
+    /// How to simulate; the task gives the number its meaning.
     void SetMode(int iMode) { m_iMode = iMode; }
     int GetMode() const { return m_iMode; }
 
+    /// Whether to simulate. False removes the setting.
     void SetEnabled(bool bEnabled) { m_bEnabled = bEnabled; }
     bool GetEnabled() const { return m_bEnabled; }
 
@@ -50,7 +59,7 @@ public:
     TaskContextMessage * GetClone() const;
 
 protected:
-    /// "ActionId", "TaskName", "Mode", "Enabled".
+    /// The elements are "ActionId", "TaskName", "Mode", "Enabled".
     std::unique_ptr<AbstractNamedValueConstIterator<Value>> GetConstIterator() const override;
 
     void DoCopy(Root const & oSource) override;
@@ -64,14 +73,15 @@ private:
 
 extern template ClassDescription const & Described<TaskContextMessage, Message>::GetStaticClassDesc();
 
-/// The walk over the contents of a TaskContextMessage as they are when it begins; "Enabled" is 1 or 0.
-/// Access outside the elements is an assertion failure.
+/// Iterates over copies of the elements that a TaskContextMessage has at the time of construction; "Enabled" is 1
+/// or 0. One thread at a time uses it. Access outside the elements is an assertion failure.
 class TSL_EXPORT TaskContextMessageConstIterator : public NamedValueIterator<TaskContextMessageConstIterator>
 {
 public:
     explicit TaskContextMessageConstIterator(TaskContextMessage const & oMessage);
     ~TaskContextMessageConstIterator() override;
 
+    /// Name and getter of each element.
     static std::span<NamedGetter<TaskContextMessageConstIterator> const> GetRows();
 
 private:

@@ -13,11 +13,11 @@
 namespace tsl
 {
 
-/// Runs one step of the context that it was given last.
+/// The thread that runs a step of the context that TryToStep has set.
 struct TSL_HIDDEN TaskContextThread::Private : public Thread
 {
 public:
-    // Before the object is less than it was: a thread that has just been started still asks for its Process.
+    // Kill here, not in the base: a thread that has just been started still has to call this class's Process.
     ~Private() override
     {
         while (Kill(EXIT_CODE_AT_DESTRUCTION).GetErrorCode() == ERR::eTimeout)
@@ -25,7 +25,7 @@ public:
         }
     }
 
-    /// False if a thread runs, which another caller may have started a moment ago.
+    /// Returns false if a thread runs already, which another caller may have just started.
     bool TryToStep(TaskContextThread & oTaskContext)
     {
         if (IsRunning())
@@ -38,7 +38,7 @@ public:
             return false;
         if (oResult.IsError())
         {
-            // The assertion tells the same to whoever called.
+            // The caller gets the same failure by the assertion.
             static_cast<void>(Support::DispatchMessage(MakeResult(
                 ERR::eInternal, "Cannot start a thread that processes the statemachine.", oResult)));
             XAssertionFailed("false", "Cannot recover from previous error.");
@@ -63,7 +63,7 @@ protected:
     }
 
 private:
-    /// Once for each step in which memory has run out.
+    /// Reports each step that ran out of memory once.
     void ReportLackOfMemory()
     {
         if (m_bLackOfMemory.exchange(false, std::memory_order_relaxed))
@@ -71,7 +71,7 @@ private:
                 MakeResult(ERR::eInternal, "Memory has run out in a step of the statemachine.")));
     }
 
-    // Several threads may set it at once, always to the same.
+    // Atomic, since several threads may set it at once, always to the same value.
     std::atomic<TaskContextThread *> m_pTaskContext{nullptr};
     std::atomic<bool> m_bLackOfMemory{false};
 };

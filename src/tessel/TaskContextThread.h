@@ -7,36 +7,38 @@
 namespace tsl
 {
 
-/// A context whose steps run on a thread of their own, so that the caller is never held up by one. Each call
-/// of Process starts one thread for one step; between steps the machine stands still.
+/// A context whose steps run on threads of their own, so the caller does not wait for them. Each call of Process
+/// starts one thread for one step.
 ///
-/// The application's thread and the step meet in the two queues: WriteMessage and ReadMessage may be called
-/// at any time, except that a TaskContextMessage must not be written while a step runs.
+///     tsl::TaskContextThread oContext(new Clock);
+///     oContext.Process(); // returns at once
+///
+/// Any thread may call WriteMessage and ReadMessage at any time, except that a TaskContextMessage must not be
+/// written while a step runs.
 class TSL_EXPORT TaskContextThread : public TaskContext
 {
 public:
-    /// Takes the topmost machine over. No thread runs yet.
+    /// Owns the topmost machine from now on. Starts no thread.
     explicit TaskContextThread(TaskProcessor * pProcessor);
     TaskContextThread(TaskContextThread const &) = delete;
     TaskContextThread & operator=(TaskContextThread const &) = delete;
 
-    /// Kills a step that runs, as Thread::Kill does, and then ends the machine. By then the members of a
-    /// subclass are gone.
+    /// Kills a running step, as the destructor of Thread does, and then deletes the machine. The members of a
+    /// derived class are destroyed before that.
     ~TaskContextThread() override;
 
-    /// Starts a step and returns. Does nothing while the last step still runs, so of several threads that call
-    /// at once, one starts a step. An Exception that leaves the step is dispatched on the global bus, and the
-    /// next step goes on where the machine stands. Memory that runs out in a step ends it likewise; that is
-    /// dispatched with the next call.
+    /// Starts a step and returns. Does nothing while the last step still runs, so of several threads that call it
+    /// at once, one starts a step. An Exception of the step is reported over the global bus; the next step
+    /// continues in the current task. Lack of memory also ends the step; the next call reports it.
     ///
-    /// If no thread can be started, that is dispatched as a Result of code 6, and is an assertion failure.
+    /// If no thread can be started, that is reported as a Result of code 6, and is an assertion failure.
     void Process() override;
 
 protected:
-    /// A step on the caller's thread.
+    /// Runs a step on the caller's thread.
     void ProcessBase();
 
-    /// An alertable wait ends early once a signal has been handled on the thread.
+    /// An alertable wait ends early when a signal has been handled on the thread.
     void Wait(int iDuration, bool bAlertable) override;
 
 private:

@@ -11,7 +11,7 @@ namespace tsl
 namespace
 {
 
-// The failures of the engine, apart from it: each builds a text, which the engine has no time for.
+// The failures are out of line, to keep their callers small (R05).
 
 [[noreturn, gnu::cold, gnu::noinline]] void FailFirstTask()
 {
@@ -34,7 +34,7 @@ namespace
 
 } // namespace
 
-/// Gives a task its context for the length of a step.
+/// Sets the context of a task until the end of the scope.
 class TaskEngine::StepScope
 {
 public:
@@ -48,8 +48,8 @@ public:
     StepScope & operator=(StepScope const &) = delete;
 
 private:
-    /// Threads can only meet in the topmost processor, since all tasks below it are run by its step. So
-    /// there alone the test and the change are one.
+    /// Two threads can meet only in the topmost machine, since its step runs all tasks below it. So only there the
+    /// test and the change are one atomic operation (R05).
     bool Enter(std::atomic<TaskContext *> & pCurrent, TaskContext & oContext)
     {
         if (!m_oTask.m->pParent)
@@ -133,7 +133,7 @@ int TaskEngine::SwitchTask(TaskProcessor & oMachine, int iTaskResult, TaskContex
     if (!oMachine.GetTaskTransitionList().GetNextTaskId(iCurrentTaskId, iTaskResult, iNextTaskId))
         FailTransition(oCurrentTask, iTaskResult);
 
-    // The same object goes on.
+    // The task remains the same object.
     if (iNextTaskId == iCurrentTaskId)
         return Process(oCurrentTask, oContext);
 
@@ -146,7 +146,7 @@ void TaskEngine::SetNewTask(TaskProcessor & oMachine, int iTaskId)
 {
     std::unique_ptr<Task> pTask(TaskFactory::Instance().CreateProduct(iTaskId, TaskCreator(&oMachine)));
 
-    // A function that gives the current task once more has made none.
+    // If the function has returned the current task again, the machine still owns it.
     if (pTask == GetCurrentTask(oMachine))
         static_cast<void>(pTask.release());
     if (!pTask)
@@ -154,7 +154,7 @@ void TaskEngine::SetNewTask(TaskProcessor & oMachine, int iTaskId)
 
     oMachine.OnTaskSwitch(GetCurrentTask(oMachine).get(), *pTask);
 
-    // The old task goes when the new one has taken its place.
+    // Deletes the old task after the new one has become the current one.
     GetCurrentTask(oMachine) = std::move(pTask);
 }
 

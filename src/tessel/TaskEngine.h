@@ -8,25 +8,25 @@
 namespace tsl
 {
 
-/// What the library does with the tasks of a machine and a program never calls. It stands apart from the
-/// classes, whose names a program's own tasks inherit.
+/// Runs the tasks of a machine. A program never calls it. It is not a part of Task and TaskProcessor, since a
+/// program's tasks inherit all names of these.
 struct TaskEngine
 {
-    /// The three steps of a task, each with the context for its length.
+    /// The three calls of a task. Each sets the context until it returns.
     static int Process(Task & oTask, TaskContext & oContext);
     static int Enter(Task & oTask, TaskContext & oContext);
     static void Exit(Task & oTask, TaskContext & oContext);
 
-    /// The entry and, if the task remains in it, the first Process, with the context given once.
+    /// Enters the task and, if the entry returns TR_REMAIN, processes it, and sets the context only once (R05).
     static int Begin(Task & oTask, TaskContext & oContext);
 
-    /// Enters the first task of a machine, or the next one after the result of the current one. Both return
-    /// what that task wants next.
+    /// Enter the first task of a machine, or the next one after a result of the current one. Both return the result
+    /// of that task.
     static int InitTask(TaskProcessor & oMachine, TaskContext & oContext);
     static int SwitchTask(TaskProcessor & oMachine, int iTaskResult, TaskContext & oContext);
 
-    /// The task in which a machine stands, null before its first step. The reference holds until a copy of
-    /// the machine is made, which the program may do in any call.
+    /// The current task of a machine, null before its first step. The reference holds until the machine is copied,
+    /// which the program may do in any call.
     static std::unique_ptr<Task> & GetCurrentTask(TaskProcessor & oMachine)
     {
         return oMachine.m->pCurrentTask;
@@ -37,7 +37,7 @@ struct TaskEngine
         return oTask.m->pContext.load(std::memory_order_relaxed) != nullptr;
     }
 
-    /// That of the step that runs now; without one an assertion failure.
+    /// The context of the running step; an assertion failure between steps.
     static TaskContext & GetContext(Task const & oTask)
     {
         TaskContext * const pContext = oTask.m->pContext.load(std::memory_order_relaxed);

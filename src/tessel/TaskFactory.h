@@ -9,10 +9,11 @@
 namespace tsl
 {
 
-/// How a task is made for the machine that it becomes a state of; the machine owns it.
+/// Makes a task for a machine, which owns the task.
 using TaskCreationFunction = Task * (*)(TaskProcessor * pParent);
 
-/// Makes a task with its creation function for a given parent.
+/// Makes a task for a given parent by calling its creation function. The caller owns the task. Any thread may use
+/// it.
 class TSL_EXPORT TaskCreator : public ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>
 {
 public:
@@ -27,8 +28,13 @@ extern template class Singleton<TaskFactoryBase>;
 extern template class Factory<int, ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>,
     CriticalSectionMutex, bool>;
 
-/// The task classes by id, for all machines of the process. An application registers its tasks under ids
-/// from 0 on; the library has Task::TASK_FINE.
+/// The creation functions of tasks by id, for all machines of the process. A program registers its tasks under ids
+/// from 0 on; the library registers Task::TASK_FINE.
+///
+///     tsl::TaskFactory::Instance().Register(eRing,
+///         [](tsl::TaskProcessor * pParent) -> tsl::Task * { return new Ring(pParent); });
+///
+/// Any thread may use it; see Factory.
 class TSL_EXPORT TaskFactory : public TaskFactoryBase
 {
 public:
@@ -42,7 +48,8 @@ private:
 
 extern template class SelfRegistrationFactoryCallBack<TaskFactoryBase>;
 
-/// An observer of the factory that attaches itself. An application derives from it and implements Invoke.
+/// An observer of this factory, which attaches and detaches itself; see SelfRegistrationFactoryCallBack. A program
+/// derives from it and implements Invoke.
 class TSL_EXPORT TaskFactoryCallBack : public SelfRegistrationFactoryCallBack<TaskFactoryBase>
 {
 public:

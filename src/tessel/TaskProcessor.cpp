@@ -14,7 +14,7 @@ TaskProcessor & TaskProcessor::operator=(TaskProcessor const & oSource) = defaul
 
 TaskProcessor::~TaskProcessor()
 {
-    // The last of the copies, while it still is a machine to the task.
+    // Delete the task now, while its parent is still a complete TaskProcessor. Copies share the task.
     if (TaskEngine::IsLastOwner(*this))
         TaskEngine::GetCurrentTask(*this).reset();
 }

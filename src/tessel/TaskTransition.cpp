@@ -57,7 +57,7 @@ Result CheckSource(int iTaskId, int iResultId)
 
 using Places = std::unordered_map<int, unsigned int>;
 
-// Among as many entries a key is found sooner by looking at each of them, without their places (R05).
+// A table of up to this many entries is searched from the front, which is faster than a hash table (R05).
 constexpr std::size_t FEW = 8;
 
 template<class Entry>
@@ -69,7 +69,7 @@ inline Entry const * FindInFew(std::vector<Entry> const & vEntries, int iKey)
     return nullptr;
 }
 
-/// The entry of a key, or null.
+/// Returns the entry of a key, or null.
 template<class Entry>
 Entry const * Find(std::vector<Entry> const & vEntries, Places const & oPlaces, int iKey)
 {
@@ -79,7 +79,8 @@ Entry const * Find(std::vector<Entry> const & vEntries, Places const & oPlaces, 
     return oPlace == oPlaces.end() ? nullptr : &vEntries[oPlace->second];
 }
 
-// Look-ups in long tables are out of line and last, so that one in a short table saves no registers (R05).
+// Lookups in long tables are out of line, and their callers return what they return, so that a lookup in a short
+// table needs no stack frame (R05).
 
 using Pair = std::pair<int, int>;
 using Row = std::pair<int, TaskTransition>;
@@ -100,7 +101,7 @@ using Row = std::pair<int, TaskTransition>;
     return pFound && pFound->second.GetNextTaskId(iResultId, iNextTaskId);
 }
 
-/// The place of a key, which is the number of entries if it is not there.
+/// Returns whether the key is there. iIndex becomes its index, or the number of entries.
 template<class Entry>
 bool FindPlace(std::vector<Entry> const & vEntries, Places const & oPlaces, int iKey, unsigned int & iIndex)
 {
@@ -109,7 +110,7 @@ bool FindPlace(std::vector<Entry> const & vEntries, Places const & oPlaces, int 
     return pEntry != nullptr;
 }
 
-/// Adds an entry whose key is not there.
+/// Adds an entry with a new key.
 template<class Entry>
 void Add(std::vector<Entry> & vEntries, Places & oPlaces, Entry && oEntry)
 {

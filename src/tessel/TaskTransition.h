@@ -10,73 +10,76 @@
 namespace tsl
 {
 
-/// Where a task of a machine leads to: for each of its results the id of the next task.
+/// The transitions of one task: for each of its results the id of the next task. See TaskTransitionList.
 ///
-/// A table is filled by one thread and afterwards only read, by any number of them. To add a pair or to find one
-/// takes the same time on average, whatever their number.
+/// One thread fills it; after that any number may read it. Adding and lookup take constant time on average.
 class TSL_EXPORT TaskTransition
 {
 public:
     TaskTransition() = default;
 
-    /// With one pair, which is not checked.
+    /// Has one pair, which is not checked.
     TaskTransition(int iResultId, int iDestinationTaskId);
 
-    /// Number of results that lead somewhere.
+    /// The number of results that have a transition.
     int GetCount() const;
 
-    /// Adds a pair. Code 2, and nothing is added, for a result that is neither Task::TR_PROCEED nor 0 or
-    /// above, and for a destination that is neither Task::TASK_FINE nor 0 or above. A result that is there
-    /// gets the new destination.
+    /// Adds a pair; a result that is there already gets the new destination. Code 2, and nothing is added, for a
+    /// result below 0 other than Task::TR_PROCEED, and for a destination below 0 other than Task::TASK_FINE.
     [[nodiscard]] Result AddTransition(int iResultId, int iDestinationTaskId);
 
-    /// False for a result that leads nowhere; iNextTaskId then stays as it was.
+    /// Returns false for a result without a transition; iNextTaskId is then unchanged.
     bool GetNextTaskId(int iResultId, int & iNextTaskId) const;
 
 private:
-    /// The place of the result, or the number of pairs if there is none.
+    /// Returns whether the result is there. iIndex becomes its index, or the number of pairs.
     bool FindResult(int iResultId, unsigned int & iIndex) const;
 
-    // Of result and destination, in the order in which the results were first added.
+    // Results and destinations, in the order in which the results were first added.
     std::vector<std::pair<int, int>> m_vPairs;
 
-    // The place of each result; empty as long as there are few.
+    // The index of each result; empty while there are few.
     std::unordered_map<int, unsigned int> m_oPlaces;
 };
 
 /// The table of a whole machine: for a task and its result the id of the next task.
 ///
+///     tsl::TaskTransitionList oTransitions;
+///     tsl::Result oResult = oTransitions.AddTransition(Task::TASK_INIT, Task::TR_PROCEED, eRing);
+///     oResult.InsertFront(oTransitions.AddTransition(eRing, Task::TR_PROCEED, Task::TASK_FINE));
+///
 /// Task::TASK_INIT with Task::TR_PROCEED leads to the first task; Task::TASK_FINE as a destination ends the
-/// machine. A destination that is the source itself makes the task run on, see TaskProcessor. To add a transition or
-/// to find one takes the same time on average, whatever their number.
+/// machine. A destination that is the source itself calls the task again, see TaskProcessor.
+///
+/// One thread fills it; after that any number may read it. Adding and lookup take constant time on average.
 class TSL_EXPORT TaskTransitionList
 {
 public:
     TaskTransitionList() = default;
 
-    /// Number of source tasks.
+    /// The number of source tasks.
     int GetCount() const;
 
-    /// Adds a transition. Code 2 for a source that is neither Task::TASK_INIT nor 0 or above, for a result
-    /// of Task::TASK_INIT other than Task::TR_PROCEED, and for whatever TaskTransition refuses; in this
-    /// last case a new source task stays in the table without transitions.
+    /// Adds a transition. Code 2 for a source below 0 other than Task::TASK_INIT, for a result of Task::TASK_INIT
+    /// other than Task::TR_PROCEED, and for what TaskTransition refuses. In the last case a new source task remains
+    /// in the table, without transitions.
     [[nodiscard]] Result AddTransition(int iSourceTaskId, int iResultId, int iDestinationTaskId);
 
-    /// False where the table has no answer; iNextTaskId then stays as it was.
+    /// Returns false without such a transition; iNextTaskId is then unchanged.
     bool GetNextTaskId(int iSourceTaskId, int iResultId, int & iNextTaskId) const;
 
 protected:
-    /// The place of the task, or the number of tasks if it is not there.
+    /// Returns whether the task is there. iIndex becomes its index, or the number of tasks.
     bool FindTask(int iTaskId, unsigned int & iIndex) const;
 
-    /// The place of the task, which is added if it is not there.
+    /// Adds the task if it is not there. iIndex becomes its index.
     void AddTask(int iTaskId, unsigned int & iIndex);
 
 private:
     // In the order in which the tasks were first added.
     std::vector<std::pair<int, TaskTransition>> m_vTasks;
 
-    // The place of each task; empty as long as there are few.
+    // The index of each task; empty while there are few.
     std::unordered_map<int, unsigned int> m_oPlaces;
 };
 
