@@ -77,7 +77,7 @@ int Application::Main(int iCount, char ** pArguments)
     if (oResult.IsError())
         ProcessError(oResult);
 
-    // The one Result for all steps: after two failures the second has the history of both.
+    // Assigned to the same Result, so that after two failures its history has both.
     oResult = Private::RunStep(*this, &Application::PostRun);
     if (oResult.IsError())
         ProcessError(oResult);
@@ -93,7 +93,7 @@ Result Application::DispatchMessage(Message const & oMessage)
 
 void Application::ProcessError(Result const & oResult)
 {
-    // Nobody is left to hand the answer of the bus to.
+    // A failure of the report could be reported to nobody.
     static_cast<void>(DispatchMessage(ResultMessage(oResult)));
 }
 

@@ -17,7 +17,8 @@ namespace tsl
 
 class Message;
 
-/// The configuration of an application, which holds its command line. Copies share one parser.
+/// The configuration of an application, which has its command line. Copies share one parser. One thread at a time
+/// uses it.
 class TSL_EXPORT ApplicationConfig
     : public Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>
 {
@@ -27,12 +28,12 @@ public:
 
     ~ApplicationConfig() override = default;
 
-    /// Code 1 for an option without a name.
+    /// See CmdLineParser::SetCmdLine. Code 1 for an option without a name.
     [[nodiscard]] Result SetCmdLine(int iCount, char ** pArguments);
 
     CmdLineParser const & GetCmdLineParser() const { return m_oCmdLineParser; }
 
-    /// Not in service: always assertion failures.
+    /// Not supported: both are always assertion failures.
     bool GetEnvironment(ValueString const & sName, ValueString & sValue) const;
     void GetEnvironmentNames(std::list<ValueString> & oNames) const;
 
@@ -48,11 +49,11 @@ private:
 extern template ClassDescription const &
 Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-/// The frame of a program. A program derives from ConsoleApplication, implements Run, and hands control to
-/// Main from its entry point.
+/// The run cycle of a program: parse the command line, PreRun, Run, PostRun. A program derives from
+/// ConsoleApplication, which has an example, and calls Main from its entry point.
 ///
-/// The application has a bus of its own, beside the global one: the failures of the run cycle go there.
-/// The object is a singleton and deleted at the end of the library. Main runs on the calling thread.
+/// The application has a bus of its own besides the global one, to which the failures of the run cycle are sent.
+/// The object is a singleton, which is deleted at the end of the library. Main runs on the calling thread.
 class TSL_EXPORT Application
     : public Described<Application, Singleton<Application>, ClassDescription::eAbstract>
 {
@@ -62,40 +63,41 @@ public:
 
     ~Application() override;
 
-    /// The one application, made by the function on the first call; later calls do not look at it.
+    /// The one application. The first call makes it with the function; later calls ignore the argument.
     static Application & Instance(Application * (*fCreator)());
 
-    /// Takes the arguments of the process, runs PreRun, Run and PostRun, and returns the error code of the
-    /// last Result as the exit code.
+    /// Parses the arguments, calls PreRun, Run and PostRun, and returns the error code of the last Result as the
+    /// exit code.
     ///
-    /// A command line with an error runs none of them. Run is left out after a failing PreRun; PostRun is
-    /// not. Each failure is reported as a ResultMessage on the application's bus. The exit code is that of
-    /// PostRun, so one that is to tell of a failing Run has to pass it on. A Result that a step throws
-    /// counts as returned; an Exception passes through, and PostRun does not run.
+    /// After a bad command line it calls none of them. If PreRun fails, Run is not called but PostRun is. Each
+    /// failure is reported as a ResultMessage on the application's bus. The exit code is that of PostRun; so if a
+    /// failure of Run should decide it, PostRun must return that failure. A thrown Result counts as returned. An
+    /// Exception reaches the caller, and PostRun is not called.
     int Main(int iCount, char ** pArguments);
 
-    /// Puts a message on the application's bus and returns what the processors have left.
+    /// Sends a message over the application's bus and returns what the processors have reported.
     Result DispatchMessage(Message const & oMessage);
 
-    /// The same, under the name that the headers of some systems turn the other into.
+    /// The same; the headers of some systems define DispatchMessage as a macro for this name.
     Result DispatchMessageA(Message const & oMessage) { return DispatchMessage(oMessage); }
 
     /// Reports a Result as a ResultMessage on the application's bus.
     void ProcessError(Result const & oResult);
 
 protected:
-    /// Takes the configuration over. Null is an assertion failure.
+    /// Owns the configuration from now on. Null is an assertion failure.
     explicit Application(ApplicationConfig * pConfig);
 
-    /// Opens the bus. An override calls this one.
+    /// Opens the bus. An override must call it.
     [[nodiscard]] virtual Result PreRun();
 
     /// The program's work.
     [[nodiscard]] virtual Result Run() = 0;
 
-    /// Closes the bus. An override calls this one.
+    /// Closes the bus. An override must call it.
     [[nodiscard]] virtual Result PostRun();
 
+    /// Both references hold as long as the application.
     ApplicationConfig const & GetConfig() const { return *m_pConfig; }
     MessageDispatcher & GetDispatcher() { return m_oDispatcher; }
 

@@ -18,7 +18,7 @@ struct Option
     String sValue;
 };
 
-/// eOptionAny for an argument that is no option.
+/// Returns eOptionAny for an argument that is no option.
 CmdLineParser::OptionPrefix Classify(String const & sArgument)
 {
     if (sArgument.s_str().starts_with("--"))

@@ -7,7 +7,7 @@
 namespace tsl
 {
 
-/// The configuration of a ConsoleApplication; a program derives its own from it.
+/// The configuration of a ConsoleApplication. A program derives its own from it. One thread at a time uses it.
 class TSL_EXPORT ConsoleApplicationConfig
     : public Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>
 {
@@ -26,18 +26,29 @@ protected:
 extern template ClassDescription const &
 Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-/// The frame of a console program: derive from it, implement Run, and call Main.
+/// The run cycle of a console program: derive from it, implement Run, and call Main; see Application.
+///
+///     class Hello : public tsl::ConsoleApplication
+///     {
+///     public:
+///         Hello() : ConsoleApplication(new HelloConfig) {}
+///         static tsl::Application * Create() { return new Hello; }
+///     protected:
+///         tsl::Result Run() override;
+///     };
+///     // in main: return tsl::ConsoleApplication::Instance(&Hello::Create).Main(iCount - 1, ppArguments + 1);
 class TSL_EXPORT ConsoleApplication
     : public Described<ConsoleApplication, Application, ClassDescription::eAbstract>
 {
 public:
     ~ConsoleApplication() override = default;
 
-    /// The one application. One that is no ConsoleApplication is an assertion failure.
+    /// The one application; see Application::Instance. It must be a ConsoleApplication: an assertion failure
+    /// otherwise.
     static ConsoleApplication & Instance(Application * (*fCreator)());
 
 protected:
-    /// Takes the configuration over. Null is an assertion failure.
+    /// Owns the configuration from now on. Null is an assertion failure.
     explicit ConsoleApplication(ConsoleApplicationConfig * pConfig);
 
     [[nodiscard]] Result PreRun() override;
@@ -46,7 +57,7 @@ protected:
     ConsoleApplicationConfig const & GetConfig() const { return *m_pConfig; }
 
 private:
-    // The object that the base owns, under its own type.
+    // The configuration that the base class owns.
     ConsoleApplicationConfig * m_pConfig;
 };
 

@@ -32,8 +32,8 @@ Task * CreateFineTask(TaskProcessor * pParent)
     return new FineTask(pParent);
 }
 
-/// Reads the configuration. If not even the program's name can be found out, that must not end the
-/// program before it begins: the bus asks for the configuration again and reports the failure.
+/// Reads the program's ini file. If the program's name is unknown, that must not end the program before main: the
+/// bus tries again and reports the failure.
 void ReadConfiguration()
 {
     try
@@ -54,8 +54,8 @@ LibraryLoad::LibraryLoad()
 {
     Presence::WatchForks();
     RegisterEnd();
-    // The log file's class has to be known before the bus is made, and the factory is the first to use
-    // the registry of static objects, which thus outlives all that follows.
+    // The bus needs the factory of the log file. The factory is also the first user of the registry of static
+    // objects, which so outlives everything below.
     MessageProcessorFactory::Instance().Register(LogFileProcessor::CLASS_NAME, &CreateLogFileProcessor);
     static_cast<void>(TimeZone::Init()); // always true
     StaticObjectRegistry::Instance();
@@ -74,7 +74,7 @@ LibraryLoad::~LibraryLoad()
 
 void LibraryLoad::RegisterEnd()
 {
-    // Before the registry, so that it is destroyed after it.
+    // Constructed before the registry, so destroyed after it.
     static End const oEnd;
 }
 
@@ -86,8 +86,8 @@ LibraryLoad::End::~End()
         return;
     }
 
-    // The registry has left these as they are. Their observers are told in the order in which unloading would
-    // have destroyed them.
+    // The registry does not delete these at the end of the process. Their observers are notified in the order in
+    // which unloading would destroy them.
     TaskFactory::Instance().m_oObservers.End();
     GlobalMessageDispatcher::Instance().End();
     MessageProcessorFactory::Instance().m_oObservers.End();

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The whole library. A program that is built often includes the headers that it needs instead.
+/// Includes all public headers. A program that is built often should include only the headers that it needs.
 
 #include <tessel/AbstractConstIterator.h>
 #include <tessel/Application.h>
