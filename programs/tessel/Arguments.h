@@ -20,23 +20,22 @@ struct Option
     Takes eTakes;
 };
 
-/// The arguments of a command: its options and the names of files.
+/// Parses the arguments of a command into options and file names.
 ///
-/// Not the library's CmdLineParser, which knows no option by name and so goes by the place alone: there the word
-/// behind any option is its value, so that "--json x.txt" would have no file; a path that begins with a slash is
-/// an option; and neither "-" nor a value with a dash in front can be given. A program that is called with
-/// file names has to know its options.
+/// The library's CmdLineParser does not do here, since it knows no options by name: the word after any option is
+/// its value, so "--json x.txt" would have no file; a path that begins with a slash is an option; and neither "-"
+/// nor a value that begins with a dash can be given.
 class Arguments
 {
 public:
-    /// Sorts the words. A value is the next word, or follows behind "="; "--" ends the options. Code 2, with a hint,
-    /// for an option that is not among the known ones and for a value that is missing or too much.
+    /// Parses the words. A value is the next word, or follows "="; "--" ends the options. Code 2, with a hint, for
+    /// an unknown option, a missing value, and a value of an option that takes none.
     [[nodiscard]] tsl::Result Read(
         std::vector<std::string> const & vWords, std::vector<Option> const & vKnown);
 
     bool Has(std::string const & sOption) const { return m_oOptions.contains(sOption); }
 
-    /// All values of an option, in their order.
+    /// All values of an option, in the order of the arguments.
     std::vector<std::string> const & GetValues(std::string const & sOption) const;
 
     std::vector<std::string> const & GetFiles() const { return m_vFiles; }
@@ -46,5 +45,5 @@ private:
     std::vector<std::string> m_vFiles;
 };
 
-/// A failure that means wrong arguments, with exit code 2.
+/// Returns a failure for wrong arguments, with code 2.
 tsl::Result MakeUsageFailure(std::string const & sText);

@@ -14,7 +14,8 @@ struct Command
 {
     char const * sName;
 
-    /// Code 2 for wrong arguments, which are those behind the command's name; other codes for what ends the command.
+    /// Runs the command with the arguments after its name. Code 2 for wrong arguments; other codes for other
+    /// failures.
     tsl::Result (*fRun)(
         std::vector<std::string> const & vArguments, Output & oOutput, ReportFailure const & fReport);
 };

@@ -2,7 +2,7 @@
 
 #include <tessel/PlainProcessor.h>
 
-/// A message processor that prints each failure, with what has caused it, as a line to the standard error stream.
+/// A message processor that prints each failure with its causes as a line to the standard error stream.
 class FailurePrinter : public tsl::PlainProcessor
 {
 public:

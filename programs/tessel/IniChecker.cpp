@@ -31,7 +31,7 @@ bool IsNumber(std::string_view sText)
            && std::all_of(sText.begin(), sText.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-/// A number as IniFile::GetInt32 takes it, as long as it is not too large.
+/// A number in the form that IniFile::GetInt32 accepts, unless it is too large.
 std::string MakePlain(std::string_view sNumber)
 {
     bool const bNegative = sNumber.starts_with('-');
@@ -47,7 +47,7 @@ bool IsQuoted(std::string_view sValue)
            && sValue.front() == sValue.back();
 }
 
-/// Where a comment would begin if values had them.
+/// The position at which a comment would begin, if values could have comments.
 std::size_t FindComment(std::string_view sValue)
 {
     for (std::size_t i = 0; i < sValue.size(); ++i)
@@ -61,7 +61,7 @@ std::string InQuotes(std::string_view sText)
     return "'" + std::string(sText) + "'";
 }
 
-/// A value may be long, and hold what a terminal would obey.
+/// The value for a message: shortened, and without characters that control a terminal.
 std::string ShowValue(std::string_view sValue)
 {
     constexpr std::size_t LENGTH_MAX = 40;
@@ -98,7 +98,7 @@ void IniChecker::CheckText(IniLine const & oLine, std::string_view sText)
     {
         ReportError(oLine, "Syntax error: Chaptername expected. ", HintAtMissingChapter(sText));
         m_pChapter = &m_oUnnamed;
-        // Behind a byte order mark the line may be as it should.
+        // After a byte order mark the line may be correct.
         if (std::size_t const iMark = GetMarkLength(sText); iMark > 0 && sText.substr(iMark).starts_with('['))
             CheckChapter(oLine, sText.substr(iMark));
         return;
@@ -143,7 +143,7 @@ void IniChecker::CheckKey(IniLine const & oLine, std::string_view sText)
         return ReportError(oLine, "Syntax error: Token '=' expected.",
             HintAtMissingEqual(sText, m_bKey && tsl::String::IsSpace(oLine.sWhole.front())));
 
-    // What follows continues this key, whatever is wrong with it.
+    // The next lines may continue this key, even if it is wrong.
     bool const bFormerKey = std::exchange(m_bKey, true);
     if (std::string const sFault = GetNameFault(oParts.sName); !sFault.empty())
     {
@@ -174,7 +174,7 @@ void IniChecker::CheckValue(IniLine const & oLine, std::string_view sKey, std::s
             "A comment is a line of its own that begins with ';'.");
 }
 
-/// The keys that the library reads. True if there is something about them.
+/// Checks the keys that the library reads. Returns true if it has reported something.
 bool IniChecker::CheckSwitch(IniLine const & oLine, std::string_view sKey, std::string_view sValue)
 {
     bool const bSwitch = m_sChapter == SWITCH_CHAPTER;
@@ -187,7 +187,7 @@ bool IniChecker::CheckSwitch(IniLine const & oLine, std::string_view sKey, std::
         bReported = true;
     }
 
-    // A program may have log points of its own, which nobody knows here; so only a slip of the pen is told.
+    // A program may have log points of its own, which are unknown here; so only near misses are reported.
     std::vector<std::string> const & vSwitches = GetSwitches();
     std::string const sNearest = GetNearestName(sKey, vSwitches);
     if (!bSwitch || sNearest.empty() || sNearest == sKey)
@@ -197,10 +197,10 @@ bool IniChecker::CheckSwitch(IniLine const & oLine, std::string_view sKey, std::
     return true;
 }
 
-/// What the library says against the name; empty if it is a good one.
+/// The library's text for a wrong name; empty if the name is valid.
 std::string IniChecker::GetNameFault(std::string_view sName) const
 {
-    // A good name is refused as well, as that of a chapter that does not exist, but without a cause.
+    // A valid name fails as well, since there is no such chapter, but then the failure has no cause.
     std::vector<tsl::String> vKeys;
     tsl::Result const oResult = m_oNames.GetKeys(tsl::String(sName), vKeys);
     return oResult.GetHistorySize() == 0 ? std::string() : oResult.GetHistory(0).GetText().s_str();

@@ -8,13 +8,13 @@
 #include <map>
 #include <string>
 
-/// Something about a line of an ini file.
+/// An error or a note about a line of an ini file.
 struct IniFinding
 {
     enum class Weight
     {
         eError, ///< tsl::IniFile refuses the file
-        eNote   ///< the line is read in another way than it looks
+        eNote   ///< the line does not mean what it looks like
     };
 
     Weight eWeight;
@@ -22,11 +22,11 @@ struct IniFinding
     std::string sHint; ///< what to do about it; may be empty
 };
 
-/// Checks the lines of an ini file and goes on behind an error.
+/// Checks the lines of an ini file and continues after an error.
 ///
-/// It has rules of its own, since tsl::IniFile stops at the first error; those for names are asked of IniFile. The first
-/// error is IniFile's, with the same line and text; a test compares both. Behind an error it assumes what the line
-/// was probably meant to be, so that one mistake is reported once.
+/// It has its own rules, since tsl::IniFile stops at the first error; only names are checked by IniFile. Its first
+/// error has the line and text of IniFile's; a test compares both. After an error it assumes what the line was
+/// probably meant to be, so that one mistake is reported once.
 class IniChecker
 {
 public:
@@ -34,7 +34,7 @@ public:
 
     explicit IniChecker(Report fReport);
 
-    /// To be called with all lines in their order.
+    /// Call it with every line, in order.
     void Check(IniLine const & oLine);
 
 private:
@@ -54,10 +54,10 @@ private:
     void ReportNote(IniLine const & oLine, std::string sText, std::string sHint);
 
     Report m_fReport;
-    tsl::IniFile m_oNames; // empty; knows what a name is
+    tsl::IniFile m_oNames; // empty; checks names
     std::map<std::string, Chapter, std::less<>> m_oChapters;
-    Chapter m_oUnnamed; // takes the keys of a chapter whose line is wrong
+    Chapter m_oUnnamed; // for the keys of a chapter whose line is wrong
     Chapter * m_pChapter = nullptr;
     std::string m_sChapter; // its name
-    bool m_bKey = false;    // a line can continue it
+    bool m_bKey = false;    // there is a key that a line can continue
 };

@@ -47,7 +47,7 @@ tsl::Result MakeFailure(std::string const & sText, tsl::Result const & oCause)
     return tsl::MakeResult(tsl::ERR::eAccessDenied, tsl::String(sText), oCause);
 }
 
-/// Opens the file as each program does. Syntax errors are no failure here: oSyntax has the first.
+/// Opens the file as a program would. A syntax error is no failure here: oSyntax gets the first one.
 tsl::Result OpenIni(std::string const & sFile, tsl::IniFile & oFile, tsl::Result & oSyntax)
 {
     oSyntax = oFile.Open(sFile);
@@ -68,7 +68,7 @@ tsl::Result ReadContent(std::string const & sFile, std::string & sContent)
     return oStream.bad() ? MakeFailure("The file '" + sFile + "' cannot be read") : tsl::Result();
 }
 
-/// As compilers do: file, line, what is wrong; the hint in a line of its own.
+/// Writes file, line and text in the form of a compiler, and the hint in a line of its own.
 void WriteFinding(
     Output & oOutput, std::string const & sFile, IniLine const & oLine, IniFinding const & oFinding)
 {
@@ -82,7 +82,7 @@ void WriteFinding(
     oOutput.Write(sText + '\n');
 }
 
-/// Code 1 if the file cannot be read; bErrors is set if it has errors.
+/// Checks a file and sets bErrors if it has errors. Code 1 if it cannot be read.
 tsl::Result CheckFile(std::string const & sFile, Output & oOutput, bool & bErrors)
 {
     tsl::IniFile oFile;
@@ -123,7 +123,7 @@ tsl::Result CheckFiles(
         std::to_string(iWrong) + " of " + std::to_string(vFiles.size()) + " files cannot be used.");
 }
 
-/// Opens a file without errors.
+/// Opens a file; fails if it has errors.
 tsl::Result OpenGoodIni(std::string const & sFile, tsl::IniFile & oFile)
 {
     tsl::Result oSyntax;
@@ -133,7 +133,7 @@ tsl::Result OpenGoodIni(std::string const & sFile, tsl::IniFile & oFile)
     return MakeFailure("The file '" + sFile + "' has errors; 'tessel ini FILE' shows all", oSyntax);
 }
 
-/// All keys of the file, for a question what was meant.
+/// All keys of the file, from which a similar one is suggested.
 std::vector<std::string> GetPaths(tsl::IniFile const & oFile)
 {
     std::vector<std::string> vPaths;
@@ -147,13 +147,13 @@ std::vector<std::string> GetPaths(tsl::IniFile const & oFile)
     return vPaths;
 }
 
-/// Opens a file without errors, and takes chapter and key apart. bFound tells whether the file has the key.
+/// Opens a file without errors and splits sPath. bFound is set if the file has the key.
 tsl::Result FindKey(std::string const & sPath, std::string const & sFile, tsl::IniFile & oFile,
     IniPlace & oPlace, tsl::String & sValue, bool & bFound)
 {
     if (tsl::Result oResult = OpenGoodIni(sFile, oFile); oResult.IsError())
         return oResult;
-    // No line has room for more.
+    // No line of an ini file is longer.
     std::optional<IniPlace> oParts;
     if (sPath.size() <= 2 * IniLine::LENGTH_MAX)
         oParts = FindPlace(oFile, sPath);
@@ -161,7 +161,7 @@ tsl::Result FindKey(std::string const & sPath, std::string const & sFile, tsl::I
         return MakeUsageFailure("'" + sPath + "' is no key. One is given as CHAPTER/KEY.");
     oPlace = *oParts;
 
-    // A name that none can be has a cause; one that is not there has none.
+    // The failure has a cause if the name is invalid, none if it is only missing.
     tsl::Result oReason;
     bFound = oFile.GetString(oPlace.sChapter, oPlace.sKey, sValue, oReason);
     if (oReason.GetHistorySize() > 0)
@@ -184,7 +184,7 @@ tsl::Result ShowValue(std::string const & sPath, std::string const & sFile, Outp
     return tsl::Result();
 }
 
-/// Puts the new content into a file beside the old one, and in its place if it is what it should be.
+/// Writes the new content to a file beside the old one, checks it, and replaces the old one by it.
 tsl::Result Replace(std::string const & sFile, std::string const & sContent, IniPlace const & oPlace,
     std::string_view sValue, tsl::IniFile const & oBefore)
 {

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// Where the parts of a content are that an edit is about.
+/// The positions in the content that an edit needs.
 struct EditPlaces
 {
     std::optional<IniLine> oKey;
@@ -46,13 +46,13 @@ EditPlaces FindPlaces(std::string_view sContent, IniPlace const & oPlace)
     return oPlaces;
 }
 
-/// "\r\n" if the text ends so, else "\n".
+/// Returns "\r\n" if the text ends with it, else "\n".
 std::string GetLineEnd(std::string_view sText)
 {
     return sText.ends_with("\r\n") ? "\r\n" : "\n";
 }
 
-/// The line with another value, in its own style.
+/// The line with another value and the same spaces.
 std::string ChangeLine(IniLine const & oLine, std::string_view sValue)
 {
     std::size_t const iEqual = oLine.sWhole.find('=');

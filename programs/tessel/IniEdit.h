@@ -13,15 +13,15 @@ struct IniPlace
     std::string sKey;
 };
 
-/// Takes "chapter/key" apart. Both may have slashes; of all ways that which the file has, else the one with the
-/// longest chapter that it has, else the one with the shortest key. Nothing without a slash.
+/// Splits "chapter/key". Both names may have slashes, so it prefers a chapter and key that the file has, then the
+/// longest chapter that the file has, then the shortest key. Returns nothing without a slash.
 std::optional<IniPlace> FindPlace(tsl::IniFile const & oFile, std::string_view sPath);
 
-/// The content of an ini file without errors with another value of the key; all else stays as it is. A key that is not
-/// there comes behind the last one of its chapter, a chapter at the end of the file. The lines that continued the
-/// former value go.
+/// Returns the content with another value of the key; the content must have no errors. A new key is added after the
+/// last one of its chapter, a new chapter at the end. Lines that continued the former value are removed. Nothing
+/// else changes.
 std::string SetIniValue(std::string_view sContent, IniPlace const & oPlace, std::string_view sValue);
 
-/// Whether the files differ in nothing but the value of that key, which is the given one in the second file.
+/// Whether the files differ only in the value of that key, which must be sValue in oAfter.
 bool DifferOnlyAt(tsl::IniFile const & oBefore, tsl::IniFile const & oAfter, IniPlace const & oPlace,
     std::string_view sValue);

@@ -14,7 +14,7 @@ bool LooksLikeComment(std::string_view sText)
     return sText.starts_with('#') || sText.starts_with("//");
 }
 
-/// A name in place of one with other bytes: "remote "origin"" becomes remote_origin, and a.b a/b.
+/// Makes a valid name from an invalid one: "remote "origin"" becomes remote_origin, and a.b becomes a/b.
 std::string MakeName(std::string_view sWrong)
 {
     std::string sName;

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-// What is probably wrong with a line that tsl::IniFile does not take, and what to write instead. Each text is the trimmed
-// line.
+// Each function returns a hint: what is probably wrong with a line that tsl::IniFile rejects, and what to write
+// instead. sText is the trimmed line.
 
 std::string HintAtMissingChapter(std::string_view sText);
 std::string HintAtChapterName(std::string_view sName);

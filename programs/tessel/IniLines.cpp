@@ -39,7 +39,7 @@ IniLineKind GetKind(std::string_view sText)
         return IniLineKind::eNothing;
     if (sText.front() == '[')
         return IniLineKind::eChapter;
-    // Without a text behind it, it is read as a key of the name "+".
+    // IniFile reads a line of "+=" alone as a key with the name "+".
     return sText.starts_with(CONTINUATION) && sText != CONTINUATION ? IniLineKind::eContinuation
                                                                     : IniLineKind::eKey;
 }

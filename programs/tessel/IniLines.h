@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-/// A line as tsl::IniFile sees it: at most LENGTH_MAX bytes; what is longer goes on as a line of its own.
+/// A line as tsl::IniFile reads it: at most LENGTH_MAX bytes. The rest of a longer line is a line of its own.
 struct IniLine
 {
     static constexpr std::size_t LENGTH_MAX = 499;
@@ -17,11 +17,11 @@ struct IniLine
 
     bool HasLineEnd() const { return sWhole.ends_with('\n'); }
 
-    bool bRest; ///< what is too much for the line before
-    bool bCut;  ///< more than white space follows in such a line
+    bool bRest; ///< the rest of a line that was too long
+    bool bCut;  ///< the line is too long, and its rest is more than white space
 };
 
-/// Hands out the lines of a file one after the other.
+/// Splits the content of a file into lines.
 class IniLineCutter
 {
 public:
@@ -49,10 +49,10 @@ enum class IniLineKind
     eKey
 };
 
-/// What the line is, by the way it begins.
+/// The kind of a line, by its first characters.
 IniLineKind GetKind(std::string_view sText);
 
-/// What stands in front of the separator, "]" or "=", and behind it, both trimmed.
+/// The texts before and after the separator, which is "]" or "="; both trimmed.
 struct IniParts
 {
     std::string_view sName;

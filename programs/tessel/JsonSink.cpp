@@ -17,7 +17,7 @@ public:
                             + GetKindName(oRecord.eKind) + "\",");
         if (oRecord.eKind == RecordKind::eTrace)
             WriteOrigin(oRecord);
-        // The parts of a text that is longer than what is held are not all there.
+        // The first piece of a long record does not have all fields.
         if (oRecord.eKind == RecordKind::eMessage && eExtent == Extent::eWhole)
             WriteFields(oRecord);
         if (oRecord.eKind == RecordKind::eFailure && eExtent == Extent::eWhole)

@@ -12,8 +12,8 @@ bool IsPlain(char c)
     return c >= ' ' && c < 0x7f && c != '"' && c != '\\';
 }
 
-/// The bytes of the character at the beginning of the text if they are valid UTF-8; 0 if they are not; TORN if the
-/// text ends before that can be told.
+/// The number of bytes of the first character if they are valid UTF-8, 0 if they are not, TORN if the text ends too
+/// early to know.
 std::size_t GetSequenceLength(std::string_view sText)
 {
     auto const Byte = [&](std::size_t i) { return static_cast<unsigned char>(sText[i]); };
@@ -26,7 +26,7 @@ std::size_t GetSequenceLength(std::string_view sText)
     if (sText.size() < 2)
         return TORN;
 
-    // Neither longer forms than needed, nor surrogates, nor numbers above the largest.
+    // Rejects overlong forms, surrogates and numbers above the largest.
     unsigned char const iLow = iFirst == 0xe0 ? 0xa0 : iFirst == 0xf0 ? 0x90 : 0x80;
     unsigned char const iHigh = iFirst == 0xed ? 0x9f : iFirst == 0xf4 ? 0x8f : 0xbf;
     if (Byte(1) < iLow || Byte(1) > iHigh)
@@ -45,7 +45,7 @@ std::size_t GetSequenceLength(std::string_view sText)
 
 void JsonText::Write(std::string_view sPiece)
 {
-    // The few bytes that a torn sequence misses.
+    // Complete the sequence of the last piece, byte by byte.
     while (!m_sTorn.empty() && !sPiece.empty())
     {
         m_sTorn += sPiece.front();
@@ -81,7 +81,7 @@ void JsonText::End()
     m_sTorn.clear();
 }
 
-/// Returns the bytes that have been written; 0 if more are needed to know what they are.
+/// Returns the number of bytes that it has consumed; 0 if the first sequence is incomplete.
 std::size_t JsonText::WriteSequence(std::string_view sText)
 {
     std::size_t const iLength = GetSequenceLength(sText);

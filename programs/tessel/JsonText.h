@@ -5,10 +5,9 @@
 #include <string>
 #include <string_view>
 
-/// Writes a text as the inside of a JSON string, in as many pieces as it comes.
+/// Writes a text as the inside of a JSON string. The text may come in pieces.
 ///
-/// A byte that is no part of valid UTF-8 becomes the character of the same number, such as \u00ff: what is not UTF-8
-/// is mostly Latin-1, which this is the reading of.
+/// A byte that is not valid UTF-8 is read as Latin-1: it becomes the character of the same number, such as \u00ff.
 class JsonText
 {
 public:
@@ -24,7 +23,7 @@ private:
     void WriteEscaped(unsigned char c);
 
     Output & m_oOutput;
-    std::string m_sTorn; // the beginning of a sequence at the end of a piece
+    std::string m_sTorn; // an incomplete sequence at the end of the last piece
 };
 
 /// The text as a JSON string, with its quotes.

@@ -56,7 +56,7 @@ std::vector<Option> const & GetOptions()
     return vOptions;
 }
 
-/// Reads the options that choose records. Each function adds to the filter, or fails with code 2.
+/// Parses the options that select records. Each function adds to the filter, or fails with code 2.
 class FilterReader
 {
 public:
@@ -158,7 +158,7 @@ private:
     LogFilter & m_oFilter;
 };
 
-/// Options that cannot be used together.
+/// Fails for options that cannot be used together.
 tsl::Result CheckTogether(Arguments const & oArguments)
 {
     constexpr std::pair<char const *, char const *> aPairs[] = {
@@ -190,7 +190,7 @@ tsl::Result ReadToEnd(LogReader & oReader, Output & oOutput)
     for (bool bEnd = false; !bEnd && oResult.IsOk() && !oOutput.IsFailed();)
     {
         oResult = oReader.Read(bEnd);
-        // Whoever writes a pipe slowly wants to see what has come of it.
+        // A pipe may be written slowly, so show each record at once.
         if (oReader.IsStandardInput())
             oOutput.Flush();
     }

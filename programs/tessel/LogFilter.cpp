@@ -32,7 +32,7 @@ bool HasFields(LogRecord const & oRecord, std::vector<std::pair<std::string, std
         });
 }
 
-/// One failure must have all of them.
+/// Whether one of the record's failures has all of the wanted fields.
 bool HasFailure(LogRecord const & oRecord, std::vector<std::pair<std::string, std::string>> const & vWanted)
 {
     auto const vFailures = GetFailures(oRecord);

@@ -9,20 +9,20 @@
 #include <string>
 #include <vector>
 
-/// What a record must be like to be selected. An empty list asks for nothing.
+/// The conditions for a record to be selected. An empty list is no condition. One thread at a time uses it.
 class LogFilter
 {
 public:
     LogTime iSince = std::numeric_limits<LogTime>::min();
     LogTime iUntil = std::numeric_limits<LogTime>::max(); ///< included
-    std::vector<RecordKind> vKinds;                       ///< one of them, as in the next three
+    std::vector<RecordKind> vKinds;                       ///< one must match, as in the next three
     std::vector<std::string> vIds;
     std::vector<int> vProcesses;
     std::vector<int> vThreads;
-    std::vector<std::unique_ptr<tsl::PatternMatcher>> vPatterns; ///< each of them is in the text
-    std::vector<std::pair<std::string, std::string>> vFields;    ///< each of them, name and value
+    std::vector<std::unique_ptr<tsl::PatternMatcher>> vPatterns; ///< each must match a part of the text
+    std::vector<std::pair<std::string, std::string>>
+        vFields; ///< names and values; each must be in the record
 
-    /// One thread at a time.
     bool Selects(LogRecord const & oRecord) const;
 
 private:

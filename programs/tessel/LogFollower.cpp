@@ -5,13 +5,14 @@ namespace
 
 constexpr std::chrono::milliseconds INTERVAL(100);
 
-/// A log, and when something was last read from it.
+/// A followed log, with the time when something was last read from it.
 class Followed
 {
 public:
     explicit Followed(LogReader & oReader) : m_oReader(oReader) {}
 
-    /// Opens a log that is not there yet, or reads what has come. bNews tells whether there was something.
+    /// Tries to open a log that did not exist before, or reads what was appended. bNews is set if there was
+    /// anything.
     [[nodiscard]] tsl::Result ReadNews(bool & bNews)
     {
         if (!m_oReader.IsOpen())
@@ -20,7 +21,7 @@ public:
             return tsl::Result();
         }
 
-        // Before reading, so that nothing that was appended to a file before its replacement is left unread.
+        // Check before reading: what was appended before the replacement must still be read.
         LogReader::Change const eChange = m_oReader.GetChange();
         if (eChange != LogReader::Change::eOverwritten)
         {

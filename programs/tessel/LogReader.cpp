@@ -37,7 +37,7 @@ tsl::Result LogReader::Read(bool & bEnd)
     m_iRead += iRead;
     m_oSplitter.Add(iRead);
     bEnd = iRead == 0;
-    HandOn(RecordSplitter::Ending::eMayGoOn);
+    PassOn(RecordSplitter::Ending::eMayGoOn);
     return tsl::Result();
 }
 
@@ -52,7 +52,7 @@ LogReader::Change LogReader::GetChange() const
     return m_oFile.GetSize() < m_iRead || sHead != m_sHead ? Change::eOverwritten : Change::eNone;
 }
 
-void LogReader::HandOn(RecordSplitter::Ending eEnding)
+void LogReader::PassOn(RecordSplitter::Ending eEnding)
 {
     for (RecordPiece oPiece; m_oSplitter.Next(oPiece, eEnding);)
     {

@@ -7,7 +7,7 @@
 
 #include <string>
 
-/// Reads one log and hands those records on that the filter selects.
+/// Reads one log and passes the selected records to a sink.
 class LogReader
 {
 public:
@@ -21,26 +21,26 @@ public:
     [[nodiscard]] tsl::Result Open();
     bool IsOpen() const { return m_oFile.IsOpen(); }
 
-    /// Reads a piece. bEnd is set at the end of what is there. Code 1 if it cannot be read.
+    /// Reads a piece. bEnd is set at the present end of the file. Code 1 if it cannot be read.
     [[nodiscard]] tsl::Result Read(bool & bEnd);
 
-    /// What has been read and not handed on is the end of a record.
-    void EndRecord() { HandOn(RecordSplitter::Ending::eEnds); }
+    /// Ends the record that was read so far, and passes it on.
+    void EndRecord() { PassOn(RecordSplitter::Ending::eEnds); }
 
-    /// What has been read ends with a whole line.
+    /// Whether the bytes read so far end with a complete line.
     bool IsLineComplete() const { return m_oSplitter.IsLineComplete(); }
 
     enum class Change
     {
         eNone,
-        eOtherFile,  ///< the name stands for another file now; the open one may still have something to read
-        eOverwritten ///< the file is shorter than what was read of it, or begins in another way
+        eOtherFile,  ///< the name is that of another file now; the open one may have unread bytes
+        eOverwritten ///< the file is shorter than what was read of it, or has another beginning
     };
 
     Change GetChange() const;
 
 private:
-    void HandOn(RecordSplitter::Ending eEnding);
+    void PassOn(RecordSplitter::Ending eEnding);
     tsl::Result MakeFailure(char const * sText, int iError) const;
 
     std::string m_sName;
@@ -50,5 +50,5 @@ private:
     RecordSplitter m_oSplitter;
     std::string m_sHead; // the first bytes of the file
     std::uint64_t m_iRead = 0;
-    bool m_bSelected = false; // the record of which a piece has been handed on
+    bool m_bSelected = false; // whether the current record is selected
 };

@@ -11,7 +11,7 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// Reads the number at the beginning of the text, and takes it off with the separator behind it.
+/// Parses the number at the beginning of the text, and removes it with the separator after it.
 bool TakeNumber(std::string_view & sText, std::string_view sSeparator, int & iNumber)
 {
     auto const [pEnd, eError] = std::from_chars(sText.data(), sText.data() + sText.size(), iNumber);
@@ -51,7 +51,7 @@ bool ReadFailure(std::string_view sLine, LoggedFailure & oFailure)
     if (!sLine.starts_with(sNumber))
         return false;
     sLine.remove_prefix(sNumber.size());
-    // From the right, since the text may hold anything.
+    // From the right, since the text may contain anything.
     std::size_t const iLine = sLine.rfind(sLineNumber);
     std::size_t const iFile = sLine.rfind(sFile, iLine);
     if (iLine == std::string_view::npos || iFile == std::string_view::npos)
@@ -67,7 +67,7 @@ bool ReadFailure(std::string_view sLine, LoggedFailure & oFailure)
     return true;
 }
 
-/// Cuts what the layout puts behind each entry but the last: a quote, and mostly a semicolon and a blank.
+/// Removes what the layout writes after each entry but the last: a quote, and mostly a semicolon and a blank.
 std::string_view CutEntryEnd(std::string_view sEntry)
 {
     for (std::string_view const sEnd : {"'; ", "'"})
@@ -76,7 +76,7 @@ std::string_view CutEntryEnd(std::string_view sEntry)
     return sEntry;
 }
 
-/// The end of the value that begins there: the last quote, or one with "; name='" behind.
+/// The end of the value that begins at iBegin: the first quote that "; name='" follows, or else the last quote.
 std::size_t FindValueEnd(std::string_view sText, std::size_t iBegin)
 {
     for (std::size_t iEnd = iBegin; (iEnd = sText.find("'; ", iEnd)) != std::string_view::npos; ++iEnd)
@@ -160,7 +160,7 @@ std::vector<LoggedFailure> GetFailures(LogRecord const & oRecord)
     if (!TakeNumber(sRest, ": ", iEntry))
         return {};
 
-    // The farthest cause comes first, and each entry tells its number.
+    // The oldest cause is first, and each entry has its number.
     std::vector<LoggedFailure> vFailures;
     for (LoggedFailure oFailure; iEntry >= 0; --iEntry)
     {

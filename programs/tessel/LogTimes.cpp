@@ -8,7 +8,7 @@ namespace
 
 LogTime GetLocalTime(std::time_t iMoment)
 {
-    // By the runtime library, like the times of the log: TimeZone knows zones of whole hours only.
+    // localtime, as for the times of the log: TimeZone knows only zones of whole hours.
     std::tm const * const pLocal = std::localtime(&iMoment);
     if (!pLocal)
         return 0;
@@ -17,7 +17,7 @@ LogTime GetLocalTime(std::time_t iMoment)
     return (((iDate * 100) + pLocal->tm_hour) * 100 + pLocal->tm_min) * 100 + pLocal->tm_sec;
 }
 
-/// Whether the text has the form, in which each letter stands for a digit of the part with that letter.
+/// Whether the text has the form, in which each letter is a digit of the part with that letter.
 bool ReadForm(std::string_view sText, std::string_view sForm, std::string_view sLetters, int * pParts)
 {
     if (sText.size() != sForm.size())

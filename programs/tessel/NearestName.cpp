@@ -12,10 +12,12 @@ char ToLower(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// The steps that make one text of the other: a letter put in, left out or changed, or two neighbours exchanged.
+/// The edit distance: how many letters are inserted, removed or replaced, or neighbours swapped, to get one from
+/// the other.
 std::size_t GetDistance(std::string_view sLeft, std::string_view sRight)
 {
-    // The distances of a beginning of the left text to all beginnings of the right one, and those before.
+    // The distances of one prefix of the left text to all prefixes of the right one; then those of shorter
+    // prefixes.
     std::vector<std::size_t> vRow(sRight.size() + 1);
     std::iota(vRow.begin(), vRow.end(), 0);
     std::vector<std::size_t> vFormer;
@@ -40,13 +42,13 @@ std::size_t GetDistance(std::string_view sLeft, std::string_view sRight)
 
 std::string GetNearestName(std::string_view sName, std::vector<std::string> const & vNames)
 {
-    // A longer text than any name is near to none, and would only take time.
+    // A text that is much longer than any name is close to none, and would only take time.
     constexpr std::size_t LENGTH_MAX = 100;
     if (sName.size() > LENGTH_MAX)
         return {};
 
     std::string sNearest;
-    // Any two names of two letters are close.
+    // Names of two letters differ by two at most, so only one step counts as close.
     std::size_t iNearest = sName.size() < 3 ? 1 : std::max<std::size_t>(sName.size() / 3, 1) + 1;
     for (std::string const & sOther : vNames)
         if (std::size_t const iDistance = GetDistance(sName, sOther); iDistance < iNearest)

@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-/// The standard output, in large pieces. After a failure nothing more is written.
+/// Writes to the standard output in large pieces. After a failure it writes nothing more.
 class Output
 {
 public:
     Output() { m_sBuffer.reserve(SIZE); }
 
-    /// Appends to the piece, which is written when it is full. A large text is not copied.
+    /// Appends to the buffer, which is written when it is full. A large text is not copied.
     void Write(std::string_view sText)
     {
         if (sText.size() > SIZE - m_sBuffer.size())
@@ -21,10 +21,10 @@ public:
 
     void Flush();
 
-    /// Whether nobody reads the output any more or it cannot be written.
+    /// Whether a write has failed, also because nobody reads the output any more.
     bool IsFailed() const { return m_iError != 0; }
 
-    /// Flushes. Code 1 if something could not be written; no failure if nobody wanted to read it.
+    /// Flushes. Code 1 if a write has failed, but not if nobody reads the output any more.
     [[nodiscard]] tsl::Result Finish();
 
 private:

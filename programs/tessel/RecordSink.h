@@ -5,7 +5,7 @@
 
 #include <memory>
 
-/// Takes the selected records, one after the other.
+/// Writes the selected records, one after the other.
 class RecordSink
 {
 public:
@@ -28,7 +28,7 @@ public:
     /// The record is complete.
     virtual void End() = 0;
 
-    /// All records are.
+    /// All records are complete.
     virtual void Finish() {}
 };
 
@@ -38,14 +38,14 @@ enum class Form
     eJson
 };
 
-/// Writes the records as they are; with colours to a terminal.
+/// Writes the records unchanged, with colours if wanted.
 std::unique_ptr<RecordSink> MakeTextSink(Output & oOutput, bool bColours);
 
 /// Writes each record as a line of JSON.
 std::unique_ptr<RecordSink> MakeJsonSink(Output & oOutput);
 
-/// Writes in the end how many there were.
+/// Finish writes the number of records.
 std::unique_ptr<RecordSink> MakeCountSink(Output & oOutput);
 
-/// Writes in the end how many there were of each kind, identifier and place of failure.
+/// Finish writes the numbers of records of each kind, of each identifier and of each place of failure.
 std::unique_ptr<RecordSink> MakeStatisticsSink(Output & oOutput, Form eForm);

@@ -61,7 +61,7 @@ bool RecordSplitter::Give(std::size_t iEnd, std::size_t iNext, bool bLast, Recor
     return true;
 }
 
-/// A line end that may be the end of the record is kept back.
+/// Does not return a last line end, which may be that of the record.
 bool RecordSplitter::GivePartOfLong(RecordPiece & oPiece)
 {
     std::size_t const iReady = m_iScanned - m_iBegin;

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-/// A record of a log, or one of several pieces of a long one, without the line end behind the record.
+/// A record of a log without its last line end, or one of several pieces of a long record.
 struct RecordPiece
 {
     std::string_view sText;
@@ -12,29 +12,29 @@ struct RecordPiece
     bool bLast = true;
 };
 
-/// Splits a log into records, as its bytes come: a record is a line that begins with a time and all lines behind it
-/// that do not. What stands before the first time is a record, too.
+/// Splits the bytes of a log into records. A record is a line that begins with a time and all lines after it that
+/// do not. The lines before the first time are a record, too.
 ///
-/// A record of more than HELD_MAX bytes comes in pieces, the first of at least that size. So a log of any shape
-/// takes little more memory than that.
+/// A record of more than HELD_MAX bytes is returned in pieces, the first of at least that size. So any log needs
+/// little more memory than that.
 class RecordSplitter
 {
 public:
     static constexpr std::size_t HELD_MAX = std::size_t{8} << 20;
 
-    /// The room for the bytes to come. What Next has given is gone then.
+    /// The space for the next bytes. Pieces that Next has returned are invalid afterwards.
     char * GetSpace(std::size_t & iSpace);
 
-    /// So many bytes have been put there.
+    /// Call it after iCount bytes were written to that space.
     void Add(std::size_t iCount) { m_iEnd += iCount; }
 
     enum class Ending
     {
-        eMayGoOn, ///< the bytes to come may belong to the last record
-        eEnds     ///< they do not
+        eMayGoOn, ///< the next bytes may belong to the last record
+        eEnds     ///< they belong to another record
     };
 
-    /// The next piece, which holds until GetSpace; false if there is none yet.
+    /// The next piece, which is valid until GetSpace is called. Returns false if there is none yet.
     bool Next(RecordPiece & oPiece, Ending eEnding);
 
     /// Whether the bytes end with a line end, or there are none.
@@ -48,7 +48,7 @@ private:
     std::unique_ptr<char[]> m_aBuffer;
     std::size_t m_iSize = 0;
     std::size_t m_iBegin = 0;   // of the record
-    std::size_t m_iScanned = 0; // no other record begins in front of this
+    std::size_t m_iScanned = 0; // no other record begins before this
     std::size_t m_iEnd = 0;
-    bool m_bInside = false; // a first piece of the record has been given
+    bool m_bInside = false; // the first piece of the record was returned
 };

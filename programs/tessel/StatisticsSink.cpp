@@ -12,8 +12,8 @@ namespace
 
 using Count = std::pair<std::string, std::uint64_t>;
 
-/// How often each name has come. Of too many different names the later ones are counted together, so that a log in
-/// which every name is another one does not fill the memory.
+/// Counts how often each name occurs. After a certain number of different names, further ones are counted together,
+/// so that a log in which all names differ does not fill the memory.
 class NameCounts
 {
 public:
@@ -27,7 +27,7 @@ public:
             ++m_iOthers;
     }
 
-    /// The most frequent ones first.
+    /// The most frequent names first.
     std::vector<Count> GetSorted() const
     {
         std::vector<Count> vCounts(m_oCounts.begin(), m_oCounts.end());

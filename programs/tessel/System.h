@@ -6,35 +6,35 @@
 #include <filesystem>
 #include <string_view>
 
-/// What this program asks of the operating system beyond the library and the standard library. A function that can
-/// fail returns the system's error number, 0 for success.
+/// What this program needs of the operating system besides the library and the standard library. A function that
+/// can fail returns the system's error number, 0 for success.
 namespace System
 {
 
-/// Makes a write that nobody can take fail, instead of ending the program.
+/// From now on a write that nobody reads fails, and does not end the program.
 void IgnoreWriteSignals();
 
 /// Writes all of it to the standard output.
 [[nodiscard]] int WriteOutput(std::string_view sText);
 
-/// Whether the error number says that nobody reads the output any more.
+/// Whether the error number means that nobody reads the output any more.
 bool IsBrokenPipe(int iError);
 
 bool IsOutputTerminal();
 
-/// Waits so long, or until nobody reads the output any more; false then.
+/// Waits for the duration. Returns false early if nobody reads the output any more.
 bool WaitWithOutput(std::chrono::milliseconds iDuration);
 
-/// Gives a file new content in one step: whoever opens it sees the old one or the new one as a whole. The mode stays,
-/// and the owner where the system allows it. After a failure the file is as it was.
+/// Replaces a file by another one in one step: whoever opens it reads the old content or the new one as a whole.
+/// The mode is kept, and the owner where the system allows it. After a failure the file is unchanged.
 [[nodiscard]] int ReplaceFile(std::filesystem::path const & oOld, std::filesystem::path const & oNew);
 
-/// Creates a file beside the other one, which only its owner may read, and writes the content to the disk. After a
-/// failure there is none, nor if the other one must not be written.
+/// Creates a file beside oFile that only its owner may read, and writes the content to the disk. Fails if this
+/// program may not write oFile. After a failure there is no new file.
 [[nodiscard]] int WriteBeside(
     std::filesystem::path const & oFile, std::string_view sContent, std::filesystem::path & oBeside);
 
-/// A file or stream that is read. It is closed with the object.
+/// An open file or stream for reading. The destructor closes it.
 class InputFile
 {
 public:
@@ -51,16 +51,16 @@ public:
     /// Reads up to iSize bytes; iRead is 0 at the end.
     [[nodiscard]] int Read(char * pBuffer, std::size_t iSize, std::size_t & iRead);
 
-    /// Reads the first bytes, wherever Read is.
+    /// Reads the first bytes of the file; Read continues at its own position.
     std::size_t ReadHead(char * pBuffer, std::size_t iSize) const;
 
-    /// The bytes that the file has now.
+    /// The present size of the file in bytes.
     std::uint64_t GetSize() const;
 
-    /// Whether the name stands for another file by now; false if there is none.
+    /// Whether the name is that of another file by now; false if there is no such file.
     bool IsReplaced(char const * sName) const;
 
-    /// Read begins anew.
+    /// The next Read begins at the start of the file.
     void Rewind();
 
 private:

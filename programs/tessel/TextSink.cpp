@@ -21,7 +21,7 @@ public:
     void End() override { m_oOutput.Write(m_bColours ? "\x1b[0m\n" : "\n"); }
 
 private:
-    /// The time is faint, a failure red with all of its lines, the identifier of a trace blue.
+    /// Writes the time faint, all lines of a failure red, and the identifier of a trace blue.
     void BeginColoured(LogRecord const & oRecord)
     {
         std::string_view sRest = oRecord.sText.substr(oRecord.sTime.size());

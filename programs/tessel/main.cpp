@@ -34,18 +34,18 @@ class TesselConfig : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Runs the command that the first argument names.
+/// Runs the command whose name is the first argument.
 class TesselProgram : public tsl::ConsoleApplication
 {
 public:
     TesselProgram() : ConsoleApplication(new TesselConfig) {}
 
-    /// The printer goes before the application's bus does, which must not find it any more.
+    /// The printer is destroyed before the application's bus, so it must be unregistered.
     ~TesselProgram() override { GetDispatcher().Unregister(m_oFailurePrinter); }
 
     static tsl::Application * Create() { return new TesselProgram; }
 
-    /// All arguments but the program's name. They do not go the usual way, through Main; Arguments tells why.
+    /// All arguments except the program's name. They are not passed to Main; the comment of Arguments says why.
     void SetArguments(std::vector<std::string> vArguments) { m_vArguments = std::move(vArguments); }
 
 protected:
@@ -61,14 +61,14 @@ protected:
     tsl::Result Run() override
     {
         m_oOutcome = RunCommand();
-        // What has been found before a failure is still shown.
+        // Output from before a failure is still shown.
         tsl::Result oWritten = m_oOutput.Finish();
         if (m_oOutcome.IsOk())
             m_oOutcome = oWritten;
         return m_oOutcome;
     }
 
-    /// The exit code is that of PostRun. The failures have been printed before; this one has nobody to print it.
+    /// Returns the exit code. The failures were printed before; this one is printed by nobody.
     tsl::Result PostRun() override
     {
         GetDispatcher().Unregister(m_oFailurePrinter);

@@ -30,13 +30,13 @@ int WriteAll(int iHandle, std::string_view sText)
     return 0;
 }
 
-/// A renamed file may be lost in a power failure until its folder is on the disk, too.
+/// Writes the folder to the disk: until then a power failure may undo the renaming of a file.
 int SyncFolder(std::filesystem::path const & oFolder)
 {
     int const iHandle = ::open(oFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (iHandle < 0)
         return errno;
-    // Some file systems cannot; the new content is in its place all the same.
+    // Some file systems do not support it. That is no failure: the file was renamed.
     static_cast<void>(::fsync(iHandle));
     ::close(iHandle);
     return 0;
@@ -76,8 +76,8 @@ int ReplaceFile(std::filesystem::path const & oOld, std::filesystem::path const 
     struct stat oStatus = {};
     if (::stat(oOld.c_str(), &oStatus) != 0)
         return errno;
-    // The owner first: a change of owner takes bits of the mode away. Only root may give files away; whoever may
-    // not becomes the owner, as with any editor.
+    // The owner first: changing it clears bits of the mode. Only root may change it; otherwise the caller becomes
+    // the owner, as with any editor.
     static_cast<void>(::chown(oNew.c_str(), oStatus.st_uid, oStatus.st_gid) == 0);
     if (::chmod(oNew.c_str(), oStatus.st_mode & 07777) != 0 || ::rename(oNew.c_str(), oOld.c_str()) != 0)
         return errno;
@@ -87,7 +87,7 @@ int ReplaceFile(std::filesystem::path const & oOld, std::filesystem::path const 
 int WriteBeside(
     std::filesystem::path const & oFile, std::string_view sContent, std::filesystem::path & oBeside)
 {
-    // Whoever may not write the file is not to replace it either, even if the folder would allow it.
+    // Who may not write the file must not replace it either, even if the folder allows it.
     if (::access(oFile.c_str(), W_OK) != 0)
         return errno;
     std::string sName = oFile.string() + ".XXXXXX";
