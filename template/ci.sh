@@ -1,5 +1,5 @@
 #!/bin/sh
-# What has to pass before a change lands.
+# The checks that must pass before a change lands.
 
 set -eu
 cd "$(dirname "$0")"

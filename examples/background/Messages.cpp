@@ -1,6 +1,6 @@
 #include "Messages.h"
 
-// It shows as one text, which says more than its fields would one by one.
+// The only element is one text, which is easier to read than three numbers.
 std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> ProgressMessage::GetConstIterator() const
 {
     return Message::GetConstIterator();

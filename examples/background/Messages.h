@@ -3,7 +3,7 @@
 #include <tessel/Described.h>
 #include <tessel/Message.h>
 
-/// How far the work has come. Goes from the machine to the main thread.
+/// The progress of the work. The machine sends it to the main thread.
 class ProgressMessage : public tsl::Described<ProgressMessage, tsl::Message>
 {
 public:
@@ -24,7 +24,7 @@ private:
     int m_iParts = 0;
 };
 
-/// Asks the machine to stop before the next part. Goes from the main thread to the machine.
+/// Asks the machine to stop before the next part. The main thread sends it to the machine.
 class StopMessage : public tsl::Described<StopMessage, tsl::Message>
 {
 public:

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// A wrong row is a mistake in this program.
+/// A refused row is an error of this program.
 void ThrowIfError(tsl::Result const & oResult)
 {
     if (oResult.IsError())
@@ -60,8 +60,8 @@ int Worker::DoProcess()
         tsl::Support::DispatchMessage(oOutcome); // to the log file
     }
 
-    // After a failure, too, or the main thread would wait for ever; and last of all, since that thread
-    // deletes the context once it knows of the end.
+    // Send it also after a failure, or the main thread would wait for ever. Send it last, since that thread then
+    // deletes the context.
     Send(tsl::ResultMessage(oOutcome));
     return iAnswer;
 }

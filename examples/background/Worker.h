@@ -4,7 +4,7 @@
 #include <tessel/TaskProcessor.h>
 #include <tessel/TaskTransition.h>
 
-/// The work: so many parts, one after the other.
+/// The task that does the work, one part after the other.
 class Work : public tsl::Task
 {
 public:
@@ -14,7 +14,7 @@ public:
 
     int GetTaskID() const override { return ID; }
 
-    /// Whatever comes asks it to stop.
+    /// Any message means that it should stop.
     tsl::MessageFilter const & GetDefinedInputFilter() const override { return m_oFilter; }
 
 protected:
@@ -26,7 +26,7 @@ private:
     tsl::MessageFilterAllMessages m_oFilter;
 };
 
-/// A machine that works and ends. The last that it sends is a ResultMessage: how the work went.
+/// A machine that does the work and ends. Its last message is a ResultMessage with the result of the work.
 class Worker : public tsl::TaskProcessor
 {
 public:

@@ -14,11 +14,10 @@
 namespace
 {
 
-constexpr int LOOK_INTERVAL = 20; // milliseconds
+constexpr int POLL_INTERVAL = 20; // milliseconds
 constexpr int BAR_WIDTH = 20;
 
-/// All that a signal's handler touches. It may run on any thread, so that the main one needs an atomic to see
-/// it, and must not take a lock.
+/// Set by the signal handler, which may run on any thread and must not take a lock; hence an atomic.
 std::atomic<bool> g_bStopAsked{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
@@ -31,7 +30,7 @@ class BackgroundConfig : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Shows how far the work in the background has come, until it is done or a signal ends it.
+/// Shows the progress of the work in the background until it is done or a signal ends it.
 class Background : public tsl::ConsoleApplication
 {
 public:
@@ -65,11 +64,11 @@ protected:
             else if (auto const * const pEnd = dynamic_cast<tsl::ResultMessage const *>(pMessage.get()))
                 return End(oProgress, pEnd->GetResult());
             else
-                tsl::OS::Sleep(LOOK_INTERVAL);
+                tsl::OS::Sleep(POLL_INTERVAL);
         }
     }
 
-    /// The exit code is that of PostRun, so that of Run is passed on here.
+    /// The exit code is that of PostRun, so it returns the result of Run.
     tsl::Result PostRun() override
     {
         tsl::Result const oResult = ConsoleApplication::PostRun();
@@ -77,7 +76,7 @@ protected:
     }
 
 private:
-    /// A number of 0 or more from the ini file.
+    /// Reads a number from the ini file; it must not be negative.
     static int GetNumber(char const * sKey, int iDefault)
     {
         static_cast<void>(tsl::Support::GetAppIni().GetInt32("Background", sKey, iDefault));

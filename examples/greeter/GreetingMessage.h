@@ -5,7 +5,7 @@
 #include <tessel/ValueInt32.h>
 #include <tessel/ValueString.h>
 
-/// Somebody has been greeted: the greeting's number and its text.
+/// A greeting: its number and its text.
 class GreetingMessage : public tsl::Described<GreetingMessage, tsl::Message>
 {
 public:
@@ -15,7 +15,7 @@ public:
     tsl::ValueInt32 const & GetNumber() const { return m_iNumber; }
     tsl::ValueString const & GetText() const { return m_sText; }
 
-    /// "Number" and "Text"; this is what the log file shows.
+    /// The elements are "Number" and "Text", as the log file shows them.
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
 
 protected:

@@ -13,13 +13,13 @@ class GreeterConfig : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Greets everybody who is named on the command line, by the template that the ini file gives.
+/// Greets everybody who is named on the command line, with the template from the ini file.
 class Greeter : public tsl::ConsoleApplication
 {
 public:
     Greeter() : ConsoleApplication(new GreeterConfig) {}
 
-    /// The printers go before both buses do, which must not find them any more, however the run has ended.
+    /// The printers are destroyed before both buses, so they must be unregistered, however the run has ended.
     ~Greeter() override
     {
         tsl::Support::GetAppDisp().Unregister(m_oGreetingPrinter);
@@ -35,8 +35,8 @@ protected:
         if (oResult.IsError())
             return oResult;
 
-        // Greetings travel over the bus of the whole process, where the log file listens, too; failures
-        // of this program come on the application's own bus.
+        // Greetings are sent over the global bus, which also has the log file; failures of this program are sent
+        // over the application's own bus.
         oResult = tsl::Support::GetAppDisp().Register(
             m_oGreetingPrinter, {GreetingMessage::GetStaticClassDesc().GetClassId()});
         if (oResult.IsError())
@@ -51,7 +51,7 @@ protected:
         return m_oOutcome;
     }
 
-    /// The exit code is that of PostRun, so a failure of Run is passed on here.
+    /// The exit code is that of PostRun, so it returns a failure of Run.
     tsl::Result PostRun() override
     {
         tsl::Result oResult = ConsoleApplication::PostRun();
@@ -84,7 +84,7 @@ private:
         return tsl::Result();
     }
 
-    /// What the processors leave in the Result of the bus is this program's failure.
+    /// A failure that the processors report is this program's failure.
     tsl::Result Greet(tsl::ValueInt32 const & iNumber, tsl::ValueString const & sName,
         tsl::ValueConverterLayout const & oLayout)
     {
@@ -102,8 +102,7 @@ private:
 
 int main(int iCount, char ** pArguments)
 {
-    // Without the program's own name: it is no name to greet, and one that begins with a slash would read
-    // as an option.
+    // Without the program's own name: it is no name to greet, and if it begins with a slash it would be an option.
     tsl::ConsoleApplication & oGreeter = tsl::ConsoleApplication::Instance(&Greeter::Create);
     try
     {
@@ -111,7 +110,7 @@ int main(int iCount, char ** pArguments)
     }
     catch (tsl::Exception const & oException)
     {
-        // A template that cannot be used, for instance; the log file has it already.
+        // For instance a wrong template. The log file has the failure already.
         std::cerr << "greeter: " << oException.GetText() << std::endl;
         return oException.GetResult().GetErrorCode();
     }

@@ -4,7 +4,7 @@
 #include <condition_variable>
 #include <mutex>
 
-/// Wakes one thread that waits for any of many others.
+/// Wakes one thread that waits for events of many others. Any thread may ring.
 class Bell
 {
 public:
@@ -17,7 +17,7 @@ public:
         m_oCondition.notify_one();
     }
 
-    /// Returns when the bell has rung since the last call, or after the time.
+    /// Returns when the bell has rung since the last call, or after the time-out.
     void Wait(std::chrono::milliseconds iTimeout)
     {
         std::unique_lock oScope(m_oLock);

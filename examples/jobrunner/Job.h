@@ -5,12 +5,12 @@
 #include <cstddef>
 #include <vector>
 
-/// A job as the ini file describes it.
+/// The settings of a job in the ini file.
 struct Job
 {
     tsl::String sName;
     tsl::String sCommand;
-    int iTimeout = 0; ///< ms for one attempt; 0 stands for no limit
+    int iTimeout = 0; ///< ms for one attempt; 0 means no limit
     int iRetries = 0; ///< further attempts after a failed one
     int iExpectedExitCode = 0;
     int iMode = 0; ///< bits of tsl::CmdLine
@@ -23,11 +23,11 @@ struct Job
 struct JobPlan
 {
     std::vector<Job> vJobs;
-    int iParallel = 1;     ///< as many jobs run at once at most
+    int iParallel = 1;     ///< how many jobs run at once at most
     int iRetryPause = 500; ///< ms between two attempts
 };
 
-/// Where a job stands. The last three are ends.
+/// The state of a job. The last three are final.
 enum class JobState
 {
     eWaiting,

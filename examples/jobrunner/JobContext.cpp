@@ -9,7 +9,7 @@ JobContext::JobContext(Job const & oJob, int iRetryPause, Bell & oBell)
 
 void JobContext::Send(tsl::Message const & oMessage)
 {
-    // With a job's last message in the queue, the runner may delete the context at any moment.
+    // Once a job's last message is in the queue, the runner may delete the context at any moment.
     Bell & oBell = m_oBell;
     TaskContextThread::Send(oMessage);
     oBell.Ring();

@@ -5,7 +5,7 @@
 
 #include <tessel/TaskContextThread.h>
 
-/// Runs the machine of a job on a thread of its own and rings when it has sent something.
+/// Runs the machine of a job on a thread of its own and rings the bell when the machine has sent something.
 class JobContext : public tsl::TaskContextThread
 {
 public:

@@ -21,7 +21,7 @@ struct ModeWord
     int iBit;
 };
 
-// What the words of "Mode" stand for. The output of a job is taken unless it is to be quiet.
+// The words of "Mode". The output of a job is read unless its mode is Quiet.
 constexpr ModeWord MODE_WORDS[] = {
     {"NoWindow", tsl::CmdLine::eModeNoWindow},
     {"NewConsole", tsl::CmdLine::eModeNewConsole},
@@ -118,7 +118,7 @@ private:
             tsl::String const sChapter = tsl::String(JOB_PREFIX) + oJob.sName;
             for (tsl::String const & sName : ReadWords(sChapter, "After"))
             {
-                // The jobs are in the order of their chapters, which is that of their names.
+                // Jobs are sorted by chapter, and so by name.
                 auto const pOther = std::lower_bound(m_oPlan.vJobs.begin(), m_oPlan.vJobs.end(), sName,
                     [](Job const & oOther, tsl::String const & s)
                     { return oOther.sName.s_str() < s.s_str(); });
@@ -158,7 +158,7 @@ private:
                 AddProblem(sChapter, sKey, "This key is not known here.");
     }
 
-    /// Leaves the value as it is if the key is missing.
+    /// Does not change the value if the key is missing.
     void ReadNumber(tsl::String const & sChapter, char const * sKey, int iLowest, int iHighest, int & iValue)
     {
         tsl::String sText;

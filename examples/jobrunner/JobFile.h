@@ -29,6 +29,6 @@ class IniFile;
 ///     ; Words, also separated by blanks; JobFile.cpp has all of them.
 ///     Mode=Detached Quiet
 ///
-/// Whatever is wrong in the file is told with its chapter and key: the failure, code 2, has the first
-/// problem as its text and all others in its history. The plan is of no use then.
+/// Each error in the file is reported with its chapter and key: the failure, code 2, has the first error as its
+/// text and all others in its history. The plan must not be used then.
 tsl::Result ReadJobPlan(tsl::IniFile const & oFile, JobPlan & oPlan);

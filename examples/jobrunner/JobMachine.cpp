@@ -13,7 +13,7 @@
 namespace
 {
 
-// Apart from the ids that plug-ins are likely to use.
+// Ids that plug-ins are not likely to use.
 constexpr int MACHINE_ID = 7000;
 constexpr int FIRST_STATE_ID = 7001;
 
@@ -50,7 +50,7 @@ public:
 protected:
     JobMachine & GetMachine() const { return m_oMachine; }
 
-    /// The runner's next command, if one comes within so many milliseconds.
+    /// The runner's next command, if there is one within iTimeout milliseconds.
     std::unique_ptr<JobCommandMessage> ReceiveCommand(int iTimeout)
     {
         std::unique_ptr<tsl::Message> pMessage(ReceiveFilter(m_oFilter, iTimeout));
@@ -69,7 +69,7 @@ protected:
         return eGiveUp;
     }
 
-    /// The attempt has failed; there is another one if any is left.
+    /// Ends a failed attempt; the job is retried if it has retries left.
     int FailAttempt(tsl::String const & sReason)
     {
         m_oMachine.SetReason(sReason);
@@ -126,7 +126,7 @@ protected:
         if (oResult.IsOk())
             return eSucceeded;
 
-        // Without its readers the child is of no use; if it was not started, there is none.
+        // There is a child only if that of the last attempt could not be ended.
         static_cast<void>(oChild.Kill(1));
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT));
         return FailAttempt(Describe(oResult));
@@ -166,26 +166,26 @@ protected:
                 EndChild();
                 return FailAttempt(tsl::String("not finished after ") + iTimeout + " ms");
             }
-            if (ReportLines(LOOK_DURATION))
+            if (ReportLines(READ_DURATION))
                 continue;
             if (!bRunning)
-                return FinishAttempt();
-            Wait(LOOK_INTERVAL, false);
+                return CheckExitCode();
+            Wait(POLL_INTERVAL, false);
         }
     }
 
 private:
-    // A child tells of neither its lines nor its end: somebody has to look.
-    static constexpr int LOOK_INTERVAL = 5; // ms
+    // Nothing signals the child's lines or its end, so poll.
+    static constexpr int POLL_INTERVAL = 5; // ms
 
-    // So that a child which never stops writing can be ended.
-    static constexpr int LOOK_DURATION = 20; // ms
+    // Limited, so that a child that never stops writing can be ended.
+    static constexpr int READ_DURATION = 20; // ms
 
-    // Such a child is far ahead of the log. What it leaves behind must not hold up the runner.
-    static constexpr int LAST_LOOK_DURATION = 2000; // ms
+    // Such a child is far ahead of the log. The lines that it has left must not delay the runner.
+    static constexpr int LAST_READ_DURATION = 2000; // ms
 
-    /// Of a child that has ended and whose lines are reported.
-    int FinishAttempt()
+    /// Checks the exit code, after the child has ended and its lines were reported.
+    int CheckExitCode()
     {
         tsl::CmdLine const & oChild = GetMachine().GetChild();
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT)); // Has ended; this clears up.
@@ -200,10 +200,11 @@ private:
         tsl::CmdLine & oChild = GetMachine().GetChild();
         static_cast<void>(oChild.Kill(1)); // It may have just ended by itself.
         static_cast<void>(oChild.WaitTermination(END_TIMEOUT));
-        static_cast<void>(ReportLines(LAST_LOOK_DURATION));
+        static_cast<void>(ReportLines(LAST_READ_DURATION));
     }
 
-    /// Puts the lines that have come on the bus, for so many milliseconds; whether there were any.
+    /// Sends the lines that have arrived over the bus, for at most iDuration milliseconds. Returns whether there
+    /// were any.
     bool ReportLines(int iDuration)
     {
         tsl::CmdLine & oChild = GetMachine().GetChild();
@@ -223,7 +224,7 @@ private:
         return bAny;
     }
 
-    /// A line that is longer than a message may show comes in pieces.
+    /// Sends a line in pieces if it is longer than the log can show.
     void ReportLine(char const * sStream, tsl::String const * pLine)
     {
         constexpr unsigned int iLengthMax = tsl::String::FORMAT_LENGTH_MAX;
@@ -347,14 +348,14 @@ int JobMachine::DoProcess()
     {
         int const iResult = TaskProcessor::DoProcess();
 
-        // The last that the thread does, since the runner may delete the context once it knows of the end.
+        // The last action of the thread, since the runner may delete the context after it has received this.
         if (IsEnd(m_eState))
             SendState();
         return iResult;
     }
     catch (tsl::Exception const & oException)
     {
-        // The thread of the step reports it; the runner must not wait for this job for ever.
+        // The thread of the step reports it. The runner must not wait for this job for ever.
         SetReason(oException.GetText());
         m_eState = JobState::eFailed;
         SendState();

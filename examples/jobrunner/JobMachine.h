@@ -12,13 +12,13 @@
 ///        v            v  |          v
 ///     skipped       retrying  or  failed
 ///
-/// Each state is a task; what they share lives here. The machine sends a JobStateMessage whenever it comes
-/// to a state, and takes JobCommandMessages. It waits until it is told to start and then needs one long
-/// step, on a thread of its own, to its end.
+/// Each state is a task; what they share is a member of the machine. The machine sends a JobStateMessage whenever
+/// it enters a state, and receives JobCommandMessages. It waits for the command to start; then one long step, on a
+/// thread of its own, runs it to its end.
 class JobMachine : public tsl::TaskProcessor
 {
 public:
-    /// Registers the tasks for all machines, and makes them unknown again.
+    /// Registers and unregisters the tasks, for all machines.
     static void RegisterTasks();
     static void UnregisterTasks();
 
@@ -35,7 +35,7 @@ public:
     void CountAttempt() { ++m_iAttempts; }
     bool HasAttemptsLeft() const { return m_iAttempts <= m_oJob.iRetries; }
 
-    /// Why the job is about to leave its state; it goes out with the next one.
+    /// Why the job leaves its state. It is sent with the next state.
     void SetReason(tsl::String const & sReason) { m_sReason = sReason; }
 
 protected:

@@ -11,7 +11,7 @@
 #include <memory>
 #include <span>
 
-/// What all messages of this program have alike. A derived class has a default constructor and GetRows, the table of
+/// The base of all messages of this program. A derived class has a default constructor and GetRows, the table of
 /// its fields as the log shows them.
 template<class Derived>
 class JobMessage : public tsl::Described<Derived, tsl::Message>
@@ -47,7 +47,7 @@ private:
     tsl::ValueString m_sLine;
 };
 
-/// A job has come to a state, and why.
+/// A job has entered a state, with the reason.
 class JobStateMessage : public JobMessage<JobStateMessage>
 {
 public:
@@ -69,15 +69,15 @@ private:
     tsl::ValueString m_sReason;
 };
 
-/// What the runner tells the machine of a job.
+/// A command of the runner to the machine of a job.
 class JobCommandMessage : public JobMessage<JobCommandMessage>
 {
 public:
     enum Command
     {
         eStart,
-        eSkip,  ///< a job that waits is not started
-        eCancel ///< a job that runs is ended
+        eSkip,  ///< do not start a waiting job
+        eCancel ///< end a running job
     };
 
     JobCommandMessage() = default;

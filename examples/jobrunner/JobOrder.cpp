@@ -28,7 +28,7 @@ std::vector<int> GetWaves(JobPlan const & oPlan)
         for (std::size_t const iFollower : vFollowers[iJob])
             if (--vOpen[iFollower] == 0)
             {
-                // None of the others that it waits for has a later wave.
+                // The last of those that it waits for, so the one with the latest wave.
                 vWaves[iFollower] = vWaves[iJob] + 1;
                 vReady.push_back(iFollower);
             }
@@ -43,7 +43,7 @@ std::vector<std::size_t> FindCycle(JobPlan const & oPlan)
     if (pStart == vWaves.end())
         return {};
 
-    // Each job without a wave waits for another one without: whoever walks on along these comes back.
+    // Each job without a wave waits for another one without a wave, so following them leads into a cycle.
     std::vector<std::size_t> vPath = {static_cast<std::size_t>(pStart - vWaves.begin())};
     for (;;)
     {

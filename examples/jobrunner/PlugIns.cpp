@@ -10,7 +10,7 @@
 
 PlugIns::~PlugIns()
 {
-    // The code of a processor is gone with its library.
+    // Delete the processor first: its code is in the library.
     for (PlugIn & oPlugIn : m_vPlugIns)
     {
         tsl::Support::GetAppDisp().Unregister(*oPlugIn.pProcessor);

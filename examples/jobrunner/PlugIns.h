@@ -11,7 +11,7 @@ namespace tsl
 class IniFile;
 }
 
-/// The processors that come from libraries of their own and listen to the global bus.
+/// Loads processors from plug-ins and registers them with the global bus.
 ///
 ///     [Plugins]
 ///     ProcessorName=library name without its ending
@@ -24,11 +24,11 @@ public:
     PlugIns(PlugIns const &) = delete;
     PlugIns & operator=(PlugIns const &) = delete;
 
-    /// Unloads all.
+    /// Unloads all plug-ins.
     ~PlugIns();
 
-    /// Loads what the file names. Code 5 for a library that cannot be loaded, and for one without the
-    /// processor; what was loaded before stays.
+    /// Loads the plug-ins of the file. Code 5 for a library that cannot be loaded or does not have the processor;
+    /// those that were loaded before remain.
     tsl::Result Load(tsl::IniFile const & oFile);
 
 private:

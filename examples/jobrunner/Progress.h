@@ -4,20 +4,20 @@
 
 #include <memory>
 
-/// Shows on the standard output how the jobs get on: one line that is drawn again and again on a terminal,
-/// and a line for each change where it is none.
+/// Shows the progress of the jobs on the standard output: on a terminal as one line that is drawn again and again,
+/// else as one line for each change.
 class Progress : public tsl::PlainProcessor
 {
 public:
     explicit Progress(std::size_t iJobs);
 
-    /// Leaves the global bus.
+    /// Unregisters from the global bus.
     ~Progress() override;
 
-    /// Takes JobStateMessages.
+    /// Receives JobStateMessages.
     void Process(tsl::Message const & oMessage, tsl::Result & oResult) const override;
 
-    /// Nothing more comes: what follows begins on an empty line.
+    /// Ends the progress, so that other output begins on an empty line.
     void End();
 
 private:

@@ -10,8 +10,8 @@
 namespace
 {
 
-// A signal does not ring.
-constexpr std::chrono::milliseconds LOOK_INTERVAL(50);
+// A signal does not ring the bell.
+constexpr std::chrono::milliseconds POLL_INTERVAL(50);
 
 } // namespace
 
@@ -32,8 +32,8 @@ void Runner::Run()
     {
         if (StopSignal::HasCome() && !m_bInterrupted)
             Interrupt();
-        TellWaitingJobs();
-        m_oBell.Wait(LOOK_INTERVAL);
+        CommandWaitingJobs();
+        m_oBell.Wait(POLL_INTERVAL);
         ReadStates();
     }
 }
@@ -60,14 +60,14 @@ void Runner::Interrupt()
             oEntry.pContext->WriteMessage(JobCommandMessage(JobCommandMessage::eCancel));
 }
 
-void Runner::TellWaitingJobs()
+void Runner::CommandWaitingJobs()
 {
     for (std::size_t i = 0; i < m_vEntries.size(); ++i)
         if (!m_vEntries[i].pContext)
-            TellWaitingJob(i);
+            CommandWaitingJob(i);
 }
 
-void Runner::TellWaitingJob(std::size_t iJob)
+void Runner::CommandWaitingJob(std::size_t iJob)
 {
     if (m_bInterrupted)
         return Tell(iJob, JobCommandMessage(JobCommandMessage::eSkip, "interrupted"));

@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-/// How it went with a job.
+/// The result of a job.
 struct JobReport
 {
     JobState eState = JobState::eWaiting;
@@ -19,8 +19,8 @@ struct JobReport
     tsl::String sReason;
 };
 
-/// Runs the jobs of a plan in their order, each when those that it waits for have succeeded, as many at
-/// once as the plan says. Every change of a state goes out on the global bus as a JobStateMessage.
+/// Runs the jobs of a plan: each after those that it waits for have succeeded, and as many at once as the plan
+/// says. Every change of a state is sent over the global bus as a JobStateMessage.
 class Runner
 {
 public:
@@ -30,11 +30,10 @@ public:
     Runner & operator=(Runner const &) = delete;
     ~Runner();
 
-    /// Returns when all jobs have ended. After SIGINT or SIGTERM the running ones are ended and no other
-    /// one is started.
+    /// Returns when all jobs have ended. After SIGINT or SIGTERM it ends the running ones and starts no other one.
     void Run();
 
-    /// For each job of the plan.
+    /// One for each job of the plan.
     std::vector<JobReport> GetReports() const;
 
     bool IsInterrupted() const { return m_bInterrupted; }
@@ -42,15 +41,15 @@ public:
 private:
     struct Entry
     {
-        std::unique_ptr<JobContext> pContext; ///< null until the job is told what to do
+        std::unique_ptr<JobContext> pContext; ///< null until the job gets its first command
         JobReport oReport;
         tsl::Duration oRunTime;
     };
 
     bool IsDone() const;
     void Interrupt();
-    void TellWaitingJobs();
-    void TellWaitingJob(std::size_t iJob);
+    void CommandWaitingJobs();
+    void CommandWaitingJob(std::size_t iJob);
     void Tell(std::size_t iJob, JobCommandMessage const & oCommand);
     void ReadStates();
     void Note(Entry & oEntry, JobStateMessage const & oMessage);
@@ -58,6 +57,6 @@ private:
     JobPlan const & m_oPlan;
     Bell m_oBell;
     std::vector<Entry> m_vEntries;
-    int m_iRunning = 0; ///< told what to do, and not at an end
+    int m_iRunning = 0; ///< jobs that have a command and have not ended
     bool m_bInterrupted = false;
 };

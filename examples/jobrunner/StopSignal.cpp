@@ -6,7 +6,7 @@
 namespace
 {
 
-// The handler may run on any thread, so that the main one needs an atomic to see it, and must not take a lock.
+// The handler may run on any thread and must not take a lock; hence an atomic.
 std::atomic<bool> g_bHasCome{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 

@@ -1,10 +1,10 @@
 #pragma once
 
-/// Remembers that SIGINT or SIGTERM has come, instead of letting it end the program.
+/// Records that SIGINT or SIGTERM was sent, and keeps it from ending the program.
 namespace StopSignal
 {
 
-/// From here on.
+/// Begins to record.
 void Watch();
 
 bool HasCome();

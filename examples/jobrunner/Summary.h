@@ -4,5 +4,5 @@
 
 #include <iosfwd>
 
-/// Writes a table of how it went with each job.
+/// Writes a table of the results of all jobs.
 void WriteSummary(JobPlan const & oPlan, std::vector<JobReport> const & vReports, std::ostream & oStream);

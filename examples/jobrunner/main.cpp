@@ -53,7 +53,7 @@ class JobRunner : public tsl::ConsoleApplication
 public:
     JobRunner() : ConsoleApplication(new JobRunnerConfig) {}
 
-    /// The printer goes before the application's bus does, which must not find it any more.
+    /// The printer is destroyed before the application's bus, so it must be unregistered.
     ~JobRunner() override { GetDispatcher().Unregister(m_oFailurePrinter); }
 
     static tsl::Application * Create() { return new JobRunner; }
@@ -74,7 +74,7 @@ protected:
         return m_oOutcome;
     }
 
-    /// The exit code is that of PostRun. Run's failure was printed before; this one has nobody to print it.
+    /// Returns the exit code. The failure of Run was printed before; this one is printed by nobody.
     tsl::Result PostRun() override
     {
         GetDispatcher().Unregister(m_oFailurePrinter);
@@ -166,10 +166,10 @@ private:
         oProgress.End();
         std::vector<JobReport> const vReports = oRunner.GetReports();
         WriteSummary(oPlan, vReports, std::cout);
-        return GetOutcome(vReports, oRunner.IsInterrupted());
+        return CheckReports(vReports, oRunner.IsInterrupted());
     }
 
-    static tsl::Result GetOutcome(std::vector<JobReport> const & vReports, bool bInterrupted)
+    static tsl::Result CheckReports(std::vector<JobReport> const & vReports, bool bInterrupted)
     {
         auto const iFailed = static_cast<int>(std::count_if(vReports.begin(), vReports.end(),
             [](JobReport const & oReport) { return oReport.eState == JobState::eFailed; }));
@@ -188,7 +188,7 @@ private:
 
 int main(int iCount, char ** pArguments)
 {
-    // Without the program's own name: one that begins with a slash would read as an option.
+    // Without the program's own name: if it begins with a slash, it would be an option.
     tsl::ConsoleApplication & oJobRunner = tsl::ConsoleApplication::Instance(&JobRunner::Create);
     try
     {

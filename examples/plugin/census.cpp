@@ -1,6 +1,6 @@
-// A plug-in: a processor that counts the messages it gets and a task that tells the count. A program that
-// loads it finds both in the library's factories, by the name "Census" and the id 1000, and needs to know
-// nothing else of it.
+// A plug-in: a processor that counts the messages it receives and a task that sends the count. A program that loads
+// it finds both in the library's factories, under the name "Census" and the id 1000, and needs to know nothing else
+// of it.
 
 #include <tessel/DebugMessage.h>
 #include <tessel/MessageProcessorFactory.h>
@@ -17,8 +17,8 @@ constexpr int TASK_ID = 1000;
 
 std::atomic<int> g_iCount{0};
 
-/// Counts. It has no class description of its own: one would stay in the class repository for ever, and
-/// would point into a plug-in that is gone.
+/// Counts messages. It has no class description of its own: that would stay in the class repository for ever, and
+/// point into an unloaded plug-in.
 class Census : public tsl::PlainProcessor
 {
 public:
@@ -27,7 +27,7 @@ public:
     void Process(tsl::Message const &, tsl::Result &) const override { ++g_iCount; }
 };
 
-/// Sends the count to the application, in a message of the library's, which may outlive the plug-in.
+/// Sends the count to the application, in a message of a library class, which may outlive the plug-in.
 class CensusTask : public tsl::Task
 {
 public:
@@ -49,7 +49,7 @@ private:
     tsl::MessageFilterAllMessages m_oFilter;
 };
 
-/// Registers both while the plug-in is being loaded, and takes them back while it is being unloaded.
+/// Registers both while the plug-in is being loaded, and unregisters them while it is being unloaded.
 class Registration
 {
 public:

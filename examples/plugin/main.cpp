@@ -14,7 +14,7 @@ class CensusMachine : public tsl::TaskProcessor
 public:
     CensusMachine() : TaskProcessor("CensusMachine", nullptr)
     {
-        // The table takes these rows.
+        // These transitions are valid.
         static_cast<void>(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, CENSUS_TASK_ID));
         static_cast<void>(m_oTransitions.AddTransition(CENSUS_TASK_ID, TR_PROCEED, TASK_FINE));
     }
@@ -26,8 +26,8 @@ private:
     tsl::TaskTransitionList m_oTransitions;
 };
 
-/// Lets the plug-in's processor count some messages, and its task tell how many there were. The plug-in may
-/// be another one than was expected.
+/// Has the plug-in's processor count some messages and its task report the count. Another plug-in may be named, so
+/// everything is checked.
 tsl::Result UsePlugin()
 {
     std::unique_ptr<tsl::MessageProcessor> const pCensus(

@@ -5,7 +5,7 @@
 #include <tessel/TaskProcessor.h>
 #include <tessel/TaskTransition.h>
 
-/// Makes the tasks of the crossing known to the factory. To be called once, before the first step.
+/// Registers the tasks of the crossing with the factory. Call it once, before the first step.
 void RegisterCrossing();
 
 /// The whole crossing: by day and by night a machine of its own, with the mode switch in between.
@@ -18,7 +18,7 @@ public:
     tsl::TaskTransitionList const & GetTaskTransitionList() const override;
 };
 
-/// Red, red with amber, green, amber and so on. Left over red alone.
+/// Red, red with amber, green, amber and so on. Only red can leave it.
 class DayMachine : public tsl::TaskProcessor
 {
 public:
@@ -28,7 +28,7 @@ public:
     tsl::TaskTransitionList const & GetTaskTransitionList() const override;
 };
 
-/// Flashes in amber. Left at any time.
+/// Flashes amber. It can be left at any time.
 class NightMachine : public tsl::TaskProcessor
 {
 public:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The ids of all tasks, under which they are registered. A machine inside a machine is a task like others.
+/// The ids under which all tasks are registered. A machine inside a machine is a task like others.
 enum TaskId
 {
     TASK_CROSSING,
@@ -14,7 +14,7 @@ enum TaskId
     PHASE_DARK
 };
 
-/// How the crossing works. The mode switch answers with the mode in which it goes on.
+/// The mode of the crossing. The mode switch returns the mode in which the crossing continues.
 enum Mode
 {
     MODE_DAY,
@@ -22,13 +22,13 @@ enum Mode
     MODE_OFF
 };
 
-/// What a phase answers at its end, besides TR_PROCEED.
+/// A result of a phase, besides TR_PROCEED.
 enum PhaseResult
 {
     RESULT_MODE_CHANGE ///< another mode is wanted
 };
 
 // Variables of the whole crossing, which outlive the tasks that set them.
-constexpr char const * VAR_MODE = "Mode";             // that of the present
-constexpr char const * VAR_WANTED_MODE = "Wanted";    // that of the last request
+constexpr char const * VAR_MODE = "Mode";             // the present one
+constexpr char const * VAR_WANTED_MODE = "Wanted";    // the last requested one
 constexpr char const * VAR_PEDESTRIAN = "Pedestrian"; // 1 if one waits, else 0

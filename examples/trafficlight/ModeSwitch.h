@@ -4,7 +4,7 @@
 
 #include <tessel/Task.h>
 
-/// Where the crossing decides between day, night and the end: answers with the mode that is wanted.
+/// The task that decides between day, night and the end: returns the wanted mode.
 class ModeSwitch : public tsl::Task
 {
 public:
@@ -13,7 +13,7 @@ public:
     int GetTaskID() const override { return TASK_MODE_SWITCH; }
     tsl::MessageFilter const & GetDefinedInputFilter() const override { return m_oFilter; }
 
-    /// The mode of that name; false for another word.
+    /// Looks up the mode of that name; returns false for another word.
     static bool FindMode(tsl::ValueString const & sName, int & iMode);
 
 protected:

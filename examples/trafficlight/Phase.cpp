@@ -11,7 +11,7 @@
 
 int Phase::DoTaskEntry()
 {
-    // Amber of the day and amber of the night stand at two places, so each has a count of its own.
+    // A local variable: amber is at two places of the tree, by day and by night, and each has a count of its own.
     int const iCount = GetLocalVar("Count", 0) + 1;
     SetLocalVar("Count", iCount);
     Send(SignalMessage(GetTaskName() + " #" + iCount));
@@ -35,7 +35,7 @@ int Phase::GetDuration() const
     if (!GetSimulationMode(0))
         tsl::Support::GetAppIni().GetInt32("Durations", GetTaskName(), iDuration);
 
-    // A round of phases without any duration would be a step without end.
+    // If no phase had a duration, a step would never end.
     return std::max(iDuration, 1);
 }
 

@@ -4,14 +4,14 @@
 
 #include <tessel/Task.h>
 
-/// A phase of the lights: shows itself, lasts for some steps and meanwhile takes what the crossing is told.
+/// A phase of the lights: reports itself, lasts for some steps and receives the messages to the crossing meanwhile.
 ///
-/// It answers TR_PROCEED at its end, or RESULT_MODE_CHANGE if another mode is wanted. What comes of either is
-/// up to the table of the machine in which it stands.
+/// It returns TR_PROCEED at its end, or RESULT_MODE_CHANGE if another mode is wanted. The table of its machine
+/// decides where these lead.
 class Phase : public tsl::Task
 {
 public:
-    /// The name is shown, and the ini file has the duration under it.
+    /// The name is shown, and is the key of the duration in the ini file.
     Phase(int iTaskId, tsl::String const & sName, tsl::TaskProcessor * pParent)
         : Task(sName, pParent), m_iTaskId(iTaskId)
     {
@@ -37,7 +37,7 @@ private:
     int m_iSteps = 0;
 };
 
-/// The phase that a waiting pedestrian makes as short as can be.
+/// The phase that a waiting pedestrian ends as soon as possible.
 class Green : public Phase
 {
 public:

@@ -4,7 +4,7 @@
 #include <tessel/Message.h>
 #include <tessel/ValueString.h>
 
-/// A word to the crossing, such as "night", or from it, such as "Red".
+/// A word that is sent to the crossing, such as "night", or by it, such as "Red".
 class SignalMessage : public tsl::Described<SignalMessage, tsl::Message>
 {
 public:
@@ -13,7 +13,7 @@ public:
 
     tsl::ValueString const & GetWord() const { return m_sWord; }
 
-    /// "Word"; this is what the log points of tasks and queues show.
+    /// The element is "Word", as the log points of tasks and queues show it.
     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override;
 
 protected:

@@ -14,8 +14,8 @@ class TrafficLightConfig : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Drives a crossing by the words of the command line: a number is so many steps, any other word is told to
-/// the crossing. Prints what the crossing answers, with the number of the step.
+/// Drives a crossing by the words of the command line: a number runs that many steps, any other word is sent to the
+/// crossing. Prints what the crossing sends, with the number of the step.
 class TrafficLight : public tsl::ConsoleApplication
 {
 public:

@@ -15,15 +15,15 @@ tsl::String GetSetting(char const * sChapter, char const * sKey, tsl::ValueStrin
     return sValue;
 }
 
-/// Format and null format of a chapter. The library's layouts take all texts; a format with a wrong
-/// replacement is found when it is used.
+/// Sets format and null format from a chapter. Layouts accept any text; a wrong replacement in a format fails when
+/// it is used.
 void ReadFormats(tsl::ValueConverterLayout & oLayout, char const * sChapter)
 {
     static_cast<void>(oLayout.SetFormat(GetSetting(sChapter, "Format", oLayout.GetFormat()),
         GetSetting(sChapter, "NullFormat", oLayout.GetNullFormat())));
 }
 
-/// What integers and floats in the layout's value look like.
+/// Sets the layouts of integers and floats inside a collection or a named value.
 void AddNumberLayouts(tsl::ValueConverterLayoutCollection & oLayout)
 {
     auto pInteger = std::make_unique<tsl::ValueIntegerConverterLayout>();
@@ -49,7 +49,7 @@ tsl::ValueAbstractValueCollectionConverterLayout ReadLayout()
         GetSetting("Values", "Closing", oLayout.GetCollPostfix()));
     AddNumberLayouts(oLayout);
 
-    // The value inside a named value takes its look from there.
+    // The layouts of the value inside a named value.
     auto pNamed = std::make_unique<tsl::NamedValueConverterLayout>();
     ReadFormats(*pNamed, "Values/Named");
     AddNumberLayouts(*pNamed);

@@ -2,6 +2,6 @@
 
 #include <tessel/ValueAbstractValueCollectionConverter.h>
 
-/// The layout of a collection, as the application's ini file has it. What the file does not mention stays as
-/// the library has it.
+/// The layout of a collection, from the program's ini file. What the file does not mention is that of the library's
+/// layouts.
 tsl::ValueAbstractValueCollectionConverterLayout ReadLayout();

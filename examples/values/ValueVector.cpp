@@ -75,6 +75,6 @@ void ValueVector::DoCopy(tsl::Root const & oSource)
 {
     ValueAbstractValueCollection::DoCopy(oSource);
 
-    // The base copies elements and knows nothing of null.
+    // The base copies the elements, but not the state null.
     m_bNull = static_cast<ValueVector const &>(oSource).m_bNull;
 }

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-/// Values of any classes in the order in which they were added. Null until something is done with it.
+/// A collection of values of any classes, in the order in which they were added. It is null until the first change.
 class ValueVector : public tsl::Described<ValueVector, tsl::ValueAbstractValueCollection>
 {
 public:
@@ -24,7 +24,7 @@ public:
 
     void Add(tsl::Value const & oValue) override;
 
-    /// Takes the value over.
+    /// Owns the value from now on.
     void Add(std::unique_ptr<tsl::Value> pValue);
 
     bool Contains(tsl::Value const & oValue) const override;

@@ -13,7 +13,7 @@ class ValuesConfig : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Reads the text into a value of the class, if it has the form that the class wants.
+/// Converts the text to a value of the class; a null pointer if the text has another form.
 template<class ValueClass>
 std::unique_ptr<tsl::Value> ReadAs(tsl::String const & sText)
 {
@@ -23,7 +23,7 @@ std::unique_ptr<tsl::Value> ReadAs(tsl::String const & sText)
     return pValue;
 }
 
-/// An integer, a float, or else the text itself.
+/// Makes an integer, a float, or else a text of it.
 std::unique_ptr<tsl::Value> ReadPlainValue(tsl::String const & sText)
 {
     if (auto pInteger = ReadAs<tsl::ValueInt32>(sText))
@@ -33,7 +33,7 @@ std::unique_ptr<tsl::Value> ReadPlainValue(tsl::String const & sText)
     return std::make_unique<tsl::ValueString>(sText);
 }
 
-/// A text such as "weight=72.5" is a value with a name.
+/// Makes a value with a name of a text such as "weight=72.5".
 std::unique_ptr<tsl::Value> ReadValue(tsl::String const & sText)
 {
     int const iEqual = sText.Find('=');
@@ -82,7 +82,7 @@ int main(int iCount, char ** pArguments)
     }
     catch (tsl::Exception const & oException)
     {
-        // A format that cannot be used, for instance; the log file has it already.
+        // For instance a wrong format. The log file has the failure already.
         std::cerr << "values: " << oException.GetText() << std::endl;
         return oException.GetResult().GetErrorCode();
     }

@@ -3,7 +3,7 @@
 #include <tessel/Described.h>
 #include <tessel/Message.h>
 
-/// A tick and its number. Goes from the machine to the program.
+/// A tick with its number. The machine sends it to the program.
 class TickMessage : public tsl::Described<TickMessage, tsl::Message>
 {
 public:

@@ -9,7 +9,7 @@
 namespace
 {
 
-/// A wrong row is a mistake in this program.
+/// A refused row is an error of this program.
 void ThrowIfError(tsl::Result const & oResult)
 {
     if (oResult.IsError())
@@ -46,7 +46,7 @@ int Ticker::DoProcess()
     }
     catch (tsl::Exception const & oException)
     {
-        // What goes wrong in a step must not get lost.
+        // Report a failure of the step.
         oOutcome = oException.GetResult();
     }
 

@@ -4,7 +4,7 @@
 #include <tessel/TaskProcessor.h>
 #include <tessel/TaskTransition.h>
 
-/// Sends a tick with each step, so many in all.
+/// Sends a tick in each step, until it has sent all.
 class Tick : public tsl::Task
 {
 public:

@@ -14,7 +14,7 @@ class TickerConfig : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Prints the ticks, as many as the command line or else the ini file says.
+/// Prints the ticks. Their number is on the command line, or else in the ini file.
 class TickerApplication : public tsl::ConsoleApplication
 {
 public:
@@ -34,7 +34,7 @@ protected:
         return m_oOutcome;
     }
 
-    /// The exit code is that of PostRun, so that of Run is passed on here.
+    /// The exit code is that of PostRun, so it returns the result of Run.
     tsl::Result PostRun() override
     {
         tsl::Result const oResult = ConsoleApplication::PostRun();

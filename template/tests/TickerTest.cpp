@@ -1,4 +1,4 @@
-// Drives the machine step by step, without the program and without waiting.
+// Runs the machine step by step, without the program and without waiting.
 
 #include "Ticker.h"
 #include "TickMessage.h"
