@@ -7,8 +7,8 @@
 namespace tslbench
 {
 
-/// The path of a program that a benchmark starts as its child. It lies beside the benchmark's own program, or
-/// in the folder that the environment variable TESSEL_BENCH_PROGRAMS names.
+/// The path of a program that a benchmark starts as its child. It is in the folder of the benchmark's own program,
+/// or in the one that the environment variable TESSEL_BENCH_PROGRAMS names.
 inline std::string FindChild(char const * sName)
 {
     if (char const * const sFolder = std::getenv("TESSEL_BENCH_PROGRAMS"))

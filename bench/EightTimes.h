@@ -3,8 +3,7 @@
 namespace tslbench
 {
 
-/// Calls the function eight times in a row without a loop: what costs about a nanosecond would be hidden by
-/// the counting of one.
+/// Calls the function eight times without a loop, whose counter would cost as much as a call of about a nanosecond.
 template<class Call>
 [[gnu::always_inline]] inline void EightTimes(Call const & fCall)
 {

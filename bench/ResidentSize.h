@@ -7,7 +7,7 @@
 namespace tslbench
 {
 
-/// Prints what the program has in memory, and what of it is its own, in KiB.
+/// Prints the resident memory of the program, and the part that it does not share, in KiB.
 inline void PrintResidentSize()
 {
     int iResident = 0;

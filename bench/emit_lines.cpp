@@ -1,5 +1,5 @@
-// The child of the rows that read a child's output: writes COUNT lines of LENGTH bytes, each with its end,
-// to the standard output. With "mixed" in place of the length, so many bytes in lines of 1 to 100,000, to
+// The child of the rows that read a child's output: writes COUNT lines of LENGTH bytes, the line end included, to
+// the standard output. With "mixed" instead of the length, it writes COUNT bytes in lines of 1 to 100,000 bytes, to
 // both streams in turn.
 
 #include <cstdint>

@@ -6,7 +6,7 @@
 namespace growth
 {
 
-/// How the time of a work grows with its size n.
+/// The order in which the time of a work grows with its size n.
 enum class Order
 {
     eLinear,
@@ -21,7 +21,7 @@ struct Work
     Order eOrder; ///< promised
     int iSize;    ///< the smallest n
 
-    /// Prepares the work of size n and returns what is measured, which may be called any number of times.
+    /// Prepares the work of size n and returns the function to measure, which may be called any number of times.
     std::function<std::function<void()>(int)> fPrepare;
 };
 
@@ -32,7 +32,7 @@ std::vector<Work> GetResultWorks();
 std::vector<Work> GetTaskWorks();
 std::vector<Work> GetValueWorks();
 
-/// Ends the program if a work did not do what it should have done.
+/// Ends the program unless a work has done what it should do.
 void Require(bool bDone);
 
 } // namespace growth

@@ -12,7 +12,7 @@ using namespace tsl;
 namespace
 {
 
-/// A message of a class that is known from its description only.
+/// A message whose class exists only as a description.
 class Parcel : public Message
 {
 public:

@@ -10,7 +10,7 @@
 namespace growth
 {
 
-/// A file in the current directory as long as the object lives.
+/// A file in the current directory; the destructor deletes it.
 class TemporaryFile
 {
 public:

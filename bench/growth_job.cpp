@@ -11,7 +11,7 @@ using namespace tsl;
 namespace
 {
 
-/// Reads a plan in which each job waits for the next one of the file, and writes its order.
+/// Reads a plan in which each job waits for the next one in the file, and writes its order.
 std::function<void()> Plan(int n)
 {
     auto const fGetName = [](int i) { return std::to_string(1'000'000 + i); };

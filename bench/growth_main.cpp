@@ -1,6 +1,5 @@
-// How the time of a work grows with its size: prints it for n, 4n and 16n, and fails if it grows more than twice
-// as much as promised. The time is that of the processor and the least of several runs, so that what else the
-// machine does hardly counts.
+// Measures how the time of a work grows with its size: prints it for n, 4n and 16n, and fails if it grows more than
+// twice as much as promised. It takes the least processor time of several runs, so a busy machine hardly matters.
 
 #include "growth.h"
 
@@ -34,12 +33,12 @@ namespace
 constexpr std::array<int, 3> FACTORS = {1, 4, 16};
 constexpr int RUNS = 5;
 
-// Microseconds for the runs of a work, of which one that seems to grow too much gets further ones.
+// Microseconds for the runs of a work. A work that seems to grow too much gets more.
 constexpr double TIME_MAX = 2e6;
 
 using Times = std::array<double, FACTORS.size()>;
 
-/// Microseconds for which the processor has worked for this thread.
+/// The processor time of this thread in microseconds.
 double GetProcessorTime()
 {
     std::timespec oTime;
@@ -59,7 +58,7 @@ double GetGrowth(Times const & aTimes)
     return aTimes.back() / aTimes.front();
 }
 
-/// How much more time the promised order takes for the largest size than for the smallest one.
+/// The factor from the smallest to the largest size, by the promised order.
 double GetPromise(Work const & oWork)
 {
     double const fFactor = FACTORS.back();

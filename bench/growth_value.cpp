@@ -39,7 +39,7 @@ std::function<void()> ReplaceText(int n)
     };
 }
 
-/// The registry keeps what it is given, so it grows with every call.
+/// The registry keeps its objects, so it grows with every call.
 std::function<void()> RegisterObjects(int n)
 {
     return [n]
@@ -49,7 +49,7 @@ std::function<void()> RegisterObjects(int n)
     };
 }
 
-/// Named values side by side.
+/// An array of named values.
 class NamedValues : public ValueAbstractValueCollection
 {
 public:

@@ -1,5 +1,5 @@
-// How much memory objects take, each beside what a program would have without the library: their own size and what
-// they have on the heap, its overhead included. And what a program has that only starts.
+// Prints how much memory objects need, compared with what a program would use without the library: their own size
+// and their memory on the heap, its overhead included. Also prints the size of a program that only starts.
 
 #include "ChildProgram.h"
 
@@ -66,7 +66,7 @@ void Print(char const * sWhat, std::size_t iOwn, double fHeap)
     std::printf("%-58s %8zu %10.1f\n", sWhat, iOwn, fHeap);
 }
 
-/// An object and what it has on the heap, once others of its kind were there.
+/// The size of an object and of its memory on the heap, after others of its class existed.
 template<class Make>
 void PrintObject(char const * sWhat, Make fMake)
 {
@@ -76,7 +76,7 @@ void PrintObject(char const * sWhat, Make fMake)
     Print(sWhat, sizeof oObject, static_cast<double>(g_iHeap - iBefore));
 }
 
-/// What one of many elements takes in what holds them.
+/// The memory that one of many elements needs in its container.
 void PrintElement(char const * sWhat, std::function<std::shared_ptr<void>()> const & fMakeMany)
 {
     static_cast<void>(fMakeMany());
@@ -121,7 +121,7 @@ protected:
     void DoCopy(Root const &) override {}
 };
 
-/// What a program has without the library.
+/// What a program would use without the library.
 struct PlainFailure
 {
     int iCode;

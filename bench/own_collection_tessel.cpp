@@ -1,4 +1,4 @@
-// The dump of a collection of 10,000 integers, beside the same text built by hand.
+// The dump of a collection of 10,000 integers, compared with the same text built by hand.
 
 #include <benchmark/benchmark.h>
 
@@ -15,7 +15,7 @@ static constexpr int COUNT = 10'000;
 namespace
 {
 
-/// A collection of integers that lie side by side.
+/// A collection of integers in an array.
 class Numbers : public tsl::ValueAbstractValueCollection
 {
 public:

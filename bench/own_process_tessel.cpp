@@ -1,5 +1,5 @@
-// Child processes under hard conditions: 1 GiB of output on both streams, and a start in a program that has
-// 1,000 open descriptors and may have a million, or as many as the machine grants.
+// Child processes under hard conditions: 1 GiB of output on both streams, and a start in a program that has 1,000
+// open descriptors and a limit of a million, or the highest limit of the machine.
 
 #include "ChildProgram.h"
 
@@ -74,7 +74,7 @@ BENCHMARK(ReadMuchOutput)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
-/// 1,000 open descriptors, and the right to many more.
+/// Opens 1,000 descriptors and raises the limit, until the end of the scope.
 class ManyDescriptors
 {
 public:

@@ -1,4 +1,4 @@
-// A step of a machine on a thread of its own, beside a bare thread.
+// A step of a machine on a thread of its own, compared with a bare thread.
 
 #include <benchmark/benchmark.h>
 
@@ -17,14 +17,14 @@ namespace
 
 std::atomic<int> g_iSteps{0};
 
-/// A machine whose steps are only counted.
+/// A machine that only counts its steps.
 class Machine : public tsl::TaskProcessor
 {
 public:
     Machine() : TaskProcessor("Machine", nullptr)
     {
         tsl::TaskFactory::Instance().Register(0, &Create);
-        // The table takes this row.
+        // This transition is valid.
         static_cast<void>(m_oTransitions.AddTransition(TASK_INIT, TR_PROCEED, 0));
     }
 
@@ -63,7 +63,7 @@ static void StepOnThread(benchmark::State & oState)
     int const iFirst = g_iSteps;
     for (auto _ : oState)
     {
-        // A call does nothing while the thread of the last step is there.
+        // A call does nothing while the thread of the last step runs.
         int const iBefore = g_iSteps.load(std::memory_order_relaxed);
         for (oContext.Process(); g_iSteps.load(std::memory_order_relaxed) == iBefore; oContext.Process())
             std::this_thread::yield();

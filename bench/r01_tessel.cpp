@@ -1,4 +1,4 @@
-// A log point that is off: what it costs to pass it.
+// A log point that is off.
 
 #include "EightTimes.h"
 
@@ -19,7 +19,7 @@ static void LogPointOff(benchmark::State & oState)
         tslbench::EightTimes(
             [&]
             {
-                // The compiler must take the number as unknown and memory as changed.
+                // Make the compiler treat the number as unknown and memory as changed.
                 ++iNumber;
                 asm volatile("" : "+r"(iNumber) : : "memory");
                 PassLogPoint(iNumber);

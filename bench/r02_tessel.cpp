@@ -1,5 +1,5 @@
-// A log point that is on: one line in "Logfile.txt", in the kernel when the call returns. The level itself
-// is one load, so what is measured is what stands behind it.
+// A log point that is on: one line in "Logfile.txt", written to the kernel before the call returns. The level
+// itself is one load, so the row measures what comes after it.
 
 #include <benchmark/benchmark.h>
 

@@ -1,4 +1,4 @@
-// A fallible call in another translation unit: success and failure, made, tested and released.
+// A call in another translation unit that can fail: success and failure, created, tested and destroyed.
 
 #include "EightTimes.h"
 #include "r03_work_tessel.h"
@@ -18,7 +18,7 @@ static void CallFallible(benchmark::State & oState)
         tslbench::EightTimes(
             [&]
             {
-                // The compiler must take the argument as unknown.
+                // Make the compiler treat the argument as unknown.
                 asm volatile("" : "+r"(iUnknown) : : "memory");
                 tsl::Result const oResult = fCall(iUnknown);
                 iFailures += oResult.IsError() ? 1 : 0;

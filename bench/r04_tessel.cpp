@@ -43,7 +43,7 @@ public:
 
 void Dispatch(benchmark::State & oState)
 {
-    // The bus tells its processors when it goes away, so it goes first.
+    // The bus calls its processors when it is destroyed, so it is destroyed first.
     std::vector<std::unique_ptr<NumberProcessor>> vProcessors;
     tsl::MessageDispatcher oDispatcher;
     for (int i = 0; i < oState.range(0); ++i)

@@ -1,5 +1,5 @@
-// One step of a machine: with a transition, after which the new task remains, or with nothing but tasks
-// that remain. Every task is made by the factory when it is entered and deleted after its exit.
+// One step of a machine: with a transition, after which the new task remains, or without one, since all tasks
+// remain. The factory makes each task before its entry; the machine deletes it after its exit.
 
 #include "r05_work_tessel.h"
 
@@ -36,10 +36,10 @@ enum TaskId
 
 constexpr int RESULT_SWITCH = 0;
 
-/// What a state carries in all machines of this row.
+/// The members of a state, of the same size in all libraries that this row compares.
 using Data = std::array<long, 6>;
 
-/// A task that remains in its first step and answers the given result in the next one.
+/// A task that remains in its first step and returns the given result in the next one.
 template<int iId, int iResult>
 class State : public tsl::Task
 {
@@ -107,7 +107,7 @@ private:
     Data m_oData{1, 2, 3, 4, 5, 6};
 };
 
-/// A machine whose end is the end of its parent as well.
+/// A machine whose end also ends its parent.
 template<int iId, int iTask>
 class LeavingMachine : public Machine<iId, iTask, iTask>
 {

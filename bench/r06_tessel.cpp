@@ -1,4 +1,4 @@
-// One message of 104 bytes cloned into a pipe, taken out and deleted.
+// One message of 104 bytes: sent as a copy through a pipe, received and deleted.
 
 #include "r06_work_tessel.h"
 
@@ -31,7 +31,7 @@ protected:
     void DoCopy(tsl::Root const & oSource) override { *this = static_cast<Order const &>(oSource); }
 };
 
-/// The pipe itself never waits: a reader who has nothing else to do looks again.
+/// Polls: a pipe never waits.
 void ReceiveOne(tsl::PipeDebMessage & oPipe)
 {
     std::unique_ptr<tsl::Message> pMessage(oPipe.Receive());

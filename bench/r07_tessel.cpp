@@ -1,5 +1,5 @@
-// An ini file of 1,000 chapters with 100 keys each: loading it, and asking for keys at random. Even keys
-// hold a number, odd ones a text.
+// An ini file of 1,000 chapters with 100 keys each: loading it, and lookups of random keys. Even keys have a
+// number, odd ones a text.
 
 #include <tessel/IniFile.h>
 
@@ -58,7 +58,7 @@ std::string MakeContent()
     return sContent;
 }
 
-/// The file, for as long as it is needed.
+/// The file; the destructor deletes it.
 class Sample
 {
 public:
@@ -99,7 +99,7 @@ struct Question
     tsl::String sKey;
 };
 
-/// Questions at random for keys that are even (0) or odd (1).
+/// Random lookups of even (0) or odd (1) keys.
 std::vector<Question> MakeQuestions(int iOdd)
 {
     std::mt19937 oRandom(4711);

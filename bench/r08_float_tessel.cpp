@@ -11,7 +11,7 @@
 
 static constexpr std::size_t COUNT = 1024;
 
-/// Numbers with 1 to 6 digits in front of the point, one in four negative.
+/// Numbers with 1 to 6 digits before the point, one in four negative.
 static std::vector<float> MakeNumbers()
 {
     std::mt19937 oRandom(7);

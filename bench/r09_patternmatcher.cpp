@@ -1,5 +1,5 @@
-// One search with a compiled pattern, all groups available; and the first match on 1,000,000 digits
-// in a child process, so that nothing that ran before has warmed anything up.
+// One search with a compiled pattern, all groups available; and the first match on 1,000,000 digits, in a child
+// process so that no cache is warm.
 
 #include <benchmark/benchmark.h>
 #include <patternmatcher/PatternMatcher.h>
@@ -26,7 +26,7 @@ Subject const vSubjects[] = {
     {"R09.text -12.375e-3/", "-12.375e-3", 10},
 };
 
-/// The result stays inside the matcher, and the whole match is asked for as a text.
+/// The matcher keeps the result; the whole match is returned as a text.
 struct MatchAndSubstr
 {
     tsl::PatternMatcher oMatcher{pPattern, 0};
@@ -38,7 +38,7 @@ struct MatchAndSubstr
     }
 };
 
-/// The positions of all groups go to an object of the caller.
+/// The caller's object gets the positions of all groups.
 struct MatchIntoMatches
 {
     tsl::PatternMatcher oMatcher{pPattern, 0};
@@ -66,7 +66,7 @@ void SearchShort(benchmark::State & oState, Subject const & oSubject)
     oState.SetItemsProcessed(static_cast<std::int64_t>(oState.iterations()));
 }
 
-/// Seconds of the first match, or a negative number if it went wrong.
+/// The time of the first match in seconds; negative if it has failed.
 template<class Engine>
 double TimeFirstSearch(std::string const & sDigits)
 {

@@ -1,5 +1,5 @@
-// Child processes: start and end of a trivial one, without redirection and with reader threads, and 200,000
-// lines of 60 bytes of one.
+// Child processes: start and end of a trivial one, without redirection and with reader threads; reading 200,000
+// lines of 60 bytes.
 
 #include "ChildProgram.h"
 

@@ -1,4 +1,4 @@
-// Start and end of a program that does nothing but is linked with the library. No ini file; the log file
+// Start and end of a program that is linked with the library and does nothing. There is no ini file; the log file
 // is opened in the current directory as always.
 
 #include "ChildProgram.h"

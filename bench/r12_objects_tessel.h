@@ -8,7 +8,7 @@
 namespace tslbench
 {
 
-/// A message of 96 bytes with three classes below it.
+/// A message of 96 bytes, and three classes that derive from it.
 class Record : public tsl::Described<Record, tsl::Message>
 {
 public:
@@ -18,8 +18,8 @@ protected:
     void DoCopy(tsl::Root const & oSource) override;
 
 private:
-    // All are written out, since g++ takes a slow string instruction for a rest of zeros; and not a plain
-    // array, which it assigns word by word.
+    // All numbers are written out, since g++ uses a slow string instruction for a rest of zeros. No plain array,
+    // which g++ assigns word by word.
     [[maybe_unused]] std::array<long, 11> m_aValues = {1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0};
 };
 
