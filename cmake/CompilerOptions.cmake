@@ -1,5 +1,5 @@
-# What every target of this project is compiled with: the language, the warnings, sanitizers if they are
-# asked for, and paths that do not tell where the project was built.
+# The compiler options of every target of this project: the language, the warnings, sanitizers if wanted, and paths
+# that do not depend on the folder of the build.
 
 include_guard(GLOBAL)
 
@@ -16,7 +16,7 @@ if(TESSEL_SANITIZE)
   add_link_options(-fsanitize=${TESSEL_SANITIZE})
 endif()
 
-# Repeated builds are short where the compiler cache is installed.
+# Uses ccache if it is installed, to make repeated builds short.
 find_program(TESSEL_CCACHE ccache)
 mark_as_advanced(TESSEL_CCACHE)
 if(TESSEL_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
@@ -24,7 +24,7 @@ if(TESSEL_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_CXX_COMPILER_LAU
   set(CMAKE_CXX_COMPILER_LAUNCHER ${TESSEL_CCACHE})
 endif()
 
-# Options of the target alone; nothing here reaches a user of the library.
+# Options of the target alone; users of the library do not get them.
 function(tessel_compile_options target)
   set(folder ${CMAKE_BINARY_DIR})
   if(CMAKE_GENERATOR MATCHES "Makefiles")
@@ -36,23 +36,22 @@ function(tessel_compile_options target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wno-format-nonliteral -Wextra-semi -Wundef
-    # As the paths are written here, and as a compiler cache may write them, from the folder where it runs.
+    # Paths as they are written here, and relative to the build folder, as a compiler cache may write them.
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${source_from_folder}/=
-    # The folder itself, of which debug data tells.
+    # The build folder itself, which is in the debug data.
     -fdebug-prefix-map=${folder}=.)
   target_compile_definitions(${target} PRIVATE TESSEL_SANITIZE="${TESSEL_SANITIZE}")
-  # At -O3, g++ 12 takes "text" + std::to_string(i) for a copy that overlaps itself.
+  # At -O3, g++ 12 warns that "text" + std::to_string(i) copies overlapping memory.
   target_compile_options(${target} PRIVATE
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>,$<CONFIG:Release>>:-Wno-restrict>)
   if(TESSEL_SANITIZE)
-    # The checks that a sanitizer adds mislead the warnings of g++ that follow values through the code.
+    # With the checks that a sanitizer adds, the data flow warnings of g++ are often wrong.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   endif()
   if(TESSEL_WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
-  # A plug-in that touches a template of the library must not bind a unique symbol, which would
-  # keep it in the process for ever.
+  # A plug-in that uses a template of the library must not define a unique symbol, which would prevent its unloading.
   if(TESSEL_HAS_NO_GNU_UNIQUE)
     target_compile_options(${target} PUBLIC
       $<BUILD_INTERFACE:-fno-gnu-unique> $<INSTALL_INTERFACE:$<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>>)

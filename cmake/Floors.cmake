@@ -1,11 +1,11 @@
-# The floors of the library. Each file is on one of them and includes only files of its own floor and of
-# those below it, so that the ground can be read, tested and changed without the roof.
+# The floors of the library. Each file is on one floor and includes only files of that floor and of those below it,
+# so a floor can be read, tested and changed without those above.
 
 include_guard(GLOBAL)
 
-# Adds files of the current folder and its subfolders to a floor of Tessel. The first call for a floor puts it on
-# top of those that were named before. The headers before PRIVATE are installed; the library keeps those after it
-# to itself. TARGET names the target that is built from the files, Tessel if it is not given.
+# Adds files of the current folder and its subfolders to a floor of Tessel. A new floor is put on top of the others.
+# The headers before PRIVATE are installed, those after it are not. TARGET is the target that is built from the
+# files, by default Tessel.
 function(tessel_floor floor)
   cmake_parse_arguments(PARSE_ARGV 1 given "" TARGET PRIVATE)
   if(NOT given_TARGET)
@@ -38,7 +38,7 @@ function(tessel_floor_exception file)
   set_property(GLOBAL APPEND PROPERTY tessel_floor_exceptions ${pairs})
 endfunction()
 
-# The place of an include line, as compilers write it.
+# The file and line of an include line, in the form of a compiler's message.
 function(tessel_get_place file line result)
   file(READ ${file} text)
   string(FIND "${text}" "${line}" position)
@@ -50,8 +50,8 @@ function(tessel_get_place file line result)
   set(${result} ${file}:${number} PARENT_SCOPE)
 endfunction()
 
-# The file of the library that an include line means: beside the file that includes it, or below src/. One of
-# the standard library is none.
+# The file of the library that an include line names, in the folder of the including file or below src/; empty for a
+# header of the standard library.
 function(tessel_find_included file line result)
   string(REGEX MATCH "[<\"]([^>\"]+)[>\"]" name "${line}")
   cmake_path(GET file PARENT_PATH folder)
@@ -66,8 +66,8 @@ function(tessel_find_included file line result)
   set(${result} "" PARENT_SCOPE)
 endfunction()
 
-# Stops if a file breaks the rules of the floors, or is on none. To be called after the last floor. The next build
-# configures again, and so checks again, after a change of any of the files.
+# Stops if a file breaks the rules of the floors or is on no floor. Call it after the last floor. After a change of
+# any of the files, the next build configures, and so checks, again.
 function(tessel_check_floors)
   get_property(floors GLOBAL PROPERTY tessel_floors)
   get_property(files GLOBAL PROPERTY tessel_floor_files)

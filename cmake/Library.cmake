@@ -1,17 +1,17 @@
-# How a shared library of this project is compiled, linked, named and installed.
+# Compiles, links, names and installs a shared library of this project.
 
 include_guard(GLOBAL)
 
 include(CMakePackageConfigHelpers)
 
-# Optimised libraries come with files for debuggers. A sanitizer needs the debug data in the library itself.
+# Optimised libraries get their debug data in separate files. A sanitizer needs it in the library itself.
 include(CMakeDependentOption)
 cmake_dependent_option(TESSEL_DEBUG_FILES "Put the debug data of the libraries into files of their own"
   ${PROJECT_IS_TOP_LEVEL} "CMAKE_OBJCOPY;NOT CMAKE_BUILD_TYPE STREQUAL Debug;NOT TESSEL_SANITIZE" OFF)
 
 set(TESSEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Tessel)
 
-# How the object files of a shared library are compiled.
+# Compiler options for the object files of a shared library.
 function(tessel_library_objects target)
   tessel_compile_options(${target})
   set_target_properties(${target} PROPERTIES
@@ -19,22 +19,22 @@ function(tessel_library_objects target)
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
   if(TESSEL_DEBUG_FILES)
-    # By itself clang++ leaves out what it expects in the debug data of the standard library.
+    # Otherwise clang++ omits types that it expects in the debug data of the standard library.
     target_compile_options(${target} PRIVATE -g $<$<CXX_COMPILER_ID:Clang>:-fstandalone-debug>)
   endif()
   if(TESSEL_HAS_NO_SEMANTIC_INTERPOSITION)
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   endif()
   if(TESSEL_HAS_TLS_MODEL)
-    # What a thread keeps for itself is small enough for the room that a program leaves to libraries loaded
-    # late, and is reached without a call.
+    # Access to thread-local variables without a call. They are small enough for the space that a program reserves for
+    # libraries that are loaded late.
     target_compile_options(${target} PRIVATE -ftls-model=initial-exec)
   endif()
 endfunction()
 
-# The library's file is lib<target>.so.<major>.<minor>, which is its soname as well. It finds its companions beside
-# itself, in the build tree as well as where it is installed. Only what the version script names is exported:
-# visibility alone lets instances of the standard library's templates through.
+# The library's file and soname is lib<target>.so.<major>.<minor>. It finds the other library in its own folder, in
+# the build tree and after installation. Only the symbols in the version script are exported: visibility alone would
+# also export instances of the standard library's templates.
 function(tessel_library target)
   set(version_script ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   add_library(Tessel::${target} ALIAS ${target})
@@ -57,8 +57,8 @@ function(tessel_library target)
   endif()
 endfunction()
 
-# Moves the debug data of a library to a file in .debug/ beside it, where debuggers look for the file that the library
-# names. The names of functions stay.
+# Moves the debug data of a library to a file in the folder .debug/ beside it. The library has the name of that
+# file, and debuggers look there. The symbol table remains in the library.
 function(tessel_split_debug_data target)
   set(library $<TARGET_FILE:${target}>)
   set(debug_folder $<TARGET_FILE_DIR:${target}>/.debug)
@@ -74,17 +74,17 @@ function(tessel_split_debug_data target)
   endif()
 endfunction()
 
-# Headers of the current folder that are installed; all others the library keeps to itself.
+# Installs these headers of the current folder; no others are installed.
 function(tessel_public_headers target)
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${ARGN})
 endfunction()
 
-# Writes the file for pkg-config that is named after the target in lower case, with "tessel-" in front unless it
-# is Tessel itself.
+# Writes the file for pkg-config. Its name is that of the target in lower case, with the prefix "tessel-" unless it is
+# Tessel itself.
 function(tessel_pkg_config target description)
   string(TOLOWER tessel-${target} name)
   string(REPLACE tessel-tessel tessel name ${name})
-  # The installed files may be moved as a whole, so their place is told from that of the file itself.
+  # The installed files may be moved as a whole, so the prefix is relative to the file itself.
   file(RELATIVE_PATH prefix_from_file /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
   string(REGEX REPLACE "/$" "" prefix_from_file ${prefix_from_file})
   configure_file(cmake/pkg-config.pc.in ${name}.pc @ONLY)
@@ -92,8 +92,8 @@ function(tessel_pkg_config target description)
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Tessel_dev)
 endfunction()
 
-# Adds the targets to what "cmake --install" puts below its prefix: Tessel_runtime is what programs need to run,
-# Tessel_dev what is needed to build them.
+# Installs the targets: the component Tessel_runtime is what programs need to run, Tessel_dev what is needed to build
+# them.
 function(tessel_install)
   install(TARGETS ${ARGN} EXPORT TesselTargets
     LIBRARY COMPONENT Tessel_runtime NAMELINK_COMPONENT Tessel_dev

@@ -1,5 +1,5 @@
-# What "cpack" makes of the components that are installed: a Debian package of each, and an archive of all.
-# tools/packages.sh calls it.
+# Settings for cpack, which makes a Debian package of each component and an archive of all. tools/packages.sh calls
+# it.
 
 set(TESSEL_MAINTAINER "Tessel maintainers <tessel@example.org>" CACHE STRING "The maintainer of the packages")
 
@@ -7,7 +7,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tessel COMPONENT Tessel_doc)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/guide ${PROJECT_SOURCE_DIR}/examples
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tessel COMPONENT Tessel_doc)
-# The reference, if the target "docs" was built.
+# Includes the reference if the target "docs" was built.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/html
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tessel COMPONENT Tessel_doc OPTIONAL)
 
@@ -27,7 +27,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
 
-# The Debian package of a component, with its section, and its relations to others as name and value in turn.
+# Describes the Debian package of a component: its section, and its relations to others as pairs of name and value.
 macro(tessel_debian_package component name section description)
   string(TOUPPER Tessel_${component} upper)
   set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
@@ -52,7 +52,7 @@ tessel_debian_package(programs tessel utils "programs of the general application
 tessel_debian_package(doc libtessel-doc doc "general application class library, guide and reference"
   ARCHITECTURE all)
 
-# The loader learns of the libraries, except where they are only put below a folder. Both scripts are the same.
+# Both scripts update the loader's cache, except when the package is installed below another folder.
 foreach(script IN ITEMS postinst postrm)
   file(WRITE ${PROJECT_BINARY_DIR}/packages/${script} "#!/bin/sh\nset -e\n[ -n \"$DPKG_ROOT\" ] || ldconfig\n")
   list(APPEND CPACK_DEBIAN_TESSEL_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packages/${script})

@@ -1,4 +1,4 @@
-"""Shows the values of Tessel in gdb. gdb loads this file by its name along with the library."""
+"""Shows the values of Tessel in gdb. gdb loads this file with the library, by its name."""
 
 import datetime
 import itertools
@@ -8,17 +8,17 @@ import gdb.printing
 
 
 def get_limit():
-    """How many characters or items gdb shows."""
+    """The number of characters or items that gdb shows at most."""
     return gdb.parameter("print elements") or 1 << 20
 
 
 def read_pointer(value, type_name):
-    """A smart or atomic pointer as a plain one, which is all that it has in memory."""
+    """A smart or atomic pointer as a plain pointer, which has the same bytes."""
     return value.address.cast(gdb.lookup_type(type_name).pointer().pointer()).dereference()
 
 
 def read_bytes(address, length):
-    """A text of that length, shortened as gdb would do."""
+    """A text of that length, shortened as gdb does."""
     limit = get_limit()
     text = address.string(errors="replace", length=min(int(length), limit))
     return text + "..." if length > limit else text
@@ -40,7 +40,7 @@ def quote(text):
 
 
 def get_object(value):
-    """The whole object of which a value may be a base."""
+    """The complete object of a value, which may be only a base of it."""
     try:
         whole = value.dynamic_type
         if whole != value.type.unqualified():
@@ -151,7 +151,7 @@ def get_entries(stack):
 
 
 def get_history(record):
-    """The nearest failure first. The second stack has the farthest one on top."""
+    """The latest failure first. The second stack has the oldest one on top."""
     history = record["oHistory"]
     yield from get_entries(history["m_oNear"])
     yield from reversed(list(get_entries(history["m_oFar"])))
@@ -193,7 +193,7 @@ class ClassDescriptionPrinter(Printer):
 
 
 class MessagePrinter(Printer):
-    """The class and the members of a message, whatever the type of the reference to it."""
+    """The class and the members of a message, also if the reference is to a base class."""
 
     def to_string(self):
         return get_object(self.value).type.name
@@ -203,7 +203,7 @@ class MessagePrinter(Printer):
 
 
 class TaskPrinter(Printer):
-    """The class and the name of a task; of a machine, its tasks from the outermost one to the innermost."""
+    """The class and the name of a task; of a machine, also those of its current tasks down to the innermost."""
 
     def to_string(self):
         path = []
@@ -229,7 +229,7 @@ class PipePrinter(Printer):
         fields = dict(get_members(self.value, ()))
         self.name = fields.get("m_sName")
         queue = fields["m_oQueue"]
-        # An item is a pointer, and a block of a deque holds 512 bytes.
+        # An item is a pointer, and a block of a deque has 512 bytes.
         state = queue["_M_impl"]
         self.begin, self.end = state["_M_start"], state["_M_finish"]
         self.block = 512 // self.begin["_M_cur"].dereference().type.sizeof

@@ -1,6 +1,6 @@
 #!/bin/sh
-# What a commit must hold, in less than half a minute: the format, the floors, the seam, headers that compile
-# alone, a map of the code that is true, the subjects of the commits. Needs what tools/setup.sh --all installs.
+# Checks every rule for a commit in less than half a minute: the format, the floors, the seam, headers that compile
+# alone, the ways of src/README.md, the subjects of commits. Needs what tools/setup.sh --all installs.
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -9,7 +9,7 @@ failed=
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-# Runs the check "check_$1" and prints what it has found.
+# Runs the function "check_$1" and prints its output if it fails.
 run() {
     if "check_$1" >"$folder/found" 2>&1; then
         printf '%-8s ok\n' "$1"
@@ -25,19 +25,20 @@ check_format() {
         -exec clang-format --dry-run -Werror {} +
 }
 
-# The configuration stops at a file that breaks the rules of its floor.
+# Configuring fails at a file that breaks the rules of its floor.
 check_floors() {
     cmake --preset release
 }
 
-# Outside a system's folder of the seam the library has no conditional and no header of the system or of that folder.
+# Outside the folder of a system, such as src/platform/posix/, the library has no conditional, no system header and no
+# header of such a folder.
 check_seam() {
     ! find src -path 'src/platform/*/*' -o -name Export.h -o \( -name '*.h' -o -name '*.cpp' \) \
         -exec grep -nHE '^[[:space:]]*#[[:space:]]*(if|el|include[[:space:]]*(<[a-z0-9_/]+\.h>|"platform/.*/))' {} + |
         grep .
 }
 
-# A header that its own source file includes first is compiled alone by each build. The others are compiled here.
+# Compiles each header alone, except those that their own source file includes first: each build does that.
 check_headers() {
     find src -name '*.h' | while read -r header; do
         grep -s -m 1 '^#include' "${header%.h}.cpp" | grep -q "[/\"]${header##*/}[>\"]" || echo "$header"
@@ -45,7 +46,7 @@ check_headers() {
         "${CXX:-g++}" -std=c++20 -Isrc -Wall -Wextra -Werror -fsyntax-only -x c++ /dev/null -include
 }
 
-# The ways in src/README.md lead through functions that are in the files named.
+# Each function of the ways in src/README.md must be in the named file.
 check_ways() {
     ! grep -oE '`[A-Za-z]+\.(cpp|h)`: `[A-Za-z:]+`' src/README.md |
         sed 's/`\(.*\)`: `\(.*\)`/\1 \2/' |
@@ -54,7 +55,7 @@ check_ways() {
         done | grep .
 }
 
-# Area, colon, an imperative sentence: of the commits that are new here, else of the latest ones.
+# Subjects are "Area: Imperative sentence". Checks the commits that are not in origin/main, or the latest 20.
 check_subjects() {
     git rev-parse --verify HEAD >/dev/null || return 1
     commits=origin/main..HEAD

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds the library and its examples, runs the job runner in an empty folder and shows what it left there.
+# Builds the library and its examples, runs the job runner in an empty folder and shows the files that it has written.
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -15,7 +15,7 @@ cp examples/jobrunner/jobrunner.ini "$folder"
 cd "$folder"
 PATH=$root/build/release/bin:$PATH
 
-# Shows command $2 with its arguments and what it prints; its exit code has to be $1.
+# Shows command $2 with its arguments and its output; its exit code must be $1.
 show() {
     expected=$1
     shift
@@ -31,7 +31,7 @@ show 0 jobrunner --dry-run
 show 0 jobrunner
 show 0 cat Logfile.txt
 
-# The same with a job that fails: the one behind it is skipped.
+# The same with a job that fails: the one that waits for it is skipped.
 sed 's/^Expect=3$/Expect=0/' jobrunner.ini >changed.ini
 mv changed.ini jobrunner.ini
 show 1 jobrunner

@@ -1,9 +1,10 @@
 #!/bin/sh
-# Builds the packages into build/packages/: Debian packages of the parts, and an archive of all. Then installs those
-# that a user's program needs below an empty folder, builds and runs one, removes them and looks for what is left.
+# Builds the packages in build/packages/: a Debian package of each part, and an archive of all. Then installs those
+# that a user's program needs below an empty folder, builds and runs a program, removes them and checks that no file
+# is left.
 #
 #   tools/packages.sh            builds and checks
-#   tools/packages.sh --twice    does so, and builds once more elsewhere, from nothing: all bytes must be the same
+#   tools/packages.sh --twice    also builds them again in another folder: all bytes must be the same
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -24,14 +25,14 @@ fail() {
     exit 1
 }
 
-# The time that all files in the packages have is that of the commit.
+# All files in the packages have the time of the commit.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 CCACHE_BASEDIR=$source
 CCACHE_NOHASHDIR=1
 export SOURCE_DATE_EPOCH CCACHE_BASEDIR CCACHE_NOHASHDIR
 
-# Builds the packages of the sources $1 in the folder $2. The Debian packages and the archive differ in where the
-# libraries are, which nothing that is compiled depends on.
+# Builds the packages of the sources $1 in the folder $2. The Debian packages and the archive have the libraries in
+# different folders, on which no compiled file depends.
 build() {
     (cd "$1" && cmake --preset release -B "$2" \
         -DTESSEL_BUILD_TESTS=OFF -DTESSEL_BUILD_EXAMPLES=OFF -DCMAKE_INSTALL_PREFIX=/usr)
@@ -42,7 +43,7 @@ build() {
     (cd "$2" && cpack -G TGZ -D CPACK_PACKAGING_INSTALL_PREFIX=/)
 }
 
-# dpkg with the folder $root as its system.
+# Runs dpkg with the folder $root as its system.
 dpkg_root() {
     fakeroot dpkg --root="$root" --log=/dev/null --force-script-chrootless "$@"
 }
@@ -62,7 +63,7 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 chmod 755 "$folder"
 
-# A system that has what the packages of other projects bring, as far as dpkg knows.
+# For dpkg, packages of other projects that ours depend on are installed there.
 root=$folder/root
 mkdir -p "$root/var/lib/dpkg/info" "$root/var/lib/dpkg/updates"
 dpkg-query --status libc6 libgcc-s1 libstdc++6 >"$root/var/lib/dpkg/status"
@@ -81,7 +82,7 @@ for way in find_package pkg_config; do
         -DCXX="${CXX:-g++}" "-DOPTIONS=-G;Ninja;-DCMAKE_BUILD_TYPE=Release" -P tests/package/check.cmake
 done
 
-# The others fit beside them, and everything can be removed again.
+# The other packages can be installed as well, and all can be removed again.
 for package in "$out"/*.deb; do
     dpkg_root --install "$package"
 done

@@ -1,16 +1,17 @@
 #!/bin/sh
-# Installs what this project is built and tested with, as far as it is missing:
+# Installs what is missing to build and test this project:
 #
 #   tools/setup.sh               for the library, the examples and the tests
 #   tools/setup.sh --packages    for the packages as well
 #   tools/setup.sh --all         for the benchmarks, the reference, the second compiler and all else used here as well
 #
-# Packages are installed on Debian and its kin, by root or with a sudo that asks nothing. Elsewhere it says
-# what is missing and fails. Where nothing is missing, it does nothing.
+# It installs packages on Debian and systems derived from it, as root or with a sudo that asks for no password.
+# Elsewhere it prints what is missing and fails. If nothing is missing, it does nothing.
 
 set -eu
 
-# What is needed, a line each: the Debian package, its name for people, and how its presence shows.
+# What is needed, a line each: the Debian package, a name for messages, and a command that succeeds if it is
+# installed.
 needs='
 g++|g++ 12 or later|has_version g++ -dumpfullversion 12
 cmake|CMake 3.25 or later|has_version cmake --version 3.25
@@ -37,7 +38,7 @@ has() {
     command -v "$1" >/dev/null 2>&1
 }
 
-# Command $1, called with $2, tells a version of at least $3.
+# Succeeds if command $1, called with $2, prints a version of at least $3.
 has_version() {
     has "$1" || return 1
     version=$("$1" "$2" | sed -n '1s/^[^0-9]*\([0-9][0-9.]*\).*/\1/p')
@@ -48,7 +49,7 @@ has_header() {
     echo "#include <$1>" | g++ -E -x c++ - >/dev/null 2>&1
 }
 
-# The lines of "needs" that are not met.
+# Prints the lines of "needs" that are missing.
 list_missing() {
     printf '%s\n' "$needs" | while IFS='|' read -r package name check; do
         if [ -n "$package" ] && ! $check; then
@@ -57,7 +58,7 @@ list_missing() {
     done
 }
 
-# Ends with the reason $1, what is missing, and the advice $2.
+# Fails with the reason $1, what is missing, and the advice $2.
 fail() {
     {
         printf 'tools/setup.sh: %s\n' "$1"

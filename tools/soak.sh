@@ -1,9 +1,9 @@
 #!/bin/sh
-# Runs for long what the tests run for seconds:
+# Runs for a long time what the tests run for seconds:
 #
-#   tools/soak.sh kills [NUMBER]    kills so many threads, 20,000 if not said, in each kind of work
-#   tools/soak.sh forks [NUMBER]    forks so many times, 10,000 if not said, in each place beside eight busy threads
-#   tools/soak.sh exits [NUMBER]    ends so many processes, 10,000 if not said, in each way with eight busy threads
+#   tools/soak.sh kills [NUMBER]    kills NUMBER threads, by default 20,000, in each kind of work
+#   tools/soak.sh forks [NUMBER]    forks NUMBER times, by default 10,000, at each place, with eight busy threads
+#   tools/soak.sh exits [NUMBER]    ends NUMBER processes, by default 10,000, in each way, with eight busy threads
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -13,7 +13,7 @@ usage() {
     exit 2
 }
 
-# Builds the test program $1, and the child that it may start, and goes to an empty folder.
+# Builds the test program $1 and the child that it may start, and changes to an empty folder.
 prepare() {
     cmake --preset release
     cmake --build --preset release --target "tessel_program_$1" tessel_program_Child
@@ -23,8 +23,8 @@ prepare() {
     cd "$folder"
 }
 
-# Runs the program with the argument $1 and each of the others in turn; each process has a minute, since the machine
-# may be busy otherwise.
+# Runs the program with the argument $1 and each of the others in turn. The limit of a process is a minute, since the
+# machine may be busy.
 run_each() {
     first=$1
     shift
