@@ -34,7 +34,10 @@ public:
     FactoryCallBackArgs(Key const & oKey, FactoryBase::Action eAction) : m_oKey(oKey), m_eAction(eAction) {}
     virtual ~FactoryCallBackArgs() = default;
 
+    /// The key that is registered or unregistered. The reference holds as long as this object.
     Key const & GetKey() const { return m_oKey; }
+
+    /// What happens to it: one of the bits.
     FactoryBase::Action GetAction() const { return m_eAction; }
 
 private:
@@ -141,6 +144,8 @@ public:
         CallBackResult oIgnored{};
         return Register(oKey, fFunction, oIgnored);
     }
+
+    /// The same with a result for the observers.
     bool Register(Key const & oKey, Function fFunction, CallBackResult & oResult);
 
     /// Removes the key's entry if there is one. The observers are called in both cases.
@@ -149,14 +154,18 @@ public:
         CallBackResult oIgnored{};
         Unregister(oKey, oIgnored);
     }
+
+    /// The same with a result for the observers.
     void Unregister(Key const & oKey, CallBackResult & oResult);
 
+    /// Another thread may change the answer before the caller uses it.
     bool IsRegistered(Key const & oKey) const { return GetFactoryFunction(oKey) != nullptr; }
 
     /// Deletes a product of CreateProduct. Null is an assertion failure.
     virtual void DeleteProduct(Product * pProduct);
 
-    /// A new product, which the caller owns, or null for a key that is not registered.
+    /// A new product, which the caller owns, or null for a key that is not registered. What the creation function
+    /// throws reaches the caller.
     virtual Product * CreateProduct(Key const & oKey, Creator const & oCreator);
 
     /// Observers are not owned: each must outlive the factory or be detached. A null pointer throws an Exception of
@@ -175,6 +184,7 @@ protected:
     /// Returns the key's function, or null.
     Function GetFactoryFunction(Key const & oKey) const { return m_oTable.Find(oKey); }
 
+    /// Calls the observers.
     void Notify(Key const & oKey, Action eAction, CallBackResult & oResult) const
     {
         m_oObservers.Notify(Args(oKey, eAction), oResult);
@@ -248,6 +258,7 @@ public:
     SelfRegistrationFactoryCallBack(SelfRegistrationFactoryCallBack const &) = delete;
     SelfRegistrationFactoryCallBack & operator=(SelfRegistrationFactoryCallBack const &) = delete;
 
+    /// The factory is being destroyed: the destructor will not detach.
     void HandlerDestruction() const override { m_bAttached = false; }
 
 protected:

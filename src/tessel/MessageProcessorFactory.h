@@ -35,6 +35,7 @@ extern template class Factory<std::string, ProductCreator<MessageProcessor, Mess
 class TSL_EXPORT MessageProcessorFactory : public MessageProcessorFactoryBase
 {
 public:
+    /// The one factory, which is made by the first call.
     static MessageProcessorFactory & Instance();
 
     /// A new processor, which the caller owns, or null for an unknown name.

@@ -42,12 +42,16 @@ public:
     /// Calls one observer with the arguments and the result.
     using Invoker = void (*)(Observer & oObserver, Args const & oArgs, CallResult & oResult);
 
+    /// Has no observers.
     explicit ObserverNotify(Invoker fInvoker) : m_fInvoker(fInvoker) {}
+
+    /// Copies the function and borrows the observers of the source.
     ObserverNotify(ObserverNotify const & oSource) : ObserverNotify(oSource.m_fInvoker)
     {
         Borrow(oSource.GetObservers());
     }
 
+    /// Keeps its own observers, forgets the borrowed ones, and borrows those of the source.
     ObserverNotify & operator=(ObserverNotify const & oSource)
     {
         if (&oSource == this)
@@ -148,12 +152,14 @@ private:
         return std::ranges::lower_bound(m_vEntries, pObserver, std::less<>(), &Entry::pObserver);
     }
 
+    /// Whether the observer is at that position.
     template<class Place>
     bool IsAt(Place oPlace, Observer const * pObserver) const
     {
         return oPlace != m_vEntries.end() && oPlace->pObserver == pObserver;
     }
 
+    /// A copy of the list, for use after the lock is released.
     std::vector<Observer *> GetObservers() const
     {
         TesselDetails::ReadLock const oScope(m_oLock);
@@ -189,6 +195,7 @@ private:
         }
     }
 
+    // Calls one observer.
     Invoker m_fInvoker;
 
     // Sorted by address, each once.

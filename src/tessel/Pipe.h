@@ -31,7 +31,7 @@ public:
     Pipe & operator=(Pipe const &) = delete;
     virtual ~Pipe() = default;
 
-    /// Deletes all items.
+    /// Deletes all items. If their destructors send to the pipe, it deletes these items, too.
     virtual void Clear() = 0;
 
     /// Another thread may change the answer before the caller uses it.
@@ -49,6 +49,7 @@ template<class T>
 class TSL_EXPORT CloneByCopyConstructor
 {
 public:
+    /// What the copy constructor throws reaches the caller.
     static T * Clone(T const & oItem) { return new T(oItem); }
 };
 
@@ -58,6 +59,7 @@ template<class T>
 class TSL_EXPORT CloneByGetCopy
 {
 public:
+    /// See Root::GetCopy.
     static T * Clone(T const & oItem) { return static_cast<T *>(oItem.GetCopy()); }
 };
 
@@ -71,6 +73,7 @@ template<class T, class Mutex, class ClonePolicy>
 class TSL_EXPORT DefaultPipe : public Pipe<T>
 {
 public:
+    /// Makes an empty pipe. The destructor deletes the items that are left.
     DefaultPipe() = default;
     ~DefaultPipe() override { DefaultPipe::Clear(); }
 
@@ -130,6 +133,7 @@ extern template class DefaultPipe<Message, CriticalSectionMutex, CloneByGetCopy<
 class TSL_EXPORT PipeDebMessage : public DefaultPipe<Message, CriticalSectionMutex, CloneByGetCopy<Message>>
 {
 public:
+    /// The name, which is copied, begins each trace.
     explicit PipeDebMessage(String const & sName);
 
     void Clear() override;

@@ -38,6 +38,7 @@ extern template class Factory<int, ProductCreator1<Task, TaskCreationFunction, T
 class TSL_EXPORT TaskFactory : public TaskFactoryBase
 {
 public:
+    /// The one factory, which is made by the first call.
     static TaskFactory & Instance();
 
 private:
