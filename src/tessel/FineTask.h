@@ -12,7 +12,7 @@ namespace tsl
 /// The last task of every machine, which ends it. The library registers it in TaskFactory under Task::TASK_FINE, so
 /// a program only names that id as a destination:
 ///
-///     oTransitions.AddTransition(eLastTask, Task::TR_PROCEED, Task::TASK_FINE);
+///     tsl::Result const oResult = oTransitions.AddTransition(eLastTask, Task::TR_PROCEED, Task::TASK_FINE);
 ///
 /// The machine owns it and calls it on the thread of its step.
 class TSL_EXPORT FineTask : public Task

@@ -20,7 +20,7 @@ namespace
 constexpr unsigned int LENGTH_USUAL = 256;
 constexpr unsigned int LENGTH_KEPT = 4096;
 
-/// Short lines need no memory of their own: they use that of an earlier one.
+/// Caches the memory of a written line for a later one, so that a short line allocates nothing (R02).
 class LineCache
 {
 public:

@@ -16,8 +16,9 @@ class Message;
 /// Short calls for common needs: to report over the global bus, to read the program's ini file, to split a text.
 ///
 ///     tsl::Support::DispatchMessage(oResult);
-///     int iLimit = 10;
-///     tsl::Result const oRead = tsl::Support::GetAppIni().GetInt32("Server", "Limit", iLimit);
+///     int iLimit = 0;
+///     if (!tsl::Support::GetAppIni().GetInt32("Server", "Limit", iLimit))
+///         iLimit = 10;
 ///
 /// Any thread may call them, also in the child of a fork (see CriticalSectionMutex).
 class TSL_EXPORT Support
