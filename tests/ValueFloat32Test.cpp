@@ -1,5 +1,7 @@
 #include "TestPrelude.h"
 
+#include <patternmatcher/PatternMatcher.h>
+
 #include <bit>
 #include <clocale>
 #include <cmath>
@@ -265,6 +267,45 @@ TEST(ValueFloat32Reading, TakesTextsOfAnyLength)
     EXPECT_EQ(Read("1" + sZeros).oResult.GetErrorCode(), 4);
     EXPECT_EQ(Read("1.5" + std::string(10'000'000, 'x')).sRest.GetLength(), 10'000'000u);
     EXPECT_EQ(Read(std::string(10'000'000, 'x')).oResult.GetErrorCode(), 2);
+}
+
+TEST(ValueFloat32Reading, TakesWhatThePatternOfANumberMatches)
+{
+    PatternMatcher const oPattern(R"(^[+-]?(\d*)(\.\d+|)((d|D|e|E)[+-]?(\d+)|))");
+    std::string_view const sBytes = "0123459+-..eEdD x";
+    std::mt19937 oRandom(3);
+    for (int i = 0; i < 30'000; ++i)
+    {
+        std::string sText;
+        for (std::size_t iLength = oRandom() % 10; iLength > 0; --iLength)
+            sText += sBytes[oRandom() % sBytes.size()];
+        SCOPED_TRACE('"' + sText + '"');
+        std::string const sTrimmed = sText.substr(std::min(sText.find_first_not_of(' '), sText.size()));
+
+        PatternMatcher::Matches oMatches;
+        oPattern.Match(sTrimmed, 0, oMatches);
+        std::string sNumber(oMatches.GetText(sTrimmed, 0));
+        std::string sRest = sTrimmed.substr(sNumber.size());
+        sRest.erase(0, sRest.find_first_not_of(' '));
+        std::replace_if(
+            sNumber.begin(), sNumber.end(), [](char c) { return c == 'd' || c == 'D'; }, 'e');
+        double const fExpected = std::strtod(sNumber.c_str(), nullptr);
+
+        Read const oRead(sText);
+        ValueFloat32 fWhole = 77.0f;
+        Result const oWhole = fWhole.GetConverter().ConvertFromText(sText, fWhole);
+        if (sNumber.empty() || std::abs(fExpected) > FLOAT_MAX)
+        {
+            ASSERT_EQ(oRead.oResult.GetErrorCode(), sNumber.empty() ? 2 : 4);
+            ASSERT_EQ(oWhole.GetErrorCode(), oRead.oResult.GetErrorCode());
+            continue;
+        }
+        ASSERT_TRUE(oRead.oResult.IsOk());
+        ASSERT_EQ(oRead.oNumber.AsFloat32(), static_cast<float>(fExpected));
+        ASSERT_EQ(oRead.sRest, sRest);
+        ASSERT_EQ(oWhole.IsOk(), sRest.empty());
+        ASSERT_EQ(fWhole.AsFloat32(), static_cast<float>(fExpected));
+    }
 }
 
 TEST(ValueFloat32Reading, RoundsAsTheRuntimeLibraryDoes)

@@ -1,6 +1,7 @@
 #include "ReplacementFormat.h"
 
 #include "ArgumentList.h"
+#include "FloatText.h"
 #include "FormattedText.h"
 #include "platform/Locale.h"
 
@@ -9,8 +10,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <iterator>
-#include <limits>
 #include <string_view>
 
 namespace tsl::ReplacementFormat
@@ -120,9 +119,46 @@ void AppendFormatted(ValueString & sOut, char const * sChecked, ...)
 }
 
 constexpr int DEFAULT_PRECISION = 6;
-constexpr std::size_t PRECISION_DIGITS_MAX = 2;
+constexpr std::size_t PRECISION_DIGITS_MAX = 2; // of FloatText::PRECISION_MAX
 
-/// The precision of a format that is nothing but "%f" or "%.2f" and so on; -1 for any other.
+/// What printf makes of a bare format, in a fraction of its time (R08).
+void AppendBareFloat(ValueString & sOut, int iPrecision, float fNumber)
+{
+    char aText[FloatText::FIXED_LENGTH_MAX];
+    sOut << std::string(aText, FloatText::WriteFixed(aText, fNumber, iPrecision));
+}
+
+} // namespace
+
+void AppendInteger(ValueString & sOut, ValueString const & sFormat, int iNumber)
+{
+    // The default format needs neither check nor printf.
+    if (sFormat == "%d")
+        sOut << iNumber;
+    else
+        AppendFormatted(sOut, Checker(sFormat, "diuxXoc").GetChecked().c_str(), iNumber);
+}
+
+void AppendFloat(ValueString & sOut, ValueString const & sFormat, float fNumber)
+{
+    int const iPrecision = GetBarePrecision(sFormat.s_str());
+    if (iPrecision >= 0)
+        AppendBareFloat(sOut, iPrecision, fNumber);
+    else
+        AppendFormatted(sOut, Checker(sFormat, "fFeEgGaA").GetChecked().c_str(), double{fNumber});
+}
+
+void AppendText(ValueString & sOut, ValueString const & sFormat, char const * sText)
+{
+    // The default format needs no printf, which looks at every byte of a text that is too long.
+    if (sFormat != "%s")
+        AppendFormatted(sOut, Checker(sFormat, "s").GetChecked().c_str(), sText);
+    else if (std::strlen(sText) > String::FORMAT_LENGTH_MAX)
+        FormattedText::Fail("%s");
+    else
+        sOut << sText;
+}
+
 int GetBarePrecision(std::string_view sFormat)
 {
     if (sFormat == "%f")
@@ -138,47 +174,6 @@ int GetBarePrecision(std::string_view sFormat)
     int iPrecision = 0;
     std::from_chars(sDigits.data(), sDigits.data() + sDigits.size(), iPrecision);
     return iPrecision;
-}
-
-/// What printf makes of a bare format, in a fraction of its time.
-void AppendBareFloat(ValueString & sOut, int iPrecision, double fNumber)
-{
-    // Sign, digits, point, and as many digits behind it as PRECISION_DIGITS_MAX allows.
-    char aText[std::numeric_limits<double>::max_exponent10 + 128];
-    auto const oEnd =
-        std::to_chars(std::begin(aText), std::end(aText), fNumber, std::chars_format::fixed, iPrecision);
-    sOut << std::string(aText, oEnd.ptr);
-}
-
-} // namespace
-
-void AppendInteger(ValueString & sOut, ValueString const & sFormat, int iNumber)
-{
-    // The default format needs neither check nor printf.
-    if (sFormat == "%d")
-        sOut << iNumber;
-    else
-        AppendFormatted(sOut, Checker(sFormat, "diuxXoc").GetChecked().c_str(), iNumber);
-}
-
-void AppendFloat(ValueString & sOut, ValueString const & sFormat, double fNumber)
-{
-    int const iPrecision = GetBarePrecision(sFormat.s_str());
-    if (iPrecision >= 0)
-        AppendBareFloat(sOut, iPrecision, fNumber);
-    else
-        AppendFormatted(sOut, Checker(sFormat, "fFeEgGaA").GetChecked().c_str(), fNumber);
-}
-
-void AppendText(ValueString & sOut, ValueString const & sFormat, char const * sText)
-{
-    // The default format needs no printf, which looks at every byte of a text that is too long.
-    if (sFormat != "%s")
-        AppendFormatted(sOut, Checker(sFormat, "s").GetChecked().c_str(), sText);
-    else if (std::strlen(sText) > String::FORMAT_LENGTH_MAX)
-        FormattedText::Fail("%s");
-    else
-        sOut << sText;
 }
 
 } // namespace tsl::ReplacementFormat

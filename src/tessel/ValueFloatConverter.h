@@ -6,8 +6,6 @@
 #include <tessel/ValueConverterLayout.h>
 #include <tessel/ValueInt32.h>
 
-#include <memory>
-
 namespace tsl
 {
 
@@ -67,11 +65,6 @@ protected:
         ValueConverterLayout const & oLayout) const override;
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const & oLayout,
         ValueString const & sIdentifier) const override;
-
-private:
-    // Shared by copies of the converter; any number of threads may use it.
-    struct Private;
-    std::shared_ptr<Private> m;
 };
 
 extern template ClassDescription const & Described<ValueFloatConverter, ValueConverter>::GetStaticClassDesc();
