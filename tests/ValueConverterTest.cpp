@@ -260,6 +260,108 @@ TEST(ConverterReading, TakesTheNullFormatAsAWholeBeforeAllElse)
     EXPECT_TRUE(Asserts("0", "not implemented", [&] { Read("x", oNull, oText); }));
 }
 
+/// Overrides nothing, but follows a format step by step, since it is no class of the library.
+template<class Base>
+class StepByStep : public Base
+{
+};
+
+/// The text of a value or the failure of reading it, and the value afterwards.
+template<class ValueClass>
+std::string GetOutcome(ValueConverter const & oConverter, ValueClass oValue,
+    ValueConverterLayout const & oLayout, char const * sSource)
+{
+    ValueString sText("<");
+    try
+    {
+        if (!sSource)
+            oConverter.ConvertToText(oValue, sText, oLayout);
+        else if (Result const oResult = oConverter.ConvertFromText(sSource, oValue, oLayout);
+                 oResult.IsError())
+            sText << oResult.GetErrorCode() << oResult.GetText();
+    }
+    catch (Exception const & oException)
+    {
+        sText << oException.GetText();
+    }
+    sText << '|';
+    return oValue.AddAsString(sText).s_str();
+}
+
+TEST(ConverterFastPath, ReadsAndWritesAsTheStepsDo)
+{
+    auto const fCompare =
+        [](auto const & oValue, ValueConverter const & oSteps, ValueConverterLayout const & oLayout)
+    {
+        for (char const * const sText : {static_cast<char const *>(nullptr), "", "5", "-5", "+5", " 5 ",
+                 "\t1.5\n", "-2147483648", "-999999999", "2147483648", "00000000001", "NULL", "1.5", "1.5x",
+                 ".5e1", "1d2", "1e39", "-", "[5]", "(5"})
+            EXPECT_EQ(GetOutcome(oValue.GetConverter(), oValue, oLayout, sText),
+                GetOutcome(oSteps, oValue, oLayout, sText))
+                << oLayout.GetFormat().s_str() << " and " << (sText ? sText : "writing");
+    };
+    ValueString const aAround[] = {"", "(", ValueString()};
+    for (char const * const sFormat :
+        {"${%d}", "[${%d}]", "${%d} end", "${%f}", "a long literal text ${%.2f}!", "${%.0f}", "${%.99f}",
+            "${%.100f}", "${%5d}", "${%d}${%f}", "${%e of}", "${%d", "${}", "", "5", "${null}"})
+        for (ValueString const & sPrefix : aAround)
+            for (ValueString const & sPostfix : aAround)
+            {
+                TextLayout oLayout(sFormat);
+                oLayout.SetPrefix(sPrefix);
+                oLayout.SetPostfix(sPostfix);
+                for (ValueInt32 const & iNumber : {ValueInt32(), ValueInt32(INT_MIN), ValueInt32(7)})
+                    fCompare(iNumber, StepByStep<ValueIntegerConverter>(), oLayout);
+                for (ValueFloat32 const & fNumber :
+                    {ValueFloat32(), ValueFloat32(-0.125f), ValueFloat32(1e30f)})
+                    fCompare(fNumber, StepByStep<ValueFloatConverter>(), oLayout);
+            }
+}
+
+/// A converter and a value whose steps a program has overridden.
+class StarConverter : public ValueIntegerConverter
+{
+    bool DoGetReplacement(Value const &, ValueString const & sIdentifier, ValueString & sOut,
+        ValueConverterLayout const &) const override
+    {
+        EXPECT_TRUE(sOut.IsNull());
+        sOut << sIdentifier << '*';
+        return true;
+    }
+    Result DoConvertReplacement(
+        ValueString & sText, Value &, ValueConverterLayout const &, ValueString const &) const override
+    {
+        return Result(2, "asked with " + sText, Result::eCategoryDefault);
+    }
+};
+
+class AlwaysNull : public ValueInt32
+{
+public:
+    AlwaysNull() : ValueInt32(5) {}
+    bool IsNull() const override { return true; }
+};
+
+TEST(ConverterFastPath, IsNotTakenWhereAStepIsOverriddenOrTheFormatChanges)
+{
+    ValueIntegerConverterLayout oLayout("[${%d}]");
+    ValueInt32 iNumber(5);
+    ValueString sText;
+    StarConverter().ConvertToText(iNumber, sText, oLayout);
+    EXPECT_EQ(sText, "[%d*]");
+    EXPECT_EQ(StarConverter().ConvertFromText("7", iNumber).GetText(), "asked with 7");
+    EXPECT_EQ(GetText(AlwaysNull(), oLayout), "NULL");
+
+    EXPECT_EQ(GetText(iNumber, oLayout), "[5]");
+    ASSERT_TRUE(oLayout.SetFormat("${%03d}."));
+    EXPECT_EQ(GetText(iNumber, oLayout), "005.");
+    oLayout.Set(ValueIntegerConverterLayout("n=${%d}"));
+    EXPECT_EQ(GetText(iNumber, oLayout), "n=5");
+    ASSERT_TRUE(oLayout.SetFormat(ValueString()));
+    EXPECT_TRUE(
+        Asserts("!m_bNull", "Invalid operation. ValueString is NULL", [&] { GetText(iNumber, oLayout); }));
+}
+
 TEST(ResultText, ShowsNumberTextAndPlace)
 {
     Result oResult(5, "x", Result(1, "hidden", Result::eCategoryDefault));

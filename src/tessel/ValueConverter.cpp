@@ -1,8 +1,10 @@
 #include <tessel/ValueConverter.h>
 
+#include "LayoutFormat.h"
+#include "PlainNumber.h"
+
 #include <tessel/Assertion.h>
 #include <tessel/ValueInt32.h>
-#include <tessel/ValueIntegerConverter.h>
 
 #include <memory>
 #include <string_view>
@@ -13,57 +15,16 @@ namespace tsl
 namespace
 {
 
-constexpr std::size_t OPENING_LENGTH = 2; // of "${"
-constexpr std::size_t IDENTIFIER_LENGTH_MIN = 1;
-
 constexpr std::string_view ID_CLASS_NAME = "clsname";
 constexpr std::string_view ID_CLASS_ID = "clsid";
 constexpr std::string_view ID_NULL = "null";
-
-/// One `${...}` of a format.
-struct Replacement
-{
-    std::size_t iStart = std::string::npos; ///< of the "$"
-    std::size_t iEnd = std::string::npos;   ///< of the "}"
-
-    bool IsFound() const { return iStart != std::string::npos; }
-
-    bool IsClosed() const
-    {
-        return iEnd != std::string::npos && iEnd >= iStart + OPENING_LENGTH + IDENTIFIER_LENGTH_MIN;
-    }
-
-    ValueString GetIdentifier(std::string_view sFormat) const
-    {
-        std::size_t const iIdentifier = iStart + OPENING_LENGTH;
-        return ValueString(sFormat.substr(iIdentifier, iEnd - iIdentifier));
-    }
-};
-
-Replacement FindReplacement(std::string_view sFormat, std::size_t iFrom)
-{
-    // By plain loops: a format is so short that they are done before a search of the runtime's has begun.
-    Replacement oFound;
-    std::size_t i = iFrom;
-    while (i + 1 < sFormat.size() && !(sFormat[i] == '$' && sFormat[i + 1] == '{'))
-        ++i;
-    if (i + 1 >= sFormat.size())
-        return oFound;
-
-    oFound.iStart = i;
-    while (i < sFormat.size() && sFormat[i] != '}')
-        ++i;
-    if (i < sFormat.size())
-        oFound.iEnd = i;
-    return oFound;
-}
 
 bool BeginsWith(ValueString const & sText, std::string_view sHead)
 {
     return std::string_view(sText.s_str()).substr(0, sHead.size()) == sHead;
 }
 
-/// Cuts the head off the text; false if the text begins otherwise.
+/// Removes the head of the text; false if the text begins otherwise.
 bool CutHead(ValueString & sText, std::string_view sHead)
 {
     if (sHead.empty())
@@ -81,7 +42,7 @@ bool CutNullWord(ValueString & sText)
     if (!BeginsWith(sText, "false"))
         return false;
 
-    // One byte more than the word goes with it.
+    // The byte after the word is removed as well.
     sText.CutLeft(6);
     return true;
 }
@@ -89,12 +50,12 @@ bool CutNullWord(ValueString & sText)
 /// Whether the text is that of null. A null format that is null itself is an assertion failure.
 bool IsNullText(ValueString const & sText, ValueString const & sNullFormat)
 {
-    // Their lengths tell most texts apart.
+    // Most texts differ in length.
     bool const bMayBe = sNullFormat.IsNull() || sNullFormat.GetLength() == sText.GetLength();
     return bMayBe && sText == sNullFormat;
 }
 
-// The failures are made apart from the conversion, which would otherwise make room for their texts each time.
+// Failures are made out of line, to keep their callers small (R08).
 
 [[gnu::noinline, gnu::cold]] Result MakeBadData(char const * sText, int iLine = __builtin_LINE())
 {
@@ -114,8 +75,8 @@ bool IsNullText(ValueString const & sText, ValueString const & sNullFormat)
                                          + "\" wurde das Zeichen '}' nicht gefunden. ");
 }
 
-/// Appends the text of a value's class id, in the layout that is meant for inner numbers. A plain layout
-/// means itself: its null format may name the id, but a format that does would come back here without end.
+/// Appends the text of a value's class id, in the layout for inner numbers. A plain layout returns itself for
+/// them: its null format may contain the id, but a format that does would recurse without end.
 void AppendClassId(Value const & oValue, ValueString & sOut, ValueConverterLayout const & oLayout)
 {
     ValueInt32 const oId(static_cast<int>(oValue.GetClassDesc().GetClassId()));
@@ -131,7 +92,7 @@ bool IsStandard(std::string_view sIdentifier)
     return sIdentifier == ID_CLASS_NAME || sIdentifier == ID_CLASS_ID || sIdentifier == ID_NULL;
 }
 
-/// Cuts off what a standard identifier stands for.
+/// Removes the text of a standard identifier.
 Result CutStandard(ValueString & sText, Value const & oValue, ValueConverterLayout const & oLayout,
     std::string_view sIdentifier)
 {
@@ -166,6 +127,9 @@ void ValueConverter::ConvertToText(
         return;
     }
 
+    if (PlainNumber::IsPlanned(oLayout) && PlainNumber::Write(*this, oValue, sText, oLayout))
+        return;
+
     sText << oLayout.GetPrefix();
 
     std::string const & sFormat = (oValue.IsNull() ? oLayout.GetNullFormat() : oLayout.GetFormat()).s_str();
@@ -185,11 +149,12 @@ void ValueConverter::ConvertToText(
 
         sDone.append(sFormat, iRest, oNext.iStart - iRest);
         sReplacement.SetNull();
-        bool const bTaken = GetReplacement(oValue, oNext.GetIdentifier(sFormat), sReplacement, oLayout);
+        bool const bTaken =
+            GetReplacement(oValue, ValueString(oNext.GetIdentifier(sFormat)), sReplacement, oLayout);
         if (!sReplacement.IsNull())
             sDone += sReplacement.s_str();
 
-        // An identifier that was refused stays in the text, behind what came with the refusal.
+        // A refused identifier stays in the text, after the replacement that came with the refusal.
         iRest = bTaken ? oNext.iEnd + 1 : oNext.iEnd;
         if (!bTaken)
             sDone.append(sFormat, oNext.iStart, oNext.iEnd - oNext.iStart);
@@ -220,8 +185,8 @@ struct TSL_HIDDEN ValueConverter::Private
             if (!oNext.IsClosed())
                 return MakeFormatFailure(sFormat);
 
-            Result oResult =
-                oConverter.ConvertReplacement(sText, oValue, oLayout, oNext.GetIdentifier(sFormat));
+            Result oResult = oConverter.ConvertReplacement(
+                sText, oValue, oLayout, ValueString(oNext.GetIdentifier(sFormat)));
             if (oResult.IsError())
                 return oResult;
             oNext = FindReplacement(sFormat, oNext.iEnd);
@@ -242,6 +207,9 @@ Result ValueConverter::ConvertFromText(
         return Result();
     }
 
+    if (PlainNumber::IsPlanned(oLayout) && PlainNumber::Read(*this, sText.s_str(), oValue, oLayout))
+        return Result();
+
     ValueString sRest(sText);
     std::string const & sPrefix = oLayout.GetPrefix().s_str();
     if (!sPrefix.empty() && (sText.GetLength() <= sPrefix.size() || !CutHead(sRest, sPrefix)))
@@ -254,7 +222,7 @@ Result ValueConverter::ConvertFromText(
     std::string const & sPostfix = oLayout.GetPostfix().s_str();
     if (!sPostfix.empty())
     {
-        // The end is looked for in the whole text, while it is the front of the rest that is cut.
+        // The postfix is compared with the end of the whole text, but removed from the front of the rest.
         if (sRest.GetLength() < sPostfix.size() + sPrefix.size() || !sText.s_str().ends_with(sPostfix))
             return MakeBadData("Ungültiges Format. Geforderter Postfix nicht gefunden");
         sRest.CutLeft(static_cast<unsigned int>(sPostfix.size()));
@@ -290,7 +258,7 @@ Result ValueConverter::ConvertReplacement(ValueString & sText, Value & oValue,
             return oResult;
     }
 
-    // The value class is asked behind a standard identifier as well.
+    // The value class is called after a standard identifier as well.
     return DoConvertReplacement(sText, oValue, oLayout, sIdentifier);
 }
 

@@ -1,6 +1,7 @@
 #include <tessel/ValueConverterLayout.h>
 
 #include "LayoutFormat.h"
+#include "ReplacementFormat.h"
 
 #include <tessel/Assertion.h>
 
@@ -26,6 +27,24 @@ ValueConverterLayout::ValueConverterLayout(ValueString const & sFormat, ValueStr
 {
     if (!SetFormat(sFormat, sNullFormat))
         FailFormat("ValueConverterLayout", sFormat);
+}
+
+ValueConverterLayout::Private ValueConverterLayout::Private::MakePlan(std::string_view sFormat)
+{
+    Private oPlan;
+    Replacement const oOnly = FindReplacement(sFormat, 0);
+    if (!oOnly.IsFound() || !oOnly.IsClosed() || FindReplacement(sFormat, oOnly.iEnd).IsFound())
+        return oPlan;
+
+    std::string_view const sIdentifier = oOnly.GetIdentifier(sFormat);
+    oPlan.iPrecision = ReplacementFormat::GetBarePrecision(sIdentifier);
+    if (oPlan.iPrecision >= 0)
+        oPlan.cConversion = 'f';
+    else if (sIdentifier == "%d")
+        oPlan.cConversion = 'd';
+    oPlan.iStart = oOnly.iStart;
+    oPlan.iEnd = oOnly.iEnd + 1;
+    return oPlan;
 }
 
 template<>
@@ -61,6 +80,7 @@ bool ValueConverterLayout::SetFormat(ValueString const & sFormat, ValueString co
     ValueString sNewNullFormat(sNullFormat);
     m_sFormat = sFormat;
     m_sNullFormat = std::move(sNewNullFormat);
+    m_oPlan = m_sFormat.IsNull() ? Private() : Private::MakePlan(m_sFormat.s_str());
     return true;
 }
 

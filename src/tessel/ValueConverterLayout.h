@@ -5,6 +5,8 @@
 #include <tessel/Root.h>
 #include <tessel/ValueString.h>
 
+#include <string_view>
+
 namespace tsl
 {
 
@@ -53,10 +55,25 @@ protected:
     void DoCopy(Root const & oSource) override;
 
 private:
+    friend struct PlainNumber;
+
+    /// How to follow a format that is one plain number and literal text, parsed when the format is set (R08).
+    /// Any other format is parsed when it is used.
+    struct Private
+    {
+        TSL_HIDDEN static Private MakePlan(std::string_view sFormat);
+
+        char cConversion = '\0'; ///< 'd' for `%d`, 'f' for `%f`, `%.2f` and so on; 0 for any other kind
+        int iPrecision = 0;      ///< the decimal places for 'f'
+        std::size_t iStart = 0;  ///< of the replacement
+        std::size_t iEnd = 0;    ///< of the replacement
+    };
+
     ValueString m_sPrefix{""};
     ValueString m_sPostfix{""};
     ValueString m_sNullFormat{"NULL"};
     ValueString m_sFormat;
+    Private m_oPlan;
 };
 
 extern template ClassDescription const &
