@@ -132,7 +132,7 @@ TEST(ConverterIdentifiers, AreFormatsOfPrintf)
         EXPECT_EQ(GetText(ValueInt32(iNumber), TextLayout(sFormat)), sText) << sFormat;
 
     EXPECT_EQ(GetText(ValueString("ab%n"), TextLayout("${%s}")), "ab%n");
-    EXPECT_EQ(GetText(ValueString("abc"), TextLayout("${%-5.2s}|")), "ab   |");
+    EXPECT_EQ(GetText(ValueString("abc"), ValueStringConverterLayout("${%-5.2s}|")), "ab   |");
     EXPECT_EQ(GetText(ValueString("abc"), TextLayout("${%ls}")), "abc");
     EXPECT_EQ(GetText(ValueInt32(1), TextLayout("${%3998d}")).size(), 3998u);
     EXPECT_EQ(GetText(ValueString(std::string(3998, 'x')), TextLayout("${%s}")).size(), 3998u);

@@ -1,6 +1,7 @@
 #include <tessel/ValueStringConverter.h>
 
 #include "LastingObject.h"
+#include "LayoutFormat.h"
 #include "ReplacementFormat.h"
 #include "ValueCast.h"
 
@@ -14,10 +15,15 @@ constexpr ClassSource CLASS_SOURCE<ValueStringConverterLayout>{};
 template ClassDescription const &
 Described<ValueStringConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that only the library has the vtable and the type record of the class.
 ValueStringConverterLayout::~ValueStringConverterLayout() = default;
 
-ValueStringConverterLayout::ValueStringConverterLayout() : Described("${%s}") {}
+ValueStringConverterLayout::ValueStringConverterLayout() : ValueStringConverterLayout("${%s}") {}
+
+ValueStringConverterLayout::ValueStringConverterLayout(ValueString const & sFormat)
+{
+    DemandFormat(*this, sFormat, "ValueStringConverterLayout");
+}
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueStringConverter>{};

@@ -8,12 +8,16 @@
 namespace tsl
 {
 
-/// The layout of a ValueString; the format is "${%s}".
+/// The layout of a ValueString; the default format is "${%s}".
 class TSL_EXPORT ValueStringConverterLayout
     : public Described<ValueStringConverterLayout, ValueConverterLayout>
 {
 public:
     ValueStringConverterLayout();
+
+    /// Another format. One that SetFormat refuses is an assertion failure.
+    explicit ValueStringConverterLayout(ValueString const & sFormat);
+
     ~ValueStringConverterLayout() override;
 };
 
