@@ -8,8 +8,13 @@
 namespace tsl
 {
 
-/// The layout of a NamedValue; the default format is "${name} ${value}". Name and value take the layouts
+/// The layout of a NamedValue; the default format is "${name} ${value}". Name and value have the layouts
 /// that were added for their classes.
+///
+///     tsl::NamedValueConverterLayout oLayout("${name}=${value}");
+///     oLayout.AddLayout(new tsl::ValueIntegerConverterLayout("${%03d}")); // NamedValue("n", 5): "n=005"
+///
+/// Threads and ownership: as ValueConverterLayoutCollection.
 class TSL_EXPORT NamedValueConverterLayout
     : public Described<NamedValueConverterLayout, ValueConverterLayoutCollection>
 {
@@ -22,8 +27,10 @@ public:
 extern template ClassDescription const &
 Described<NamedValueConverterLayout, ValueConverterLayoutCollection>::GetStaticClassDesc();
 
-/// The text form of NamedValue, with the identifiers "name" and "value"; the others are not known.
-/// "value" without a value is an assertion failure, and so is reading a replacement.
+/// The text form of NamedValue, with the identifiers "name" and "value"; others are unknown. "value"
+/// without a value is an assertion failure, and so is reading a replacement.
+///
+/// Threads: any. The library owns its one converter; see NamedValue::GetConverter.
 class TSL_EXPORT NamedValueConverter : public Described<NamedValueConverter, ValueConverter>
 {
 public:

@@ -13,7 +13,7 @@ constexpr ClassSource CLASS_SOURCE<ResultConverterLayout>{};
 template ClassDescription const &
 Described<ResultConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that only the library has the vtable and the type record of the class.
 ResultConverterLayout::~ResultConverterLayout() = default;
 
 ResultConverterLayout::ResultConverterLayout()
@@ -51,7 +51,7 @@ bool ResultConverter::DoGetReplacement(Value const & oValue, ValueString const &
     else if (sIdentifier == "File")
         sOut << oResult.GetSourceFile();
 
-    // An identifier that is not known stands for the empty text.
+    // An unknown identifier gives the empty text.
     return true;
 }
 

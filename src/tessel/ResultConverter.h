@@ -9,6 +9,10 @@ namespace tsl
 {
 
 /// The layout of a Result; the default format is "Number=${No},Text=${Text},File=${File},Line=${Line}".
+///
+///     tsl::ResultConverterLayout const oLayout("${Text} (${No})"); // "Not found. (5)"
+///
+/// Threads and ownership: as ValueConverterLayout.
 class TSL_EXPORT ResultConverterLayout : public Described<ResultConverterLayout, ValueConverterLayout>
 {
 public:
@@ -23,8 +27,10 @@ public:
 extern template ClassDescription const &
 Described<ResultConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-/// The text form of Result, with the identifiers "No", "Text", "Line" and "File"; any other stands for
-/// the empty text. Category, cause and history do not show. Reading a replacement fails with code 3.
+/// The text form of Result, with the identifiers "No", "Text", "Line" and "File"; any other gives
+/// the empty text. Category, cause and history are not shown. Reading a replacement fails with code 3.
+///
+/// Threads: any. The library owns its one converter; see Result::GetConverter.
 class TSL_EXPORT ResultConverter : public Described<ResultConverter, ValueConverter>
 {
 public:

@@ -9,8 +9,13 @@ namespace tsl
 
 class String;
 
-/// Puts a text into its normal form, as its flags say. Read-only once it is made, so any thread may use
-/// it.
+/// Puts a text into its normal form, as its flags say.
+///
+///     tsl::String sName("  Ann ");
+///     tsl::StringFormator(tsl::StringFormator::eLower).Format(sName, sName);
+///
+/// Threads: any, since nothing changes it. Ownership: it keeps no text; String::GetFormator returns a
+/// reference to one that the library, or the derived class of the text, owns.
 class TSL_EXPORT StringFormator : public Described<StringFormator, Root>
 {
 public:
@@ -23,6 +28,7 @@ public:
         eTrimRight = 8
     };
 
+    /// A combination of the flags above; 0 changes nothing.
     StringFormator(int iFlags = 0) : m_iFlags(iFlags) {}
     StringFormator(StringFormator const & oSource) = default;
     StringFormator & operator=(StringFormator const & oSource) = default;

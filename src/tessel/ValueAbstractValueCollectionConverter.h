@@ -8,10 +8,16 @@
 namespace tsl
 {
 
-/// The layout of a collection of values; the default format is "${dump}". The elements take the layouts
-/// that were added for their classes; separator, opening and closing text stand around them.
+/// The layout of a collection of values; the default format is "${dump}". The elements have the layouts
+/// that were added for their classes.
 ///
-/// The class counts as abstract, so that Root::GetCopy cannot make one; the copy constructor can.
+///     tsl::ValueAbstractValueCollectionConverterLayout oLayout;
+///     oLayout.SetCollPrePostfix("[", "]");
+///     oLayout.SetSeparator("; "); // 1, 2, 3 become "[1; 2; 3]"
+///
+/// The class is described as abstract, so that Root::GetCopy cannot make one; the copy constructor can.
+///
+/// Threads and ownership: as ValueConverterLayoutCollection.
 class TSL_EXPORT ValueAbstractValueCollectionConverterLayout
     : public Described<ValueAbstractValueCollectionConverterLayout, ValueConverterLayoutCollection,
           ClassDescription::eAbstract>
@@ -25,8 +31,10 @@ public:
 extern template ClassDescription const & Described<ValueAbstractValueCollectionConverterLayout,
     ValueConverterLayoutCollection, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-/// The text form of a collection. The identifier "dump" stands for all elements, as in "(1,2,3)"; it is
-/// known only with a collection layout, and no other is. Reading a replacement is an assertion failure.
+/// The text form of a collection. The one identifier is "dump", all elements as in "(1,2,3)"; it needs a
+/// collection layout. Reading a replacement is an assertion failure.
+///
+/// Threads: any. The library owns its one converter; see ValueAbstractValueCollection::GetConverter.
 class TSL_EXPORT ValueAbstractValueCollectionConverter
     : public Described<ValueAbstractValueCollectionConverter, ValueConverter>
 {

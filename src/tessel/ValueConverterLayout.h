@@ -10,18 +10,25 @@
 namespace tsl
 {
 
-/// The data that shapes a value's text: a format with `${...}` replacements, the text that stands for
-/// null, and a prefix and a postfix around either.
+/// The data that shapes a value's text: a format with `${...}` replacements, a null format for null
+/// values, and a prefix and a postfix around either. Each value class has a layout class of its own.
 ///
-/// The syntax of a format is not checked here; ValueConverter finds a bad one when it walks it. Any
-/// number of threads may convert with a layout as long as nobody changes it.
+///     tsl::ValueFloatConverterLayout oLayout("${%.2f}");
+///     oLayout.SetPostfix(" m");
+///     tsl::ValueString sText;
+///     oWidth.GetConverter().ConvertToText(oWidth, sText, oLayout);
+///
+/// The syntax of a format is not checked here; ValueConverter reports a bad one when it is used.
+///
+/// Threads: any number of threads may convert with a layout as long as nobody changes it. Ownership: a
+/// layout copies its texts; the caller keeps it for the time of a conversion.
 class TSL_EXPORT ValueConverterLayout
     : public Described<ValueConverterLayout, Root, ClassDescription::eAbstract>
 {
 public:
     ~ValueConverterLayout() override = default;
 
-    /// Whether the layout takes these texts. The base takes all.
+    /// Whether the layout accepts these texts. The base accepts all.
     virtual bool VerifyFormat(ValueString const & sFormat, ValueString const & sNullFormat) const;
 
     /// The layout for a value inside the value that this layout is for; the base returns itself.
@@ -32,16 +39,17 @@ public:
     ValueString const & GetPrefix() const { return m_sPrefix; }
     ValueString const & GetPostfix() const { return m_sPostfix; }
 
-    /// Take the texts if VerifyFormat does; otherwise the answer is false and nothing changes.
+    /// Sets the texts, with effect from the next conversion. False if VerifyFormat refuses them; nothing
+    /// changes then.
     bool SetFormat(ValueString const & sFormat);
     bool SetFormat(ValueString const & sFormat, ValueString const & sNullFormat);
 
+    /// The texts around the format and the null format, both empty at first.
     void SetPrefix(ValueString const & sPrefix) { m_sPrefix = sPrefix; }
     void SetPostfix(ValueString const & sPostfix) { m_sPostfix = sPostfix; }
 
 protected:
-    /// Without a format; a layout cannot convert until it has one. Null format "NULL", no prefix or
-    /// postfix.
+    /// Without a format; a layout cannot convert until it has one. The null format is "NULL".
     ValueConverterLayout() = default;
 
     /// A format that VerifyFormat refuses is an assertion failure.

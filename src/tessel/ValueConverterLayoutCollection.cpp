@@ -16,7 +16,7 @@ struct TSL_HIDDEN ValueConverterLayoutCollection::Private
     ValueString sCollPrefix{"("};
     ValueString sCollPostfix{")"};
 
-    // The latest stands in front.
+    // The latest is the first.
     std::list<std::unique_ptr<ValueConverterLayout>> oLayouts;
 
     auto FindLayout(ClassDescription const & oClass)

@@ -9,11 +9,16 @@
 namespace tsl
 {
 
-/// The layout of a value that holds other values: a separator, an opening and a closing text for a list,
-/// and a layout for each kind of inner value that is to look other than by default.
+/// The layout of a value that contains other values: a separator, an opening and a closing text for a
+/// list, and a layout for each kind of inner value that is not to have its default layout.
 ///
-/// The layouts are found by their own class: a ValueIntegerConverterLayout serves every inner value whose
-/// default layout is one. The collection owns them, at most one per class.
+///     tsl::NamedValueConverterLayout oLayout("${name}=${value}");
+///     oLayout.AddLayout(new tsl::ValueFloatConverterLayout("${%.2f}"));
+///
+/// The layouts are looked up by their own class: a ValueIntegerConverterLayout serves every inner value
+/// whose default layout is one.
+///
+/// Threads: as ValueConverterLayout. Ownership: the collection owns its layouts, at most one per class.
 class TSL_EXPORT ValueConverterLayoutCollection
     : public Described<ValueConverterLayoutCollection, ValueConverterLayout, ClassDescription::eAbstract>
 {
@@ -23,26 +28,26 @@ public:
 
     ~ValueConverterLayoutCollection() override;
 
-    /// The added layout of the class that the value's default layout has; else that default layout.
+    /// The added layout whose class is that of the value's default layout; else that default layout.
     ValueConverterLayout const & GetSuitableLayout(Value const & oValue) const override;
 
     /// The text between two elements, "," at first.
     ValueString const & GetSeparator() const;
     void SetSeparator(ValueString const & sSeparator);
 
-    /// The texts before the first and behind the last element, "(" and ")" at first.
+    /// The texts before the first and after the last element, "(" and ")" at first.
     ValueString const & GetCollPrefix() const;
     ValueString const & GetCollPostfix() const;
     void SetCollPrePostfix(ValueString const & sPrefix, ValueString const & sPostfix);
 
-    /// Takes the layout over. An earlier one of its class is deleted. Null is an assertion failure; a
-    /// layout that is in the collection already stays.
+    /// Takes ownership of the layout and deletes an earlier one of its class. Null is an assertion
+    /// failure; a layout that is in the collection already stays.
     void AddLayout(ValueConverterLayout * pLayout);
 
 protected:
     ValueConverterLayoutCollection();
 
-    /// Texts that VerifyFormat refuses are not taken, without a report.
+    /// Texts that VerifyFormat refuses are ignored, without a report.
     explicit ValueConverterLayoutCollection(ValueString const & sFormat);
     ValueConverterLayoutCollection(ValueString const & sFormat, ValueString const & sNullFormat);
 

@@ -18,7 +18,7 @@ constexpr ClassSource CLASS_SOURCE<ValueDateTimeConverterLayout>{};
 template ClassDescription const &
 Described<ValueDateTimeConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that only the library has the vtable and the type record of the class.
 ValueDateTimeConverterLayout::~ValueDateTimeConverterLayout() = default;
 
 template<>

@@ -8,7 +8,9 @@
 namespace tsl
 {
 
-/// The layout of a ValueDateTime; the default format is "${%d}".
+/// The layout of a ValueDateTime; the default format is "${%d}", which gives the empty text.
+///
+/// Threads and ownership: as ValueConverterLayout.
 class TSL_EXPORT ValueDateTimeConverterLayout
     : public Described<ValueDateTimeConverterLayout, ValueConverterLayout>
 {
@@ -24,8 +26,14 @@ public:
 extern template ClassDescription const &
 Described<ValueDateTimeConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-/// The text form of ValueDateTime, which shows nothing of the moment: every identifier stands for the
-/// empty text. Reading a replacement fails with code 2.
+/// The text form of ValueDateTime, which shows nothing of the moment: every identifier but the standard
+/// ones gives the empty text. Reading a replacement fails with code 2. For a text of the moment, use
+/// the value's own operation:
+///
+///     tsl::String sText;
+///     oMoment.Format("%Y-%m-%d", sText, tsl::TimeZone::GetLocal());
+///
+/// Threads: any. The library owns its one converter; see ValueDateTime::GetConverter.
 class TSL_EXPORT ValueDateTimeConverter : public Described<ValueDateTimeConverter, ValueConverter>
 {
 public:

@@ -61,7 +61,7 @@ constexpr ClassSource CLASS_SOURCE<ValueIntegerConverterLayout>{};
 template ClassDescription const &
 Described<ValueIntegerConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that only the library has the vtable and the type record of the class.
 ValueIntegerConverterLayout::~ValueIntegerConverterLayout() = default;
 
 ValueIntegerConverterLayout::ValueIntegerConverterLayout() : ValueIntegerConverterLayout("${%d}") {}

@@ -9,6 +9,10 @@ namespace tsl
 {
 
 /// The layout of a ValueInt32; the default format is "${%d}".
+///
+///     tsl::ValueIntegerConverterLayout const oLayout("${%05d}"); // 42 becomes "00042"
+///
+/// Threads and ownership: as ValueConverterLayout.
 class TSL_EXPORT ValueIntegerConverterLayout
     : public Described<ValueIntegerConverterLayout, ValueConverterLayout>
 {
@@ -26,12 +30,14 @@ Described<ValueIntegerConverterLayout, ValueConverterLayout>::GetStaticClassDesc
 
 /// Text and back for ValueInt32.
 ///
-/// Written is every identifier that is a printf format for an int: text, `%%`, and at most one conversion
-/// of `d i u x X o c` with flags, width and precision of at most 3,998; length modifiers h and l are
-/// dropped. Any other is an assertion failure that names the format.
+/// Writing: an identifier is a printf format for an int: text, `%%`, and at most one conversion of
+/// `d i u x X o c` with flags, width and precision of at most 3,998; length modifiers h and l are dropped.
+/// Any other is an assertion failure that names the format.
 ///
-/// Read is the identifier "%d" alone, from the whole of the remaining text: blanks, a sign, 1 to 10
-/// digits, blanks. Failures have code 2.
+/// Reading: only the identifier "%d", from the whole of the remaining text: white space, a sign, 1 to 10
+/// digits, white space. Failures have code 2.
+///
+/// Threads: any. The library owns its one converter; see ValueInt32::GetConverter.
 class TSL_EXPORT ValueIntegerConverter : public Described<ValueIntegerConverter, ValueConverter>
 {
 public:

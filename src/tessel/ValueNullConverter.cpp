@@ -12,7 +12,7 @@ constexpr ClassSource CLASS_SOURCE<ValueNullConverterLayout>{};
 template ClassDescription const &
 Described<ValueNullConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-// Not inline, so that the table and the type record of the class are in the library alone.
+// Out of line, so that only the library has the vtable and the type record of the class.
 ValueNullConverterLayout::~ValueNullConverterLayout() = default;
 
 ValueNullConverterLayout::ValueNullConverterLayout() : Described("") {}

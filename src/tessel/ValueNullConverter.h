@@ -8,7 +8,10 @@
 namespace tsl
 {
 
-/// The layout of a ValueNull: the empty format; what is written is the null format.
+/// The layout of a ValueNull. The format is empty; since the value is always null, its text is the null
+/// format, "NULL".
+///
+/// Threads and ownership: as ValueConverterLayout.
 class TSL_EXPORT ValueNullConverterLayout : public Described<ValueNullConverterLayout, ValueConverterLayout>
 {
 public:
@@ -19,7 +22,11 @@ public:
 extern template ClassDescription const &
 Described<ValueNullConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-/// The text form of ValueNull. It knows no identifier, and reading a replacement is an assertion failure.
+/// The text form of ValueNull: `tsl::ValueNull::Null().AddAsString(sText)` appends "NULL".
+///
+/// It knows no identifier, and reading a replacement is an assertion failure.
+///
+/// Threads: any. The library owns its one converter; see ValueNull::GetConverter.
 class TSL_EXPORT ValueNullConverter : public Described<ValueNullConverter, ValueConverter>
 {
 public:

@@ -9,6 +9,10 @@ namespace tsl
 {
 
 /// The layout of a ValueString; the default format is "${%s}".
+///
+///     tsl::ValueStringConverterLayout const oLayout("${%-20s}|"); // padded to 20 bytes
+///
+/// Threads and ownership: as ValueConverterLayout.
 class TSL_EXPORT ValueStringConverterLayout
     : public Described<ValueStringConverterLayout, ValueConverterLayout>
 {
@@ -24,12 +28,15 @@ public:
 extern template ClassDescription const &
 Described<ValueStringConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
-/// The text form of ValueString. A ValueString cannot be read from text, except for the null format.
+/// The text form of ValueString.
 ///
-/// Every identifier that is a printf format for a text is taken: text, `%%`, and at most one `%s` with
-/// flags, width and precision of at most 3,998. Any other is an assertion failure that names the format,
-/// and so are a null value and a replacement of more than 3,998 bytes. Reading a replacement is an
-/// assertion failure.
+/// Writing: an identifier is a printf format for a text: text, `%%`, and at most one `%s` with flags, width
+/// and precision of at most 3,998. Any other is an assertion failure that names the format, and so are a
+/// null value and a replacement of more than 3,998 bytes.
+///
+/// Reading: only the null format. A replacement is an assertion failure.
+///
+/// Threads: any. The library owns its one converter; see ValueString::GetConverter.
 class TSL_EXPORT ValueStringConverter : public Described<ValueStringConverter, ValueConverter>
 {
 public:
