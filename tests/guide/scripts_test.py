@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
-"""Tests what blocks.py makes of pages."""
+"""Tests what the scripts make of pages and of sources."""
 
 import unittest
 
 import blocks
+import failures
+import texts
 
 PAGE = """\
 # A page
@@ -78,6 +80,44 @@ class Outputs(unittest.TestCase):
                 ("a\n...\nb\n", "a\n1\n2\nb\n", True), ("a\n...\nb\n", "a\nb\n", True),
                 ("a\n...\nb\n", "a\n1\n2\n", False)):
             self.assertEqual(blocks.matches(expected, printed), alike, (expected, printed))
+
+
+SOURCE = """\
+#include "no text here"
+// "nor is this one"
+static_assert(true, "Nor this one.");
+void f()
+{
+    Trace("Task", [&] { String s("Task has text"); return s + ' ' + "in two"; });
+    if (x) // a comment
+        return MakeResult(ERR::eNotFound, "Could not "
+                                          "find '" + s + "'.");
+    XAssertionFailed("x > 0", "Wrong \\"x\\"");
+    XAssertionFailed("y > 0", "");
+    XAssertionFailed("z > 0", sText);
+    Print("Two words", "one", R"(A help text)");
+}
+"""
+PAGE_OF_FAILURES = """\
+| `Could not find '...'.` | 5 | `a` | means | do |
+| `Wrong "x"` | 6 | `a` | means | do |
+| `y > 0` | 6 | `a` | means | do |
+| `Two words` | - | `a` | means | do |
+"""
+
+
+class Failures(unittest.TestCase):
+    def test_are_found_in_the_sources(self):
+        self.assertEqual([(text.text, text.code) for text in texts.find_texts(SOURCE) if text.needed],
+            [("Could not find '", 5), ('Wrong "x"', 6), ("y > 0", 6), ("Two words", None)])
+
+    def test_are_those_of_the_page(self):
+        for old, new, mistakes in (("", "", 0), ("find", "see", 2), ("| 5 |", "| 4 |", 1), ("| `y > 0`", "", 1),
+                ("`a` | means | do |\n| `Two", "`b` | means | do |\n| `Two", 2),
+                ("means", "", 1), ("Two words", "Two words more", 1)):
+            page = PAGE_OF_FAILURES.replace(old, new, 1)
+            found = failures.compare(failures.read_rows(page), {"a": texts.find_texts(SOURCE)})
+            self.assertEqual(len(found), mistakes, (new, found))
 
 
 if __name__ == "__main__":
