@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compiles and runs what a page of the guide shows, and compares what it prints with the page:
+"""Compiles and runs what a page of the guide shows, compares what it prints with the page, and looks up its links:
 
     check.py PAGE --work FOLDER --build BUILD-FOLDER --source SOURCE-FOLDER -- COMPILER FLAG...
 
@@ -11,6 +11,7 @@ import argparse
 import concurrent.futures
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -61,10 +62,10 @@ int main(int, char ** ppArguments)
 
 class Page:
     def __init__(self, arguments):
-        self.path = pathlib.Path(arguments.page)
-        self.work = pathlib.Path(arguments.work)
-        self.build = pathlib.Path(arguments.build)
-        self.source = pathlib.Path(arguments.source)
+        self.path = pathlib.Path(arguments.page).resolve()
+        self.work = pathlib.Path(arguments.work).resolve()
+        self.build = pathlib.Path(arguments.build).resolve()
+        self.source = pathlib.Path(arguments.source).resolve()
         self.compiler = arguments.compiler
         self.blocks = blocks.read_page(self.path)
         self.failures = []
@@ -75,11 +76,20 @@ class Page:
         self.bin = self.work / "bin"
         self.code.mkdir(parents=True)
         self.bin.mkdir()
+        self.check_links()
         self.write_code()
         self.compile_all()
         if not self.failures:
             self.run_all()
         return self.failures
+
+    def check_links(self):
+        text = re.sub(r"```.*?```", "", self.path.read_text(encoding="utf-8"), flags=re.DOTALL)
+        links = set(re.findall(r"\]\((?!https?:)([^)#\s]+)", text))
+        self.failures += [f"there is no {link}" for link in sorted(links) if not (self.path.parent / link).exists()]
+        if self.path.name == "index.md":
+            pages = {page.name for page in self.path.parent.glob("*.md")} - {"index.md"}
+            self.failures += [f"the index lacks {page}" for page in sorted(pages - links)]
 
     def write_code(self):
         self.programs = {}  # name of the source file, libraries
@@ -106,7 +116,7 @@ class Page:
                 text += "\n" + place + block.text
             elif block.kind == "statements":
                 names.append(f"Statements{len(names)}")
-                text += f"\nstatic tsl::Result {names[-1]}()\n{{\n{place}{block.text}    return {{}};\n}}\n"
+                text += f"\nstatic tsl::Result {names[-1]}()\n{{\n{place}{block.text}return {{}};\n}}\n"
         return text + f"\nstatic tsl::Result (*const aStatements[])() = {{{', '.join(names)}}};\n" + MAIN
 
     def compile_all(self):

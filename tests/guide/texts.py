@@ -99,6 +99,6 @@ def get_named_code(code):
 
 
 def get_pieces(text):
-    """The parts of a text that are always the same, without blanks and line ends at their ends."""
+    """The parts of a text that are always the same, without blanks at their ends and colons at their beginnings."""
     pieces = re.split(r"%(?:\.\*)?[a-z]+|\.\.\.|\n", text)
-    return [piece.strip() for piece in pieces if piece.strip()]
+    return [piece.strip().lstrip(": ") for piece in pieces if piece.strip(": ")]
