@@ -139,8 +139,9 @@ def read_commands(text):
 
 
 # What differs from run to run, and blanks at the end of a line, and what takes their place in both texts before they
-# are compared.
+# are compared. The leak checker of a sanitizer has a remark where a thread was killed.
 VARYING = (
+    (re.compile(r"^==\d+==Running thread \d+ was not suspended.*\n", re.MULTILINE), ""),
     (re.compile(r"[ \t]+$", re.MULTILINE), ""),
     (re.compile(r"\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d"), "<time>"),
     (re.compile(r"<time> \d+ \d+ DEB"), "<time> <process> <thread> DEB"),
