@@ -22,7 +22,7 @@ ValueStringConverterLayout::ValueStringConverterLayout() : ValueStringConverterL
 
 ValueStringConverterLayout::ValueStringConverterLayout(ValueString const & sFormat)
 {
-    DemandFormat(*this, sFormat, "ValueStringConverterLayout");
+    SetFormatOrFail(*this, sFormat, "ValueStringConverterLayout");
 }
 
 template<>
