@@ -185,12 +185,6 @@ TEST(TaskVariables, OutliveTheTask)
     EXPECT_EQ(sLocal, "11l11l12ll");
 }
 
-TEST(TaskContextMemory, IsThatOfTasksThatWereThereBefore)
-{
-    // A sanitizer is to see the end of every task.
-    EXPECT_EQ(TestProgram("Allocations").Run({"transitions"}).sOutput, *TESSEL_SANITIZE ? "2\n" : "0\n");
-}
-
 TEST(TaskContextCopies, ShareTheMachineAndAllElse)
 {
     int iSteps = 0;

@@ -97,25 +97,6 @@ void CountVariables()
         Count([&] { return fUse(2, "fifteen letters"); });
 }
 
-/// Steps with a transition each, after both tasks were there.
-void CountTransitions()
-{
-    bool bSwitch = false;
-    auto const fSwitchOnce = [&](tsltest::OpenTask &)
-    {
-        bSwitch = !bSwitch;
-        return bSwitch ? 0 : tsl::Task::TR_REMAIN;
-    };
-    tsltest::OpenContext oContext(new tsltest::OneTaskMachine(fSwitchOnce));
-    auto const fStep = [&]
-    {
-        oContext.Process();
-        return !bSwitch;
-    };
-    if (fStep() && fStep())
-        Count([&] { return fStep() && fStep(); });
-}
-
 } // namespace
 
 int main(int iCount, char ** pArguments)
@@ -125,7 +106,6 @@ int main(int iCount, char ** pArguments)
         {"results", &CountResults},
         {"matches", &CountMatches},
         {"variables", &CountVariables},
-        {"transitions", &CountTransitions},
     };
     for (auto const & [sName, fCount] : aAreas)
         if (sArea == sName)
