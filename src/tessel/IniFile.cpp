@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -56,11 +55,14 @@ Result ReadChapters(IniLineReader & oReader, String const & sName, IniChapters &
 bool ParseInt32(std::string_view sText, int & iValue)
 {
     int iNumber = 0;
-    if (std::from_chars(sText.data(), sText.data() + sText.size(), iNumber).ec != std::errc())
+    char const * const pEnd = sText.data() + sText.size();
+    auto const oRead = std::from_chars(sText.data(), pEnd, iNumber);
+    if (oRead.ec != std::errc() || oRead.ptr != pEnd)
         return false;
-    char aWritten[16];
-    auto const oEnd = std::to_chars(std::begin(aWritten), std::end(aWritten), iNumber);
-    if (std::string_view(aWritten, static_cast<std::size_t>(oEnd.ptr - aWritten)) != sText)
+
+    // No number but 0 is written with a zero in front.
+    char const cFirstDigit = sText.front() == '-' ? sText[1] : sText[0];
+    if (cFirstDigit == '0' && sText != "0")
         return false;
 
     iValue = iNumber;

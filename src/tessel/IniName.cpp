@@ -41,7 +41,7 @@ public:
         if (s.IsEmpty())
             return MakeResult(
                 ERR::eBadData, "The name must contain at least 1 character.", Result::eCategoryFault);
-        if (!std::all_of(s.s_str().begin(), s.s_str().end(), [](char c) { return NAME_BYTES.Has(c); }))
+        if (!IniName::IsName(s.s_str()))
             return MakeResult(
                 ERR::eBadData, "The name may only contain alphanumeric characters.", Result::eCategoryFault);
         return Result();
@@ -59,6 +59,12 @@ public:
 IniName::IniName(std::string_view sText) : String(sText)
 {
     Formate();
+}
+
+bool IniName::IsName(std::string_view sText)
+{
+    return !sText.empty()
+           && std::all_of(sText.begin(), sText.end(), [](char c) { return NAME_BYTES.Has(c); });
 }
 
 StringValidator const & IniName::GetValidator() const

@@ -14,6 +14,9 @@ class IniName : public String
 public:
     explicit IniName(std::string_view sText);
 
+    /// Whether a text without white space around it is a name.
+    static bool IsName(std::string_view sText);
+
     /// The validator: code 2, category 2 for an empty name and for one with other characters.
     StringValidator const & GetValidator() const override;
 

@@ -56,12 +56,13 @@ Result IniParser::ParseKey(std::string_view sLine)
     if (iEqual == std::string_view::npos)
         return MakeResult(ERR::eBadData, "Syntax error: Token '=' expected.", Result::eCategoryFault);
 
-    KeyName const sName(sLine.substr(0, iEqual));
-    if (Result const oCause = sName.Validate(); oCause.IsError())
-        return MakeResult(ERR::eBadData, "Syntax error: Name of key invalid.", oCause);
-    if (!m_pChapter->Add(sName.s_str(), Trimmed(sLine.substr(iEqual + 1))))
+    // Only a name that is refused is copied (R07).
+    std::string_view const sName = Trimmed(sLine.substr(0, iEqual));
+    if (!IniName::IsName(sName))
+        return MakeResult(ERR::eBadData, "Syntax error: Name of key invalid.", KeyName(sName).Validate());
+    if (!m_pChapter->Add(sName, Trimmed(sLine.substr(iEqual + 1))))
         return MakeResult(ERR::eBadData,
-            String("Syntax error: Key '") + sName + "' already exists in this Chapter.",
+            String("Syntax error: Key '") + String(sName) + "' already exists in this Chapter.",
             Result::eCategoryFault);
 
     m_bKey = true;
