@@ -38,7 +38,7 @@ bool IniLineReader::Read(std::string_view & sLine)
         return false; // an incomplete line
 
     m_sRest.remove_prefix(sPiece.size());
-    sLine = sPiece.substr(0, sPiece.find('\0'));
+    sLine = m_bZero ? sPiece.substr(0, sPiece.find('\0')) : sPiece;
     return !sPiece.empty();
 }
 
@@ -59,6 +59,7 @@ void IniLineReader::Fill()
         iCount += iRead;
     }
     m_sRest = std::string_view(m_aBuffer.get(), iCount);
+    m_bZero = m_sRest.find('\0') != std::string_view::npos;
 }
 
 } // namespace tsl

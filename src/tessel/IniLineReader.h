@@ -39,6 +39,7 @@ private:
     std::unique_ptr<char[]> m_aBuffer;
     std::string_view m_sRest; // the part of the buffer that Read has not returned yet
     std::uint64_t m_iLeft;    // bytes that may still be read
+    bool m_bZero = false;     // a zero byte is in the buffer; else no line is searched for one (R07)
     bool m_bEnd = false;
     bool m_bFailed = false;
 };
