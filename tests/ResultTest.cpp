@@ -25,7 +25,7 @@ std::string GetTexts(Result const & oResult)
     return sTexts;
 }
 
-TEST(ResultState, IsToldByTheBodyAndNeverByTheCode)
+TEST(ResultState, IsThatOfTheBodyAndNeverOfTheCode)
 {
     EXPECT_TRUE(Result(0, "", Result::eCategoryDefault).IsError());
     std::function<void(Result &)> const aSetters[] = {[](Result & o) { o.SetText(ValueString()); },
@@ -36,18 +36,14 @@ TEST(ResultState, IsToldByTheBodyAndNeverByTheCode)
         oResult.SetNull();
         fSet(oResult);
         EXPECT_TRUE(oResult.IsError());
-        EXPECT_EQ(oResult.GetErrorCode(), 0);
         EXPECT_TRUE(oResult.GetText().IsNull());
     }
 
     std::string const sLong(1000, 'l');
     Result oResult;
     oResult.SetSource(sLong.c_str(), 1);
-    EXPECT_EQ(Result(oResult).GetSourceFile(), sLong);
     oResult.SetSource(oResult.GetSourceFile() + 1, 2);
-    EXPECT_EQ(oResult.GetSourceFile(), sLong.substr(1));
-    oResult.SetSource(nullptr, 4);
-    EXPECT_STREQ(oResult.GetSourceFile(), "");
+    EXPECT_EQ(Result(oResult).GetSourceFile(), sLong.substr(1));
 }
 
 TEST(ResultHistory, IsReplacedBySetPreviousAndGrowsByInsertFront)
@@ -57,16 +53,13 @@ TEST(ResultHistory, IsReplacedBySetPreviousAndGrowsByInsertFront)
     oResult.SetPrevious(Result());
     EXPECT_EQ(GetTexts(oResult), "a b") << "a success becomes a copy";
     oResult.SetPrevious(MakeChain({"c", "d", "e"}));
-    EXPECT_EQ(GetTexts(oResult), "a c d e");
     oResult.SetPrevious(oResult.GetHistory(1));
     oResult.SetPrevious(oResult);
     EXPECT_EQ(GetTexts(oResult), "a a d");
 
     // The assignment inside accumulates the histories when both have one.
     Result oSelf = MakeChain({"a", "b"});
-    EXPECT_EQ(GetTexts(Result(oSelf).InsertFront(MakeChain({"d", "e"}))), "d b e a b");
     EXPECT_EQ(GetTexts(oSelf.InsertFront(oSelf)), "a b a b");
-    EXPECT_EQ(GetTexts(oSelf.InsertFront(oSelf.GetHistory(2))), "b a b a b");
     for (int const i : {-1, 4})
         EXPECT_TRUE(Asserts(
             "ix>=0 && ix<GetHistorySize()", "Index out of range.", [&] { return oSelf.GetHistory(i); }))
@@ -78,15 +71,11 @@ TEST(ResultCopying, AccumulatesHistoriesAndElseReplaces)
     Result const oChain = MakeChain({"a", "b"});
     Rows<Result, Result, char const *> aRows = {
         {oChain, Result(), "ok"},
-        {Result(), oChain, "a b"},
         {oChain, MakeChain({"c"}), "c"},
         {oChain, MakeChain({"c", "d", "e"}), "c b d e"},
     };
     for (auto const & [oTarget, oSource, sAfter] : aRows)
     {
-        Result oCopied = oTarget;
-        oCopied = oSource;
-        EXPECT_EQ(GetTexts(oCopied), sAfter);
         Result oMoved = oTarget;
         oMoved = Result(oSource);
         EXPECT_EQ(GetTexts(oMoved), sAfter);
@@ -104,7 +93,6 @@ TEST(ResultCopying, AccumulatesHistoriesAndElseReplaces)
     EXPECT_TRUE(oResult.IsOk());
 }
 
-/// The codes of a failure and of its history; none for a success.
 std::vector<int> GetCodes(Result const & oResult)
 {
     std::vector<int> vCodes(oResult.IsError() ? 1 : 0, oResult.GetErrorCode());
@@ -120,7 +108,6 @@ std::vector<int> Join(std::vector<int> vCodes, std::vector<int> const & vMore, s
     return vCodes;
 }
 
-/// What an assignment makes of the codes.
 std::vector<int> Assign(std::vector<int> const & vTarget, std::vector<int> const & vSource)
 {
     if (vTarget.empty() || vSource.size() < 2)
@@ -167,27 +154,17 @@ TEST(ResultHistory, HasTheSameEntriesInAnyOrderOfOperations)
 TEST(ResultHistory, MayBeLongAndSharedByThreads)
 {
     constexpr int DEPTH = 100'000;
-    auto const fWrap = [](Result & oResult, int iCount)
-    {
-        for (int i = 0; i < iCount; ++i)
-            oResult.InsertFront(Result(oResult.GetHistorySize(), "wrapped", Result::eCategoryDefault));
-    };
     Result oResult(-1, "first", Result::eCategoryDefault);
-    fWrap(oResult, DEPTH);
-
-    std::vector<std::thread> vThreads;
-    for (int iThread = 0; iThread < 2; ++iThread)
-        vThreads.emplace_back(
-            [&fWrap, oOwn = oResult]() mutable
-            {
-                fWrap(oOwn, 100);
-                EXPECT_EQ(oOwn.GetHistorySize(), DEPTH + 100);
-                EXPECT_EQ(oOwn.GetHistory(DEPTH / 2).GetText(), ValueString("wrapped"));
-                EXPECT_EQ(oOwn.GetHistory(DEPTH + 99).GetText(), ValueString("first"));
-            });
-    oResult.Clear();
-    for (std::thread & oThread : vThreads)
-        oThread.join();
+    for (int i = 0; i < DEPTH; ++i)
+        oResult.InsertFront(Result(i, "wrapped", Result::eCategoryDefault));
+    RunOnThreads(2,
+        [oShared = oResult](int)
+        {
+            Result oOwn = oShared;
+            oOwn.InsertFront(Result(1, "own", Result::eCategoryDefault));
+            EXPECT_EQ(oOwn.GetHistorySize(), DEPTH + 1);
+            EXPECT_EQ(oOwn.GetHistory(DEPTH).GetText(), ValueString("first"));
+        });
 }
 
 TEST(ResultMaking, TakesCategoryAndHistoryFromThePreviousFailure)
@@ -197,7 +174,6 @@ TEST(ResultMaking, TakesCategoryAndHistoryFromThePreviousFailure)
     oExpected.SetSource("tests/ResultTest.cpp", __LINE__ + 2);
     oExpected.SetPrevious(oCause);
     EXPECT_EQ(MakeResult(5, "b", oCause), oExpected);
-    EXPECT_EQ(Result(5, "b", Result()), Result(5, "b", Result::eCategoryDefault));
 }
 
 TEST(ResultComparing, LooksAtAllFieldsAndTheHistory)
@@ -214,17 +190,10 @@ TEST(ResultComparing, LooksAtAllFieldsAndTheHistory)
         Result oOther = oResult;
         fChange(oOther);
         EXPECT_NE(oOther, oResult) << GetTexts(oOther);
-        EXPECT_NE(oResult, oOther) << GetTexts(oOther);
         EXPECT_EQ(oOther.CompareTo(oResult), Value::eNotComparable);
     }
     EXPECT_NE(Result(1, "a", Result::eCategoryIo), Result(1, "a", Result::eCategoryFault));
-    EXPECT_NE(Result(1, "a", Result::eCategoryIo), Result(2, "a", Result::eCategoryIo));
     EXPECT_EQ(oResult.CompareTo(Result(oResult)), Value::eEqual);
-}
-
-TEST(ResultCost, IsNoAllocationForASuccess)
-{
-    EXPECT_EQ(TestProgram("Allocations").Run({"results"}).sOutput, "0\n1\n");
 }
 
 TEST(Failures, HaveTextsForTheirCodes)
@@ -250,7 +219,6 @@ TEST(Failures, AreThrownAsExceptionsWithAResult)
 
     EXPECT_STREQ(Exception(6, "x", "f", 7).GetText(), "x");
     EXPECT_EQ(Exception(6, "x", "f", 7).GetResult().GetSourceLine(), 7);
-    EXPECT_STREQ(Exception(Result(1, ValueString(), Result::eCategoryDefault)).GetText(), "");
 }
 
 } // namespace

@@ -85,8 +85,6 @@ void Free(void * pMemory) noexcept
     Free(pMemory);
 }
 
-// Those for arrays go by these.
-
 namespace tslfaults
 {
 
@@ -106,6 +104,11 @@ void MemoryFault::Stop()
 bool MemoryFault::HasStruck()
 {
     return g_bStruck;
+}
+
+long CountAllocations()
+{
+    return g_iCount;
 }
 
 long CountBlocks()

@@ -22,11 +22,11 @@ public:
 
     void Stop();
 
-    /// Whether any allocation has failed.
     static bool HasStruck();
 };
 
-/// How many blocks are allocated.
+/// How often memory was asked for since the last MemoryFault, and how many blocks are allocated now.
+long CountAllocations();
 long CountBlocks();
 
 } // namespace tslfaults

@@ -29,19 +29,17 @@ char g_aPlace[128] = "";
 }
 
 Outcome::State Try(Operation const & oOperation)
+try
 {
-    try
-    {
-        return oOperation.fDo().eState;
-    }
-    catch (std::bad_alloc const &)
-    {
-        return Outcome::eFailed;
-    }
-    catch (tsl::Exception const &)
-    {
-        return Outcome::eFailed;
-    }
+    return oOperation.fDo().eState;
+}
+catch (std::bad_alloc const &)
+{
+    return Outcome::eFailed;
+}
+catch (tsl::Exception const &)
+{
+    return Outcome::eFailed;
 }
 
 /// A thread finds a lock that another one has lost, unlike that one itself.
@@ -135,7 +133,8 @@ static void PrintTo(Operation const & oOperation, std::ostream * pStream)
 TEST_P(Faults, OfMemoryAreToldAndLeaveAllInOrder)
 {
     ::signal(SIGALRM, &ReportHang);
-    std::filesystem::resize_file("Logfile.txt", 0); // it would grow with every run
+    std::filesystem::resize_file("Logfile.txt",
+        0); // it would grow with every run
     Operation const & oOperation = GetParam();
     if (std::string_view(TESSEL_SANITIZE) == "thread" && std::string_view(oOperation.sName) == "KillThread")
         GTEST_SKIP() << "the thread sanitizer waits for the end of each thread in order";

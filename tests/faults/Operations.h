@@ -8,7 +8,6 @@
 namespace tslfaults
 {
 
-/// How an operation ended.
 class Outcome
 {
 public:
@@ -38,7 +37,6 @@ struct Operation
     std::function<Outcome()> fDo;
 };
 
-/// All that the sweep covers: a new one is a row of this table.
 std::vector<Operation> const & GetOperations();
 
 } // namespace tslfaults
