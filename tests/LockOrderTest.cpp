@@ -28,19 +28,3 @@ TEST(LockOrder, IsCheckedEvenIfNobodyHasToWait)
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_DEATH(TakeInACircle(), "Two locks are taken in both orders, here:(.|\n)*the other way round:\n.");
 }
-
-TEST(LockOrder, IsFreeForLocksThatHaveBeenDestroyedAndForFurtherEntries)
-{
-    CriticalSectionMutex oLock;
-    auto pOther = std::make_unique<CriticalSectionMutex>();
-    TakeBoth(oLock, *pOther);
-    pOther = std::make_unique<CriticalSectionMutex>();
-    TakeBoth(*pOther, oLock);
-
-    pOther->Lock();
-    oLock.Lock();
-    pOther->Lock();
-    pOther->Unlock();
-    oLock.Unlock();
-    pOther->Unlock();
-}

@@ -5,7 +5,6 @@ using namespace tsl;
 namespace
 {
 
-/// Another thread that takes a lock and gives it up again.
 template<class Mutex>
 std::future<void> Visit(Mutex & oMutex)
 {
@@ -40,23 +39,6 @@ TEST(ExclusiveLocks, KeepOutEveryReaderUntilTheLastEntryIsGivenUp)
     EXPECT_TRUE(IsKeptOut(oVisit));
     oMutex.UnlockWrite();
     EXPECT_TRUE(IsLetIn(oVisit));
-}
-
-TEST(ExclusiveLocks, LetEveryWaitingThreadInSometime)
-{
-    CriticalSectionMutex oMutex;
-    int iCount = 0;
-    tsltest::RunOnThreads(4,
-        [&](int)
-        {
-            for (int i = 0; i < 20'000; ++i)
-            {
-                TesselDetails::WriteLock const oOuter(oMutex);
-                TesselDetails::ReadLock const oInner(oMutex);
-                ++iCount;
-            }
-        });
-    EXPECT_EQ(iCount, 4 * 20'000);
 }
 
 TEST(ForkedChildren, DoEverythingWhateverTheOtherThreadsOfTheParentWereDoing)

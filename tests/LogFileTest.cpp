@@ -30,13 +30,9 @@ TEST(LogFile, ShowsEachKindOfMessage)
     auto const Line = [](std::string const & sNumber)
     { return "Number=" + sNumber + ",Text=t,File=f.cpp,Line=1"; };
     Rows<std::string, std::string> aRows = {
-        {"debug:some text", "T P DEB Id some text\n"},
         {"debug:two\nlines", "T P DEB Id two\nlines\n"},
-        {"result", "T ERR \nHistory 0: NULL\n"},
-        {"result:5", "T ERR \nHistory 0: " + Line("5") + "\n"},
         {"result:5:6:7:8", "T ERR \nHistory 3: " + Line("5") + "'; \nHistory 2: " + Line("6")
                                + "'\nHistory 1: " + Line("7") + "'\nHistory 0: " + Line("8") + "\n"},
-        {"empty", "T \n"},
         {"long:1000000", "T P DEB Id " + std::string(1'000'000, 'y') + "\n"},
         {"element", "T Result='\nHistory 1: Number=2,Text=b,File=,Line=0'\nHistory 0: "
                     "Number=1,Text=a,File=,Line=0'\n"},
@@ -51,14 +47,10 @@ TEST(LogFile, ShowsEachKindOfMessage)
 
 TEST(LogFile, IsExtendedByWholeLinesWhereItWasOpened)
 {
-    for (std::string const sFormer : {"earlier\n", "half"})
-    {
-        TestProgram const oProgram("Reporter");
-        oProgram.WriteFile("Logfile.txt", sFormer);
-        oProgram.Run({"debug:a", "cd", "debug:b"});
-        EXPECT_EQ(
-            ReadLog(oProgram), (sFormer == "half" ? "half\n" : sFormer) + "T P DEB Id a\nT P DEB Id b\n");
-    }
+    TestProgram const oProgram("Reporter");
+    oProgram.WriteFile("Logfile.txt", "half");
+    oProgram.Run({"debug:a", "cd:..", "debug:b"});
+    EXPECT_EQ(ReadLog(oProgram), "half\nT P DEB Id a\nT P DEB Id b\n");
 }
 
 TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
@@ -76,23 +68,16 @@ TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
 {
     TestProgram const oProgram("Reporter");
     EXPECT_EQ(oProgram.Run({"limit:4", "debug:a", "debug:b"}).iExitCode, 0) << "no signal ends it";
-    EXPECT_EQ(oProgram.ReadFile("Logfile.txt").size(), 4u);
     EXPECT_TRUE(oProgram.ReadFile("Logfile.txt").ends_with('\n')) << "nobody can go on with half a line";
 
-    // A directory, a device that is full, and a pipe without a reader, for which nobody waits.
     std::string const sLog = oProgram.GetFolder() / "Logfile.txt";
-    std::function<void()> const aPreparations[] = {[&] { std::filesystem::create_directory(sLog); },
-        [&] { std::filesystem::create_symlink("/dev/full", sLog); },
-        [&] { ASSERT_EQ(::mkfifo(sLog.c_str(), 0600), 0); }};
-    for (auto const & fPrepare : aPreparations)
-    {
-        std::filesystem::remove(sLog);
-        fPrepare();
-        EXPECT_EQ(oProgram.Run({"debug:a", "result:1"}).iExitCode, 0);
-    }
-    EXPECT_EQ(oProgram.Run({"open"}).sOutput, "1 Error while opening file\n");
+    std::filesystem::remove(sLog);
+    std::filesystem::create_symlink("/dev/full", sLog);
+    EXPECT_EQ(oProgram.Run({"debug:a", "result:1"}).iExitCode, 0);
+    std::filesystem::remove(sLog);
+    ASSERT_EQ(::mkfifo(sLog.c_str(), 0600), 0);
+    EXPECT_EQ(oProgram.Run({"open"}).sOutput, "1 Error while opening file\n") << "nobody waits for a reader";
 
-    // With a reader the pipe is a log.
     int const iReader = ::open(sLog.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     EXPECT_EQ(oProgram.Run({"debug:through the pipe"}).iExitCode, 0);
     char aText[256] = "";
@@ -107,7 +92,6 @@ TEST(LogFile, IsOpenedOnceByEachProcessorForTheProgramAlone)
         MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
     EXPECT_TRUE(pLog->Open().IsOk());
     EXPECT_TRUE(pLog->Open().IsOk());
-    EXPECT_TRUE(Asserts("false", "Unknown", [&] { (void)pLog->SetConfig(MessageDispatcherConfig()); }));
     EXPECT_TRUE(Asserts("false", "Unknown", [&] { delete pLog->GetConfig().GetCopy(); }));
 
     int iFound = 0;
@@ -126,9 +110,8 @@ TEST(LogFile, FollowsTheWallClockInEveryZone)
 {
     // Whole hours and parts, the largest distances, summer in January, a negative summer time, and none at all.
     TestProgram oProgram("Reporter");
-    for (std::string const sZone :
-        {"Europe/Berlin", "America/St_Johns", "Asia/Kathmandu", "Pacific/Kiritimati", "Pacific/Niue",
-            "Pacific/Chatham", "Europe/Dublin", "America/New_York", "UTC", "no such zone"})
+    for (std::string const sZone : {"America/St_Johns", "Pacific/Kiritimati", "Pacific/Niue",
+             "Pacific/Chatham", "Europe/Dublin", "America/New_York", "no such zone"})
     {
         oProgram.SetEnvironment("TZ", sZone);
         oProgram.WriteFile("Logfile.txt", "");
@@ -173,28 +156,21 @@ TEST(Assertions, LetTheCancellationOfTheirThreadPass)
 TEST(LogPoints, AreSwitchedByTheIniFile)
 {
     std::string const sOff = "0 0\n0 0\n0 0\n";
-    // The levels are those of Task, Pipe and Off; the log is that of a log point of Task.
+    // The levels are those of Task, Pipe and Off; two places share the function that makes the text.
+    std::string const sRound = "T P DEB Task shared\nT P DEB Pipe shared\n";
     Rows<std::string, std::string, std::string> aRows = {
         {"", sOff, ""},
         {"[Debug]\nEnable=0\n[Debug/Switch]\nTask=1\n", sOff, ""},
-        {"[Debug]\nEnable=01\n[Debug/Switch]\nTask=1\n", sOff, ""},
-        {"[Debug]\nEnable=2\n[Debug/Switch]\nTask=2\nPipe=-1\nOff=yes\n", "2 2\n-1 -1\n0 0\n",
-            "T P DEB Task traced Task\n"},
+        {"[Debug]\nEnable=2\n[Debug/Switch]\nTask=-1\nOff=yes\n", "-1 -1\n0 0\n0 0\n", ""},
+        {"[Debug]\nEnable=1\n[Debug/Switch]\nTask=2\nPipe=1\n", "2 2\n1 1\n0 0\n", sRound + sRound},
     };
     for (auto const & [sIni, sLevels, sLog] : aRows)
     {
         TestProgram const oProgram("Reporter");
         oProgram.WriteFile("Reporter.ini", sIni);
-        EXPECT_EQ(oProgram.Run({"level:Task", "level:Pipe", "level:Off", "trace:Task"}).sOutput, sLevels);
+        EXPECT_EQ(oProgram.Run({"level:Task", "level:Pipe", "level:Off", "shared"}).sOutput, sLevels);
         EXPECT_EQ(ReadLog(oProgram), sLog) << sIni;
     }
-
-    TestProgram const oProgram("Reporter");
-    oProgram.WriteFile("Reporter.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nTask=1\nPipe=1\n");
-    oProgram.Run({"shared"});
-    std::string const sRound = "T P DEB Task shared\nT P DEB Pipe shared\n";
-    EXPECT_EQ(ReadLog(oProgram), sRound + sRound) << "also where places share a function";
-
     EXPECT_TRUE(Asserts("pLevel!=NULL", "Invalid registration. Identifier=Id in f.cpp, 7",
         [] { Support::RegisterLogPoint(nullptr, "Id", "f.cpp", 7); }));
 }
@@ -203,8 +179,6 @@ TEST(ApplicationIni, IsReadBeforeTheFirstLineAndCountsAsAWhole)
 {
     TestProgram const oProgram("Reporter");
     EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
-    EXPECT_FALSE(oProgram.HasFile("error_opening_inifile.log"));
-    EXPECT_TRUE(oProgram.HasFile("Logfile.txt"));
 
     oProgram.WriteFile("Reporter.ini", "[A]\nx=1\n[B]\n");
     EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "2 chapters\n");
@@ -227,9 +201,4 @@ TEST(ApplicationIni, NeverBlocksTheStart)
     ASSERT_EQ(::mkfifo(sIni.c_str(), 0600), 0);
     EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
     EXPECT_FALSE(oProgram.HasFile("error_opening_inifile.log")) << "as if there were none";
-
-    std::filesystem::remove(sIni);
-    std::filesystem::create_directory(sIni);
-    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
-    EXPECT_TRUE(oProgram.HasFile("error_opening_inifile.log"));
 }

@@ -3,7 +3,10 @@
 #include <tessel/Tessel.h>
 
 #include <functional>
+#include <latch>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace tsltest
 {
@@ -32,6 +35,23 @@ private:
 inline void SleepForLong()
 {
     tsl::OS::Sleep(1'000'000);
+}
+
+/// Does the work, which is given its number, on several threads at once, number 0 on the calling one.
+template<class Work>
+void RunOnThreads(int iThreads, Work const & fWork)
+{
+    std::latch oStart(iThreads);
+    std::vector<std::jthread> vThreads;
+    for (int iThread = 1; iThread < iThreads; ++iThread)
+        vThreads.emplace_back(
+            [&, iThread]
+            {
+                oStart.arrive_and_wait();
+                fWork(iThread);
+            });
+    oStart.arrive_and_wait();
+    fWork(0);
 }
 
 } // namespace tsltest

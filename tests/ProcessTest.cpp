@@ -20,7 +20,6 @@ namespace tsltest
 namespace
 {
 
-/// Throws the error of a call that gave a negative number.
 int Check(long iNumber, char const * sWhat)
 {
     if (iNumber < 0)
@@ -33,9 +32,7 @@ int Check(long iNumber, char const * sWhat)
 class StreamFile
 {
 public:
-    StreamFile() = default;
     ~StreamFile() { ::close(m_iNumber); }
-    StreamFile(StreamFile const &) = delete;
 
     int Get() const { return m_iNumber; }
 
@@ -60,7 +57,6 @@ std::vector<char *> GetPointers(std::vector<std::string> & vTexts)
     return vPointers;
 }
 
-/// Starts a program in a folder and in a process group of its own.
 pid_t Start(std::filesystem::path const & oProgram, std::filesystem::path const & oFolder,
     StreamFile const & oOutput, StreamFile const & oErrors, std::vector<std::string> vArguments,
     std::vector<std::string> vEnvironment)

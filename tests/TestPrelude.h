@@ -2,6 +2,7 @@
 
 // What nearly every test includes.
 
+#include "OpenThread.h"
 #include "ProcessTest.h"
 #include "TestMessages.h"
 
@@ -9,23 +10,15 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdint>
 #include <fstream>
 #include <future>
-#include <iterator>
-#include <latch>
-#include <limits>
 #include <map>
-#include <memory>
 #include <random>
 #include <set>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
-#include <tuple>
 #include <utility>
 
 #include <pthread.h>
@@ -111,21 +104,6 @@ public:
 private:
     pthread_attr_t m_oFormer;
 };
-
-/// Does the work, which is given its number, on several threads at once, and waits for their ends.
-template<class Work>
-void RunOnThreads(int iThreads, Work const & fWork)
-{
-    std::latch oStart(iThreads);
-    std::vector<std::jthread> vThreads;
-    for (int iThread = 0; iThread < iThreads; ++iThread)
-        vThreads.emplace_back(
-            [&, iThread]
-            {
-                oStart.arrive_and_wait();
-                fWork(iThread);
-            });
-}
 
 /// -1, 0 or 1 as the six operators have it; 9 if they do not agree.
 template<class Left, class Right>

@@ -44,7 +44,6 @@ TEST(ThreadRun, GoesThroughItsStates)
             oGo.wait();
         });
     EXPECT_EQ(GetState(oThread), "still -1 -");
-    EXPECT_TRUE(oThread.Kill(3).IsOk());
 
     ASSERT_TRUE(oThread.Run().IsOk());
     unsigned long const iFirstId = oThread.GetThreadId();
@@ -54,23 +53,13 @@ TEST(ThreadRun, GoesThroughItsStates)
     oGo.count_down();
     ASSERT_TRUE(WaitUntil([&] { return !oThread.IsRunning(); }));
     EXPECT_EQ(iId, iFirstId);
-    EXPECT_TRUE(oThread.Kill(3).IsOk()) << "it has ended";
     EXPECT_EQ(GetState(oThread), "still 0 id");
-    EXPECT_EQ(oThread.GetThreadId(), iFirstId);
-
     ASSERT_TRUE(RunsToItsEnd(oThread));
     EXPECT_EQ(oThread.GetThreadId(), iId);
-}
 
-TEST(ThreadRun, EndsInNoKillOfItsOwn)
-{
-    OpenThread * pThread = nullptr;
-    Result oResult;
-    OpenThread oThread([&] { oResult = pThread->Kill(1); });
-    pThread = &oThread;
-    ASSERT_TRUE(RunsToItsEnd(oThread));
-    EXPECT_EQ(oResult.GetErrorCode(), 3);
-    EXPECT_EQ(GetState(oThread), "still 0 id");
+    ASSERT_TRUE(oThread.Run().IsOk());
+    static_cast<tsl::Thread &>(oThread) = OpenThread();
+    EXPECT_EQ(GetState(oThread), "still -1 -") << "an assignment ends it";
 }
 
 TEST_F(ForcedThreadEnd, OfTheObjectMayComeOnItsOwnThread)
@@ -98,12 +87,12 @@ TEST_F(ForcedThreadEnd, LeavesAllThatTheThreadsShareInOrder)
     ProgramOutcome const oOutcome = oProgram.Run({"20"}, std::chrono::minutes(4));
     EXPECT_FALSE(oOutcome.bTimedOut);
     EXPECT_EQ(oOutcome.iExitCode, 0) << oOutcome.sErrors;
-    EXPECT_TRUE(oOutcome.sOutput.ends_with("\nok\n")) << oOutcome.sOutput;
+    EXPECT_EQ(oOutcome.sOutput, "ok\n");
 
     std::istringstream oLog(ReadLog(oProgram));
     int iLines = 0;
     for (std::string sLine; std::getline(oLog, sLine);)
-        if (sLine == "T P DEB Kill a line that has to be whole")
+        if (sLine == "T P DEB Kill a whole line")
             ++iLines;
         else
             ASSERT_TRUE(std::regex_match(sLine, std::regex("(T|\\d\\d\\..*) ?P? ?ERR.*|History 0: .*")))
@@ -113,7 +102,6 @@ TEST_F(ForcedThreadEnd, LeavesAllThatTheThreadsShareInOrder)
 
 TEST_F(ForcedThreadEnd, IsRefusedInTimeWhereItWouldDoHarm)
 {
-    // What each thread does, and why it is not ended.
     std::string const sRuntime = "It is in a runtime library, or was called back by one.";
     Rows<std::string, std::string> aRows = {
         {"signals", "It does not respond: it blocks all signals, or gets no time of a processor."},
@@ -127,11 +115,8 @@ TEST_F(ForcedThreadEnd, IsRefusedInTimeWhereItWouldDoHarm)
     for (auto const & [sCase, sReason] : aRows)
         sExpected += sCase + ": 11 in time. Thread has not ended within N ms. " + sReason + '\n';
     EXPECT_EQ(TestProgram("ThreadKills").Run({"refusals"}).sOutput, sExpected + "ok\n");
-}
-
-TEST_F(ForcedThreadEnd, FindsItsWayWithoutTimersAndTheFirstSignal)
-{
-    EXPECT_EQ(TestProgram("ThreadKills").Run({"signals"}).sOutput, "ok\n");
+    EXPECT_EQ(TestProgram("ThreadKills").Run({"signals"}).sOutput, "ok\n")
+        << "without timers and first signal";
 }
 
 TEST_F(ForcedThreadEnd, IsTracedLikeTheRest)
@@ -152,12 +137,4 @@ TEST_F(ForcedThreadEnd, IsTracedLikeTheRest)
              "DEB Thread ThreadFunction finished with ERROR. TheadId=N\n", "thrown",
              "Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate."})
         EXPECT_TRUE(Contains(sLog, sText));
-}
-
-TEST_F(ForcedThreadEnd, ComesWithTheAssignmentOfAnotherThread)
-{
-    OpenThread oThread(&SleepForLong);
-    ASSERT_TRUE(oThread.Run().IsOk());
-    static_cast<tsl::Thread &>(oThread) = OpenThread();
-    EXPECT_EQ(GetState(oThread), "still -1 -");
 }

@@ -121,50 +121,42 @@ static void EndIfThereIs(char const * sFile)
 
 static void CloseStreams(void)
 {
-    for (int iStream = 0; iStream < 3; ++iStream)
-        close(iStream);
+    close(0);
+    close(1);
+    close(2);
 }
 
 /* Returns how many arguments were used. */
 static int Do(char const * sAction, char const * sArgument)
 {
-    int bArgument = 1;
+    if (strcmp(sAction, "close") == 0)
+        return CloseStreams(), 1;
+    if (strcmp(sAction, "daemon") == 0 || strcmp(sAction, "noise") == 0)
+        return LeaveDaemon(sAction[0] == 'n'), 1;
+    if (strcmp(sAction, "descriptors") == 0)
+        return ListDescriptors(), 1;
+    if (strcmp(sAction, "signals") == 0)
+        return ListSignals(), 1;
+    if (strcmp(sAction, "session") == 0)
+        return WriteText(STDOUT_FILENO, getsid(0) == getpid() ? "leader\\n" : "member\\n"), 1;
+    while (strcmp(sAction, "hang") == 0)
+        pause();
+
     if (strcmp(sAction, "exit") == 0)
         _exit(atoi(sArgument));
-    else if (strcmp(sAction, "once") == 0)
+    if (strcmp(sAction, "once") == 0)
         EndIfThereIs(sArgument);
-    else if (strcmp(sAction, "signal") == 0)
+    if (strcmp(sAction, "signal") == 0)
         kill(getpid(), atoi(sArgument));
-    else if (strcmp(sAction, "ignore") == 0)
+    if (strcmp(sAction, "ignore") == 0)
         signal(atoi(sArgument), SIG_IGN);
-    else if (strcmp(sAction, "out") == 0)
-        WriteText(STDOUT_FILENO, sArgument);
-    else if (strcmp(sAction, "err") == 0)
-        WriteText(STDERR_FILENO, sArgument);
-    else if (strcmp(sAction, "line") == 0)
+    if (strcmp(sAction, "out") == 0 || strcmp(sAction, "err") == 0)
+        WriteText(sAction[0] == 'o' ? STDOUT_FILENO : STDERR_FILENO, sArgument);
+    if (strcmp(sAction, "line") == 0)
         printf("%0*d\n", atoi(sArgument), 0);
-    else if (strcmp(sAction, "flood") == 0)
+    if (strcmp(sAction, "flood") == 0)
         Flood(atol(sArgument));
-    else
-    {
-        bArgument = 0;
-        if (strcmp(sAction, "close") == 0)
-            CloseStreams();
-        else if (strcmp(sAction, "daemon") == 0)
-            LeaveDaemon(0);
-        else if (strcmp(sAction, "noise") == 0)
-            LeaveDaemon(1);
-        else if (strcmp(sAction, "descriptors") == 0)
-            ListDescriptors();
-        else if (strcmp(sAction, "signals") == 0)
-            ListSignals();
-        else if (strcmp(sAction, "session") == 0)
-            WriteText(STDOUT_FILENO, getsid(0) == getpid() ? "leader\\n" : "member\\n");
-        else
-            while (strcmp(sAction, "hang") == 0)
-                pause();
-    }
-    return 1 + bArgument;
+    return 2;
 }
 
 int main(int iCount, char ** ppArguments)

@@ -8,14 +8,11 @@
 #include "../TestMachine.h"
 #include "ProcessChecks.h"
 
-#include <atomic>
 #include <new>
-#include <thread>
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 using namespace tsl;
 using namespace tsltest;
@@ -24,8 +21,6 @@ namespace
 {
 
 constexpr int EXIT_CODE = 7;
-
-unsigned int g_iSeconds = 10;
 
 /// What happens at the end of a process, a character each, where its parent can read it.
 struct Trail
@@ -49,8 +44,6 @@ public:
         if (m_bExits)
             std::exit(EXIT_CODE);
     }
-    Mortal(Mortal const &) = delete;
-    Mortal & operator=(Mortal const &) = delete;
 
 private:
     char m_c;
@@ -92,7 +85,6 @@ void BeBusy(TaskContext & oContext)
         oContext.WriteMessage(NumberMessage(8));
         oContext.Process();
         delete oContext.ReadMessage();
-        std::unique_ptr<Root> const pCopy(Result(1, "r", Result::eCategoryDefault).GetCopy());
         int iLevel = 0;
         Support::RegisterLogPoint(&iLevel, "Exit", "f", 1);
         static_cast<void>(Support::GetAppIni().GetInt32("a", "b", iLevel));
@@ -124,13 +116,11 @@ void BlockLog()
     ::mkfifo("pipe", 0600);
     static_cast<void>(::open("pipe", O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     int const iWriter = ::open("pipe", O_WRONLY | O_CLOEXEC);
-    for (int iDescriptor = 3; iDescriptor < 10; ++iDescriptor)
+    for (auto const & oEntry : std::filesystem::directory_iterator("/proc/self/fd"))
     {
-        std::error_code oIgnored;
-        auto const oFile =
-            std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(iDescriptor), oIgnored);
-        if (oFile.filename() == "Logfile.txt")
-            ::dup2(iWriter, iDescriptor);
+        std::error_code oGone; // the folder's own descriptor is listed as well
+        if (std::filesystem::read_symlink(oEntry.path(), oGone).filename() == "Logfile.txt")
+            ::dup2(iWriter, std::stoi(oEntry.path().filename()));
     }
 }
 

@@ -4,9 +4,14 @@
 
 #include "../TestChild.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <thread>
+
+#include <unistd.h>
 
 // Children of a process with threads may start threads, whatever the sanitizer thinks of that.
 extern "C" [[gnu::used]] inline char const * __tsan_default_options() // NOLINT(bugprone-reserved-identifier)
@@ -17,8 +22,9 @@ extern "C" [[gnu::used]] inline char const * __tsan_default_options() // NOLINT(
 namespace tsltest
 {
 
-/// What the program is doing, for its reports.
+/// What the program is doing, for its reports, and the seconds that each of its processes has for that.
 inline char const * g_sOccupation = "";
+inline unsigned int g_iSeconds = 10;
 
 [[noreturn]] inline void Fail(char const * sWhat)
 {
@@ -43,6 +49,31 @@ inline int WaitForEnd(pid_t iProcess)
     return iStatus;
 }
 
+/// Whether the process is one thread that waits for another one.
+inline bool IsStuck(pid_t iProcess)
+{
+    std::string const sFolder = "/proc/" + std::to_string(iProcess);
+    std::string sPlace;
+    std::getline(std::ifstream(sFolder + "/wchan"), sPlace);
+    return sPlace.find("futex") != std::string::npos && CountEntries((sFolder + "/task").c_str()) == 1;
+}
+
+/// The same of a forked child, which is ended when it has been stuck for two seconds.
+inline int WaitForFork(pid_t iProcess)
+{
+    int iStatus = -1;
+    for (int iLook = 0, iStuck = 0; ::waitpid(iProcess, &iStatus, WNOHANG) == 0; ++iLook)
+    {
+        tsl::OS::Sleep(1);
+        if (iLook % 50 != 0)
+            continue;
+        iStuck = IsStuck(iProcess) ? iStuck + 1 : 0;
+        if (iStuck == 40)
+            ::kill(iProcess, SIGKILL);
+    }
+    return iStatus;
+}
+
 /// Empties the log now and then, so that what busy threads write does not fill the disk.
 inline void LimitLog(int iRound)
 {
@@ -50,7 +81,6 @@ inline void LimitLog(int iRound)
         std::filesystem::resize_file("Logfile.txt", 0);
 }
 
-/// Runs the child to its end.
 inline bool RunToTheEnd(Child & oChild)
 {
     return oChild.Run(oChild.iProcessId).IsOk() && oChild.WaitTermination() == tsl::CmdLine::eWaitTerminated;

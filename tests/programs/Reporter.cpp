@@ -1,16 +1,13 @@
 // Reports on the global bus what the arguments say, in their order; g_oCommands has them.
 // What stands behind a colon is given to the command.
 
+#include "../OpenThread.h"
 #include "../TestChild.h"
 #include "../TestMachine.h"
 
-#include <atomic>
 #include <csignal>
 #include <fstream>
 #include <iostream>
-#include <map>
-#include <sstream>
-#include <thread>
 
 #include <pthread.h>
 #include <sys/resource.h>
@@ -22,7 +19,6 @@ using namespace tsltest;
 namespace
 {
 
-/// A message with a Result as its element.
 class ElementMessage : public tsl::Described<ElementMessage, tsl::Message>
 {
 public:
@@ -60,14 +56,12 @@ void ReportResult(std::string const & sCodes)
 
 void ReportLines(int iCount)
 {
-    std::vector<std::jthread> vThreads;
-    for (int iThread = 0; iThread < 4; ++iThread)
-        vThreads.emplace_back(
-            [&]
-            {
-                for (int i = 0; i < iCount; ++i)
-                    Debug(String('x', static_cast<unsigned int>(1 + i % 300)) + "<end>");
-            });
+    RunOnThreads(4,
+        [&](int)
+        {
+            for (int i = 0; i < iCount; ++i)
+                Debug(String('x', static_cast<unsigned int>(1 + i % 300)) + "<end>");
+        });
 }
 
 /// Prints the exception of a failed assertion.
@@ -86,7 +80,6 @@ void FailAssertion()
     }
 }
 
-/// The same while a processor fails one for every message.
 void FailNested()
 {
     BusListener const oProcessor(
@@ -153,7 +146,7 @@ void PrintChapters()
     std::cout << vChapters.size() << " chapters" << std::endl;
 }
 
-/// Reports once more when the bus goes away, which must neither harm nor come through.
+/// Reports once more when the bus is destroyed, which must neither harm nor come through.
 class LateReporter : public TestProcessor
 {
 public:
@@ -162,8 +155,7 @@ public:
         Debug("late");
         int iLevel = 1;
         Support::RegisterLogPoint(&iLevel, "Id", "f.cpp", 1);
-        Result const oFailure(1, "late", Result::eCategoryDefault);
-        if (Support::DispatchMessage(oFailure).IsOk())
+        if (Support::DispatchMessage(Result(1, "late", Result::eCategoryDefault)).IsOk())
             std::cout << "late report" << std::endl;
     }
 };
@@ -171,8 +163,7 @@ public:
 /// The reporter outlives the bus, since nothing ever destroys it.
 void RegisterLateReporter()
 {
-    alignas(LateReporter) static std::byte aMemory[sizeof(LateReporter)];
-    auto const * const pReporter = new (aMemory) LateReporter;
+    static auto * volatile const pReporter = new LateReporter;
     static_cast<void>(Support::GetAppDisp().Register(*pReporter, {NumberMessage().GetType()}));
 }
 
@@ -238,12 +229,7 @@ using Command = std::function<void(std::string const &)>;
 std::map<std::string, Command> const g_oCommands = {
     {"assert", [](auto &) { FailAssertion(); }},
     {"cancel", [](auto & sCount) { CancelThreads(std::stoi(sCount)); }},
-    {"cd",
-        [](auto &)
-        {
-            std::filesystem::create_directory("other");
-            std::filesystem::current_path("other");
-        }},
+    {"cd", [](auto & sFolder) { std::filesystem::current_path(sFolder); }},
     {"chapters", [](auto &) { PrintChapters(); }},
     {"closed", [](auto &) { ::close_range(0, 2, 0); }},
     {"deaf", [](auto &) { std::signal(SIGCHLD, SIG_IGN); }},
@@ -259,7 +245,6 @@ std::map<std::string, Command> const g_oCommands = {
     {"nested", [](auto &) { FailNested(); }},
     {"open", [](auto &) { OpenSecondLog(); }},
     {"result", &ReportResult},
-    // The same function at three places.
     {"shared",
         [](auto &)
         {
@@ -272,7 +257,6 @@ std::map<std::string, Command> const g_oCommands = {
             }
         }},
     {"start", &StartChild},
-    {"trace", [](auto & sId) { Trace(sId.c_str(), [&] { return String("traced ") + sId; }); }},
     {"unlink",
         [](auto &)
         {

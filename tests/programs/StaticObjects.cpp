@@ -1,5 +1,5 @@
-// Leaves objects to the registry and shows in which order they go, while some of them register others, and what
-// the factories lose before that. In front of it, which classes the library knows from the start.
+// Leaves objects to the registry and shows in which order they are destroyed, while some of them register
+// others. Before that, which classes the library knows from the start.
 
 #include <tessel/Tessel.h>
 
@@ -48,18 +48,6 @@ public:
     Follower & operator=(Follower const &) = delete;
 };
 
-/// Shows what leaves the factory.
-template<class CallBack, class Args>
-class LeavingWatcher : public CallBack
-{
-public:
-    void Invoke(Args const & oArgs, bool &) override
-    {
-        if (oArgs.GetAction() == tsl::FactoryBase::eAfterUnregister)
-            std::cout << oArgs.GetKey() << " leaves\n";
-    }
-};
-
 /// Shows a value, and reports it, when hardly anything is left.
 class LastWord
 {
@@ -80,10 +68,6 @@ public:
     }
 };
 
-using TaskWatcher = LeavingWatcher<tsl::TaskFactoryCallBack, tsl::TaskFactory::Args>;
-using ProcessorWatcher =
-    LeavingWatcher<tsl::MessageProcessorFactoryCallBack, tsl::MessageProcessorFactory::Args>;
-
 void PrintWhetherResultIsKnown()
 {
     std::unique_ptr<tsl::Root> const pResult(tsl::ClassRepository::Instance().CreateNew("class tsl::Result"));
@@ -99,8 +83,6 @@ int main()
     static_cast<void>(tsl::Result::GetStaticClassDesc());
     PrintWhetherResultIsKnown();
 
-    tsl::RegisterStaticObject(new TaskWatcher);
-    tsl::RegisterStaticObject(new ProcessorWatcher);
     tsl::RegisterStaticObject(new Announcer("first"));
     tsl::RegisterStaticObject(new Announcer("second"));
     tsl::RegisterStaticObject(new Follower);

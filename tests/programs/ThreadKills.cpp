@@ -1,7 +1,7 @@
 // Kills threads at random moments of all kinds of work, and shows after every few kills that the process is
 // in good health:
 //
-//   ThreadKills KILLS [WORK]    KILLS times in each kind of work, or in that one; a table on standard output
+//   ThreadKills KILLS [WORK]    KILLS times in each kind of work, or in that one
 //   ThreadKills refusals        kills where none is possible at first; what Kill says, on standard output
 //   ThreadKills signals         a few kills without timers, and after the program has taken the signals
 //   ThreadKills trace           a few kills, ends and exceptions, for the lines that they trace
@@ -12,30 +12,18 @@
 #include <patternmatcher/PatternMatcher.h>
 #include <tessel/ScopedLock.h>
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <csignal>
 #include <cstring>
-#include <ctime>
 #include <fstream>
-#include <functional>
 #include <future>
 #include <iomanip>
 #include <iostream>
-#include <iterator>
 #include <latch>
 #include <list>
-#include <mutex>
 #include <random>
 #include <regex>
 #include <semaphore>
-#include <sstream>
-#include <stdexcept>
-#include <string_view>
-#include <thread>
-#include <vector>
 
 #include <dlfcn.h>
 #include <link.h>
@@ -52,10 +40,10 @@
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 using namespace tsl;
 using namespace tsltest;
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -84,18 +72,17 @@ void Compute(unsigned int iRounds = 1)
         iSink = iSink + i;
 }
 
-/// Allocates so many bytes, which no compiler leaves out.
 void Allocate(std::size_t iSize)
 {
     void * volatile const pMemory = std::malloc(iSize);
     std::free(pMemory);
 }
 
-void Throw()
+void Catch(void (*fThrow)())
 {
     try
     {
-        throw std::runtime_error("thrown");
+        fThrow();
     }
     catch (std::exception const &)
     {
@@ -106,44 +93,27 @@ void ThrowNested()
 {
     try
     {
-        try
-        {
-            throw std::runtime_error("inner");
-        }
-        catch (...)
-        {
-            std::throw_with_nested(std::logic_error("outer"));
-        }
+        throw std::runtime_error("inner");
     }
-    catch (std::exception const &)
+    catch (...)
     {
+        std::throw_with_nested(std::logic_error("outer"));
     }
 }
 
 void ReadLine()
 {
     std::string sLine;
-    if (!std::getline(std::cin, sLine))
-    {
-        std::cin.clear();
-        std::cin.seekg(0);
-    }
+    std::cin.clear();
+    std::getline(std::cin.seekg(0), sLine);
 }
 
 void ReadFile()
 {
-    char aText[64];
+    char aText[1024];
     std::FILE * const pFile = std::fopen(INI, "r");
-    while (std::fgets(aText, sizeof aText, pFile))
-    {
-    }
+    static_cast<void>(std::fread(aText, 1, sizeof aText, pFile));
     std::fclose(pFile);
-}
-
-void ListFolder()
-{
-    for (auto const & oEntry : std::filesystem::directory_iterator("/proc/self"))
-        static_cast<void>(oEntry.is_directory());
 }
 
 void MapMemory()
@@ -160,66 +130,15 @@ void FindAddress()
         ::freeaddrinfo(pFound);
 }
 
-int ComputeForLibrary(dl_phdr_info *, std::size_t, void *)
-{
-    Compute();
-    return 0;
-}
-
-void UseLocale()
-{
-    ::setlocale(LC_ALL, nullptr);
-    ::freelocale(::newlocale(LC_ALL_MASK, "C", nullptr));
-    static_cast<void>(std::toupper('a', std::locale()));
-}
-
-void Sort()
-{
-    std::vector<std::string> vTexts;
-    for (int i = 0; i < 100; ++i)
-        vTexts.push_back(std::to_string(i * 7919));
-    std::sort(vTexts.begin(), vTexts.end());
-}
-
-int CompareNumbers(void const * pLeft, void const * pRight)
-{
-    return *static_cast<int const *>(pLeft) - *static_cast<int const *>(pRight);
-}
-
-void SortBack()
-{
-    int aNumbers[200];
-    for (int i = 0; i < 200; ++i)
-        aNumbers[i] = i * 7919 % 200;
-    std::qsort(aNumbers, 200, sizeof aNumbers[0], &CompareNumbers);
-}
-
-void CallOnce()
-{
-    std::once_flag oOnce;
-    std::call_once(oOnce, [] { Compute(); });
-    static std::string const sText = [] { return std::string("made before the first kill"); }();
-    static_cast<void>(sText.size());
-}
-
-/// Goes deep down.
-unsigned int Recur(unsigned int iDepth)
+unsigned int Recurse(unsigned int iDepth)
 {
     unsigned int volatile const iHere = iDepth;
-    return iDepth == 0 ? 1 : Recur(iDepth - 1) + iHere;
+    return iDepth == 0 ? 1 : Recurse(iDepth - 1) + iHere;
 }
 
-// The log is to stay small, so there is a pause after each line.
-
-void Log()
+/// Follows each line of the log, which is to stay small.
+void Pause(Result const &)
 {
-    Support::DispatchDebugMessage("Kill", "a line that has to be whole", "ThreadKills.cpp", 1);
-    Compute(30);
-}
-
-void DispatchFailure()
-{
-    Support::DispatchMessage(Result(77, "a failure that is logged", Result::eCategoryDefault));
     Compute(30);
 }
 
@@ -246,21 +165,6 @@ void ReadIni()
     oFile.GetInt32("Chapter", "Key", iValue);
 }
 
-void Select()
-{
-    fd_set oSet;
-    FD_ZERO(&oSet);
-    FD_SET(g_iSilence, &oSet);
-    ::select(g_iSilence + 1, &oSet, nullptr, nullptr, nullptr);
-}
-
-void Poll()
-{
-    pollfd oPoll{g_iSilence, POLLIN, 0};
-    ::poll(&oPoll, 1, -1);
-}
-
-/// Waits for an event by a function of the test's.
 template<class Wait>
 void WaitForEvent(Wait const & fWait)
 {
@@ -274,7 +178,7 @@ enum Kind
 {
     eEnds,
     eHealth, ///< it ends, and shows after kills that no lock was lost
-    eWaits,  ///< it does not come to its end
+    eWaits,  ///< it never ends
     eWaitsForLock
 };
 
@@ -287,6 +191,8 @@ struct Work
 
 char g_cByte;
 epoll_event g_oEvent;
+fd_set g_oSet;
+pollfd g_oPoll;
 
 constexpr Work WORKS[] = {
     // What allocates and throws.
@@ -294,8 +200,8 @@ constexpr Work WORKS[] = {
     {"allocate", [] { Allocate(static_cast<std::size_t>(std::clock() % 100'000)); }, eHealth},
     {"allocate much", [] { Allocate(1'000'000); }, eHealth},
     {"fill containers", [] { static_cast<void>(std::list(20, std::string("a name that needs memory"))); }},
-    {"throw", &Throw},
-    {"throw nested", &ThrowNested, eHealth},
+    {"throw", [] { Catch([] { throw std::runtime_error("thrown"); }); }},
+    {"throw nested", [] { Catch(&ThrowNested); }, eHealth},
     // What reads and writes.
     {"print", [] { std::printf("%g %d %s\n", 1.5, 17, "text"); }, eHealth},
     {"print to a stream", [] { std::cout << "text " << 17 << ' ' << 1.5 << std::endl; }, eHealth},
@@ -304,29 +210,34 @@ constexpr Work WORKS[] = {
     {"read a line", &ReadLine, eHealth},
     {"file", &ReadFile, eHealth},
     {"file stream", [] { std::ostringstream() << std::ifstream(INI).rdbuf(); }, eHealth},
-    {"folder", &ListFolder},
+    {"folder", [] { static_cast<void>(CountEntries("/proc/self")); }},
     {"map memory", &MapMemory},
     // What asks the system.
     {"find an address", &FindAddress},
     {"find a user", [] { static_cast<void>(::getpwnam("root")); }, eHealth},
     {"load a library", [] { ::dlclose(::dlopen(LIBRARY, RTLD_NOW)); }, eHealth},
-    {"look at the libraries", [] { ::dl_iterate_phdr(&ComputeForLibrary, nullptr); }, eHealth},
+    {"walk the libraries",
+        [] { ::dl_iterate_phdr([](auto *, auto, auto *) { return Compute(), 0; }, nullptr); }, eHealth},
     {"time", [] { std::ostringstream() << std::put_time(std::localtime(&MOMENT), "%H:%M"); }, eHealth},
-    {"locale", &UseLocale, eHealth},
+    {"locale", [] { ::freelocale(::newlocale(LC_ALL_MASK, ::setlocale(LC_ALL, nullptr), nullptr)); },
+        eHealth},
     {"environment", [] { ::setenv("KILLS", std::getenv("PATH") ? "1" : "0", 1); }, eHealth},
     {"random numbers", [] { std::srand(std::random_device()() + unsigned(std::rand())); }, eHealth},
     {"start a program", [] { static_cast<void>(RunToTheEnd(*std::make_unique<Child>("", 0))); }},
     {"start a thread", [] { std::thread([] { Allocate(100); }).join(); }, eHealth},
     // What is called back.
-    {"qsort", &SortBack},
-    {"sort", &Sort},
-    {"call once", &CallOnce, eHealth},
+    {"qsort", [] { std::qsort(std::string(200, 'x').data(), 200, 1, [](auto, auto) { return 1; }); }},
+    {"sort",
+        [] {
+            std::list<std::string>({"third", "first", "second"}).sort();
+        }},
+    {"call once", [] { std::call_once(*std::make_unique<std::once_flag>(), [] { Compute(); }); }, eHealth},
     {"signal", [] { std::raise(SIGUSR1); }},
-    {"recur", [] { Recur(1'000); }},
+    {"recurse", [] { Recurse(1'000); }},
     {"regular expression", [] { std::regex_match("a text of words", std::regex("(\\w+ )*\\w+")); }},
     // What the library does.
-    {"log", &Log, eHealth},
-    {"dispatch", &DispatchFailure},
+    {"log", [] { Pause(Support::DispatchDebugMessage("Kill", "a whole line", "f.cpp", 1)); }, eHealth},
+    {"dispatch", [] { Pause(Support::DispatchMessage(Result(77, "text", Result::eCategoryDefault))); }},
     {"send", &Send, eHealth},
     {"hold a lock", &HoldLock},
     {"convert", [] { static_cast<void>(ConvertValues()); }, eHealth},
@@ -338,18 +249,16 @@ constexpr Work WORKS[] = {
     {"sleep for", [] { std::this_thread::sleep_for(std::chrono::hours(1)); }, eWaits},
     {"sleep in the library", [] { OS::Sleep(1'000'000); }, eWaits},
     {"read", [] { static_cast<void>(::read(g_iSilence, &g_cByte, 1) == 1); }, eWaits},
-    {"poll", &Poll, eWaits},
-    {"select", &Select, eWaits},
+    {"poll", [] { ::poll(&g_oPoll, 1, -1); }, eWaits},
+    {"select", [] { ::select(g_iSilence + 1, &g_oSet, nullptr, nullptr, nullptr); }, eWaits},
     {"epoll", [] { ::epoll_wait(g_iEvents, &g_oEvent, 1, -1); }, eWaits},
     {"receive", [] { ::recv(g_iSilence, &g_cByte, 1, 0); }, eWaits},
     {"accept", [] { ::accept(g_iListener, nullptr, nullptr); }, eWaits},
     {"wait for a child", [] { ::waitpid(g_iChild, nullptr, 0); }, eWaits},
     {"wait for a mutex", [] { g_oTaken.lock(); }, eWaits},
     {"wait for an event", [] { WaitForEvent([](auto & o, auto & oScope) { o.wait(oScope); }); }, eWaits},
-    {"wait for an event and time",
-        [] {
-            WaitForEvent([](auto & o, auto & oScope) { o.wait_for(oScope, std::chrono::microseconds(50)); });
-        }},
+    {"wait in slices", [] { WaitForEvent([](auto & o, auto & oScope) { o.wait_for(oScope, 50us); }); },
+        eWaits},
     {"wait for a semaphore", [] { std::counting_semaphore<>(0).acquire(); }, eWaits},
     {"wait for a system semaphore", [] { ::sem_wait(&g_oSemaphore); }, eWaits},
     {"wait for an atomic", [] { std::atomic<int>(0).wait(0); }, eWaits},
@@ -402,7 +311,6 @@ void Unload()
     }
 }
 
-/// Uses everything of which a lock may have been lost.
 void CheckHealth()
 {
     {
@@ -419,8 +327,8 @@ double GetMilliseconds(std::chrono::steady_clock::time_point oBegin)
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - oBegin).count();
 }
 
-/// Lets the thread run for a moment and kills it. Returns how often that was refused.
-int RunAndKill(Worker & oWorker, std::mt19937 & oRandom)
+/// Lets the thread run for a moment and kills it.
+void RunAndKill(Worker & oWorker, std::mt19937 & oRandom)
 {
     // Whatever hangs ends the program.
     ::alarm(60);
@@ -432,12 +340,10 @@ int RunAndKill(Worker & oWorker, std::mt19937 & oRandom)
     while (GetMilliseconds(oBegin) < fDelay)
         std::this_thread::yield();
 
-    int iRefusals = 0;
-    for (; oWorker.Kill(1).IsError(); ++iRefusals)
+    while (oWorker.Kill(1).IsError())
         Require(oWorker.IsAtWork(), "refused");
     Require(!oWorker.IsRunning() && oWorker.GetExitCode() == -1 && oWorker.GetThreadId() == 0, "killed");
     Unload();
-    return iRefusals;
 }
 
 /// One more than the highest descriptor.
@@ -449,7 +355,7 @@ unsigned int GetEndOfDescriptors()
     return iEnd;
 }
 
-void KillIn(Work const & oWork, int iKills, int iResults)
+void KillIn(Work const & oWork, int iKills)
 {
     constexpr int KILLS_BETWEEN_CHECKS = 20;
     bool const bEnds = oWork.eKind == eEnds || oWork.eKind == eHealth;
@@ -458,16 +364,14 @@ void KillIn(Work const & oWork, int iKills, int iResults)
         oWork.fDo();
     CheckHealth();
 
-    auto const oBegin = std::chrono::steady_clock::now();
     std::mt19937 oRandom(7);
-    int iRefusals = 0;
     Worker oWorker(oWork.fDo);
     unsigned int const iFirstLost = GetEndOfDescriptors();
     for (int i = 1; i <= iKills; ++i)
     {
         if (oWork.eKind == eWaitsForLock)
             g_oLock.Lock();
-        iRefusals += RunAndKill(oWorker, oRandom);
+        RunAndKill(oWorker, oRandom);
         if (oWork.eKind == eWaitsForLock)
             g_oLock.Unlock();
         if (i % KILLS_BETWEEN_CHECKS == 0 || i == iKills)
@@ -479,8 +383,6 @@ void KillIn(Work const & oWork, int iKills, int iResults)
     }
     for (int i = 0; bEnds && i < 2; ++i)
         oWorker.RunToTheEnd();
-    ::dprintf(iResults, "%-32s %6d kills, %3d refused, %7.1f s\n", oWork.sName, iKills, iRefusals,
-        GetMilliseconds(oBegin) / 1'000);
 }
 
 void OpenSockets()
@@ -495,9 +397,12 @@ void OpenSockets()
     Require(::socketpair(AF_UNIX, SOCK_STREAM, 0, aEnds) == 0, "sockets");
     g_iSilence = aEnds[0];
     g_iEvents = ::epoll_create1(EPOLL_CLOEXEC);
+    g_oPoll = {g_iSilence, POLLIN, 0};
+    FD_SET(g_iSilence, &g_oSet);
 }
 
-/// Sets up what the kinds of work use, and leaves standard output to the results.
+/// Sets up what the kinds of work use. Returns a descriptor for the results, as standard output is for the
+/// work.
 int SetUp()
 {
     std::signal(SIGUSR1, [](int) { Compute(); });
@@ -509,13 +414,8 @@ int SetUp()
             ::_exit(3);
         });
 
+    std::ofstream(INI) << "[Chapter]\nKey=17\nText=" << std::string(400, 'x') << '\n';
     int const iResults = ::dup(STDOUT_FILENO);
-    {
-        std::ofstream oFile(INI);
-        oFile << "[Chapter]\nKey=17\n";
-        for (int i = 0; i < 50; ++i)
-            oFile << "Key" << i << "=a value\n";
-    }
     Require(std::freopen("/dev/null", "w", stdout) && std::freopen(INI, "r", stdin), "streams");
     OpenSockets();
     ::sem_init(&g_oSemaphore, 0, 0);
@@ -537,6 +437,7 @@ struct Refusal
     char const * sName;
     void (*fKeep)(Refusal &);
 
+    std::string sSaid = {};
     std::latch oKept{1};
     std::latch oReleased{1};
     std::latch oGoesOn{1};
@@ -590,7 +491,7 @@ void WaitFor(Refusal & oRefusal, std::function<void()> const & fTake, std::funct
     std::function<void()> const & fWait)
 {
     std::latch oTaken(1);
-    std::jthread const oHolder(
+    auto const oHolder = std::async(std::launch::async,
         [&]
         {
             fTake();
@@ -621,7 +522,7 @@ void WaitForHeir(Refusal & oRefusal)
         oRefusal, fTake, [&] { ::pthread_mutex_unlock(&oMutex); }, fTake);
 }
 
-void Refuse(Refusal & oRefusal, std::string & sSaid)
+void Refuse(Refusal & oRefusal)
 {
     Worker oWorker(
         [&]
@@ -637,8 +538,8 @@ void Refuse(Refusal & oRefusal, std::string & sSaid)
     Result const oResult = oWorker.Kill(1);
     bool const bInTime = GetMilliseconds(oBegin) < 2'000;
     Require(oWorker.IsAtWork(), "refused");
-    sSaid = std::to_string(oResult.GetErrorCode()) + (bInTime ? " in time. " : " late. ")
-            + std::regex_replace(oResult.GetText().s_str(), std::regex("[0-9]+"), "N");
+    oRefusal.sSaid = std::to_string(oResult.GetErrorCode()) + (bInTime ? " in time. " : " late. ")
+                     + std::regex_replace(oResult.GetText().s_str(), std::regex("[0-9]+"), "N");
 
     // Nothing is left of the first try.
     oRefusal.oReleased.count_down();
@@ -656,14 +557,9 @@ void TryRefusals()
         {"priority", &WaitForHeir},
         {"stream", &WaitForStream},
     };
-    std::string aSaid[std::size(aRefusals)];
-    {
-        std::vector<std::jthread> vThreads;
-        for (std::size_t i = 0; i < std::size(aRefusals); ++i)
-            vThreads.emplace_back([&, i] { Refuse(aRefusals[i], aSaid[i]); });
-    }
-    for (std::size_t i = 0; i < std::size(aRefusals); ++i)
-        std::printf("%s: %s\n", aRefusals[i].sName, aSaid[i].c_str());
+    RunOnThreads(static_cast<int>(std::size(aRefusals)), [&](int i) { Refuse(aRefusals[i]); });
+    for (Refusal const & oRefusal : aRefusals)
+        std::printf("%s: %s\n", oRefusal.sName, oRefusal.sSaid.c_str());
 }
 
 void TrySignals()
@@ -676,17 +572,13 @@ void TrySignals()
         Require(oWorker.Kill(1).IsOk(), sWhat);
     };
     auto const fTakenSignal = [](int) { Fail("the signal of the program"); };
-    KillOnce("taken",
-        [&]
-        {
-            std::signal(SIGRTMAX, fTakenSignal);
-            std::signal(SIGURG, SIG_IGN);
-        });
-    KillOnce("other signals", [] {});
+    auto const fTake = [&](int iSignal, auto fHandler) { return [=] { std::signal(iSignal, fHandler); }; };
+    KillOnce("taken", fTake(SIGRTMAX, fTakenSignal));
+    KillOnce("other signals", fTake(SIGURG, SIG_IGN));
     rlimit const oNone{0, 0};
     Require(::setrlimit(RLIMIT_SIGPENDING, &oNone) == 0, "limit");
     KillOnce("no timer", [] {});
-    KillOnce("no timer, taken", [&] { std::signal(SIGPWR, fTakenSignal); });
+    KillOnce("no timer, taken", fTake(SIGPWR, fTakenSignal));
 }
 
 void Trace()
@@ -719,7 +611,7 @@ int main(int iCount, char ** ppArguments)
         int const iResults = SetUp();
         for (Work const & oWork : WORKS)
             if (iCount < 3 || std::string_view(ppArguments[2]) == oWork.sName)
-                KillIn(oWork, std::atoi(ppArguments[1]), iResults);
+                KillIn(oWork, std::atoi(ppArguments[1]));
         ::kill(g_iChild, SIGKILL);
         ::dup2(iResults, STDOUT_FILENO);
     }
