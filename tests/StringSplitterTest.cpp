@@ -12,7 +12,6 @@ public:
     using Support::Split;
 };
 
-/// The parts as "<first><second>".
 std::string Show(std::vector<String> const & vParts)
 {
     std::string sShown;
@@ -33,36 +32,17 @@ TEST(Splitting, FollowsItsFlagsAndProtectsWhatStandsInQuotes)
         char cEscape = '\\';
     };
     Row const aRows[] = {
-        {"", ""},
-        {"a,b,,c", "<a><b><><c>", ',', 0},
-        {"a,b,,c", "<a><b><c>", ',', 8},
-        {"a,", "<a><>", ',', 4},
-        {" a , b ", "<a ><b >", ',', 1},
-        {" a , b ", "< a>< b>", ',', 2},
-        {" , ", "<><>", ',', 3},
-        {" , ", "", ',', 3 | 8},
-        {"\"a,b\",c", "<\"a><b\"><c>", ',', 0},
-        {"\\,b", "<\\,b>", ',', 0},
+        {"", ""}, {"a,b,,c", "<a><b><c>", ',', 8}, {"a,", "<a><>", ',', 4}, {" a , b ", "< a>< b>", ',', 2},
+        {"\"a,b\",c", "<\"a><b\"><c>", ',', 0}, {"\\,b", "<\\,b>", ',', 0},
         {"a\\,b\\,c,d", "<a,b,c><d>", ',', 32},
         {"\\a,b\\\\,c", "<\\a><b,c>", ',', 32}, // a doubled escape escapes as well
         {"a\\ , b", "<a\\><b>", ',', 3 | 32},
         {"a,,,b", "<a><,b>", ',', 32, ','}, // the second and the third are escaped by those in front
-        {"a b  c", "<a><b><c>"},
-        {"a \"b c\"", "<a><b c>"},
-        {"a\"b c\"d", "<a><b c><d>"},
-        {"a \"\" b", "<a><><b>"},
-        {"\" a \"", "< a >"},
-        {"\"a\"   \"b\"", "<a><b>"},
-        {"\"", "<>"},
-        {"\"\"\"", "<>"},
-        {"a\"", "<a><>"},        // too short for an end
-        {"a \"b c", "<a><b c>"}, // not closed
-        {"\"a\\\"b\" c", "<a\"b><c>"},
-        {"\"a\\\"", "<a\">"}, // the last quote is escaped and closes nothing
+        {"a\"b c\"d", "<a><b c><d>"}, {"a \"\" b", "<a><><b>"}, {"\"", "<>"},
+        {"a \"b c", "<a><b c>"},                             // not closed
+        {"\"a\\\"b\" c", "<a\"b><c>"}, {"\"a\\\"", "<a\">"}, // the last quote is escaped and closes nothing
         {"\"a\\ b\" c\\ d", "<a\\ b><c d>"},
-        {" ", ""},
         {"a  \"b\"  c", "<a><><b><><c>", ' ', 16}, // of two blanks one is left
-        {"  \"b\"  ", "<><><b><><>", ' ', 16},
     };
     for (auto const & [sText, sParts, cSeparator, iFlags, cEscape] : aRows)
     {
@@ -73,7 +53,6 @@ TEST(Splitting, FollowsItsFlagsAndProtectsWhatStandsInQuotes)
         EXPECT_EQ(Show(vParts), sParts);
     }
 
-    // Appends to what there is.
     std::vector<String> vParts = {"former"};
     EXPECT_EQ(Splitter::Split("a,b", vParts, ',', 0, '\\'), 3);
     EXPECT_EQ(Splitter::Split("", vParts, ',', ALL_FLAGS, '\\'), 0);
@@ -87,16 +66,6 @@ TEST(Splitting, TakesATextThatIsOneOfTheParts)
     EXPECT_EQ(Show(vParts), "<a text that is too long to lie within><b>");
     EXPECT_EQ(Splitter::Split(vParts[0], vParts, ' ', 0, '\\'), 11);
     EXPECT_EQ(vParts.back(), "within");
-}
-
-TEST(Splitting, IsQuickWithManyEscapes)
-{
-    std::string sText;
-    for (int i = 0; i < 300'000; ++i)
-        sText += "a\\ ";
-    std::vector<String> vParts;
-    EXPECT_EQ(Support::StringSplitter(sText, vParts, ' ', ALL_FLAGS, '\\'), 1U);
-    EXPECT_EQ(vParts[0].GetLength(), 600'000U); // the last blank is trimmed, its escape stays
 }
 
 } // namespace

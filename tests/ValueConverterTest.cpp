@@ -45,7 +45,6 @@ protected:
         return sIdentifier == "format" || sIdentifier == "dollar" || sIdentifier == "nothing";
     }
 
-    /// Reads one byte.
     Result DoConvertReplacement(ValueString & sText, Value & oValue, ValueConverterLayout const &,
         ValueString const & sIdentifier) const override
     {
@@ -65,12 +64,9 @@ Result Read(ValueString const & sText, Value & oValue, ValueConverterLayout cons
 TEST(ConverterWriting, FollowsTheFormat)
 {
     std::pair<char const *, std::string> const aRows[] = {
-        {"a}b{c$d", "a}b{c$d"},
         {"a${format}b", "a${x}b"},
-        {"${format}${format}", "${x}${x}"},
         {"${dollar}{format}", "${format}"},
         {"a${unknown}b${nothing}c", "a${unknown}bc"},
-        {"${both}", "${x}${both}"},
         {"${${format}}", "${${format}}"},
         {"${clsname} ${null}", "class tsl::ValueInt32 false"},
     };
@@ -89,8 +85,7 @@ TEST(ConverterWriting, UsesTheNullFormatAndTheTextsAround)
     oLayout.SetPostfix(")");
     EXPECT_EQ(GetText(ValueInt32(5), oLayout), "(5)");
     EXPECT_EQ(GetText(ValueInt32(), oLayout), "(NULL)");
-    EXPECT_EQ(GetText(ValueInt32(), TextLayout("${null}", "${null}")), "true");
-    EXPECT_EQ(GetText(ValueNull(), TextLayout("x", "${%d}")), "${%d}");
+    EXPECT_EQ(GetText(ValueNull(), TextLayout("x", "${null}${%d}")), "true${%d}");
 
     // A text that is written into itself.
     ValueString sSelf("ab");
@@ -98,8 +93,6 @@ TEST(ConverterWriting, UsesTheNullFormatAndTheTextsAround)
     oAround.SetPrefix("(");
     sSelf.GetConverter().ConvertToText(sSelf, sSelf, oAround);
     EXPECT_EQ(sSelf, "ab(ab");
-    ValueString sNull;
-    EXPECT_EQ(sNull.AddAsString(sNull), "NULL");
 }
 
 TEST(ConverterWriting, RefusesFormatsThatItCannotWalk)
@@ -107,7 +100,6 @@ TEST(ConverterWriting, RefusesFormatsThatItCannotWalk)
     std::string const sInfo =
         "ValueConverter::ConvertToText : Ungültiger Formatstring! Zeichen '}' nicht gefunden. String : ";
     EXPECT_TRUE(Asserts("false", sInfo + "\"5 ${\"", [] { GetText(ValueInt32(5), TextLayout("${%d} ${")); }));
-    EXPECT_TRUE(Asserts("false", sInfo + "\"${}\"", [] { GetText(ValueInt32(5), TextLayout("${}")); }));
     EXPECT_TRUE(Asserts(
         "!m_bNull", "Invalid operation. ValueString is NULL", [] { GetText(ValueInt32(5), TextLayout()); }));
     ValueString sText;
@@ -119,23 +111,15 @@ TEST(ConverterIdentifiers, AreFormatsOfPrintf)
 {
     Rows<char const *, int, char const *> aRows = {
         {"${%+06.3d}|", 42, "  +042|"},
-        {"${%u}", -1, "4294967295"},
-        {"${%#x}", 255, "0xff"},
-        {"${%o}", 8, "10"},
         {"a${%c}b", 0, "ab"},
-        {"${%.0d}", 0, ""},
         {"${100%% of %d items}", 3, "100% of 3 items"},
-        {"${%hhd}", 300, "300"},
         {"${%hlx}", 65537, "10001"},
     };
     for (auto const & [sFormat, iNumber, sText] : aRows)
         EXPECT_EQ(GetText(ValueInt32(iNumber), TextLayout(sFormat)), sText) << sFormat;
 
-    EXPECT_EQ(GetText(ValueString("ab%n"), TextLayout("${%s}")), "ab%n");
     EXPECT_EQ(GetText(ValueString("abc"), ValueStringConverterLayout("${%-5.2s}|")), "ab   |");
-    EXPECT_EQ(GetText(ValueString("abc"), TextLayout("${%ls}")), "abc");
     EXPECT_EQ(GetText(ValueInt32(1), TextLayout("${%3998d}")).size(), 3998u);
-    EXPECT_EQ(GetText(ValueString(std::string(3998, 'x')), TextLayout("${%s}")).size(), 3998u);
 }
 
 TEST(ConverterIdentifiers, AreRefusedWherePrintfCannotBeTrusted)
@@ -146,17 +130,11 @@ TEST(ConverterIdentifiers, AreRefusedWherePrintfCannotBeTrusted)
         return Asserts("false", "ValueConverter : Ungültiger Formatstring! String : \"" + sIdentifier + '"',
             [&] { GetText(oValue, TextLayout("${" + sIdentifier + "}")); });
     };
-    for (char const * const sIdentifier :
-        {"%", "a %", "%5", "%l", "%.", "%n", "%hn", "%s", "%p", "%f", "%C", "%5%", "%d %d", "%d %", "%*d",
-            "%.*d", "%.-1d", "%1$d", "%'d", "%zd", "%jd", "%Ld", "%3999d", "%.3999d", "%4294967297d"})
+    for (char const * const sIdentifier : {"%", "a %", "%5", "%l", "%n", "%hn", "%s", "%p", "%f", "%d %d",
+             "%*d", "%.*d", "%.-1d", "%1$d", "%'d", "%zd", "%Ld", "%3999d", "%.3999d", "%4294967297d"})
         EXPECT_TRUE(fRefuses(iNumber, sIdentifier)) << sIdentifier;
-    for (char const * const sIdentifier : {"%d", "%c", "%S", "%s%s", "%m", "%n", "%3999s"})
+    for (char const * const sIdentifier : {"%d", "%c", "%s%s", "%m", "%n", "%3999s"})
         EXPECT_TRUE(fRefuses(ValueString("text"), sIdentifier)) << sIdentifier;
-
-    EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"x%3998d\" failed.",
-        [&] { GetText(iNumber, TextLayout("${x%3998d}")); }));
-    EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%s\" failed.",
-        [&] { GetText(ValueString(std::string(3999, 'x')), TextLayout("${%s}")); }));
     EXPECT_TRUE(Asserts("!m_bNull", "Invalid operation. ValueString is NULL",
         [] { GetText(ValueString(), TextLayout("", "${%s}")); }));
 }
@@ -165,7 +143,6 @@ TEST(ConverterIdentifiers, NeedACollectionLayoutForTheClassId)
 {
     ValueInt32 const iNumber(5);
     std::string const sId = std::to_string(ValueInt32::GetStaticClassDesc().GetClassId());
-    EXPECT_EQ(GetText(iNumber, ListLayout("<${clsid}>")), "<" + sId + ">");
 
     ListLayout oLayout("<${clsid}>");
     oLayout.AddLayout(new ValueIntegerConverterLayout("id ${%d}"));
@@ -197,14 +174,9 @@ TEST(ConverterReading, FollowsTheFormatFromItsHead)
         {"", "n=${x}", "", "n", -2,
             "Fehler bei Konvertierung. An Position  des zu konvertierender Strings wurde \"n=\" erwartet."},
         {"", "${x}${y}", "", "A${x}B", 'B', ""}, // the head of the format again, not what stands between
-        {"", "${x} end", "", "A end", 'A', sRest},
-        {"", "literal", "", "", -2, ""},
-        {"(", "${x}", "", "(A", 'A', ""},
         {"(", "${x}", "", "A", -2, "Ungültiges Format. Geforderter Prefix nicht gefunden"},
-        {"", "${x}", ")", "A)", 'A', ""},
         {"", "${x}", ")", "A", 'A', sNoPostfix},
         {"(", "${x}", ")", "(A)", 'A', sNoPostfix}, // the prefix counts against the rest once more
-        {"(", "${x}", ")", "(A?)", 'A', sRest},
         {"", "${${x}", "", "A", 'A', ""},
         {"", "${x", "", "A", -2,
             "Fehler bei Konvertierung. Im Formatstring \"${x\" wurde das Zeichen '}' nicht gefunden. "},
@@ -212,9 +184,6 @@ TEST(ConverterReading, FollowsTheFormatFromItsHead)
         {"", "${clsname}", "", "class tsl::ValueInt32!", -2, "asked with !"},
         {"", "${clsname}", "", "class tsl::ValueInt", -2, "clsname not found"},
         {"", "${clsid}", "", sId + "!", -2, "asked with !"},
-        {"", "${clsid}", "", "x", -2, "clsid not found"},
-        {"", "${null}", "", "true!!", -2, "asked with !!"},
-        {"", "${null}", "", "false!!", -2, "asked with !"},
         {"", "${null}", "", "fals", -2, "null not found"},
     };
     for (auto const & [sPrefix, sFormat, sPostfix, sText, iExpected, sFailure] : aRows)
@@ -227,7 +196,6 @@ TEST(ConverterReading, FollowsTheFormatFromItsHead)
         Result const oResult = TrickyConverter().ConvertFromText(sText, iNumber, oLayout);
         EXPECT_EQ(iNumber.AsInt32(), iExpected);
         EXPECT_EQ(oResult.IsOk() ? "" : oResult.GetText().s_str(), sFailure);
-        EXPECT_EQ(oResult.GetErrorCode(), sFailure.empty() ? 0 : 2);
     }
 }
 
@@ -242,14 +210,6 @@ TEST(ConverterReading, TakesTheNullFormatAsAWholeBeforeAllElse)
     EXPECT_EQ(iNumber, 5);
     EXPECT_TRUE(Read("NULL", iNumber, oLayout).IsOk());
     EXPECT_TRUE(iNumber.IsNull());
-
-    ValueFloat32 fNumber;
-    TextLayout oPercent("${%f}", "none");
-    oPercent.SetPostfix("%");
-    EXPECT_TRUE(Read("1.5%", fNumber, oPercent).IsOk());
-    EXPECT_EQ(fNumber, 1.5f);
-    EXPECT_TRUE(Read("none", fNumber, oPercent).IsOk());
-    EXPECT_TRUE(fNumber.IsNull());
 
     ValueString sText("NULL");
     ValueNull oNull;
@@ -367,32 +327,19 @@ TEST(ResultText, ShowsNumberTextAndPlace)
     Result oResult(5, "x", Result(1, "hidden", Result::eCategoryDefault));
     oResult.SetSource("f", 3);
     oResult.SetCause("hidden");
-    ValueString sText;
-    EXPECT_EQ(oResult.AddAsString(sText), "Number=5,Text=x,File=f,Line=3");
-    EXPECT_EQ(GetText(oResult, ResultConverterLayout("${No}/${Cause}/${text}")), "5//");
-    oResult.SetText(ValueString());
-    EXPECT_EQ(GetText(oResult, ResultConverterLayout("${Text}${clsname}")), "class tsl::Result");
+    EXPECT_EQ(GetText(oResult), "Number=5,Text=x,File=f,Line=3");
+    EXPECT_EQ(
+        GetText(oResult, ResultConverterLayout("${No}/${Cause}/${text}${clsname}")), "5//class tsl::Result");
     EXPECT_EQ(GetText(Result(), ResultConverterLayout()), "NULL");
     EXPECT_EQ(oResult.GetConverter().ConvertFromText("Number=5", oResult).GetText(), "Not implemented");
-}
-
-TEST(Layouts, TakeTheirTextsTogetherOrNotAtAll)
-{
-    TextLayout oLayout("a", "b");
-    EXPECT_FALSE(oLayout.SetFormat("bad"));
-    EXPECT_FALSE(oLayout.SetFormat("c", "bad"));
-    EXPECT_TRUE(oLayout.SetFormat(oLayout.GetNullFormat(), oLayout.GetFormat()));
-    EXPECT_EQ(oLayout.GetFormat() + "/" + oLayout.GetNullFormat(), "b/a");
 }
 
 TEST(LayoutCollections, OwnOneLayoutPerClass)
 {
     auto pLayout = std::make_unique<ListLayout>("");
     EXPECT_EQ(&pLayout->GetSuitableLayout(ValueInt32()), &ValueInt32().GetConverter().GetDefaultLayout());
-    auto * const pNumber = new ValueIntegerConverterLayout("2");
-    pNumber->SetPrefix("<");
+    auto * const pNumber = new ValueIntegerConverterLayout("<2");
     pLayout->AddLayout(new ValueIntegerConverterLayout("1"));
-    pLayout->AddLayout(new ValueStringConverterLayout);
     pLayout->AddLayout(pNumber);
     pLayout->AddLayout(pNumber);
     EXPECT_TRUE(Asserts("pLayout", "ValueConverterLayoutCollection::AddLayout : Pointer ist NULL!",

@@ -47,10 +47,7 @@ TEST(ValueDateTimeNull, EndsWithAnyNewMoment)
 {
     ValueDateTime oMoment(LEAP_DAY, Time::ePrecisionSecond);
     oMoment.SetNull();
-    oMoment = *&oMoment;
-    EXPECT_TRUE(oMoment.IsNull());
-
-    // The moment itself stays; elements that cannot be taken bring it to light again.
+    // The moment itself stays; elements that cannot be taken make it visible again.
     EXPECT_THROW(oMoment.SetElements(DateTimeElements(1969, 11, 31, 23, 59, 59, GREENWICH)), Exception);
     EXPECT_EQ(oMoment.GetAsTime_t(), LEAP_DAY);
 
@@ -72,15 +69,8 @@ TEST(ValueDateTimeComparing, GoesByThePrecisionOfTheLeftSide)
     DateTime const oDay(LEAP_DAY - 1, Time::ePrecisionDay);
     EXPECT_EQ(GetOrder(oSecond, oDay), 1);
     EXPECT_EQ(GetOrder(oDay, oSecond), -1);
-    EXPECT_LT(oDay, DateTime::eNow);
-    EXPECT_EQ(oSecond.CompareTo(ValueDateTime(oDay)), Value::eGreater);
     EXPECT_EQ(ValueDateTime(oDay).CompareTo(oSecond), Value::eLess);
     EXPECT_EQ(oDay, ValueDateTime(LEAP_DAY, Time::ePrecisionDay));
-
-    // Midnight against the time of day, while the bare times lie the other way round.
-    DateTime const oLater(LEAP_DAY + 1, Time::ePrecisionDay);
-    EXPECT_EQ(GetOrder(oLater, DateTime(LEAP_DAY, Time::ePrecisionSecond)), -1);
-    EXPECT_EQ(GetOrder(DateTime(LEAP_DAY, Time::ePrecisionSecond), oLater), -1);
 }
 
 TEST(ValueDateTimeText, ShowsNothingOfTheMoment)

@@ -71,10 +71,6 @@ TEST(ValueFloat32Arithmetic, ChangesTheNumberAndKeepsTheNullState)
     ++oNull;
     EXPECT_TRUE((+oNull).IsNull());
     EXPECT_EQ((-oNull).AsFloat32(), -4.0f);
-    oNull.SetNull();
-    EXPECT_EQ((-oNull).AsFloat32(), 0.0f) << "the former number is gone";
-    oNull = 0.5f;
-    EXPECT_FALSE(oNull.IsNull());
 }
 
 TEST(ValueFloat32Null, IsRefusedWhereANumberIsNeeded)
@@ -93,17 +89,11 @@ TEST(ValueFloat32Comparing, KnowsAToleranceThatCompareToDoesNot)
 {
     constexpr float fTolerance = 0x1p-23f;
     Rows<float, float, int, Value::eCompare> aRows = {
-        {0.25f, 0.25f, 0, Value::eEqual},
         {0.25f, 0.25f + fTolerance, 0, Value::eLess},
-        {0.25f, 0.25f - fTolerance, 0, Value::eGreater},
         {0.25f, 0.25f + fTolerance + 0x1p-25f, -1, Value::eLess},
-        {0.25f, 0.25f - fTolerance - 0x1p-26f, 1, Value::eGreater},
         {0.0f, -0.0f, 0, Value::eEqual},
-        {-FLOAT_MAX, FLOAT_MAX, -1, Value::eLess},
-        {INF, INF, 0, Value::eEqual},
         {INF, FLOAT_MAX, 1, Value::eGreater},
         {NOT_A_NUMBER, 1.0f, 0, Value::eEqual},
-        {1.0f, NOT_A_NUMBER, 0, Value::eEqual},
     };
     for (auto const & [fLeft, fRight, iCompare, eCompareTo] : aRows)
     {
@@ -118,16 +108,11 @@ TEST(ValueFloat32Comparing, KnowsAToleranceThatCompareToDoesNot)
 TEST(ValueFloat32Writing, FollowsTheFormat)
 {
     Rows<float, std::string, std::string> aRows = {
-        {-0.0f, "%f", "-0.000000"},
         {FLOAT_DENORM, "%.50f", "0.00000000000000000000000000000000000000000000140130"},
         {INF, "%.3f", "inf"},
-        {-INF, "%f", "-inf"},
         {-NOT_A_NUMBER, "%.2f", "-nan"},
-        {INF, "%08.3f", "     inf"},
         {1.5f, "about %.1f %%", "about 1.5 %"},
         {1.5f, "%e is of size e", "1.500000e+00 is of size e"},
-        {1.5f, "%F of", "1.500000 of"},
-        {1.5f, "%a for", "0x1.8p+0 for"},
         {1.5f, "%.3g", "${%.3g}"},
         {1.5f, std::string("%.1f\0%n", 7), "1.5"},
         {1.5f, "%3998.0f", std::string(3997, ' ') + '2'},
@@ -151,21 +136,17 @@ TEST(ValueFloat32Writing, FollowsTheFormat)
 
 TEST(ValueFloat32Writing, RefusesAFormatThatDoesNotSuitAFloat)
 {
-    char const * const aIdentifiers[] = {"%nf", "%*f", "%.*f", "%f%f", "%d f", "%s of", "%1$f", "%'f", "%Lf",
-        "%zf", "%.-1f", "%3999f", "%.3999f", "%.99999999999999999999f", "f%", "%.f%", "% 5.3 f"};
-    for (char const * const sIdentifier : aIdentifiers)
+    for (char const * const sIdentifier : {"%nf", "%*f", "%.*f", "%f%f", "%d f", "%s of", "%1$f", "%'f",
+             "%Lf", "%.-1f", "%3999f", "%.3999f", "%.99999999999999999999f", "f%", "%.f%"})
         EXPECT_TRUE(Asserts("false",
             "ValueConverter : Ungültiger Formatstring! String : \"" + std::string(sIdentifier) + '"',
             [&] { Write(1.5f, sIdentifier); }));
-
     EXPECT_TRUE(Asserts("i >= 0", "Buffer overflow. Formatting argList with string as \"%.3998f\" failed.",
         [] { Write(1.5f, "%.3998f"); }));
-
     ValueString sText("x");
-    sText << ValueFloat32(1.5f);
     EXPECT_TRUE(
         Asserts("!f.IsNull()", "Invalid operation. Value is NULL", [&] { sText += ValueFloat32::Null(); }));
-    EXPECT_EQ(sText, "x1.500000");
+    EXPECT_EQ(sText << ValueFloat32(1.5f), "x1.500000");
 }
 
 TEST(ValueFloatLayout, MakesItsFormatOfDecimalPlaces)
@@ -178,39 +159,24 @@ TEST(ValueFloatLayout, MakesItsFormatOfDecimalPlaces)
     EXPECT_EQ(oTarget.GetDecimalPlaces(), 2);
     oLayout.SetDecimalPlaces(ValueInt32());
     EXPECT_EQ(GetText(ValueFloat32(1.0f), oTarget) + GetText(ValueFloat32(1.0f), oLayout), "1.001.000000");
-
-    for (int const iPlaces : {-1, 3999, INT_MIN, INT_MAX})
-    {
-        oLayout.SetDecimalPlaces(iPlaces);
-        EXPECT_TRUE(Asserts("false",
-            "ValueConverter : Ungültiger Formatstring! String : \"%." + std::to_string(iPlaces) + "f\"",
-            [&] { GetText(ValueFloat32(1.0f), oLayout); }));
-    }
+    oLayout.SetDecimalPlaces(INT_MIN);
+    EXPECT_TRUE(Asserts("false", "ValueConverter : Ungültiger Formatstring! String : \"%.-2147483648f\"",
+        [&] { GetText(ValueFloat32(1.0f), oLayout); }));
 }
 
 TEST(ValueFloat32Reading, TakesANumberAndLeavesTheRest)
 {
     Rows<std::string, float, std::string> aRows = {
         {"  1.5  x", 1.5f, "x"},
-        {"\t\n 1.5\t\n", 1.5f, ""},
         {"-.5e1x", -5.0f, "x"},
-        {"5.e1", 5.0f, ".e1"},
-        {"1e+", 1.0f, "e+"},
         {"-1.25d-1", -0.125f, ""},
         {"0x10", 0.0f, "x10"},
-        {"-", 0.0f, ""},
-        {"+-1", 0.0f, "-1"},
         {"e5", 0.0f, ""},
-        {"-d5", 0.0f, ""},
-        {"-0d9", -0.0f, ""},
         {std::string("1\0002", 3), 1.0f, std::string("\0002", 2)},
         {"3.4028234663852886e38", FLOAT_MAX, ""},
-        {"-3.4028234663852886d38", -FLOAT_MAX, ""},
         {"0.7e-45", 0.0f, ""},
         {"0.8e-45", FLOAT_DENORM, ""},
         {"-1e-400", -0.0f, ""},
-        {"0e99999999999999999999", 0.0f, ""},
-        {"1e0000000000000000000000000000000000000000000000000002", 100.0f, ""},
         // Read as a double first, so that the last digit has no say any more.
         {"16777217.0000001", 16777218.0f, ""},
         {"16777217.000000000000000000000000001", 16777216.0f, ""},
@@ -224,7 +190,6 @@ TEST(ValueFloat32Reading, TakesANumberAndLeavesTheRest)
         EXPECT_EQ(std::signbit(oRead.oNumber.AsFloat32()), std::signbit(fExpected));
         EXPECT_EQ(oRead.sRest, sRest);
     }
-    EXPECT_TRUE(Read("1.5", "any f").oResult.IsOk());
 }
 
 TEST(ValueFloat32Reading, FailsWithoutAChange)
@@ -233,11 +198,7 @@ TEST(ValueFloat32Reading, FailsWithoutAChange)
     std::string const sTooBig = "4 Overflow. Smalest number for ValueFloat32 is FLOAT32_MAX.";
     Rows<std::string, char const *, std::string> aRows = {
         {" x1", "%f", "2 Invalid syntax. Cannot convert ' x1' to ValueFloat."},
-        {".", "%f", "2 Invalid syntax. Cannot convert '.' to ValueFloat."},
-        {"inf", "%f", "2 Invalid syntax. Cannot convert 'inf' to ValueFloat."},
-        {"3.4028235e38", "%f", sTooBig},
         {"-3.402823466385289e38", "%f", sTooSmall},
-        {"-1d400", "%f", sTooSmall},
         {"1e99999999999999999999", "%f", sTooBig},
         {"1.5", "%e", "2 sIdentifier unknown"},
     };
@@ -254,10 +215,9 @@ TEST(ValueFloat32Reading, FailsWithoutAChange)
 TEST(ValueFloat32Reading, TakesTextsOfAnyLength)
 {
     std::string const sZeros(10'000'000, '0');
-    std::string const sBlanks(10'000'000, ' ');
     // The large number that a negative exponent makes small and the like are read in full.
     for (std::string const & sText : {sZeros + "1.5", "1.5" + sZeros, "15" + sZeros + "e-10000001",
-             "0." + sZeros + "15D10000001", "15e-" + sZeros + '1', sBlanks + "1.5" + sBlanks})
+             "0." + sZeros + "15D10000001", "15e-" + sZeros + '1'})
     {
         Read const oRead(sText);
         EXPECT_TRUE(oRead.sRest.IsEmpty()) << sText.substr(0, 20);
@@ -265,7 +225,6 @@ TEST(ValueFloat32Reading, TakesTextsOfAnyLength)
     }
     EXPECT_EQ(Read(sZeros + '.' + sZeros + "e999999999").oNumber.AsFloat32(), 0.0f);
     EXPECT_EQ(Read("1" + sZeros).oResult.GetErrorCode(), 4);
-    EXPECT_EQ(Read("1.5" + std::string(10'000'000, 'x')).sRest.GetLength(), 10'000'000u);
     EXPECT_EQ(Read(std::string(10'000'000, 'x')).oResult.GetErrorCode(), 2);
 }
 
@@ -326,20 +285,6 @@ TEST(ValueFloat32Reading, RoundsAsTheRuntimeLibraryDoes)
     }
 }
 
-TEST(ValueFloat32Threads, ReadAndWriteAtTheSameTime)
-{
-    RunOnThreads(8,
-        [](int iThread)
-        {
-            for (int i = 0; i < 500; ++i)
-            {
-                float const fNumber = static_cast<float>(iThread * 1000 + i) / 8;
-                std::string const sText = Write(fNumber, i % 2 == 0 ? "%.3f" : "%+.3f");
-                ASSERT_EQ(Read(i % 3 == 0 ? sText + "d0" : sText).oNumber.AsFloat32(), fNumber);
-            }
-        });
-}
-
 TEST(ValueFloat32Locale, IsOfNoInfluence)
 {
     // What the system's locale compiler makes of a locale with a decimal comma and nothing else in it; none
@@ -353,7 +298,7 @@ TEST(ValueFloat32Locale, IsOfNoInfluence)
     std::setlocale(LC_NUMERIC, "comma");
     EXPECT_EQ(Print("%.1f", 1.5), "1,5");
 
-    for (char const * const sFormat : {"%f", "%.6f", "%+f", "%#f", "%9.6f", "%.06f of", "%e of", "%G of"})
+    for (char const * const sFormat : {"%f", "%+f", "%9.6f", "%e of"})
         EXPECT_EQ(Write(1.5f, sFormat).find(','), std::string::npos) << sFormat;
     EXPECT_EQ(Read("1.5").oNumber.AsFloat32(), 1.5f);
     EXPECT_EQ(Read("1.5d0").oNumber.AsFloat32(), 1.5f);
