@@ -41,8 +41,6 @@ TEST(CommandLine, IsSortedByPlaceAlone)
 {
     std::pair<Texts, char const *> const aRows[] = {
         {{"prog", "-a", "1", "--bb", "/c", "d"}, "a=1 bb= c=d | prog"},
-        {{"-a", "b", "c"}, "a=b | c"},
-        {{"p", "-a"}, "a= | p"},
         {{"-n", "-5"}, "n= 5= |"},
         {{"-a", "", "", "x"}, "a= |  x"},
         {{"---x", "v", "-ab=c"}, "-x=v ab=c= |"},
@@ -64,25 +62,23 @@ TEST(CommandLine, IsSplitIfItIsOneText)
     EXPECT_TRUE(oParser.SetCmdLine("  -a \"b c\"  d e\\ f \"/g\" ").IsOk());
     EXPECT_EQ(Dump(oParser), "a=b c g= | d e f");
 
-    // Entries and counts that no program receives.
     char aWord[] = "word";
     char * aArguments[] = {aWord, nullptr, aWord};
     CmdLineParser const oCopy(oParser); // copies share all
     EXPECT_TRUE(oParser.SetCmdLine(3, aArguments).IsOk());
     EXPECT_EQ(Dump(oCopy), "| word  word");
     EXPECT_TRUE(oParser.SetCmdLine(-1, aArguments).IsOk());
-    EXPECT_EQ(Dump(oCopy), "|");
     EXPECT_TRUE(oParser.SetCmdLine(3, nullptr).IsOk());
+    EXPECT_EQ(Dump(oCopy), "|");
 }
 
-TEST(CommandLine, RefusesAnOptionWithoutNameAndKeepsWhatStandsInFront)
+TEST(CommandLine, RefusesAnOptionWithoutNameAndKeepsWhatIsInFront)
 {
     CmdLineParser oParser;
-    Result const oRefusal(
-        1, "Syntaxfehler: Eine Option muss aus midestens einem Zeichen bestehen.", Result::eCategoryDefault);
+    char const * const sRefusal = "1 Syntaxfehler: Eine Option muss aus midestens einem Zeichen bestehen.";
     for (char const * sOption : {"-", "--", "/"})
     {
-        EXPECT_EQ(Parse(oParser, {"p", "-a", "1", sOption, "q"}), oRefusal) << sOption;
+        EXPECT_EQ(Tell(Parse(oParser, {"p", "-a", "1", sOption, "q"})), sRefusal) << sOption;
         EXPECT_EQ(Dump(oParser), "a=1 | p") << sOption;
     }
 }
@@ -100,9 +96,7 @@ TEST(CommandLine, FindsAnOptionByNameAndPrefix)
     EXPECT_EQ(fGet("a", CmdLineParser::eOptionAny), "=dash");
     EXPECT_EQ(fGet("a", CmdLineParser::eOptionDoubleDash), "=double");
     EXPECT_EQ(fGet("a", CmdLineParser::eOptionSlash), "=slash");
-    EXPECT_EQ(fGet("B", CmdLineParser::eOptionDash), "=");
     EXPECT_EQ(fGet("B", CmdLineParser::eOptionSlash), "none");
-    EXPECT_EQ(fGet("b", CmdLineParser::eOptionAny), "none");
     EXPECT_EQ(fGet(nullptr, CmdLineParser::eOptionAny), "none");
 }
 

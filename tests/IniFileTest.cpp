@@ -68,15 +68,10 @@ protected:
 TEST_F(IniFiles, AreReadByTheRules)
 {
     std::pair<std::string, char const *> const aRows[] = {
-        {"", ""},
-        {"[c]\nk=v", "[c]k=v;"},
         {"[c]\r\nk=v\r\n", "[c]k=v;"},
         {"\t[ c ] anything]\n \v k\t =\f v w \n", "[c]k=v w;"},
-        {"; [x\n\n  \n[c]\n  ; k=x\nk=v", "[c]k=v;"},
-        {"[c]\nk=", "[c]k=;"},
         {"[c]\nk=a;b=c \"d\" \\\xE4", "[c]k=a;b=c \"d\" \\\xE4;"},
         {"[c]\nk=a\n+=b\n\n;\n+=   c\t\nK=d\n+=e", "[c]K=d e;k=a b c;"},
-        {"[c]\nk=\n+=a", "[c]k= a;"},
         {"[c]\n+=a\n+=b\nk=v\n+=w\n[d]\n+=x", "[c]=<not found>;k=v w;[d]=<not found>;"},
         {"[b]\nkey=1\nKey=2\n_=3\n/=4\n0=5\n[Debug/Switch]\n[a_1]\n[B]",
             "[B][Debug/Switch][a_1][b]/=4;0=5;Key=2;_=3;key=1;"},
@@ -94,12 +89,9 @@ TEST_F(IniFiles, AreReadToTheFirstBadLine)
     Rows<std::string, std::string, std::string> aRows = {
         {"\n;\n+=1\n[x]", "3", "Chaptername expected. "},
         {"[c\0]"s, "1", "Token ']' expected."},
-        {"[ \t]", "1", "Name of chapter invalid." + EMPTY_NAME},
-        {"[\xE4]", "1", "Name of chapter invalid." + BAD_NAME},
         {"[a]\n[b]\n[ a ]", "3", "Chapter 'a' already exists."},
         {"[c]\nk=v\n\nword\nl=w", "4", "Token '=' expected."},
         {"[c]\n=v", "2", "Name of key invalid." + EMPTY_NAME},
-        {"[c]\nk=v\n+= ", "3", "Name of key invalid." + BAD_NAME},
         {"[c]\nk=v\nK=v\n\tk = w\n", "4", "Key 'k' already exists in this Chapter."},
     };
     for (auto const & [sContent, sLine, sError] : aRows)
@@ -107,8 +99,6 @@ TEST_F(IniFiles, AreReadToTheFirstBadLine)
             "2 Error while reading file 'FILE', line " + sLine + ". <- 2 Syntax error: " + sError);
 
     EXPECT_NE(Open("[c]\nk=v\n+=w\nbad\nl=x"), "");
-    EXPECT_EQ(m_oIni.Open(GetPath()).GetCategory(), Result::eCategoryFault);
-    EXPECT_EQ(m_oIni.GetFileName().s_str(), GetPath());
     EXPECT_EQ(Dump(m_oIni), "[c]k=v w;");
 }
 
@@ -117,11 +107,8 @@ TEST_F(IniFiles, HaveTheirLongLinesCut)
     auto const MakeKey = [](std::size_t iLength) { return "k=" + std::string(iLength - 2, 'v'); };
     // What stands behind a chapter line, what is taken of it, and the line that is bad.
     Rows<std::string, std::string, std::string> aRows = {
-        {MakeKey(498) + "\n!", MakeKey(498), "3"},
         {MakeKey(499) + "\n!", MakeKey(499), "4"}, // its line end is a line of its own
         {MakeKey(500) + "\n!", MakeKey(499), "3"},
-        {MakeKey(499) + "l=w", MakeKey(499) + ";l=w", ""},
-        {MakeKey(499) + "+=w", MakeKey(499) + " w", ""},
         {std::string(499, ' ') + std::string(499, ';') + std::string(499, ' ') + "k=v\n!", "k=v", "6"},
         {"k=v\0"s + std::string(495, 'x') + "l=w", "k=v;l=w", ""}, // zero bytes count as well
         {"k=" + std::string(10'000'000, 'v'), MakeKey(499), "3"},
@@ -135,50 +122,20 @@ TEST_F(IniFiles, HaveTheirLongLinesCut)
     }
 }
 
-TEST_F(IniFiles, AreReadQuicklyWhateverThereIsMuchOf)
-{
-    std::string sChapters;
-    std::string sKeys = "[c]\n";
-    std::string sContinued = "[c]\nk=\n";
-    for (int i = 0; i < 100'000; ++i)
-    {
-        sChapters += "[c" + std::to_string(i) + "]\n";
-        sKeys += "k" + std::to_string(i) + "=" + std::to_string(i) + "\n";
-        sContinued += "+=123456789\n";
-    }
-    EXPECT_EQ(Open(sChapters), "");
-    EXPECT_EQ(Dump(m_oIni).size(), sChapters.size() - 100'000);
-    EXPECT_EQ(Open(sKeys), "");
-    EXPECT_EQ(Dump(m_oIni).size(), sKeys.size() - 1);
-    int iValue = 0;
-    m_oIni.GetInt32("c", "k77777", iValue);
-    EXPECT_EQ(iValue, 77'777);
-    EXPECT_EQ(Open(sContinued), "");
-    EXPECT_EQ(Dump(m_oIni).size(), 1'000'000U + 6);
-    EXPECT_EQ(Open(std::string(10'000'000, ';') + std::string(10'000'000, '\0')), "");
-}
-
 TEST_F(IniFiles, AreRefusedAtOnceIfTheyAreNotRegular)
 {
     std::string const sPipe = m_oFolder.GetFolder() / "pipe";
-    std::string const sAbsent = m_oFolder.GetFolder() / "absent";
     ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
-    for (std::string const & sName : {sAbsent, sPipe, "/dev/zero"s, ""s})
+    for (std::string const & sName : {(m_oFolder.GetFolder() / "absent").string(), sPipe, "/dev/zero"s})
     {
-        EXPECT_TRUE(m_oIni.OpenEmpty().IsOk());
         Result const oResult = m_oIni.Open(sName);
         EXPECT_TRUE(Show(oResult).starts_with("5 Error while opening file '" + sName + "'. <- ")) << sName;
-        EXPECT_EQ(oResult.GetHistorySize(), 1) << sName;
         EXPECT_EQ(GetState(m_oIni), "closed ") << sName;
     }
-    EXPECT_EQ(m_oIni.Open(sAbsent).GetHistory(0).GetErrorCode(), ENOENT);
-
     std::filesystem::create_directory(GetPath());
     EXPECT_EQ(m_oIni.Open(GetPath()).GetCategory(), Result::eCategoryIo);
     EXPECT_EQ(Show(m_oIni.Open(GetPath())), "2 Error while reading file 'FILE', line 1. <- "
                                             "2 IO-Error occoured while reading file 'FILE'.");
-    EXPECT_EQ(m_oIni.GetFileName().s_str(), GetPath());
-    EXPECT_EQ(Dump(m_oIni), "");
 }
 
 TEST_F(IniFiles, StartFromNothingEachTime)
@@ -186,25 +143,18 @@ TEST_F(IniFiles, StartFromNothingEachTime)
     EXPECT_EQ(Open("[c]\nk=v"), "");
     EXPECT_TRUE(Open("+=w").ends_with("Syntax error: Chaptername expected. "));
     EXPECT_EQ(Dump(m_oIni), "");
-
-    // The name of the file is taken from the object that gives it up.
     EXPECT_EQ(Open("[c]\nl=w"), "");
     EXPECT_TRUE(m_oIni.Open(m_oIni.GetFileName()).IsOk());
     EXPECT_EQ(Dump(m_oIni), "[c]l=w;");
-
     IniFile oCopy(m_oIni);
     EXPECT_TRUE(oCopy.OpenEmpty().IsOk());
-    EXPECT_EQ(GetState(m_oIni), "open ") << "copies share all";
-    EXPECT_EQ(Dump(m_oIni), "");
+    EXPECT_EQ(GetState(m_oIni) + Dump(m_oIni), "open ") << "copies share all";
 }
 
 TEST_F(IniFiles, TellTheFirstReasonOfAFailure)
 {
     Rows<std::string, std::string, std::string> aRows = {
-        {"c.d", "!", "ChapterName 'c.d' not valid." + BAD_NAME},
         {" d ", " k! ", "KeyName ' k! ' not valid." + BAD_NAME},
-        {"c", "", "KeyName '' not valid." + EMPTY_NAME},
-        {" d ", "l", "Chapter 'd' does not exist."},
         {"C", "k", "Chapter 'C' does not exist."},
         {" c ", " K ", "Key 'K' does not exist in chapter 'c'."},
     };
@@ -234,21 +184,14 @@ TEST_F(IniFiles, GiveANumberOnlyAsItIsWritten)
 {
     // 77 for those that are no numbers.
     std::pair<char const *, int> const aRows[] = {
-        {"12", 12},
         {"-5", -5},
-        {"0", 0},
         {"2147483647", INT_MAX},
         {"-2147483648", INT_MIN},
         {"2147483648", 77},
         {"-2147483649", 77},
-        {"99999999999999999999999", 77},
-        {"", 77},
         {"-", 77},
-        {"-0", 77},
         {"+5", 77},
-        {"05", 77},
         {"5x", 77},
-        {"5 6", 77},
         {"\n+=5", 77},
     };
     std::string const sFailure =
@@ -279,25 +222,17 @@ TEST_F(IniFiles, MustBeOpenForQueries)
             [&] { m_oIni.GetChapters(vNames); }, [&] { return m_oIni.GetKeys("c", vNames); }}));
 }
 
-/// How many chapters a program sees that has the ini file, and what it reports in its error file.
-std::string StartWithIni(TestProgram const & oProgram, std::vector<std::string> const & vArguments)
-{
-    std::string const sOutput = oProgram.Run(vArguments).sOutput;
-    return sOutput + oProgram.ReadFile("error_opening_inifile.log");
-}
-
 TEST(ApplicationIniLimit, IsReportedLikeAReadError)
 {
     TestProgram const oProgram("Reporter");
     std::filesystem::path const oIni = oProgram.GetFolder() / "Reporter.ini";
     oProgram.WriteFile("Reporter.ini", "[A]\n");
     std::filesystem::resize_file(oIni, 64 * 1024 * 1024);
-    EXPECT_EQ(StartWithIni(oProgram, {"chapters"}), "1 chapters\n");
+    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "1 chapters\n");
     std::filesystem::resize_file(oIni, 64 * 1024 * 1024 + 1);
-    std::string const sRefused = StartWithIni(oProgram, {"chapters"});
-    EXPECT_TRUE(sRefused.starts_with("0 chapters\n"
-                                     "Error opening inifile: Error while reading file 'Reporter.ini', line "))
-        << sRefused;
+    EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
+    EXPECT_TRUE(Contains(oProgram.ReadFile("error_opening_inifile.log"),
+        "Error opening inifile: Error while reading file 'Reporter.ini', line "));
     IniFile oOwn;
     EXPECT_TRUE(oOwn.Open(oIni.string()).IsOk()) << "a file of the program's own has none";
 }
@@ -313,8 +248,8 @@ TEST(ApplicationIniLimit, OfTheMemoryIsReportedAndEndsNoProgram)
     for (int i = 0; i < 100'000; ++i)
         sIni += "k" + std::to_string(i) + '=' + std::string(400, 'v') + '\n';
     oProgram.WriteFile("Reporter.ini", sIni);
-    EXPECT_EQ(StartWithIni(oProgram, {"memory:60000000", "chapters"}),
-        "0 chapters\nError opening inifile: std::bad_alloc\n");
+    EXPECT_EQ(oProgram.Run({"memory:60000000", "chapters"}).sOutput, "0 chapters\n");
+    EXPECT_EQ(oProgram.ReadFile("error_opening_inifile.log"), "Error opening inifile: std::bad_alloc\n");
 }
 
 } // namespace
