@@ -30,13 +30,8 @@ TEST(TaskConstruction, HasTheFormsOfEveryClass)
     {
         Aligned() : OpenTask("aligned", nullptr, 1, nullptr) {}
     };
-    for (Aligned * const pTask : {new Aligned, new (std::nothrow) Aligned})
-    {
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pTask) % alignof(Aligned), 0U);
-        delete pTask;
-    }
-    std::unique_ptr<Task> const pTask(new (std::nothrow) OpenTask("task", nullptr, 2, nullptr));
-    EXPECT_EQ(pTask->GetTaskID(), 2);
+    std::unique_ptr<Aligned> const pAligned(new (std::nothrow) Aligned);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pAligned.get()) % alignof(Aligned), 0U);
     alignas(OpenTask) std::byte aRoom[sizeof(OpenTask)];
     auto * const pPlaced = new (aRoom) OpenTask("task", nullptr, 3, nullptr);
     EXPECT_EQ(static_cast<void *>(pPlaced), aRoom);
@@ -53,14 +48,6 @@ TEST(TaskOutsideAStep, RefusesWhatNeedsTheContext)
             [&] { oTask.ClearReveiveBuffer(); }, [&] { oTask.ClearSendBuffer(); },
             [&] { oTask.SetVar("x", 1); }, [&] { oTask.SetLocalVar("x", "t"); },
             [&] { oTask.GetLocalVar("x", "t"); }, [&] { oTask.GetSimulationMode(0); }}));
-}
-
-TEST(TaskResults, HaveNames)
-{
-    std::string sNames;
-    for (int const iResult : {Task::TR_REMAIN + 0, Task::TR_PROCEED + 0, Task::TR_RETURN + 0, 0, -4})
-        sNames += Task::GetTaskResultName(iResult) + std::string(" ");
-    EXPECT_EQ(sNames, "TR_REMAIN TR_PROCEED TR_RETURN USER_DEFINED USER_DEFINED ");
 }
 
 TEST(TaskSteps, MeetNoSecondOneFromWithinOrFromAnotherThread)
@@ -89,7 +76,6 @@ TEST(TaskSteps, MeetNoSecondOneFromWithinOrFromAnotherThread)
 TEST(TaskSteps, LetOneOfManyThreadsIn)
 {
     std::atomic<int> iInside{0};
-    std::atomic<int> iRefused{0};
     auto * const pMachine = new OneTaskMachine(Remaining(
         [&](auto &)
         {
@@ -101,24 +87,19 @@ TEST(TaskSteps, LetOneOfManyThreadsIn)
         [&](int)
         {
             for (int i = 0; i < 200; ++i)
-                iRefused += Catch([&] { pMachine->Process(oContext); }).GetResult().IsError();
+                static_cast<void>(Catch([&] { pMachine->Process(oContext); }));
         });
-    EXPECT_LT(iRefused, 400);
 }
 
 TEST(TaskCreation, MakesATaskOfItsOwnEachTime)
 {
     static OpenTask * pOnly = nullptr;
     auto const fGiveTheOnlyOne = [](TaskProcessor * pParent) -> Task *
-    {
-        if (!pOnly)
-            pOnly = new OpenTask("only", pParent, 103, [](OpenTask &) { return 0; });
-        return pOnly;
-    };
-    TaskFactory::Instance().Register(103, fGiveTheOnlyOne);
-    TaskFactory::Instance().Register(104, fGiveTheOnlyOne);
+    { return pOnly ? pOnly : pOnly = new OpenTask("only", pParent, 103, [](OpenTask &) { return 0; }); };
     auto * const pMachine = new OneTaskMachine(nullptr);
     TaskContext oContext(pMachine);
+    for (int const iId : {103, 104})
+        TaskFactory::Instance().Register(iId, fGiveTheOnlyOne);
     EXPECT_TRUE(pMachine->oTransitions.AddTransition(Task::TASK_INIT, Task::TR_PROCEED, 103).IsOk());
     EXPECT_TRUE(pMachine->oTransitions.AddTransition(103, 0, 104).IsOk());
     for (int i = 0; i < 2; ++i)
@@ -126,7 +107,7 @@ TEST(TaskCreation, MakesATaskOfItsOwnEachTime)
             "pTask != NULL", "Task-Objekt 104 could not be found or created.", [&] { oContext.Process(); }));
 }
 
-TEST(TaskCopies, ShareNameParentContextAndTheTaskInWhichAMachineStands)
+TEST(TaskCopies, ShareNameParentContextAndCurrentTask)
 {
     OneTaskMachine oMachine(nullptr);
     OpenTask oTask("first", &oMachine, 1, nullptr);
@@ -137,17 +118,15 @@ TEST(TaskCopies, ShareNameParentContextAndTheTaskInWhichAMachineStands)
     EXPECT_EQ(oOther.GetParent(), &oMachine);
 
     int iSteps = 0;
-    auto const fWork = Remaining([&](auto &) { ++iSteps; });
-    auto * const pMachine = new OneTaskMachine(fWork);
+    auto * const pMachine = new OneTaskMachine(Remaining([&](auto &) { ++iSteps; }));
     auto pContext = std::make_unique<TaskContext>(pMachine);
     pContext->Process();
     OneTaskMachine oCopy(*pMachine);
-    OneTaskMachine oAssigned(fWork);
-    oAssigned.Process(*pContext);
+    OneTaskMachine oAssigned(nullptr);
     oAssigned = oCopy;
-    TaskContext oContext(new OneTaskMachine(nullptr));
     pContext.reset();
+    TaskContext oContext(new OneTaskMachine(nullptr));
     oCopy.Process(oContext);
     oAssigned.Process(oContext);
-    EXPECT_EQ(iSteps, 4);
+    EXPECT_EQ(iSteps, 3);
 }
