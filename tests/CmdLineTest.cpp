@@ -5,7 +5,6 @@
 #include <iomanip>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace tsl;
@@ -39,7 +38,6 @@ std::string RunAndRead(Child & oChild)
     return ReadOutput(oChild);
 }
 
-/// What counts that a child may cost.
 class Resources
 {
 public:
@@ -76,35 +74,26 @@ TEST(ChildCommands, AreMadeOfArgumentsAndSplitAtWhiteSpaceOutsideOfQuotes)
     oCommand.AddArg(oCommand.GetCommand());
     oCommand.AddArg(oCommand.GetCommand());
     EXPECT_EQ(oCommand.GetCommand().s_str(), "program program \"program program\"");
-    oCommand.SetCommand("my program");
-    oCommand.SetApplication(oCommand.GetCommand());
-    EXPECT_EQ(oCommand.GetCommand().s_str(), "\"my program\"");
 }
 
 TEST(ChildCommands, HandOverArgumentsOfAllBytesUnchanged)
 {
-    std::mt19937 oRandom(4711);
-    auto const fPick = [&](int iMin, int iMax)
-    { return std::uniform_int_distribution<int>(iMin, iMax)(oRandom); };
-    for (int iVector = 0; iVector < 100; ++iVector)
-    {
-        Child oChild("arguments");
-        std::ostringstream oExpected;
-        oExpected << std::hex << std::setfill('0');
-        while (oChild.GetCommand().GetLength() < 900 && fPick(0, 9) > 0)
+    Child oChild("arguments");
+    std::ostringstream oExpected;
+    oExpected << std::hex << std::setfill('0');
+    std::string sArgument;
+    for (int iByte = 1; iByte < 256; ++iByte)
+        if (iByte != '"')
         {
-            std::string sArgument(static_cast<std::size_t>(fPick(1, 60)), '\0');
-            for (char & c : sArgument)
-            {
-                while (c == '\0' || c == '"')
-                    c = static_cast<char>(fPick(1, 255));
-                oExpected << std::setw(2) << +static_cast<unsigned char>(c);
-            }
-            oChild.AddArg(sArgument);
+            sArgument += static_cast<char>(iByte);
+            oExpected << std::setw(2) << iByte;
+            if (iByte % 7 != 0)
+                continue;
+            oChild.AddArg(std::exchange(sArgument, ""));
             oExpected << ".\n";
         }
-        ASSERT_EQ(RunAndRead(oChild), oExpected.str()) << oChild.GetCommand().s_str();
-    }
+    oChild.AddArg(sArgument);
+    EXPECT_EQ(RunAndRead(oChild), oExpected.str() + ".\n");
 }
 
 TEST(ChildCommands, OfLessThan1024CharactersAreAccepted)
@@ -128,11 +117,8 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
     oFolder.WriteFile("broken", "no program");
     std::filesystem::permissions(oFolder.GetFolder() / "broken", std::filesystem::perms::owner_all);
     Rows<std::string, int> aRows = {
-        {"", ENOENT},
         {"no_such_program", ENOENT},
-        {"/no/such program", ENOENT},
         {oFolder.GetFolder() / "plain", EACCES},
-        {oFolder.GetFolder(), EACCES},
         {oFolder.GetFolder() / "plain/x", ENOTDIR},
         {oFolder.GetFolder() / "broken", ENOEXEC},
     };
@@ -154,27 +140,18 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
             }
             EXPECT_EQ(Tell(oResult), "10 Error while creating process. <- " + Tell(OS::FormatError(iError)));
             EXPECT_EQ(oChild.iProcessId, 0);
-            EXPECT_FALSE(oChild.IsRunning());
             EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
         }
-    oBefore.ExpectTheSame();
-}
 
-TEST(ChildStart, LeavesNoChildIfAReaderCannotBeStarted)
-{
-    Resources const oBefore;
     for (int const iMode : {WITH_READERS, WITH_READERS | CmdLine::eModeSuspended})
     {
+        NoMoreThreads const oScope;
         Child oChild("hang", iMode);
-        {
-            NoMoreThreads const oScope;
-            EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 10);
-        }
+        EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 10) << "no reader can be started";
         EXPECT_EQ(oChild.iProcessId, 0);
-        oBefore.ExpectTheSame();
         EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
-        Start(oChild);
     }
+    oBefore.ExpectTheSame();
 }
 
 TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
@@ -195,8 +172,7 @@ TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
         Child oDetached("session", iMode | CmdLine::eModeDetached);
         Start(oChild);
         Start(oDetached);
-        // A child that runs is left alone: the signal would disturb the sanitizer that looks through it at
-        // its end.
+        // The signal would disturb the sanitizer of a child that runs.
         for (Child * const pChild : {&oChild, &oDetached})
             if (iMode & CmdLine::eModeSuspended)
             {
@@ -238,12 +214,10 @@ TEST(ChildStart, IsPossibleOnManyThreadsAtOnce)
         {
             for (int i = 0; i < 10; ++i)
             {
-                std::string const sText = std::to_string(iThread * 100 + i);
-                Child oChild(
-                    "descriptors out " + sText + "\\n exit " + std::to_string(iThread), WITH_READERS);
+                Child oChild("descriptors exit " + std::to_string(iThread), WITH_READERS);
                 Start(oChild);
                 oChild.WaitTermination();
-                EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "0 1 2 \n" + sText + '\n');
+                EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "0 1 2 \n");
                 EXPECT_EQ(oChild.GetExitCode(), iThread);
             }
         });
@@ -251,15 +225,8 @@ TEST(ChildStart, IsPossibleOnManyThreadsAtOnce)
 
 TEST(ChildEnd, IsReportedByTheExitCode)
 {
-    Rows<char const *, int> aRows = {
-        {"", 0},
-        {"exit 7", 7},
-        {"exit 255", 255},
-        {"signal 9", 137},
-        {"signal 15", 143},
-        {"close exit 3", 3},
-    };
-    for (auto const & [sActions, iExitCode] : aRows)
+    for (auto const & [sActions, iExitCode] :
+        std::map<std::string, int>{{"", 0}, {"exit 255", 255}, {"signal 9", 137}, {"close exit 3", 3}})
     {
         SCOPED_TRACE(sActions);
         Child oChild(sActions, WITH_READERS);
@@ -271,22 +238,18 @@ TEST(ChildEnd, IsReportedByTheExitCode)
         EXPECT_EQ(oChild.Kill(1).GetErrorCode(), 3);
         EXPECT_EQ(oChild.GetExitCode(), iExitCode);
     }
-    EXPECT_FALSE(HasChildren());
 }
 
-TEST(ChildEnd, ComesByKillWhateverTheChildDoes)
+TEST(ChildEnd, ComesByKillWhateverTheChildDoesAndReleasesAllResources)
 {
-    for (char const * sActions : {"hang", "ignore 15 hang", "signal 19 hang", "close hang", "daemon hang"})
+    auto const fRun = [](std::string const & sActions)
     {
-        SCOPED_TRACE(sActions);
-        Child oChild(std::string("out ready\\n ") + sActions, WITH_READERS);
+        Child oChild("out ready\\n " + sActions, WITH_READERS);
         Start(oChild);
         EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 3);
         EXPECT_TRUE(WaitUntil([&] { return TakeLines(oChild, &CmdLine::ReceiveStdOut) == "ready\n"; }));
 
-        Clock::time_point const oStart = Clock::now();
         EXPECT_EQ(oChild.WaitTermination(30), CmdLine::eWaitTimeout);
-        EXPECT_GE(Clock::now() - oStart, std::chrono::milliseconds(30));
         EXPECT_EQ(oChild.WaitTermination(0), CmdLine::eWaitTimeout);
         EXPECT_TRUE(oChild.IsRunning());
         EXPECT_EQ(oChild.GetExitCode(), 259);
@@ -294,40 +257,30 @@ TEST(ChildEnd, ComesByKillWhateverTheChildDoes)
         EXPECT_TRUE(oChild.Kill(1234).IsOk());
         EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
         EXPECT_EQ(oChild.GetExitCode(), 1234);
+    };
+    fRun("hang");
+    Resources const oBefore;
+    for (char const * const sActions : {"hang", "ignore 15 hang", "signal 19 hang", "close hang"})
+    {
+        SCOPED_TRACE(sActions);
+        fRun(sActions);
+        oBefore.ExpectTheSame();
     }
+    fRun("daemon hang");
 }
 
 TEST(ChildEnd, DoesNotWaitForAProgramThatKeepsTheStreams)
 {
-    for (char const * sActions : {"daemon", "noise"})
+    for (char const * const sActions : {"daemon", "noise"})
     {
-        Clock::time_point oStart;
-        {
-            Child oChild(sActions, WITH_READERS);
-            Start(oChild);
-            CmdLine const oCopy(oChild);
-            EXPECT_TRUE(WaitUntil([&] { return !oChild.IsRunning() || oChild.GetExitCode() == 0; }));
-            EXPECT_TRUE(oChild.IsRunning()) << sActions;
-            oStart = Clock::now();
-        }
+        auto pChild = std::make_unique<Child>(sActions, WITH_READERS);
+        Start(*pChild);
+        EXPECT_TRUE(WaitUntil([&] { return !pChild->IsRunning() || pChild->GetExitCode() == 0; }));
+        EXPECT_TRUE(pChild->IsRunning()) << sActions;
+        Clock::time_point const oStart = Clock::now();
+        pChild.reset();
         EXPECT_LT(Clock::now() - oStart, std::chrono::seconds(1)) << sActions;
     }
-}
-
-TEST(ChildEnd, ReleasesAllResources)
-{
-    auto const fCycle = []
-    {
-        Child oChild("hang", WITH_READERS);
-        Start(oChild);
-        EXPECT_TRUE(oChild.Kill(9).IsOk());
-        EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
-    };
-    fCycle();
-    Resources const oBefore;
-    for (int i = 0; i < 100; ++i)
-        fCycle();
-    oBefore.ExpectTheSame();
 }
 
 /// Starts a child and destroys its object. Returns its process id.
@@ -341,7 +294,6 @@ int Abandon(std::string const & sActions, int iMode = 0)
     return iProcessId;
 }
 
-/// Kills an abandoned child, which then waits to be reaped.
 void KillAbandoned(int iProcessId)
 {
     EXPECT_EQ(::kill(iProcessId, SIGKILL), 0);
@@ -372,43 +324,20 @@ TEST(AbandonedChildren, AreReapedLaterAndTheProgramsOwnOnesNever)
     EXPECT_TRUE(WaitUntil([&] { return oRunning.IsRunning() && !IsZombie(iOther); }));
 }
 
-/// The shortest time that 100 queries take, out of several tries.
-Clock::duration MeasureQueries(CmdLine const & oChild)
+TEST(AbandonedChildren, CostNoDescriptorAndAreReapedByThoseThatFollow)
 {
-    auto oShortest = Clock::duration::max();
-    for (int iTry = 0; iTry < 50; ++iTry)
-    {
-        Clock::time_point const oStart = Clock::now();
-        for (int i = 0; i < 100; ++i)
-            EXPECT_TRUE(oChild.IsRunning());
-        oShortest = std::min(oShortest, Clock::now() - oStart);
-    }
-    return oShortest;
-}
-
-TEST(AbandonedChildren, CostNoDescriptorAndNoTimeOfQueries)
-{
-    Child oChild("hang");
-    Start(oChild);
-    Clock::duration const oAlone = MeasureQueries(oChild);
-    rlimit oFormer{};
-    ::getrlimit(RLIMIT_NOFILE, &oFormer);
-    rlimit const oFew{64, oFormer.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &oFew), 0);
-
     std::vector<int> vProcessIds(300);
     for (int & iProcessId : vProcessIds)
         iProcessId = Abandon("hang");
-    EXPECT_LT(MeasureQueries(oChild), 3 * oAlone);
-
-    // A start and a destruction look after 64 each.
     for (int const iProcessId : vProcessIds)
         KillAbandoned(iProcessId);
+
+    // A start and a destruction look after 64 each.
     for (std::size_t i = 0; i < vProcessIds.size() / 64; ++i)
         Abandon("");
     for (int const iProcessId : vProcessIds)
         EXPECT_FALSE(IsZombie(iProcessId));
-    ::setrlimit(RLIMIT_NOFILE, &oFormer);
+    EXPECT_LT(CountEntries("/proc/self/fd"), 100U);
 }
 
 TEST(AbandonedChildren, AreEndedIfTheyWereNeverContinued)
@@ -416,26 +345,17 @@ TEST(AbandonedChildren, AreEndedIfTheyWereNeverContinued)
     for (int const iMode : {0, CmdLine::eModeDetached + 0, WITH_READERS})
         EXPECT_FALSE(IsZombie(Abandon("hang", CmdLine::eModeSuspended | iMode))) << iMode;
 
-    int iProcessId = 0;
-    {
-        Child oParent("hang", CmdLine::eModeSuspended);
-        Start(oParent);
-        iProcessId = oParent.iProcessId;
-        CmdLine const oCopy(oParent);
-    }
-    EXPECT_FALSE(IsZombie(iProcessId));
-
     // Continued at any moment before.
     for (int const iPause : {0, 0, 0, 50, 1000})
     {
-        {
-            CmdLine oChild;
-            oChild.SetCommand(CHILD + " hang");
-            oChild.SetMode(CmdLine::eModeSuspended);
-            EXPECT_TRUE(oChild.Run(iProcessId).IsOk());
-            EXPECT_EQ(::kill(iProcessId, SIGCONT), 0);
-            std::this_thread::sleep_for(std::chrono::microseconds(iPause));
-        }
+        auto pChild = std::make_unique<CmdLine>();
+        pChild->SetCommand(CHILD + " hang");
+        pChild->SetMode(CmdLine::eModeSuspended);
+        int iProcessId = 0;
+        EXPECT_TRUE(pChild->Run(iProcessId).IsOk());
+        EXPECT_EQ(::kill(iProcessId, SIGCONT), 0);
+        std::this_thread::sleep_for(std::chrono::microseconds(iPause));
+        pChild.reset();
         siginfo_t oInfo{};
         EXPECT_EQ(::waitid(P_PID, static_cast<id_t>(iProcessId), &oInfo, WEXITED | WNOWAIT | WNOHANG), 0);
         EXPECT_EQ(oInfo.si_pid, 0);
@@ -486,8 +406,6 @@ TEST(ChildStreams, LoseNothingOfMuchOutput)
                   + TakeLines(oChild, &CmdLine::ReceiveStdErr).size();
     }
     EXPECT_GE(iBytes, 20'000'000u);
-    EXPECT_EQ(oChild.GetExitCode(), 0);
-
     Child oPlain("line 3000000");
     EXPECT_EQ(RunAndRead(oPlain).size(), 3'000'001u) << "in one line, without reader threads";
 }

@@ -39,13 +39,7 @@ std::vector<ShownRun> ReadRuns(std::istream && oPage)
 
 TEST(Examples, PrintWhatTheirPagesShow)
 {
-    Rows<std::string, std::size_t> aRows = {
-        {"greeter", 3},
-        {"plugin", 3},
-        {"trafficlight", 4},
-        {"values", 2},
-    };
-    for (auto const & [sName, iRuns] : aRows)
+    for (std::string const sName : {"greeter", "plugin", "trafficlight", "values"})
     {
         std::string const sSource = TESSEL_EXAMPLE_SOURCES "/" + sName + "/";
         TestProgram oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + sName);
@@ -57,7 +51,7 @@ TEST(Examples, PrintWhatTheirPagesShow)
         oProgram.WriteFile(sName + ".ini", oIni.str());
 
         std::vector<ShownRun> const vRuns = ReadRuns(std::ifstream(sSource + "README.md"));
-        EXPECT_EQ(vRuns.size(), iRuns) << sName;
+        EXPECT_FALSE(vRuns.empty()) << sName;
         int iExitCode = 0;
         for (ShownRun const & oRun : vRuns)
         {
@@ -73,39 +67,6 @@ TEST(Examples, PrintWhatTheirPagesShow)
             iExitCode = oOutcome.iExitCode;
         }
     }
-}
-
-TEST(Examples, EndWithAMessageForFormatsThatCannotBeUsed)
-{
-    // Program, ini file, argument, what is printed behind what begins every message, exit code.
-    std::string const sBad = "Ungültiger Formatstring! String : ";
-    Rows<std::string, char const *, char const *, std::string, int> aRows = {
-        {"greeter", "[Greeter]\nFormat=${%s%n}", "Ann", sBad + "\"%s%n\"", 6},
-        {"values", "[Values/Integer]\nFormat=${%n}", "7", sBad + "\"%n\"", 6},
-        {"values", "[Values/Float]\nDecimalPlaces=99999", "0.5", sBad + "\"%.99999f\"", 6},
-        {"values", "[Values]\nFormat=${dump", "7", "Zeichen '}' nicht gefunden. String : \"${dump\"", 6},
-        {"values", "[Values]\nFormat=${%n%s}", "7", "${%n%s}\n", 0},
-        {"values", "[Values/Named]\nFormat=${%n%s}", "a=7", "(${%n%s})\n", 0},
-    };
-    for (auto const & [sProgram, sIni, sArgument, sPrinted, iExitCode] : aRows)
-    {
-        TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/" + sProgram);
-        oProgram.WriteFile(sProgram + ".ini", sIni);
-        ProgramOutcome const oOutcome = oProgram.Run({sArgument});
-        EXPECT_EQ(oOutcome.iExitCode, iExitCode) << sIni;
-        EXPECT_TRUE(Contains(oOutcome.sOutput + oOutcome.sErrors, sPrinted)) << sIni;
-    }
-}
-
-TEST(BackgroundExample, ShowsItsProgressToTheEnd)
-{
-    TestProgram const oProgram(TESSEL_EXAMPLE_PROGRAMS "/background");
-    oProgram.WriteFile("background.ini", "[Background]\nParts=2\nPartDuration=1\n");
-    ProgramOutcome const oOutcome = oProgram.Run();
-    EXPECT_EQ(oOutcome.iExitCode, 0);
-    EXPECT_EQ(oOutcome.sOutput, "\r[##########          ] 50 %\r[####################] 100 %\n"
-                                "2 of 2 parts done.\n");
-    EXPECT_EQ(oProgram.ReadFile("Logfile.txt"), "");
 }
 
 TEST(BackgroundExample, EndsCleanlyBySignal)

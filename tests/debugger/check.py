@@ -69,7 +69,8 @@ def check_natvis(path, objects):
     space = "{http://schemas.microsoft.com/vstudio/debugger/natvis/2010}"
     for kind in root.iter(space + "Type"):
         name = kind.get("Name")
-        value = objects.pop(name)
+        value = gdb.parse_and_eval(objects.pop(name))
+        value = value.referenced_value() if value.type.code == gdb.TYPE_CODE_REF else value
         expressions = []
         for element in kind.iter():
             expressions += filter(None, [element.get("Condition")])
@@ -111,9 +112,6 @@ try:
         "tsl::Task": "*(tsl::Task *)pCrossing",
         "tsl::DefaultPipe<*,*,*>": "oTexts",
     }
-    objects = {name: gdb.parse_and_eval(text) for name, text in objects.items()}
-    objects = {name: value.referenced_value() if value.type.code == gdb.TYPE_CODE_REF else value
-               for name, value in objects.items()}
     check_natvis(os.environ["NATVIS"], objects)
 except Exception as error:
     failures.append("%s: %s" % (type(error).__name__, error))
