@@ -73,23 +73,3 @@ TEST(Allocations, AreNoneForShortTextsInVariablesThatExist)
     EXPECT_TRUE(fUse(1, "first"));
     EXPECT_EQ(Count([&] { return fUse(2, "fifteen letters"); }), 0);
 }
-
-TEST(Allocations, AreNoneForTransitionsBetweenTasksThatExistedBefore)
-{
-    bool bSwitch = false;
-    OpenContext oContext(new OneTaskMachine(
-        [&](OpenTask &)
-        {
-            bSwitch = !bSwitch;
-            return bSwitch ? 0 : Task::TR_REMAIN;
-        }));
-    auto const fStepTwice = [&]
-    {
-        oContext.Process();
-        oContext.Process();
-        return !bSwitch;
-    };
-    EXPECT_TRUE(fStepTwice());
-    // A sanitizer is to see the end of every task.
-    EXPECT_EQ(Count(fStepTwice), *TESSEL_SANITIZE ? 2 : 0);
-}
