@@ -1,7 +1,7 @@
 #include "growth.h"
 
-#include "../examples/jobrunner/JobFile.h"
-#include "../examples/jobrunner/JobOrder.h"
+#include "../programs/jobrunner/JobFile.h"
+#include "../programs/jobrunner/JobOrder.h"
 #include "growth_file.h"
 
 #include <sstream>

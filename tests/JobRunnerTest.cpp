@@ -13,7 +13,7 @@ namespace
 class JobRunner : public TestProgram
 {
 public:
-    explicit JobRunner(std::string const & sJobs) : TestProgram(TESSEL_EXAMPLE_PROGRAMS "/jobrunner")
+    explicit JobRunner(std::string const & sJobs) : TestProgram(TESSEL_PROGRAMS "/jobrunner")
     {
         std::string sIni = "[Runner]\nParallel=3\nRetryPause=1\n" + sJobs;
         for (std::size_t i = 0; (i = sIni.find('%', i)) != std::string::npos; i += CHILD.size())

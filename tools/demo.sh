@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds the library and its examples, runs the job runner in an empty folder and shows the files that it has written.
+# Builds the library, its programs and examples, runs the job runner in an empty folder and shows what it left there.
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -7,11 +7,11 @@ root=$(pwd)
 
 tools/setup.sh
 cmake --preset release
-cmake --build --preset release --target examples
+cmake --build --preset release --target examples jobrunner
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-cp examples/jobrunner/jobrunner.ini "$folder"
+cp programs/jobrunner/jobrunner.ini "$folder"
 cd "$folder"
 PATH=$root/build/release/bin:$PATH
 
