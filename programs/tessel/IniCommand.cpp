@@ -2,8 +2,8 @@
 #include "Command.h"
 #include "IniChecker.h"
 #include "IniEdit.h"
-#include "NearestName.h"
-#include "System.h"
+#include "shared/NearestName.h"
+#include "shared/System.h"
 
 #include <tessel/IniFile.h>
 #include <tessel/OS.h>

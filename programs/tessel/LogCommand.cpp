@@ -3,7 +3,7 @@
 #include "LogFollower.h"
 #include "LogReader.h"
 #include "LogTimes.h"
-#include "NearestName.h"
+#include "shared/NearestName.h"
 
 #include <algorithm>
 #include <charconv>

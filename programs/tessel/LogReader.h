@@ -3,7 +3,7 @@
 #include "LogFilter.h"
 #include "RecordSink.h"
 #include "RecordSplitter.h"
-#include "System.h"
+#include "shared/System.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "LogRecord.h"
-#include "Output.h"
+#include "shared/Output.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #include "Arguments.h"
 #include "Command.h"
 #include "FailurePrinter.h"
-#include "NearestName.h"
-#include "System.h"
+#include "shared/NearestName.h"
+#include "shared/System.h"
 
 #include <tessel/Tessel.h>
 

@@ -1,4 +1,4 @@
-#include "../System.h"
+#include "shared/System.h"
 
 #include <cerrno>
 #include <cstdlib>

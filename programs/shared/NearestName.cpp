@@ -1,4 +1,4 @@
-#include "NearestName.h"
+#include "shared/NearestName.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,6 +1,6 @@
-#include "Output.h"
+#include "shared/Output.h"
 
-#include "System.h"
+#include "shared/System.h"
 
 #include <tessel/OS.h>
 #include <tessel/String.h>
