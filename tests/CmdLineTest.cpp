@@ -385,6 +385,60 @@ TEST(ChildStreams, GiveTheLinesThatHaveEnded)
     }
 }
 
+TEST(ChildStreams, LoseNothingInTheModeOfLineFeeds)
+{
+    // Unread limit, lines of the output.
+    Rows<unsigned int, char const *> aRows = {
+        {0, "one\r\n\n\ttwo\x1b[1mthree\n\nlast\n"},
+        {4, "one\r\n\n\ttwo\n\x1b[1m\nthre\ne\n\nlast\n"},
+    };
+    for (auto const & [iLimit, sLines] : aRows)
+        for (unsigned int const iBufferSize : {1u, 1024u})
+        {
+            Child oChild(
+                "out one\\r\\n\\n\\ttwo\x1b[1mthree\\n\\nlast", WITH_READERS | CmdLine::eModeLineFeeds);
+            oChild.SetBufferSize(iBufferSize);
+            oChild.SetUnreadLimit(iLimit);
+            Start(oChild);
+            std::string sTaken;
+            for (bool bRunning = true; bRunning;)
+            {
+                bRunning = oChild.IsRunning();
+                sTaken += TakeLines(oChild, &CmdLine::ReceiveStdOut);
+            }
+            EXPECT_EQ(sTaken, sLines) << iLimit << ' ' << iBufferSize;
+        }
+}
+
+TEST(ChildStreams, HoldTheChildBackAtTheUnreadLimit)
+{
+    Child oChild("flood 20000000", WITH_READERS);
+    oChild.SetUnreadLimit(10000);
+    Start(oChild);
+    // Nobody reads: what the pipe and the queue take is written, and no more.
+    EXPECT_EQ(oChild.WaitTermination(200), CmdLine::eWaitTimeout);
+    std::size_t iBytes = TakeLines(oChild, &CmdLine::ReceiveStdErr).size();
+    EXPECT_LT(iBytes, 100'000u);
+
+    for (bool bRunning = true; bRunning;)
+    {
+        bRunning = oChild.IsRunning();
+        while (std::unique_ptr<String> const pLine{oChild.ReceiveStdOut()})
+            iBytes += pLine->GetLength() + 1;
+        while (std::unique_ptr<String> const pLine{oChild.ReceiveStdErr()})
+            iBytes += pLine->GetLength() + 1;
+    }
+    EXPECT_GE(iBytes, 20'000'000u);
+
+    // Whoever waits for the end of one stream cannot take lines of the other.
+    Start(oChild);
+    EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdErr).IsOk());
+    EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut).IsOk());
+    EXPECT_GE(
+        TakeLines(oChild, &CmdLine::ReceiveStdOut).size() + TakeLines(oChild, &CmdLine::ReceiveStdErr).size(),
+        20'000'000u);
+}
+
 TEST(ChildStreams, CannotBeReadWithoutChildOrRedirection)
 {
     Child oChild("hang", CmdLine::eModeReaderThreads);

@@ -83,6 +83,14 @@ struct ReadOutcome
     unsigned int iDroppedLines = 0;
 };
 
+/// How to read a stream.
+struct ReadRules
+{
+    unsigned int iReadSize;
+    LineEnd eLineEnd;
+    unsigned int iUnreadLimit; ///< 0 for none
+};
+
 Result ReadOutcome::Explain() const
 {
     Result oResult;
@@ -104,7 +112,7 @@ struct TSL_HIDDEN CmdLine::Private
     /// One output stream of the child.
     struct Output
     {
-        LinePipe oLines;
+        LineQueue oLines;
         std::unique_ptr<ReadStreamThread> pReader;
 
         // Of the last reader thread, kept until the next start.
@@ -124,18 +132,20 @@ struct TSL_HIDDEN CmdLine::Private
     void StopReaders();
     bool IsReading() const;
     Result ReadUntilEof(Streams eStream);
-    ReadOutcome Read(Streams eStream, unsigned int iReadSize);
+    ReadRules GetReadRules() const;
+    ReadOutcome Read(Streams eStream, ReadRules const & oRules);
     void ReadExitCode();
     void CleanUp();
 
     int iMode = 0;
     int iExitCode = 0;
     unsigned int iBufferSize = 1024;
+    unsigned int iUnreadLimit = 0;
     String sCommand;
     String sWorkingDirectory;
     Output oOutput;
     Output oErrors;
-    LinePipe oInputLines;
+    LineQueue oInputLines;
     Platform::Process oProcess;
     StreamEnds oOwnEnds;
 
@@ -173,7 +183,7 @@ class CmdLine::Private::ReadStreamThread : public Thread
 {
 public:
     ReadStreamThread(CmdLine::Private & oOwner, Streams eStream)
-        : m_oOwner(oOwner), m_eStream(eStream), m_iReadSize(oOwner.iBufferSize)
+        : m_oOwner(oOwner), m_eStream(eStream), m_oRules(oOwner.GetReadRules())
     {
     }
 
@@ -197,7 +207,7 @@ public:
 protected:
     void Process() override
     {
-        m_oOwner.GetOutput(m_eStream).oOutcome = m_oOwner.Read(m_eStream, m_iReadSize);
+        m_oOwner.GetOutput(m_eStream).oOutcome = m_oOwner.Read(m_eStream, m_oRules);
         m_oEnded.release();
     }
 
@@ -209,8 +219,8 @@ private:
     CmdLine::Private & m_oOwner;
     Streams m_eStream;
 
-    // A copy, since the owner's may be set while the thread runs.
-    unsigned int m_iReadSize;
+    // Not the owner's, which may be set while the thread runs.
+    ReadRules m_oRules;
     std::binary_semaphore m_oEnded{0};
 };
 
@@ -247,6 +257,8 @@ Result CmdLine::Private::Start()
 
 Result CmdLine::Private::StartReaders()
 {
+    oOutput.oLines.SetLimit(iUnreadLimit);
+    oErrors.oLines.SetLimit(iUnreadLimit);
     Result oResult = StartReader(eStdOut);
     oResult.InsertFront(StartReader(eStdErr));
     return oResult;
@@ -264,6 +276,8 @@ Result CmdLine::Private::StartReader(Streams eStream)
 void CmdLine::Private::StopReaders()
 {
     bStop = true;
+    oOutput.oLines.LiftLimit();
+    oErrors.oLines.LiftLimit();
     Platform::CloseFile(oStopTrigger);
     oOutput.pReader.reset();
     oErrors.pReader.reset();
@@ -282,6 +296,9 @@ Result CmdLine::Private::ReadUntilEof(Streams eStream)
     Output & oStream = GetOutput(eStream);
     if (oStream.pReader)
     {
+        // Nobody takes lines meanwhile, of the other stream neither.
+        oOutput.oLines.LiftLimit();
+        oErrors.oLines.LiftLimit();
         oStream.pReader->Wait();
         return oStream.oOutcome.Explain();
     }
@@ -293,28 +310,44 @@ Result CmdLine::Private::ReadUntilEof(Streams eStream)
         return MakeResult(ERR::eAccessDenied, "No Process starteded.");
     if (!oOwnEnds.oOutput.IsOpen())
         return MakeResult(ERR::eBadData, "No redirection aktivated");
-    return Read(eStream, iBufferSize).Explain();
+    // Nobody takes lines meanwhile.
+    ReadRules oRules = GetReadRules();
+    oRules.iUnreadLimit = 0;
+    return Read(eStream, oRules).Explain();
 }
 
-ReadOutcome CmdLine::Private::Read(Streams eStream, unsigned int iReadSize)
+ReadRules CmdLine::Private::GetReadRules() const
+{
+    return {
+        iBufferSize, HasMode(eModeLineFeeds) ? LineEnd::eLineFeed : LineEnd::eControlCharacter, iUnreadLimit};
+}
+
+ReadOutcome CmdLine::Private::Read(Streams eStream, ReadRules const & oRules)
 {
     // No pipe holds more. What is in the pipe when the reader must stop is still read, but no more: a program that
     // the child has started may write without end.
     constexpr unsigned int iCapacityMax = 1024 * 1024;
     std::size_t iLastBytes = iCapacityMax;
     Platform::File const oEnd = eStream == eStdOut ? oOwnEnds.oOutput : oOwnEnds.oErrors;
-    ReadBuffer oBuffer(std::min(iReadSize, iCapacityMax));
-    LineSplitter oSplitter(GetOutput(eStream).oLines, eStream == eStdOut ? "STDOUT" : "STDERR");
+    ReadBuffer oBuffer(std::min(oRules.iReadSize, iCapacityMax));
+    LineQueue & oLines = GetOutput(eStream).oLines;
+    LineSplitter oSplitter(
+        oLines, eStream == eStdOut ? "STDOUT" : "STDERR", oRules.eLineEnd, oRules.iUnreadLimit);
     std::size_t iRead = 0;
+    int iError = 0;
     do
     {
-        if (int const iError = Platform::ReadPipe(oEnd, oStop, oBuffer.Get(), oBuffer.GetSize(), iRead))
-            return {iError, oSplitter.GetDroppedLines()};
+        if (oRules.iUnreadLimit != 0)
+            oLines.WaitForRoom();
+        iError = Platform::ReadPipe(oEnd, oStop, oBuffer.Get(), oBuffer.GetSize(), iRead);
+        if (iError != 0)
+            break;
         oSplitter.Take(oBuffer.Get(), iRead);
         if (bStop.load(std::memory_order_relaxed))
             iLastBytes -= std::min(iLastBytes, iRead);
     } while (iRead > 0 && iLastBytes > 0);
-    return {0, oSplitter.GetDroppedLines()};
+    oSplitter.Finish();
+    return {iError, oSplitter.GetDroppedLines()};
 }
 
 void CmdLine::Private::ReadExitCode()
@@ -387,6 +420,16 @@ void CmdLine::SetBufferSize(unsigned int iSize)
 unsigned int CmdLine::GetBufferSize() const
 {
     return m->iBufferSize;
+}
+
+void CmdLine::SetUnreadLimit(unsigned int iBytes)
+{
+    m->iUnreadLimit = iBytes;
+}
+
+unsigned int CmdLine::GetUnreadLimit() const
+{
+    return m->iUnreadLimit;
 }
 
 Result CmdLine::Run(int & iProcessId)
@@ -478,7 +521,7 @@ Result CmdLine::ReadStdStreamUntilEof(Streams eStream)
 Result CmdLine::ReadStdStreamUntilEof(Streams eStream, std::vector<String> & vLines)
 {
     Result oResult = m->ReadUntilEof(eStream);
-    for (LinePipe & oLines = m->GetOutput(eStream).oLines; !oLines.IsEmpty();)
+    for (LineQueue & oLines = m->GetOutput(eStream).oLines; !oLines.IsEmpty();)
     {
         // Allocate first, so that no line is lost if there is no memory for it.
         vLines.emplace_back();

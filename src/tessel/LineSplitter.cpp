@@ -27,11 +27,12 @@ static char const * SkipPlainText(char const * pBytes, char const * pEnd)
     return pBytes;
 }
 
-LineSplitter::LineSplitter(LinePipe & oLines, char const * sStream) : m_oLines(oLines), m_sStream(sStream)
+LineSplitter::LineSplitter(LineQueue & oLines, char const * sStream, LineEnd eLineEnd, std::size_t iLengthMax)
+    : m_oLines(oLines), m_sStream(sStream), m_eLineEnd(eLineEnd), m_iLengthMax(iLengthMax)
 {
     // A table, since a call for each byte would cost more than all the rest (R10).
     for (std::size_t i = 0; i < m_aEndsLine.size(); ++i)
-        m_aEndsLine[i] = String::IsCntrl(static_cast<char>(i));
+        m_aEndsLine[i] = eLineEnd == LineEnd::eLineFeed ? i == '\n' : String::IsCntrl(static_cast<char>(i));
 }
 
 void LineSplitter::Take(char const * pBytes, std::size_t iCount)
@@ -49,7 +50,28 @@ void LineSplitter::Take(char const * pBytes, std::size_t iCount)
     }
 }
 
+void LineSplitter::Finish()
+{
+    if (m_eLineEnd == LineEnd::eLineFeed && !m_sLine.IsEmpty())
+        Send();
+}
+
 void LineSplitter::Append(char const * pBytes, std::size_t iCount)
+{
+    while (m_iLengthMax != 0 && m_sLine.GetLength() + iCount > m_iLengthMax)
+    {
+        std::size_t const iPiece = m_iLengthMax - m_sLine.GetLength();
+        AppendPiece(pBytes, iPiece);
+        if (!m_sLine.IsEmpty())
+            Send();
+        m_bBegun = true;
+        pBytes += iPiece;
+        iCount -= iPiece;
+    }
+    AppendPiece(pBytes, iCount);
+}
+
+void LineSplitter::AppendPiece(char const * pBytes, std::size_t iCount)
 {
     if (m_bDropped || iCount == 0)
         return;
@@ -69,9 +91,11 @@ void LineSplitter::Append(char const * pBytes, std::size_t iCount)
 
 void LineSplitter::EndLine()
 {
-    if (!m_sLine.IsEmpty())
+    bool const bEmptyLine = m_eLineEnd == LineEnd::eLineFeed && !m_bBegun && !m_bDropped;
+    if (!m_sLine.IsEmpty() || bEmptyLine)
         Send();
     m_bDropped = false;
+    m_bBegun = false;
 }
 
 void LineSplitter::Send()

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <tessel/Pipe.h>
+#include "LineQueue.h"
+
 #include <tessel/String.h>
 
 #include <array>
@@ -9,33 +10,44 @@
 namespace tsl
 {
 
-using LinePipe = DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>>;
+/// What ends a line.
+enum class LineEnd
+{
+    eControlCharacter, ///< empty lines are not queued, nor is a last line without an end
+    eLineFeed          ///< all are
+};
 
-/// Splits the output of a child into lines and queues each line that has ended. A line for which there is no memory
-/// is dropped. One thread at a time uses it.
+/// Cuts what a child writes into lines and queues them. A line for which there is not enough memory is dropped.
 class LineSplitter
 {
 public:
-    /// Both must outlive the splitter.
-    LineSplitter(LinePipe & oLines, char const * sStream);
+    /// A line of more than iLengthMax bytes comes in pieces; 0 for no limit. Queue and name must outlive the splitter.
+    LineSplitter(LineQueue & oLines, char const * sStream, LineEnd eLineEnd, std::size_t iLengthMax);
 
     void Take(char const * pBytes, std::size_t iCount);
 
-    /// The number of dropped lines, including one that has not ended yet.
+    /// Nothing more comes.
+    void Finish();
+
+    /// How many lines were dropped. One that has not ended yet counts.
     unsigned int GetDroppedLines() const { return m_iDropped; }
 
 private:
     void Append(char const * pBytes, std::size_t iCount);
+    void AppendPiece(char const * pBytes, std::size_t iCount);
     void EndLine();
     void Send();
     void Drop();
 
     static constexpr unsigned int LENGTH_USUAL = 128;
 
-    LinePipe & m_oLines;
+    LineQueue & m_oLines;
     char const * m_sStream;
+    LineEnd m_eLineEnd;
+    std::size_t m_iLengthMax;
     String m_sLine;
-    bool m_bDropped = false; // the rest of the current line is dropped
+    bool m_bDropped = false; // the line up to its end
+    bool m_bBegun = false;   // a piece of the line is queued
     unsigned int m_iDropped = 0;
     std::array<bool, 256> m_aEndsLine;
 };
