@@ -10,7 +10,7 @@ import sys
 
 import texts
 
-FOLDERS = ("src/tessel", "src/patternmatcher", "src/platform", "programs/tessel")
+FOLDERS = ("src/tessel", "src/patternmatcher", "src/platform", "programs/shared", "programs/tessel")
 
 
 class Row:

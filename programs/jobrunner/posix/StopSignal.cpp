@@ -1,4 +1,4 @@
-#include "StopSignal.h"
+#include "../StopSignal.h"
 
 #include <atomic>
 #include <csignal>
