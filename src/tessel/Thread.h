@@ -62,7 +62,7 @@ public:
     /// flockfile, a static object that it initialises. A condition variable at which it waits must not be used or
     /// destroyed any more.
     ///
-    /// If an allocator or a runtime library is linked statically into the program, or the system cannot examine the
+    /// If an allocator or a runtime library is linked into the program, or the system cannot examine the
     /// stack from outside, the thread can end only where it waits in the library, as in OS::Sleep.
     ///
     /// Two signals are used that the program does not handle: the last real-time one and the first of SIGURG,
