@@ -47,7 +47,7 @@ TEST(ForkedChildren, DoEverythingWhateverTheOtherThreadsOfTheParentWereDoing)
         GTEST_SKIP()
             << "a sanitizer's own allocator is locked in a child that was forked beside other threads";
 
-    for (std::string const sPlace : {"main", "threads", "callback", "fresh"})
+    for (std::string const sPlace : {"owner", "main", "threads", "callback", "fresh"})
     {
         tsltest::TestProgram const oProgram("Forks");
         tsltest::ProgramOutcome const oOutcome = oProgram.Run({"100", sPlace, "60"}, std::chrono::minutes(4));

@@ -1,12 +1,14 @@
 // Forks children, as many as the first argument says, while eight threads are busy with all that the library
-// shares between threads, and prints "ok". Each child does everything itself, with the third argument's or
-// ten seconds' time for it. The second argument says where the forks come from: "main", "threads" (two of
-// them at once), "callback" (a processor of the bus), or "fresh" (a process whose threads use everything for
-// the first time).
+// shares between threads, and prints "ok". Each child does everything itself, with the third argument's or ten
+// seconds' time for it. The second argument says where the forks come from: "main", "threads" (two of them at
+// once), "callback" (a processor of the bus), "fresh" (a process whose threads use everything for the first
+// time) or "owner" (once, beside a thread that owns a lock).
 
 #include "../OpenThread.h"
 #include "../TestMessages.h"
 #include "ProcessChecks.h"
+
+#include <tessel/ScopedLock.h>
 
 using namespace tsl;
 using namespace tsltest;
@@ -94,6 +96,25 @@ void ForkBesideBusyThreads(bool bOnce, std::function<void()> const & fFork)
         });
 }
 
+/// The lock's owner waits until the fork is over, so nobody gives the lock up in the child.
+void ForkBesideOwnerOfLock()
+{
+    CriticalSectionMutex oLock;
+    std::latch oLocked(1);
+    std::latch oForked(1);
+    std::jthread const oOwner(
+        [&]
+        {
+            WriteLock const oScope(oLock);
+            oLocked.count_down();
+            oForked.wait();
+        });
+    oLocked.wait();
+    pid_t const iChild = Fork([&] { WriteLock const oScope(oLock); });
+    oForked.count_down();
+    Require(WaitForFork(iChild) == 0, "lock of a lost owner");
+}
+
 /// In a process in which nothing has been used yet.
 void ForkFresh()
 {
@@ -135,7 +156,9 @@ int main(int iCount, char ** pArguments)
     int const iForks = std::atoi(pArguments[1]);
     std::string const sPlace = pArguments[2];
     g_sOccupation = pArguments[2];
-    if (sPlace == "fresh")
+    if (sPlace == "owner")
+        ForkBesideOwnerOfLock();
+    else if (sPlace == "fresh")
         ForkFreshProcesses(iForks);
     else if (sPlace == "threads")
         ForkBesideBusyThreads(false, [&] { RunOnThreads(2, [&](int) { ForkOften(iForks / 2, false); }); });
