@@ -23,9 +23,8 @@ std::function<void()> Plan(int n)
     auto const pFile = std::make_shared<growth::TemporaryFile>(sContent);
     return [n, pFile, sFirst = "1  " + fGetName(n - 1)]
     {
-        IniFile oFile;
         JobPlan oPlan;
-        growth::Require(oFile.Open(pFile->GetName()).IsOk() && ReadJobPlan(oFile, oPlan).IsOk());
+        growth::Require(ReadJobPlan(pFile->GetName(), oPlan).IsOk());
         std::ostringstream oOrder;
         WriteOrder(oPlan, oOrder);
         growth::Require(std::ssize(oPlan.vJobs) == n && oOrder.str().rfind(sFirst, 0) == 0);

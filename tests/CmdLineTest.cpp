@@ -412,7 +412,7 @@ TEST(ChildStreams, LoseNothingInTheModeOfLineFeeds)
 
 TEST(ChildStreams, HoldTheChildBackAtTheUnreadLimit)
 {
-    Child oChild("flood 20000000", WITH_READERS);
+    Child oChild("flood 2000000", WITH_READERS);
     oChild.SetUnreadLimit(10000);
     Start(oChild);
     // Nobody reads: what the pipe and the queue take is written, and no more.
@@ -428,7 +428,7 @@ TEST(ChildStreams, HoldTheChildBackAtTheUnreadLimit)
         while (std::unique_ptr<String> const pLine{oChild.ReceiveStdErr()})
             iBytes += pLine->GetLength() + 1;
     }
-    EXPECT_GE(iBytes, 20'000'000u);
+    EXPECT_GE(iBytes, 2'000'000u);
 
     // Whoever waits for the end of one stream cannot take lines of the other.
     Start(oChild);
@@ -436,7 +436,7 @@ TEST(ChildStreams, HoldTheChildBackAtTheUnreadLimit)
     EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut).IsOk());
     EXPECT_GE(
         TakeLines(oChild, &CmdLine::ReceiveStdOut).size() + TakeLines(oChild, &CmdLine::ReceiveStdErr).size(),
-        20'000'000u);
+        2'000'000u);
 }
 
 TEST(ChildStreams, CannotBeReadWithoutChildOrRedirection)

@@ -1,7 +1,5 @@
-#include "TestChild.h"
-#include "TestPrelude.h"
+#include "JobRunnerProgram.h"
 
-#include <csignal>
 #include <regex>
 
 using namespace tsltest;
@@ -9,19 +7,7 @@ using namespace tsltest;
 namespace
 {
 
-/// The runner in a folder of its own, with jobs whose command "%" stands for the test's own program.
-class JobRunner : public TestProgram
-{
-public:
-    explicit JobRunner(std::string const & sJobs) : TestProgram(TESSEL_PROGRAMS "/jobrunner")
-    {
-        std::string sIni = "[Runner]\nParallel=3\nRetryPause=1\n" + sJobs;
-        for (std::size_t i = 0; (i = sIni.find('%', i)) != std::string::npos; i += CHILD.size())
-            sIni.replace(i, 1, CHILD);
-        WriteFile("jobrunner.ini", sIni);
-    }
-};
-
+/// Whether the summary shows the job's state.
 testing::AssertionResult Ends(
     std::string const & sOutput, std::string const & sJob, std::string const & sState)
 {
@@ -31,19 +17,24 @@ testing::AssertionResult Ends(
 
 } // namespace
 
-TEST(JobRunnerRunning, EndsWithTheNumberOfFailedJobs)
+TEST(JobRunnerRunning, RunsJobsInTheirOrderAndReportsWhatFailed)
 {
     // The state is that of the job "b".
     Rows<char const *, int, char const *, char const *> aRows = {
         {"[Job/a]\nCommand=% exit 7\n[Job/b]\nAfter=a\nCommand=% exit 0\n", 1, "skipped",
             "b: skipped (needs a)\n"},
-        {"[Job/a]\nCommand=% exit 1\n[Job/b]\nCommand=% exit 7\n", 2, "failed",
+        {"[Job/a]\nCommand=% exit 1\n[Job/b]\nCommand=% exit 7\n", 1, "failed",
             "b: failed (exit code 7 instead of 0)\n"},
         {"[Job/b]\nCommand=% once marker exit 5\nRetries=1\n", 0, "done",
             "b: retrying (exit code 5 instead of 0)\nb: running\nb: done\n"},
         {"[Job/b]\nCommand=% hang\nTimeout=100\n", 1, "failed", "b: failed (not finished after 100 ms)\n"},
-        {"[Job/b]\nCommand=no_such_program_anywhere\n", 1, "failed",
-            "b: failed (Error while creating process. No such file or directory)\n"},
+        {"[Job/b]\nCommand=% flood 1000000000000\nTimeout=50\n", 1, "failed",
+            "b: failed (not finished after 50 ms)\n"},
+        {"[Job/a]\nCommand=% exit 0\n[Job/b]\nAfter=a\nCommand=no_such_program_anywhere\n", 1, "failed",
+            "jobrunner: 'no_such_program_anywhere' cannot be started: No such file or directory\n"},
+        {"[Job/b]\nCommand=% signal 11\n", 1, "failed", "b: failed (killed by SIGSEGV)\n"},
+        {"[Job/b]\nCommand=% exit 139\n", 1, "failed", "b: failed (exit code 139 instead of 0)\n"},
+        {"[Job/b]\nCommand=% exit 0\nMode=Quiet Detached\n", 0, "done", "b: done\n"},
     };
     for (auto const & [sJobs, iExitCode, sState, sPrinted] : aRows)
     {
@@ -76,32 +67,39 @@ TEST(JobRunnerRunning, LoadsItsPlugIns)
     std::string const sJob = "\n[Job/a]\nCommand=% exit 0\n";
     EXPECT_EQ(JobRunner("[Plugins]\nCensus=" + sCensus + sJob).Run().iExitCode, 0);
     ProgramOutcome const oOther = JobRunner("[Plugins]\nNobody=" + sCensus + sJob).Run();
-    EXPECT_EQ(oOther.iExitCode, 5);
-    EXPECT_EQ(oOther.sErrors, "jobrunner: [Plugins] Nobody: The plug-in cannot be used.\njobrunner: '"
-                                  + sCensus + "' has no processor 'Nobody'.\n");
-}
-
-TEST(JobRunnerRunning, EndsItsChildrenAndItselfInOrderAtASignal)
-{
-    JobRunner const oRunner("[Job/a]\nCommand=% once started hang\n[Job/b]\nAfter=a\nCommand=% exit 0\n");
-    ProgramOutcome const oOutcome = oRunner.RunToSignal(SIGINT, [&] { return oRunner.HasFile("started"); });
-    EXPECT_EQ(oOutcome.iExitCode, 1) << oOutcome.sErrors;
-    EXPECT_TRUE(Ends(oOutcome.sOutput, "a", "failed"));
-    EXPECT_TRUE(Ends(oOutcome.sOutput, "b", "skipped"));
-    EXPECT_TRUE(Contains(oOutcome.sErrors, "Interrupted. 1 of 2 jobs failed."));
-    EXPECT_TRUE(Contains(
-        oRunner.ReadFile("Logfile.txt"), "Job='b'; State='skipped'; Attempts='0'; Reason='interrupted'\n"));
+    EXPECT_EQ(oOther.iExitCode, 2);
+    EXPECT_EQ(
+        oOther.sErrors, "jobrunner: [Plugins] Nobody: The plug-in cannot be used. A name without a slash "
+                        "is looked for as the system looks for libraries.\njobrunner: '"
+                            + sCensus + "' has no processor 'Nobody'.\n");
+    EXPECT_EQ(JobRunner("[Plugins]\nCensus=./nothing" + sJob).Run().iExitCode, 2);
 }
 
 TEST(JobRunnerFile, IsRefusedWithChapterAndKey)
 {
-    Rows<char const *, char const *> aRows = {
-        {"", "jobrunner.ini has no chapter [Job/name], so there is nothing to run."},
+    Rows<std::string, char const *> aRows = {
+        {"", "jobrunner.ini: [Job/name] There is no such chapter, so there is nothing to run."},
+        {"[Job/a]\nTimeout=1\n", "jobrunner.ini:4: [Job/a] Command: A job needs a command, as in"},
+        {"[Job/a]\nCommand=x\nRetries=-1\n",
+            "[Job/a] Retries: '-1' is no whole number from 0 to 2147483647."},
         {"[Job/a]\nCommand=x\nExpect=soon\n", "[Job/a] Expect: 'soon' is no whole number from 0 to 255."},
+        {"[Job/a]\nCommand=x\nComand=y\n",
+            "jobrunner.ini:6: [Job/a] Comand: This key is not known here. Did you mean 'Command'?"},
         {"[Job/a]\nCommand=x\nMode=Loud\n", "[Job/a] Mode: There is no mode 'Loud'."},
         {"[Job/a]\nCommand=x\nAfter=b\n[Job/b]\nCommand=x\nAfter=c\n[Job/c]\nCommand=x\nAfter=d\n"
          "[Job/d]\nCommand=x\nAfter=b\n",
             "[Job/b] After: The job would wait for itself: b after c after d after b."},
+        {"[Job/a]\nCommand=x && y\n", "'&&' is for a shell, and none takes part."},
+        {"[Job/a]\nCommand=x \"|\" >y\n", "'>' is for a shell, and none takes part."},
+        {"[Jobs/a]\nCommand=x\n", "[Jobs/a] This chapter is not known. Did you mean 'Job/a'?"},
+        {"[Job/a]\nCommand=no_such_program_anywhere\n",
+            "jobrunner.ini:5: [Job/a] Command: The program 'no_such_program_anywhere' cannot be started: No "
+            "such"},
+        {"[Job/a]\nCommand=cd /tmp\n", "It is a word of shells; Shell=yes runs the command by one."},
+        {"[Job/a]\nCommand=%\nFolder=nowhere\n",
+            "jobrunner.ini:6: [Job/a] Folder: There is no folder 'nowhere'."},
+        {"[Job/a]\nCommand=% " + std::string(500, 'x') + "\n",
+            "jobrunner.ini:5: The line has more than 499 bytes."},
         {"[Job/a]\nCommand\n", "Error while reading file 'jobrunner.ini', line 5."},
     };
     for (auto const & [sJobs, sFailure] : aRows)

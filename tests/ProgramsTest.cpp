@@ -55,10 +55,14 @@ TEST(TesselHelp, IsWhatTheGuideShows)
     std::stringstream oPage;
     oPage << std::ifstream(TESSEL_GUIDE "/programs.md").rdbuf();
     std::string const sPage = oPage.str();
-    for (std::string const sArguments : {"--help", "log|--help", "ini|--help"})
+    for (std::string const sCommand :
+        {"tessel --help", "tessel log --help", "tessel ini --help", "jobrunner --help"})
     {
-        std::string const sRun = "$ tessel " + std::regex_replace(sArguments, std::regex("\\|"), " ") + '\n'
-                                 + TesselRun().GetPrinted(sArguments);
+        std::istringstream oWords(sCommand);
+        std::vector<std::string> vWords{std::istream_iterator<std::string>(oWords), {}};
+        TestProgram const oProgram(TESSEL_PROGRAMS "/" + vWords.front());
+        vWords.erase(vWords.begin());
+        std::string const sRun = "$ " + sCommand + '\n' + oProgram.Run(vWords).sOutput;
         EXPECT_NE(sPage.find(Indent(sRun)), std::string::npos) << sRun;
     }
 }

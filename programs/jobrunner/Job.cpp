@@ -4,8 +4,8 @@
 
 char const * GetName(JobState eState)
 {
-    static constexpr std::array<char const *, 7> vNames = {
-        "waiting", "starting", "running", "retrying", "done", "failed", "skipped"};
+    static constexpr std::array<char const *, 8> vNames = {
+        "waiting", "starting", "running", "stopping", "retrying", "done", "failed", "skipped"};
     return vNames.at(static_cast<std::size_t>(eState));
 }
 

@@ -3,6 +3,7 @@
 #include <tessel/String.h>
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 /// The settings of a job in the ini file.
@@ -13,7 +14,15 @@ struct Job
     int iTimeout = 0; ///< ms for one attempt; 0 means no limit
     int iRetries = 0; ///< further attempts after a failed one
     int iExpectedExitCode = 0;
-    int iMode = 0; ///< bits of tsl::CmdLine
+    int iGrace = 2000;                     ///< ms that its processes have to end by themselves
+    bool bShell = false;                   ///< a shell runs the command
+    bool bQuiet = false;                   ///< its output is not taken
+    std::string sFolder;                   ///< empty for the current one
+    std::string sStdin;                    ///< a file, "yes" for that of the runner, empty for none
+    std::vector<std::string> vEnvironment; ///< as NAME=value
+
+    /// The command line that starts it.
+    tsl::String sLauncher;
 
     /// The jobs that must have succeeded before, as indexes into the plan.
     std::vector<std::size_t> vAfter;
@@ -33,6 +42,7 @@ enum class JobState
     eWaiting,
     eStarting,
     eRunning,
+    eStopping, ///< its processes are being ended
     eRetrying,
     eDone,
     eFailed,

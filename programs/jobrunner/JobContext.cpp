@@ -2,8 +2,8 @@
 
 #include "JobMachine.h"
 
-JobContext::JobContext(Job const & oJob, int iRetryPause, Bell & oBell)
-    : TaskContextThread(new JobMachine(oJob, iRetryPause)), m_oBell(oBell)
+JobContext::JobContext(Job const & oJob, int iRetryPause, StartRoom & oRoom, Bell & oBell)
+    : TaskContextThread(new JobMachine(oJob, iRetryPause, oRoom)), m_oBell(oBell)
 {
 }
 

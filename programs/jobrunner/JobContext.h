@@ -5,12 +5,14 @@
 
 #include <tessel/TaskContextThread.h>
 
-/// Runs the machine of a job on a thread of its own and rings the bell when the machine has sent something.
+class StartRoom;
+
+/// Runs the machine of a job on a thread of its own and rings when it has sent something.
 class JobContext : public tsl::TaskContextThread
 {
 public:
-    /// The job and the bell must outlive the context.
-    JobContext(Job const & oJob, int iRetryPause, Bell & oBell);
+    /// All must outlive the context.
+    JobContext(Job const & oJob, int iRetryPause, StartRoom & oRoom, Bell & oBell);
 
 protected:
     void Send(tsl::Message const & oMessage) override;

@@ -2,9 +2,30 @@
 
 #include <array>
 
-JobLineMessage::JobLineMessage(tsl::String const & sJob, char const * sStream, tsl::String const & sLine)
-    : m_sJob(sJob), m_sStream(sStream), m_sLine(sLine)
+std::vector<JobLineMessage> JobLineMessage::Make(
+    tsl::String const & sJob, char const * sStream, std::string const & sLine)
 {
+    constexpr std::size_t iLengthMax = tsl::String::FORMAT_LENGTH_MAX;
+    std::vector<JobLineMessage> vMessages;
+    std::size_t iAt = 0;
+    do
+    {
+        std::string sShown;
+        std::size_t const iBegin = iAt;
+        for (; iAt < sLine.size() && sShown.size() < iLengthMax - 1; ++iAt)
+            if (sLine[iAt] == '\0')
+                sShown += "\\0";
+            else
+                sShown += sLine[iAt];
+
+        JobLineMessage & oMessage = vMessages.emplace_back();
+        oMessage.m_sJob = sJob;
+        oMessage.m_sStream = sStream;
+        oMessage.m_sLine = sShown.c_str();
+        oMessage.m_sBytes = sLine.substr(iBegin, iAt - iBegin);
+        oMessage.m_bLast = iAt == sLine.size();
+    } while (iAt < sLine.size());
+    return vMessages;
 }
 
 JobLineMessage::Rows JobLineMessage::GetRows()
@@ -36,7 +57,7 @@ JobStateMessage::Rows JobStateMessage::GetRows()
 
 JobCommandMessage::JobCommandMessage(Command eCommand, tsl::String const & sReason)
     : m_eCommand(eCommand),
-      m_sCommand(std::array{"start", "skip", "cancel"}.at(static_cast<std::size_t>(eCommand))),
+      m_sCommand(std::array{"cancel", "kill"}.at(static_cast<std::size_t>(eCommand))),
       m_sReason(sReason)
 {
 }

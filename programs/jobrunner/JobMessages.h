@@ -10,6 +10,8 @@
 
 #include <memory>
 #include <span>
+#include <string>
+#include <vector>
 
 /// The base of all messages of this program. A derived class has a default constructor and GetRows, the table of
 /// its fields as the log shows them.
@@ -32,19 +34,32 @@ protected:
     }
 };
 
-/// A line that a job has written to one of its streams.
+/// A line that a job has written to one of its streams, or a part of a line that is longer than a message may show.
 class JobLineMessage : public JobMessage<JobLineMessage>
 {
 public:
     JobLineMessage() = default;
-    JobLineMessage(tsl::String const & sJob, char const * sStream, tsl::String const & sLine);
+
+    /// The whole line.
+    static std::vector<JobLineMessage> Make(
+        tsl::String const & sJob, char const * sStream, std::string const & sLine);
 
     static Rows GetRows();
+
+    tsl::ValueString const & GetJob() const { return m_sJob; }
+
+    /// As the job has written it.
+    std::string const & GetBytes() const { return m_sBytes; }
+
+    /// Whether the line ends here.
+    bool IsLast() const { return m_bLast; }
 
 private:
     tsl::ValueString m_sJob;
     tsl::ValueString m_sStream;
-    tsl::ValueString m_sLine;
+    tsl::ValueString m_sLine; ///< the bytes with "\0" for zero bytes, at which a text would end
+    std::string m_sBytes;
+    bool m_bLast = true;
 };
 
 /// A job has entered a state, with the reason.
@@ -61,7 +76,12 @@ public:
     int GetAttempts() const { return m_iAttempts.AsInt32(); }
     tsl::ValueString const & GetReason() const { return m_sReason; }
 
+    /// ms from the first start to the end; 0 for a job that was not started.
+    void SetDuration(int iDuration) { m_iDuration = iDuration; }
+    int GetDuration() const { return m_iDuration; }
+
 private:
+    int m_iDuration = 0;
     JobState m_eState = JobState::eWaiting;
     tsl::ValueString m_sJob;
     tsl::ValueString m_sState;
@@ -69,15 +89,14 @@ private:
     tsl::ValueString m_sReason;
 };
 
-/// A command of the runner to the machine of a job.
+/// What the runner tells the machine of a job that runs.
 class JobCommandMessage : public JobMessage<JobCommandMessage>
 {
 public:
     enum Command
     {
-        eStart,
-        eSkip,  ///< do not start a waiting job
-        eCancel ///< end a running job
+        eCancel, ///< the job is ended
+        eKill    ///< at once
     };
 
     JobCommandMessage() = default;
@@ -89,7 +108,7 @@ public:
     tsl::ValueString const & GetReason() const { return m_sReason; }
 
 private:
-    Command m_eCommand = eStart;
+    Command m_eCommand = eCancel;
     tsl::ValueString m_sCommand;
     tsl::ValueString m_sReason;
 };

@@ -1,7 +1,60 @@
 #include "JobOrder.h"
 
+#include "../shared/NearestName.h"
+
 #include <algorithm>
 #include <ostream>
+#include <utility>
+
+bool FindJob(JobPlan const & oPlan, tsl::String const & sName, std::size_t & iJob)
+{
+    auto const pJob = std::lower_bound(oPlan.vJobs.begin(), oPlan.vJobs.end(), sName,
+        [](Job const & oJob, tsl::String const & s) { return oJob.sName.s_str() < s.s_str(); });
+    iJob = static_cast<std::size_t>(pJob - oPlan.vJobs.begin());
+    return pJob != oPlan.vJobs.end() && pJob->sName == sName;
+}
+
+std::string AskForJob(JobPlan const & oPlan, tsl::String const & sName)
+{
+    std::vector<std::string> vNames;
+    for (Job const & oJob : oPlan.vJobs)
+        vNames.push_back(oJob.sName.s_str());
+    return AskForNearest(sName.s_str(), vNames);
+}
+
+std::vector<bool> FindNeeded(JobPlan const & oPlan, std::vector<std::size_t> vJobs)
+{
+    std::vector<bool> vNeeded(oPlan.vJobs.size());
+    while (!vJobs.empty())
+    {
+        std::size_t const iJob = vJobs.back();
+        vJobs.pop_back();
+        if (vNeeded[iJob])
+            continue;
+        vNeeded[iJob] = true;
+        vJobs.insert(vJobs.end(), oPlan.vJobs[iJob].vAfter.begin(), oPlan.vJobs[iJob].vAfter.end());
+    }
+    return vNeeded;
+}
+
+void KeepJobs(JobPlan & oPlan, std::vector<bool> const & vKeep)
+{
+    std::vector<std::size_t> vNewIndexes(vKeep.size());
+    std::vector<Job> vKept;
+    for (std::size_t i = 0; i < vKeep.size(); ++i)
+    {
+        vNewIndexes[i] = vKept.size();
+        if (vKeep[i])
+            vKept.push_back(std::move(oPlan.vJobs[i]));
+    }
+    for (Job & oJob : vKept)
+    {
+        std::erase_if(oJob.vAfter, [&](std::size_t i) { return !vKeep[i]; });
+        for (std::size_t & iOther : oJob.vAfter)
+            iOther = vNewIndexes[iOther];
+    }
+    oPlan.vJobs = std::move(vKept);
+}
 
 std::vector<int> GetWaves(JobPlan const & oPlan)
 {
@@ -60,6 +113,12 @@ std::vector<std::size_t> FindCycle(JobPlan const & oPlan)
     }
 }
 
+void WriteNames(JobPlan const & oPlan, std::ostream & oStream)
+{
+    for (Job const & oJob : oPlan.vJobs)
+        oStream << oJob.sName.s_str() << '\n';
+}
+
 void WriteOrder(JobPlan const & oPlan, std::ostream & oStream)
 {
     std::vector<int> const vWaves = GetWaves(oPlan);
@@ -86,4 +145,15 @@ void WriteGraph(JobPlan const & oPlan, std::ostream & oStream)
                     << "\";\n";
     }
     oStream << "}\n";
+}
+
+void WriteMermaid(JobPlan const & oPlan, std::ostream & oStream)
+{
+    // Names may have slashes, which nodes may not.
+    oStream << "flowchart LR\n";
+    for (std::size_t i = 0; i < oPlan.vJobs.size(); ++i)
+        oStream << "    j" << i << "[\"" << oPlan.vJobs[i].sName.s_str() << "\"]\n";
+    for (std::size_t i = 0; i < oPlan.vJobs.size(); ++i)
+        for (std::size_t const iOther : oPlan.vJobs[i].vAfter)
+            oStream << "    j" << iOther << " --> j" << i << '\n';
 }

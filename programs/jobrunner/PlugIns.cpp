@@ -29,8 +29,11 @@ tsl::Result PlugIns::Load(tsl::IniFile const & oFile)
         tsl::String sLibrary;
         static_cast<void>(oFile.GetString("Plugins", sProcessor, sLibrary)); // The key is there.
         if (tsl::Result oResult = LoadOne(sProcessor, sLibrary); oResult.IsError())
-            return tsl::MakeResult(oResult.GetErrorCode(),
-                tsl::String("[Plugins] ") + sProcessor + ": The plug-in cannot be used.", oResult);
+            return tsl::MakeResult(tsl::ERR::eBadData,
+                tsl::String("[Plugins] ") + sProcessor
+                    + ": The plug-in cannot be used. A name without a slash is looked for as the system "
+                      "looks for libraries.",
+                oResult);
     }
     return tsl::Result();
 }

@@ -27,8 +27,8 @@ public:
     /// Unloads all plug-ins.
     ~PlugIns();
 
-    /// Loads the plug-ins of the file. Code 5 for a library that cannot be loaded or does not have the processor;
-    /// those that were loaded before remain.
+    /// Loads what the file names. Code 2 for a library that cannot be loaded, and for one without the
+    /// processor; what was loaded before stays.
     tsl::Result Load(tsl::IniFile const & oFile);
 
 private:

@@ -4,10 +4,15 @@
 #include "Job.h"
 #include "JobContext.h"
 #include "JobMessages.h"
+#include "StartRoom.h"
 
 #include <tessel/Duration.h>
 
+#include <chrono>
+#include <deque>
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// The result of a job.
@@ -25,13 +30,14 @@ class Runner
 {
 public:
     /// The plan must outlive the runner and have no cycle.
-    explicit Runner(JobPlan const & oPlan);
+    Runner(JobPlan const & oPlan, bool bFailFast);
     Runner(Runner const &) = delete;
     Runner & operator=(Runner const &) = delete;
     ~Runner();
 
-    /// Returns when all jobs have ended. After SIGINT or SIGTERM it ends the running ones and starts no other one.
-    void Run();
+    /// Returns when all jobs have ended. After a stop signal the running ones are ended, no other one is started, and
+    /// nothing that a job has started is left. fLook is called again and again; if it is false, it is like a signal.
+    void Run(std::function<bool()> const & fLook);
 
     /// One for each job of the plan.
     std::vector<JobReport> GetReports() const;
@@ -41,22 +47,42 @@ public:
 private:
     struct Entry
     {
-        std::unique_ptr<JobContext> pContext; ///< null until the job gets its first command
+        std::unique_ptr<JobContext> pContext; ///< while the job runs
+        std::size_t iOpen = 0;                ///< jobs that it waits for
+        std::vector<std::size_t> vFollowers;  ///< jobs that wait for it
         JobReport oReport;
         tsl::Duration oRunTime;
     };
 
-    bool IsDone() const;
+    void LookForSignals();
     void Interrupt();
-    void CommandWaitingJobs();
-    void CommandWaitingJob(std::size_t iJob);
-    void Tell(std::size_t iJob, JobCommandMessage const & oCommand);
+    void Cancel(JobCommandMessage const & oCommand);
+    void StartJobs();
+    bool StartJob(std::size_t iJob);
+    void SkipAll(tsl::String const & sReason);
+    void SkipFollowers();
+    void DropContexts();
     void ReadStates();
-    void Note(Entry & oEntry, JobStateMessage const & oMessage);
+    void ReadStates(std::size_t iJob);
+    void Note(std::size_t iJob, JobStateMessage const & oMessage);
+    void End(std::size_t iJob);
+    void Skip(std::size_t iJob, tsl::String const & sReason);
+    void EndDaemons();
 
     JobPlan const & m_oPlan;
+    bool m_bFailFast;
+    std::size_t m_iParallel;
     Bell m_oBell;
+    StartRoom m_oRoom;
     std::vector<Entry> m_vEntries;
-    int m_iRunning = 0; ///< jobs that have a command and have not ended
+    std::vector<std::size_t> m_vReady;   ///< may start, in the order of the plan; the next one is the last
+    std::vector<std::size_t> m_vRunning; ///< have a context
+    std::vector<std::size_t> m_vFailed;  ///< their followers have to be skipped
+
+    /// Of jobs that have ended, with the time when they did.
+    std::deque<std::pair<std::chrono::steady_clock::time_point, std::unique_ptr<JobContext>>> m_vOldContexts;
+    std::size_t m_iLeft;     ///< have not ended
+    bool m_bStopped = false; ///< no other job starts
     bool m_bInterrupted = false;
+    bool m_bKilled = false;
 };

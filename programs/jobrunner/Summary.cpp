@@ -2,20 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <ostream>
 #include <string>
 
 namespace
 {
 
 using Row = std::array<std::string, 5>;
-
-std::string FormatDuration(long iDuration)
-{
-    tsl::String sText;
-    sText.Format("%.3f s", static_cast<double>(iDuration) / 1000.0);
-    return sText.s_str();
-}
 
 Row MakeRow(Job const & oJob, JobReport const & oReport)
 {
@@ -24,27 +16,40 @@ Row MakeRow(Job const & oJob, JobReport const & oReport)
         bStarted ? FormatDuration(oReport.iDuration) : "", oReport.sReason.s_str()};
 }
 
-void WriteRow(Row const & vRow, std::array<std::size_t, 5> const & vWidths, std::ostream & oStream)
+/// Without blanks at its end.
+std::string MakeLine(Row const & vRow, std::array<std::size_t, 5> const & vWidths)
 {
     std::string sLine;
     for (std::size_t i = 0; i < vRow.size(); ++i)
         sLine += vRow[i] + std::string(vWidths[i] - vRow[i].size() + 2, ' ');
-    oStream << sLine.substr(0, sLine.find_last_not_of(' ') + 1) << '\n';
+    return sLine.substr(0, sLine.find_last_not_of(' ') + 1) + '\n';
 }
 
 } // namespace
 
-void WriteSummary(JobPlan const & oPlan, std::vector<JobReport> const & vReports, std::ostream & oStream)
+std::string MakeSummary(JobPlan const & oPlan, std::vector<JobReport> const & vReports, Style const & oStyle)
 {
-    std::vector<Row> vRows = {{"Job", "State", "Attempts", "Time", "Reason"}};
+    Row const vHead = {"Job", "State", "Attempts", "Time", "Reason"};
+    std::vector<Row> vRows;
+    std::array<std::size_t, 5> vWidths{};
     for (std::size_t i = 0; i < vReports.size(); ++i)
         vRows.push_back(MakeRow(oPlan.vJobs[i], vReports[i]));
-
-    std::array<std::size_t, 5> vWidths{};
-    for (Row const & vRow : vRows)
-        for (std::size_t i = 0; i < vRow.size(); ++i)
+    for (std::size_t i = 0; i < vHead.size(); ++i)
+    {
+        vWidths[i] = vHead[i].size();
+        for (Row const & vRow : vRows)
             vWidths[i] = std::max(vWidths[i], vRow[i].size());
-    for (Row const & vRow : vRows)
-        WriteRow(vRow, vWidths, oStream);
-    oStream.flush();
+    }
+
+    std::string sSummary = MakeLine(vHead, vWidths);
+    for (std::size_t i = 0; i < vRows.size(); ++i)
+    {
+        // The colour takes no place, so it comes after the blanks.
+        std::string const sLine = MakeLine(vRows[i], vWidths);
+        std::size_t const iState = vWidths[0] + 2;
+        std::size_t const iLength = vRows[i][1].size();
+        sSummary += sLine.substr(0, iState) + oStyle.Paint(vReports[i].eState, sLine.substr(iState, iLength))
+                    + sLine.substr(iState + iLength);
+    }
+    return sSummary;
 }

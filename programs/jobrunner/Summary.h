@@ -1,8 +1,9 @@
 #pragma once
 
 #include "Runner.h"
+#include "Style.h"
 
-#include <iosfwd>
+#include <string>
 
-/// Writes a table of the results of all jobs.
-void WriteSummary(JobPlan const & oPlan, std::vector<JobReport> const & vReports, std::ostream & oStream);
+/// A table of how it went with each job.
+std::string MakeSummary(JobPlan const & oPlan, std::vector<JobReport> const & vReports, Style const & oStyle);

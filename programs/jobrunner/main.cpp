@@ -1,53 +1,28 @@
+#include "../shared/Output.h"
+#include "../shared/System.h"
 #include "FailurePrinter.h"
+#include "Help.h"
 #include "JobFile.h"
-#include "JobMessages.h"
 #include "JobOrder.h"
-#include "PlugIns.h"
-#include "Progress.h"
-#include "Runner.h"
-#include "StopSignal.h"
-#include "Summary.h"
+#include "JobRun.h"
+#include "Launcher.h"
+#include "Options.h"
+#include "RunHistory.h"
 
 #include <tessel/Tessel.h>
 
 #include <algorithm>
 #include <iostream>
+#include <sstream>
 
 namespace
 {
-
-constexpr char HELP[] =
-    "jobrunner runs the jobs that jobrunner.ini in the current directory describes.\n"
-    "\n"
-    "  jobrunner             run the jobs; the exit code is the number of those that failed, at most 100\n"
-    "  jobrunner --dry-run   show the order in which they would start, in waves\n"
-    "  jobrunner --dot       write the graph of who waits for whom, for Graphviz\n"
-    "  jobrunner --help      show this text\n"
-    "\n"
-    "[Runner]\n"
-    "Parallel=N     jobs at once; as many as there are processors if it is missing\n"
-    "RetryPause=N   milliseconds between two attempts; 500 if it is missing\n"
-    "\n"
-    "[Job/name]     letters, digits, \"/\" and \"_\"\n"
-    "Command=...    the program and its arguments; double quotes hold one with blanks together\n"
-    "Timeout=N      milliseconds after which an attempt is ended; 0 for no limit\n"
-    "Retries=N      further attempts after a failed one\n"
-    "After=...      names of jobs that must have succeeded, separated by blanks\n"
-    "Expect=N       the exit code of success; 0 if it is missing\n"
-    "Mode=...       Detached: in a session of its own; Quiet: its output is not taken\n"
-    "\n"
-    "[Plugins]\n"
-    "Processor=...  a library, without its ending, that registers the message processor of that name\n"
-    "\n"
-    "What the jobs write is in Logfile.txt.\n";
-
-constexpr int FAILURES_MAX = 100;
 
 class JobRunnerConfig : public tsl::ConsoleApplicationConfig
 {
 };
 
-/// Runs the jobs of its ini file.
+/// Runs the jobs of an ini file, or shows them.
 class JobRunner : public tsl::ConsoleApplication
 {
 public:
@@ -57,6 +32,14 @@ public:
     ~JobRunner() override { GetDispatcher().Unregister(m_oFailurePrinter); }
 
     static tsl::Application * Create() { return new JobRunner; }
+
+    /// Without the program's name. They do not go through Main, which ends before anything could be printed if they
+    /// are wrong.
+    void SetArguments(int iCount, char ** pArguments)
+    {
+        m_iArguments = iCount;
+        m_pArguments = pArguments;
+    }
 
 protected:
     tsl::Result PreRun() override
@@ -71,7 +54,13 @@ protected:
     tsl::Result Run() override
     {
         m_oOutcome = DoWhatIsAsked();
-        return m_oOutcome;
+        tsl::Result const oWritten = m_oOutput.Finish();
+        if (m_oOutcome.IsError() && oWritten.IsError())
+            ProcessError(oWritten);
+        else if (m_oOutcome.IsOk())
+            m_oOutcome = oWritten;
+        // Whoever does not read the output any more needs no word about it.
+        return m_oOutput.IsUnread() ? tsl::Result() : m_oOutcome;
     }
 
     /// Returns the exit code. The failure of Run was printed before; this one is printed by nobody.
@@ -83,120 +72,109 @@ protected:
     }
 
 private:
-    enum class Action
-    {
-        eRun,
-        eShowOrder,
-        eShowGraph,
-        eShowHelp
-    };
-
     tsl::Result DoWhatIsAsked()
     {
-        Action eAction = Action::eRun;
-        if (tsl::Result oResult = ReadCommandLine(eAction); oResult.IsError())
+        Options oOptions;
+        if (tsl::Result oResult = ReadOptions(m_iArguments, m_pArguments, oOptions); oResult.IsError())
             return oResult;
-        if (eAction == Action::eShowHelp)
-        {
-            std::cout << HELP << std::flush;
-            return tsl::Result();
-        }
-
-        tsl::IniFile oFile;
-        if (tsl::Result oResult = oFile.Open(tsl::Support::GetAppIniFileName()); oResult.IsError())
-            return oResult;
-        JobPlan oPlan;
-        if (tsl::Result oResult = ReadJobPlan(oFile, oPlan); oResult.IsError())
-            return oResult;
-
-        if (eAction == Action::eShowOrder)
-            WriteOrder(oPlan, std::cout);
-        else if (eAction == Action::eShowGraph)
-            WriteGraph(oPlan, std::cout);
+        if (oOptions.eAction == Options::Action::eShowHelp)
+            m_oOutput.Write(HELP);
+        else if (oOptions.eAction == Options::Action::eShowVersion)
+            m_oOutput.Write("jobrunner " TESSEL_VERSION "\n");
         else
-            return RunJobs(oFile, oPlan);
+            return UseFile(oOptions);
         return tsl::Result();
     }
 
-    tsl::Result ReadCommandLine(Action & eAction) const
+    tsl::Result UseFile(Options const & oOptions)
     {
-        tsl::CmdLineParser const & oParser = GetConfig().GetCmdLineParser();
-        std::vector<tsl::String> vWords;
-        oParser.GetOptions(vWords);
-        for (tsl::String const & sOption : vWords)
-            if (sOption == "help" || sOption == "h")
-                eAction = Action::eShowHelp;
-            else if (sOption == "dry-run")
-                eAction = Action::eShowOrder;
-            else if (sOption == "dot")
-                eAction = Action::eShowGraph;
-            else
-                return RefuseArgument(sOption);
-
-        oParser.GetParameters(vWords);
-        tsl::String sValue;
-        for (char const * const sOption : {"help", "h", "dry-run", "dot"})
-            if (oParser.GetOption(sOption, sValue, tsl::CmdLineParser::eOptionAny) && !sValue.IsEmpty())
-                vWords.push_back(sValue);
-        return vWords.empty() ? tsl::Result() : RefuseArgument(vWords.front());
-    }
-
-    static tsl::Result RefuseArgument(tsl::String const & sArgument)
-    {
-        return tsl::MakeResult(tsl::ERR::eBadData,
-            tsl::String("The argument '") + sArgument + "' is not known. --help tells which are.");
-    }
-
-    static tsl::Result RunJobs(tsl::IniFile const & oFile, JobPlan const & oPlan)
-    {
-        PlugIns oPlugIns;
-        if (tsl::Result oResult = oPlugIns.Load(oFile); oResult.IsError())
+        JobPlan oPlan;
+        if (tsl::Result oResult = ReadJobPlan(oOptions.sFile, oPlan); oResult.IsError())
+            return oResult;
+        if (oOptions.iParallel > 0)
+            oPlan.iParallel = oOptions.iParallel;
+        RunHistory oHistory(oOptions.sFile);
+        if (tsl::Result oResult = Select(oOptions, oHistory, oPlan); oResult.IsError())
             return oResult;
 
-        Progress oProgress(oPlan.vJobs.size());
-        tsl::Result oRegistered = tsl::Support::GetAppDisp().Register(
-            oProgress, {JobStateMessage::GetStaticClassDesc().GetClassId()});
-        if (oRegistered.IsError())
-            return oRegistered;
-
-        StopSignal::Watch();
-        Runner oRunner(oPlan);
-        oRunner.Run();
-
-        oProgress.End();
-        std::vector<JobReport> const vReports = oRunner.GetReports();
-        WriteSummary(oPlan, vReports, std::cout);
-        return CheckReports(vReports, oRunner.IsInterrupted());
+        if (oOptions.eAction == Options::Action::eRun && oPlan.vJobs.empty())
+            m_oOutput.Write("Nothing is left to run: all these jobs have succeeded the last time.\n");
+        else if (oOptions.eAction == Options::Action::eRun)
+            return JobRun(oOptions, oPlan, oHistory, m_oOutput,
+                [this](tsl::Result const & oFailure) { ProcessError(oFailure); })
+                .Run();
+        else
+            Show(oOptions.eAction, oPlan);
+        return tsl::Result();
     }
 
-    static tsl::Result CheckReports(std::vector<JobReport> const & vReports, bool bInterrupted)
+    /// Leaves out the jobs that nobody wants.
+    static tsl::Result Select(Options const & oOptions, RunHistory const & oHistory, JobPlan & oPlan)
     {
-        auto const iFailed = static_cast<int>(std::count_if(vReports.begin(), vReports.end(),
-            [](JobReport const & oReport) { return oReport.eState == JobState::eFailed; }));
-        if (iFailed == 0 && !bInterrupted)
-            return tsl::Result();
-        tsl::String sText(bInterrupted ? "Interrupted. " : "");
-        sText << iFailed << " of " << static_cast<int>(vReports.size()) << " jobs failed.";
-        return tsl::MakeResult(std::clamp(iFailed, 1, FAILURES_MAX), sText);
+        std::vector<std::size_t> vJobs;
+        for (tsl::String const & sName : oOptions.vJobs)
+            if (std::size_t iJob = 0; FindJob(oPlan, sName, iJob))
+                vJobs.push_back(iJob);
+            else
+                return tsl::MakeResult(tsl::ERR::eBadData, tsl::String("There is no job '") + sName + "'."
+                                                               + AskForJob(oPlan, sName).c_str()
+                                                               + " --list shows all.");
+
+        std::vector<bool> vKeep =
+            vJobs.empty() ? std::vector<bool>(oPlan.vJobs.size(), true) : FindNeeded(oPlan, vJobs);
+        for (std::size_t i = 0; oOptions.bResume && i < vKeep.size(); ++i)
+            vKeep[i] = vKeep[i] && !oHistory.Get(oPlan.vJobs[i].sName).bDone;
+        KeepJobs(oPlan, vKeep);
+        return tsl::Result();
     }
 
+    void Show(Options::Action eAction, JobPlan const & oPlan)
+    {
+        std::ostringstream oText;
+        if (eAction == Options::Action::eShowList)
+            WriteNames(oPlan, oText);
+        else if (eAction == Options::Action::eShowOrder)
+            WriteOrder(oPlan, oText);
+        else if (eAction == Options::Action::eShowDot)
+            WriteGraph(oPlan, oText);
+        else
+            WriteMermaid(oPlan, oText);
+        m_oOutput.Write(oText.str());
+    }
+
+    int m_iArguments = 0;
+    char ** m_pArguments = nullptr;
+    Output m_oOutput;
     FailurePrinter m_oFailurePrinter;
     tsl::Result m_oOutcome;
 };
+
+int PrintAndEnd(char const * sText, int iExitCode)
+{
+    std::cerr << "jobrunner: " << sText << std::endl;
+    return iExitCode;
+}
 
 } // namespace
 
 int main(int iCount, char ** pArguments)
 {
-    // Without the program's own name: if it begins with a slash, it would be an option.
-    tsl::ConsoleApplication & oJobRunner = tsl::ConsoleApplication::Instance(&JobRunner::Create);
+    if (Launcher::IsAskedFor(iCount, pArguments))
+        return Launcher::Run(pArguments);
+
+    System::IgnoreWriteSignals();
+    auto & oJobRunner = static_cast<JobRunner &>(tsl::ConsoleApplication::Instance(&JobRunner::Create));
     try
     {
-        return oJobRunner.Main(iCount - 1, pArguments + 1);
+        oJobRunner.SetArguments(iCount - std::min(iCount, 1), pArguments + std::min(iCount, 1));
+        return oJobRunner.Main(0, nullptr);
     }
     catch (tsl::Exception const & oException)
     {
-        std::cerr << "jobrunner: " << oException.GetText() << std::endl;
-        return oException.GetResult().GetErrorCode();
+        return PrintAndEnd(oException.GetText(), oException.GetResult().GetErrorCode());
+    }
+    catch (std::exception const & oException)
+    {
+        return PrintAndEnd(oException.what(), tsl::ERR::eInternal);
     }
 }

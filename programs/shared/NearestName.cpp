@@ -1,4 +1,4 @@
-#include "shared/NearestName.h"
+#include "NearestName.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,6 +1,6 @@
-#include "shared/Output.h"
+#include "Output.h"
 
-#include "shared/System.h"
+#include "System.h"
 
 #include <tessel/OS.h>
 #include <tessel/String.h>
@@ -11,10 +11,15 @@ void Output::Flush()
     m_sBuffer.clear();
 }
 
+bool Output::IsUnread() const
+{
+    return System::IsBrokenPipe(m_iError);
+}
+
 tsl::Result Output::Finish()
 {
     Flush();
-    if (m_iError == 0 || System::IsBrokenPipe(m_iError))
+    if (m_iError == 0 || IsUnread())
         return tsl::Result();
     return tsl::MakeResult(
         tsl::ERR::eAccessDenied, "The output cannot be written", tsl::OS::FormatError(m_iError));

@@ -24,6 +24,9 @@ public:
     /// Whether a write has failed, also because nobody reads the output any more.
     bool IsFailed() const { return m_iError != 0; }
 
+    /// Whether nobody reads the output any more.
+    bool IsUnread() const;
+
     /// Flushes. Code 1 if a write has failed, but not if nobody reads the output any more.
     [[nodiscard]] tsl::Result Finish();
 

@@ -1,6 +1,6 @@
 #include "Arguments.h"
 
-#include "shared/NearestName.h"
+#include "../shared/NearestName.h"
 
 #include <tessel/String.h>
 

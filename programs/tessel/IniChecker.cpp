@@ -1,7 +1,7 @@
 #include "IniChecker.h"
 
+#include "../shared/NearestName.h"
 #include "IniHints.h"
-#include "shared/NearestName.h"
 
 #include <tessel/Result.h>
 #include <tessel/String.h>

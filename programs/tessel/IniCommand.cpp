@@ -1,9 +1,9 @@
+#include "../shared/NearestName.h"
+#include "../shared/System.h"
 #include "Arguments.h"
 #include "Command.h"
 #include "IniChecker.h"
 #include "IniEdit.h"
-#include "shared/NearestName.h"
-#include "shared/System.h"
 
 #include <tessel/IniFile.h>
 #include <tessel/OS.h>

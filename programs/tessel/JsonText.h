@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/Output.h"
+#include "../shared/Output.h"
 
 #include <string>
 #include <string_view>

@@ -1,9 +1,9 @@
+#include "../shared/NearestName.h"
 #include "Arguments.h"
 #include "Command.h"
 #include "LogFollower.h"
 #include "LogReader.h"
 #include "LogTimes.h"
-#include "shared/NearestName.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "../shared/System.h"
 #include "LogFilter.h"
 #include "RecordSink.h"
 #include "RecordSplitter.h"
-#include "shared/System.h"
 
 #include <string>
 

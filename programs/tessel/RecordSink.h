@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../shared/Output.h"
 #include "LogRecord.h"
-#include "shared/Output.h"
 
 #include <memory>
 

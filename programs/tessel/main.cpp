@@ -1,8 +1,8 @@
+#include "../shared/NearestName.h"
+#include "../shared/System.h"
 #include "Arguments.h"
 #include "Command.h"
 #include "FailurePrinter.h"
-#include "shared/NearestName.h"
-#include "shared/System.h"
 
 #include <tessel/Tessel.h>
 

@@ -219,7 +219,7 @@ private:
     CmdLine::Private & m_oOwner;
     Streams m_eStream;
 
-    // Not the owner's, which may be set while the thread runs.
+    // A copy, since the owner's may be set while the thread runs.
     ReadRules m_oRules;
     std::binary_semaphore m_oEnded{0};
 };

@@ -20,15 +20,14 @@ namespace tsl
 ///     if (oResult.IsOk() && oChild.WaitTermination(5000) == tsl::CmdLine::eWaitTimeout)
 ///         static_cast<void>(oChild.Kill(1));
 ///
-/// With eModeReaderThreads two threads read the child's output and put each line into a queue, from which
-/// ReceiveStdOut and ReceiveStdErr take. The queues have no limit unless SetUnreadLimit sets one, and survive the
-/// child. A line ends at any control character of the process's locale, a tab included; empty lines are not
-/// queued, nor is a last line without an end. With eModeLineFeeds nothing is lost. A line for which there is not enough memory is dropped, and the thread reads on, so
-/// that the child never waits; ReadStdStreamUntilEof tells how many those were.
+/// The child inherits the rights, the environment and the current directory of this process, and its three streams
+/// unless they are redirected, but no other open file. It starts with default signal dispositions and an empty
+/// signal mask.
 ///
 /// With eModeReaderThreads two threads read the child's output and queue each line for ReceiveStdOut and
-/// ReceiveStdErr. The queues have no limit and are kept after the child's end. A line ends at any control character
-/// of the process's locale, a tab included; empty lines and a last line without an end are not queued. A line for
+/// ReceiveStdErr. The queues have no limit unless SetUnreadLimit sets one, and are kept after the child's end. A line
+/// ends at any control character of the process's locale, a tab included; empty lines and a last line without an end
+/// are not queued. With eModeLineFeeds a line ends at a line feed only, and these lines are queued, too. A line for
 /// which there is no memory is dropped, so that the child never waits; ReadStdStreamUntilEof reports the number.
 ///
 /// When the last copy of the object is destroyed, a running child runs on, with its redirected streams closed. It
@@ -49,8 +48,7 @@ public:
         eModeDetached = 8,       ///< the child has a session of its own, without a terminal
         eModeRedirect = 16,      ///< the three streams go through pipes
         eModeReaderThreads = 32, ///< threads read the child's output; without eModeRedirect it is dropped
-        eModeLineFeeds =
-            64, ///< a line ends at a line feed only; empty lines and a last one without end count
+        eModeLineFeeds = 64,     ///< only line feeds end lines, and no line is left out
     };
 
     /// Any other value means the standard error, too.
@@ -104,22 +102,18 @@ public:
     void SetBufferSize(unsigned int iSize);
     unsigned int GetBufferSize() const;
 
-    /// How many bytes of unread lines each stream may have queued, 0 at first for no limit. At the limit the reader
-    /// thread stops reading until lines are received, so that the pipe fills up and the child waits; IsRunning
-    /// is true meanwhile. A line counts with its bytes and 64 more for its place in the queue, and one of more bytes
-    /// than the limit comes in pieces of so many. What is read at once may be in excess of it. The limit does not
-    /// hold once WaitTermination has seen the end of the child or ReadStdStreamUntilEof was called. It takes
-    /// effect with the next Run.
+    /// Limits the bytes of unread lines that each queue holds; 0, the default, means no limit. At the limit the reader
+    /// thread stops reading until lines are received, so the pipe fills up and the child waits; IsRunning is true
+    /// meanwhile. Each line counts with its length plus 64 bytes, and a line longer than the limit comes in pieces of
+    /// that length. One read may exceed the limit. The limit ends when WaitTermination has seen the child's end or
+    /// ReadStdStreamUntilEof is called. Takes effect with the next Run.
     void SetUnreadLimit(unsigned int iBytes);
     unsigned int GetUnreadLimit() const;
 
-    /// Starts the child. The process id is 0 if that fails: with code 3 if a child is running, 2 if the
-    /// command line is too long, 10 if a pipe or the process cannot be made, with the system's error as
-    /// the cause, or if a reader thread cannot be started; the child is ended then. After any failure there is
-    /// no child.
-    ///
-    /// With eModeSuspended, or in a program that ignores SIGCHLD, a file that cannot be executed after all
-    /// is not noticed before the child goes on: its exit code is 127 then.
+    /// Starts the child. After a failure there is no new child and the process id is 0. Code 3 if a child is
+    /// running, 2 if the command line is too long, 10 if a pipe, the process or a reader thread cannot be created,
+    /// with the system's error as the cause. With eModeSuspended, or if the program ignores SIGCHLD, a file that
+    /// cannot be executed is no failure: the child then ends with exit code 127.
     [[nodiscard]] Result Run(int & iProcessId);
 
     /// Whether the child runs or a reader thread still reads. Throws an Exception of code 10 if the system reports

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <new>
+#include <string_view>
 #include <utility>
 
 namespace tsl
@@ -80,7 +81,11 @@ void LineSplitter::AppendPiece(char const * pBytes, std::size_t iCount)
     {
         if (m_sLine.IsEmpty())
             m_sLine.Reserve(LENGTH_USUAL);
-        m_sLine.Append(pBytes, static_cast<unsigned int>(iCount));
+        // That of bytes stops at a zero byte, which is part of a line only if line feeds alone end one.
+        if (m_eLineEnd == LineEnd::eLineFeed)
+            m_sLine.Append(String(std::string_view(pBytes, iCount)));
+        else
+            m_sLine.Append(pBytes, static_cast<unsigned int>(iCount));
     }
     catch (std::bad_alloc const &)
     {

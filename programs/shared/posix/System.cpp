@@ -1,4 +1,4 @@
-#include "shared/System.h"
+#include "../System.h"
 
 #include <cerrno>
 #include <cstdlib>

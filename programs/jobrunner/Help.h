@@ -1,0 +1,4 @@
+#pragma once
+
+/// What --help shows.
+extern char const HELP[];
