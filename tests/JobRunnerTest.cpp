@@ -32,7 +32,7 @@ TEST(JobRunnerRunning, RunsJobsInTheirOrderAndReportsWhatFailed)
             "b: failed (not finished after 50 ms)\n"},
         {"[Job/a]\nCommand=% exit 0\n[Job/b]\nAfter=a\nCommand=no_such_program_anywhere\n", 1, "failed",
             "jobrunner: 'no_such_program_anywhere' cannot be started: No such file or directory\n"},
-        {"[Job/b]\nCommand=% signal 11\n", 1, "failed", "b: failed (killed by SIGSEGV)\n"},
+        {"[Job/b]\nCommand=% signal 6\n", 1, "failed", "b: failed (killed by SIGABRT)\n"},
         {"[Job/b]\nCommand=% exit 139\n", 1, "failed", "b: failed (exit code 139 instead of 0)\n"},
         {"[Job/b]\nCommand=% exit 0\nMode=Quiet Detached\n", 0, "done", "b: done\n"},
     };

@@ -14,6 +14,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -195,10 +196,12 @@ int FindProgram(std::string_view sName, std::string & sPath)
     return iError;
 }
 
+/// Runs in the forked child. Not dup2: a thread sanitizer puts locks of its own around that, which another thread of
+/// the parent may have held.
 void PutStreamInPlace(File const & oEnd, int iStream)
 {
     if (oEnd.IsOpen())
-        ::dup2(GetHandle(oEnd), iStream);
+        ::syscall(SYS_dup3, GetHandle(oEnd), iStream, 0);
 }
 
 /// Runs in the forked child. Only async-signal-safe functions are allowed here, since the parent had threads.
