@@ -92,6 +92,7 @@ TEST(LogFile, IsOpenedOnceByEachProcessorForTheProgramAlone)
         MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
     EXPECT_TRUE(pLog->Open().IsOk());
     EXPECT_TRUE(pLog->Open().IsOk());
+    EXPECT_TRUE(Asserts("false", "Unknown", [&] { (void)pLog->SetConfig(MessageDispatcherConfig()); }));
     EXPECT_TRUE(Asserts("false", "Unknown", [&] { delete pLog->GetConfig().GetCopy(); }));
 
     int iFound = 0;

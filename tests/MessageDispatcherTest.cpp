@@ -58,6 +58,8 @@ TEST(DispatcherDelivery, GoesToTheExactTypeAndThenToTheBaseOncePerList)
     sOrder.clear();
     Dispatch(oDispatcher);
     EXPECT_EQ(sOrder, "base base ");
+    oDispatcher.Unregister(oBase, {0, 4000000000u, g_iNumber});
+    EXPECT_EQ(oDispatcher.GetTypes(oBase), std::vector{g_iBase});
 }
 
 TEST(DispatcherDelivery, StopsAfterTheDirectBaseOfADeepMessageAndSaysSo)
@@ -137,6 +139,7 @@ TEST(DispatcherEnd, TellsEachProcessorOncePerListWithTheLastCopy)
         oDispatcher = MessageDispatcher();
         Dispatch(oCopy);
         EXPECT_EQ(oTwice.GetCalls(), 2);
+        EXPECT_TRUE(oDispatcher.SetConfig(MessageDispatcherConfig()).IsOk());
         EXPECT_THROW(static_cast<void>(oDispatcher.SetConfig(ClientConfig())), Exception);
         EXPECT_THROW(delete oDispatcher.GetCopy(), Exception);
     }

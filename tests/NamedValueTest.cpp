@@ -26,6 +26,9 @@ TEST(NamedValueHolding, ReusesAnObjectOfTheSameClassOnly)
     EXPECT_TRUE(oNamed.IsNull());
     EXPECT_TRUE(NamedValue("n", ValueInt32()).IsNull());
     EXPECT_TRUE(NamedValue(ValueString(), ValueInt32(5)).IsNull());
+    EXPECT_FALSE(NamedValue("", ValueInt32(0)).IsNull());
+    oNamed.SetNull();
+    EXPECT_TRUE(oNamed.GetName().IsNull());
 }
 
 TEST(NamedValueCopying, IsDeepAndDropsANameWithoutAValue)
@@ -74,6 +77,7 @@ TEST(NamedValueComparing, SkipsTheChecksWithAConstantOnTheLeft)
     NamedValue oSecond(ValueString(), ValueInt32(8));
     EXPECT_TRUE(oNamed == oSecond);
     EXPECT_TRUE(oNamed == std::as_const(oSecond));
+    EXPECT_TRUE(oNamed <= oSecond);
     EXPECT_FALSE(std::as_const(oNamed) == oSecond);
     EXPECT_TRUE(std::as_const(oNamed) != std::as_const(oSecond));
 
@@ -86,7 +90,8 @@ TEST(NamedValueText, FollowsTheLayoutsOfItsPartsAndReadsNullAlone)
     NamedValue oNamed("n", ValueInt32(5));
     NamedValueConverterLayout oLayout;
     oLayout.AddLayout(new ValueIntegerConverterLayout("${%03d}"));
-    NamedValueConverterLayout const oCopy(oLayout);
+    NamedValueConverterLayout oCopy;
+    oCopy = oLayout;
     oLayout.AddLayout(new ValueIntegerConverterLayout("<${%d}>"));
     EXPECT_EQ(GetText(oNamed, oCopy), "n 005");
     EXPECT_EQ(GetText(oNamed, oLayout), "n <5>");

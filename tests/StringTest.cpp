@@ -19,6 +19,8 @@ TEST(StringEditing, CutsAndInsertsWhereItIsTold)
         {"abcde", [](String & s) { s.Delete(6, 1); }, "abcde"},
         {"abcde", [](String & s) { s.Insert(UINT_MAX, "-"); }, "abcde-"},
         {"abcde", [](String & s) { s.Insert(2, s); }, "ababcdecde"},
+        {"abcde", [](String & s) { s.Insert(1, s.c_str() + 3, 1); }, "adbcde"},
+        {"abcde", [](String & s) { s = 'b'; }, "b"},
         {"abcde", [](String & s) { s.Append(nullptr, 4); }, "abcde"},
         {"ab", [](String & s) { s.Replace(s, s + "c", 0); }, "abc"},
         {" \t\n\v\f\r aB\xE4 \t\n\v\f\r ", [](String & s) { s.Trim(); }, "aB\xE4"},
@@ -49,6 +51,9 @@ TEST(StringSearching, FindsFromAPositionAndNothingPastTheEnd)
     EXPECT_EQ(sText.Find("na", 3), 4);
     EXPECT_EQ(sText.Find('a', 6), -1);
     EXPECT_EQ(sText.Find("", 7), -1);
+    EXPECT_EQ(sText.FindFirstOf("nx", 0), 2);
+    EXPECT_EQ(sText.FindFirstOf(String("b"), 1), -1);
+    EXPECT_EQ(sText.FindReverse('n'), 4);
     EXPECT_EQ(sText.FindReverse('n', 3), 2);
     EXPECT_EQ(sText.FindReverse('a', 7), -1);
 
@@ -126,6 +131,7 @@ TEST(StringRules, AreThoseOfTheTextsClass)
     Name sName("  aB ");
     sName.Formate();
     EXPECT_EQ(sName, "AB");
+    EXPECT_TRUE(String("").Validate().IsOk());
 }
 
 } // namespace

@@ -154,6 +154,7 @@ TEST(TaskVariables, OutliveTheTask)
     OpenContext oContext(new OneTaskMachine(
         [&](OpenTask & oTask)
         {
+            oTask.SetVar("count", oTask.GetVar("count", 0) + 1);
             oTask.SetVar("text", oTask.GetVar("text", "") + "g");
             oTask.SetLocalVar("count", oTask.GetLocalVar("count", 10) + 1);
             oTask.SetLocalVar("text", oTask.GetLocalVar("text", "") + "l");
@@ -162,6 +163,7 @@ TEST(TaskVariables, OutliveTheTask)
         }));
     oContext.Process();
     EXPECT_EQ(sLocal, "11l11l12ll");
+    EXPECT_EQ(oContext.GetVar("count", 0), 3);
 }
 
 TEST(TaskContextCopies, ShareTheMachineAndAllElse)
@@ -224,6 +226,9 @@ TEST(Simulation, IsSetByTheNameOfATask)
         oContext.Process();
         EXPECT_EQ(bSimulated, bExpected);
     }
+    int iMode = 7;
+    EXPECT_FALSE(oContext.GetSimulationMode("task", iMode));
+    EXPECT_EQ(iMode, 7);
 }
 
 TEST(TaskTrace, TellsEveryStepAndMessageIfItIsSwitchedOn)

@@ -50,6 +50,14 @@ TEST(TaskOutsideAStep, RefusesWhatNeedsTheContext)
             [&] { oTask.GetLocalVar("x", "t"); }, [&] { oTask.GetSimulationMode(0); }}));
 }
 
+TEST(TaskResults, HaveNames)
+{
+    std::string sNames;
+    for (int const iResult : {Task::TR_REMAIN + 0, Task::TR_PROCEED + 0, Task::TR_RETURN + 0, -4})
+        sNames += Task::GetTaskResultName(iResult) + std::string(" ");
+    EXPECT_EQ(sNames, "TR_REMAIN TR_PROCEED TR_RETURN USER_DEFINED ");
+}
+
 TEST(TaskSteps, MeetNoSecondOneFromWithinOrFromAnotherThread)
 {
     int iSteps = 0;

@@ -88,4 +88,10 @@ TEST(TransitionTable, AnswersForEachTaskAndResultWithTheLastWord)
     }
     EXPECT_EQ(GetNext(oCopy, COUNT, 7), 99);
     EXPECT_EQ(GetNext(oCopy, 3, 110), 99);
+
+    // A row takes the pair of its constructor as it is.
+    TaskTransition oRow(Task::TR_REMAIN, -7);
+    int iNext = 0;
+    EXPECT_TRUE(oRow.GetNextTaskId(Task::TR_REMAIN, iNext));
+    EXPECT_EQ(iNext, -7);
 }

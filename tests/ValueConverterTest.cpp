@@ -334,6 +334,15 @@ TEST(ResultText, ShowsNumberTextAndPlace)
     EXPECT_EQ(oResult.GetConverter().ConvertFromText("Number=5", oResult).GetText(), "Not implemented");
 }
 
+TEST(Layouts, TakeTheirTextsTogetherOrNotAtAll)
+{
+    TextLayout oLayout("a", "b");
+    EXPECT_FALSE(oLayout.SetFormat("bad"));
+    EXPECT_FALSE(oLayout.SetFormat("c", "bad"));
+    EXPECT_TRUE(oLayout.SetFormat(oLayout.GetNullFormat(), oLayout.GetFormat()));
+    EXPECT_EQ(oLayout.GetFormat() + "/" + oLayout.GetNullFormat(), "b/a");
+}
+
 TEST(LayoutCollections, OwnOneLayoutPerClass)
 {
     auto pLayout = std::make_unique<ListLayout>("");

@@ -71,6 +71,10 @@ TEST(ValueFloat32Arithmetic, ChangesTheNumberAndKeepsTheNullState)
     ++oNull;
     EXPECT_TRUE((+oNull).IsNull());
     EXPECT_EQ((-oNull).AsFloat32(), -4.0f);
+    oNull.SetNull();
+    EXPECT_EQ((-oNull).AsFloat32(), 0.0f) << "the former number is gone";
+    oNull = 0.5f;
+    EXPECT_FALSE(oNull.IsNull());
 }
 
 TEST(ValueFloat32Null, IsRefusedWhereANumberIsNeeded)

@@ -20,6 +20,8 @@ TEST(ValueInt32Arithmetic, WrapsAround)
         {-7, [](ValueInt32 & i) { i %= ValueInt32(4); }, -3},
         {12, [](ValueInt32 & i) { ((i &= 6) |= ValueInt32(3)) ^= 5; }, 2},
         {INT_MAX, [](ValueInt32 & i) { ++i; }, INT_MIN},
+        {INT_MIN, [](ValueInt32 & i) { i = -i; }, INT_MIN},
+        {INT_MIN, [](ValueInt32 & i) { i--; }, INT_MAX},
         {5, [](ValueInt32 & i) { i = (i + 5 - ValueInt32(2)) * 7 / 3 % 10; }, 8},
         {4, [](ValueInt32 & i) { i = 7 * (9 - i) / i % i + i + eAnswer - 2L; }, 44},
     };
@@ -44,6 +46,8 @@ TEST(ValueInt32Arithmetic, TakesTheNullStateFromTheLeft)
 
     ValueInt32 iNumber;
     iNumber += 3;
+    EXPECT_TRUE((++iNumber).IsNull());
+    EXPECT_FALSE((iNumber++).IsNull());
     iNumber = 7;
     iNumber.SetNull();
     EXPECT_EQ(iNumber.AsInt32(), 0);

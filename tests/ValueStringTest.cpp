@@ -33,6 +33,7 @@ TEST(ValueStringNull, EndsWithEveryTextThatIsPutIn)
     std::pair<char const *, Call> const aRows[] = {
         {"", [](ValueString & s) { s.Clear(); }},
         {"a", [](ValueString & s) { s = std::string("a"); }},
+        {"b", [](ValueString & s) { s = 'b'; }},
         {"c", [](ValueString & s) { s = String("c"); }},
         {"1", [](ValueString & s) { s.Format("%d", 1); }},
         {"-5d0.500000", [](ValueString & s) { s << -5 << 'd' << 0.5f; }},

@@ -71,7 +71,11 @@ public:
         if (oArgs.GetKey() == Task::TASK_FINE && oArgs.GetAction() == FactoryBase::eAfterUnregister)
             g_oTrail.Add('u');
     }
-    void HandlerDestruction() const override { g_oTrail.Add('f'); }
+    void HandlerDestruction() const override
+    {
+        g_oTrail.Add('f');
+        TaskFactoryCallBack::HandlerDestruction();
+    }
 };
 
 void BeBusy(TaskContext & oContext)
