@@ -151,6 +151,21 @@ TEST(ResultHistory, HasTheSameEntriesInAnyOrderOfOperations)
     }
 }
 
+TEST(ResultText, HasAllCausesWithTheirPlaces)
+{
+    Result const oPlaced = MakeResult(5, "no file. ", "a/b.cpp", 7);
+    Rows<Result, char const *> aRows = {
+        {Result(), ""},
+        {Result(5, "x", Result::eCategoryDefault), "x"},
+        {MakeResult(2, "top", MakeChain({"one\ntwo", "three"}), "c.cpp", 1),
+            "top [c.cpp:1]\n    one\n    two\n    three"},
+        {Result(2, "", oPlaced), "Bad data\n    no file. [a/b.cpp:7]"},
+        {Result(5, ValueString(), Result::eCategoryDefault), "Not found"},
+    };
+    for (auto const & [oResult, sText] : aRows)
+        EXPECT_EQ(oResult.GetTextWithCauses().s_str(), sText);
+}
+
 TEST(ResultHistory, MayBeLongAndSharedByThreads)
 {
     constexpr int DEPTH = 100'000;

@@ -48,6 +48,28 @@ ResultHistory MakeHistory(Result const & oResult, ResultHistory oHistory)
     return oHistory;
 }
 
+String GetTextWithPlace(Result const & oResult)
+{
+    ValueString const & sGiven = oResult.GetText();
+    String sText = sGiven.IsNull() ? String() : String(sGiven.s_str());
+    sText.TrimRight();
+    if (sText.IsEmpty())
+        sText = ERR::GetErrorText(oResult.GetErrorCode());
+    if (*oResult.GetSourceFile() != '\0')
+        sText << " [" << oResult.GetSourceFile() << ':' << oResult.GetSourceLine() << ']';
+    return sText;
+}
+
+void AppendIndented(String & s, String const & sText)
+{
+    s << "\n    ";
+    for (char const c : sText.s_str())
+        if (c == '\n')
+            s << "\n    ";
+        else
+            s << c;
+}
+
 } // namespace
 
 struct TSL_HIDDEN Result::Private
@@ -275,6 +297,17 @@ Result Result::GetWithoutHistory() const
     Result oCopy;
     oCopy.CopyFromResultWithoutHistory(*this);
     return oCopy;
+}
+
+String Result::GetTextWithCauses() const
+{
+    if (!m)
+        return String();
+
+    String sText = GetTextWithPlace(*this);
+    for (int ix = 0; ix < GetHistorySize(); ++ix)
+        AppendIndented(sText, GetTextWithPlace(GetHistory(ix)));
+    return sText;
 }
 
 bool Result::operator==(Result const & oOther) const

@@ -22,6 +22,8 @@ class ValueString;
 ///     if (oResult.IsError())
 ///         return MakeResult(ERR::eNotFound, "There are no settings.", oResult);
 ///
+/// GetTextWithCauses is what a program prints of a failure.
+///
 /// Only an empty Result is a success: one that is made with code 0 is a failure, and each Set... makes a
 /// failure of a success. A success allocates nothing. As a Value, a success is null.
 ///
@@ -123,6 +125,15 @@ public:
     Result const & InsertFront(Result const & oResult);
 
     [[nodiscard]] Result GetWithoutHistory() const;
+
+    /// What a program prints of a failure: its text, and on lines of their own the texts of its history, the most
+    /// recent first. The source place follows each text. A failure without a text has that of its code. "" for a
+    /// success.
+    ///
+    ///     There are no settings. [src/main.cpp:31]
+    ///         Error while opening file 'settings.ini'. [src/tessel/IniFile.cpp:118]
+    ///         No such file or directory
+    [[nodiscard]] String GetTextWithCauses() const;
 
     /// Failures are equal if all fields and all entries of their histories are.
     bool operator==(Result const & oOther) const;

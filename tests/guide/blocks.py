@@ -146,6 +146,7 @@ VARYING = (
     (re.compile(r"\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d"), "<time>"),
     (re.compile(r"<time> \d+ \d+ DEB"), "<time> <process> <thread> DEB"),
     (re.compile(r"Line=\d+"), "Line=<line>"),
+    (re.compile(r"(\[[\w./-]+):\d+\]"), r"\1:<line>]"),
 )
 
 
