@@ -66,7 +66,12 @@ TEST(Plugins, BringWhatTheyRegisterAndLeaveTheProcessWithIt)
 
 TEST(Plugins, AreUnloadedByANewNameAlsoOfWhatCannotBeLoaded)
 {
-    for (std::string const & sName : {std::string(), std::string(10'000, 'x'), PLUGIN + "/.."})
+    Rows<std::string, char const *> aRows = {
+        {"", "No such file or directory"},
+        {std::string(10'000, 'x'), "File name too long"},
+        {PLUGIN + ".so/..", "Not a directory"},
+    };
+    for (auto const & [sName, sReason] : aRows)
     {
         LibraryProxy oProxy;
         oProxy.SetName(PLUGIN);
@@ -76,7 +81,8 @@ TEST(Plugins, AreUnloadedByANewNameAlsoOfWhatCannotBeLoaded)
         EXPECT_FALSE(oProxy.IsLoaded());
         EXPECT_FALSE(IsMapped());
 
-        EXPECT_EQ(Tell(oProxy.Load()), "5 Could not load library '" + sName + ".so'.");
+        EXPECT_EQ(Tell(oProxy.Load()), "5 Could not load library '" + sName + ".so'. <- 10 " + sName
+                                           + ".so: cannot open shared object file: " + sReason);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 /// Dynamic libraries.
 namespace tsl::Platform
 {
@@ -7,8 +9,8 @@ namespace tsl::Platform
 /// The file name extension of dynamic libraries, with its dot.
 extern char const * const LIBRARY_ENDING;
 
-/// Loads a library, found by the system's search rules. Null if that fails.
-void * LoadLibrary(char const * sFile);
+/// Loads a library, found by the system's search rules. Null if that fails; sReason is then the system's text.
+void * LoadLibrary(char const * sFile, std::string & sReason);
 void FreeLibrary(void * pLibrary);
 
 /// Whether this library is being unloaded (true) or the process ends (false). Only the destructors of static

@@ -7,6 +7,7 @@
 #include <tessel/ScopedLock.h>
 #include <tessel/String.h>
 
+#include <string>
 #include <utility>
 
 namespace tsl
@@ -105,9 +106,11 @@ Result LibraryProxy::Load()
     String const sName = m->CopyName();
     String const sFile = GetFileName(sName);
     Trace("LibraryProxy", [&] { return "Load library '" + sFile + "'."; });
-    void * const pLoaded = Platform::LoadLibrary(sFile.c_str());
+    std::string sReason;
+    void * const pLoaded = Platform::LoadLibrary(sFile.c_str(), sReason);
     if (!pLoaded)
-        return MakeResult(ERR::eNotFound, "Could not load library '" + sFile + "'.");
+        return MakeResult(ERR::eNotFound, "Could not load library '" + sFile + "'.",
+            Result(ERR::eSubsystem, String(sReason), Result::eCategoryDefault));
 
     if (void * const pFormer = m->Keep(pLoaded, sName))
         Platform::FreeLibrary(pFormer);

@@ -46,8 +46,8 @@ public:
 
     bool IsLoaded() const;
 
-    /// Unloads the library if it is loaded, and loads it. Code 5 if that fails for any reason; nothing is loaded
-    /// then.
+    /// Unloads the library if it is loaded, and loads it. Code 5 if that fails for any reason, which the system
+    /// gives in the history; nothing is loaded then.
     [[nodiscard]] Result Load();
 
     /// Does nothing if nothing is loaded. The library stays in the process while others have loaded it, too.

@@ -46,10 +46,14 @@ _Unwind_Reason_Code LookForUnloading(_Unwind_Context * pFrame, void *)
 
 char const * const LIBRARY_ENDING = ".so";
 
-void * LoadLibrary(char const * sFile)
+void * LoadLibrary(char const * sFile, std::string & sReason)
 {
     // RTLD_NOW: a library with a missing symbol must fail here, not later at the first call.
-    return ::dlopen(sFile, RTLD_NOW);
+    void * const pLibrary = ::dlopen(sFile, RTLD_NOW);
+    if (!pLibrary)
+        if (char const * const sError = ::dlerror())
+            sReason = sError;
+    return pLibrary;
 }
 
 void FreeLibrary(void * pLibrary)
