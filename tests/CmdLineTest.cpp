@@ -138,7 +138,9 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
                 EXPECT_EQ(oChild.GetExitCode(), 127);
                 continue;
             }
-            EXPECT_EQ(Tell(oResult), "10 Error while creating process. <- " + Tell(OS::FormatError(iError)));
+            EXPECT_EQ(Tell(oResult), "10 Error while creating process. <- " + Tell(OS::FormatError(iError))
+                                         + " <- " + std::to_string(iError) + " The command is '" + sCommand
+                                         + "'.");
             EXPECT_EQ(oChild.iProcessId, 0);
             EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
         }

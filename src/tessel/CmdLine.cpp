@@ -34,6 +34,15 @@ Result MakeStreamPipe(Platform::OwnEnd eOwn, Platform::File & oOwnEnd, Platform:
     return Result();
 }
 
+/// The nearest cause is the system's reason, the next one names the command. Both have the system's error number, so
+/// that a program finds it in the first cause and in the last.
+Result MakeStartFailure(String const & sCommand, int iError)
+{
+    Result oReason = OS::FormatError(iError);
+    oReason.SetPrevious(MakeResult(iError, "The command is '" + sCommand + "'."));
+    return MakeResult(ERR::eSubsystem, "Error while creating process.", oReason);
+}
+
 /// One end of each of the three pipes; the destructor closes them.
 class StreamEnds : public Platform::StandardStreams
 {
@@ -251,7 +260,7 @@ Result CmdLine::Private::Start()
     Platform::ProcessStart const oStart{
         sCommand.c_str(), oChildEnds, HasMode(eModeDetached), HasMode(eModeSuspended)};
     if (int const iError = Platform::StartProcess(oStart, oProcess))
-        return MakeResult(ERR::eSubsystem, "Error while creating process.", OS::FormatError(iError));
+        return MakeStartFailure(sCommand, iError);
     return HasMode(eModeReaderThreads) ? StartReaders() : Result();
 }
 
