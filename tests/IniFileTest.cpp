@@ -135,7 +135,8 @@ TEST_F(IniFiles, AreRefusedAtOnceIfTheyAreNotRegular)
     std::filesystem::create_directory(GetPath());
     EXPECT_EQ(m_oIni.Open(GetPath()).GetCategory(), Result::eCategoryIo);
     EXPECT_EQ(Show(m_oIni.Open(GetPath())), "2 Error while reading file 'FILE', line 1. <- "
-                                            "2 IO-Error occoured while reading file 'FILE'.");
+                                            "2 IO-Error occoured while reading file 'FILE'. <- "
+                                            "21 Is a directory");
 }
 
 TEST_F(IniFiles, StartFromNothingEachTime)

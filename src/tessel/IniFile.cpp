@@ -35,6 +35,15 @@ Result MakeReadFailure(String const & sName, long long iLine, Result const & oCa
     return MakeResult(ERR::eBadData, sText, oCause);
 }
 
+Result MakeIoFailure(String const & sName, int iError)
+{
+    Result oResult = MakeResult(
+        ERR::eBadData, String("IO-Error occoured while reading file '") + sName + "'.", Result::eCategoryIo);
+    if (iError != 0)
+        oResult.SetPrevious(OS::FormatError(iError));
+    return oResult;
+}
+
 Result ReadChapters(IniLineReader & oReader, String const & sName, IniChapters & oChapters)
 {
     IniParser oParser(oChapters);
@@ -45,9 +54,7 @@ Result ReadChapters(IniLineReader & oReader, String const & sName, IniChapters &
             return MakeReadFailure(sName, iLine, oResult);
 
     if (oReader.IsFailed())
-        return MakeReadFailure(sName, iLine,
-            MakeResult(ERR::eBadData, String("IO-Error occoured while reading file '") + sName + "'.",
-                Result::eCategoryIo));
+        return MakeReadFailure(sName, iLine, MakeIoFailure(sName, oReader.GetError()));
     return Result();
 }
 

@@ -50,8 +50,8 @@ void IniLineReader::Fill()
     while (iCount < LENGTH_MAX && !m_bEnd)
     {
         std::size_t iRead = 0;
-        m_bFailed = Platform::Read(m_oFile, m_aBuffer.get() + iCount, BUFFER_SIZE - iCount, iRead) != 0
-                    || iRead > m_iLeft;
+        m_iError = Platform::Read(m_oFile, m_aBuffer.get() + iCount, BUFFER_SIZE - iCount, iRead);
+        m_bFailed = m_iError != 0 || iRead > m_iLeft;
         if (m_bFailed)
             iRead = 0;
         m_bEnd = iRead == 0;

@@ -32,6 +32,9 @@ public:
     /// Whether reading has failed before the end of the file.
     bool IsFailed() const { return m_bFailed; }
 
+    /// The system's error number of that, 0 if the file is too large.
+    int GetError() const { return m_iError; }
+
 private:
     void Fill();
 
@@ -42,6 +45,7 @@ private:
     bool m_bZero = false;     // a zero byte is in the buffer; else no line is searched for one (R07)
     bool m_bEnd = false;
     bool m_bFailed = false;
+    int m_iError = 0;
 };
 
 } // namespace tsl
