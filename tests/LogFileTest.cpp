@@ -76,7 +76,9 @@ TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
     EXPECT_EQ(oProgram.Run({"debug:a", "result:1"}).iExitCode, 0);
     std::filesystem::remove(sLog);
     ASSERT_EQ(::mkfifo(sLog.c_str(), 0600), 0);
-    EXPECT_EQ(oProgram.Run({"open"}).sOutput, "1 Error while opening file\n") << "nobody waits for a reader";
+    EXPECT_EQ(oProgram.Run({"open"}).sOutput,
+        "1 Error while opening file\n    Logfile.txt: No such device or address\n")
+        << "nobody waits for a reader";
 
     int const iReader = ::open(sLog.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     EXPECT_EQ(oProgram.Run({"debug:through the pipe"}).iExitCode, 0);

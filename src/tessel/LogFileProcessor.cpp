@@ -2,6 +2,7 @@
 
 #include "ObjectCache.h"
 #include "OwnMutex.h"
+#include "platform/Errors.h"
 #include "platform/Files.h"
 
 #include <tessel/Assertion.h>
@@ -123,8 +124,10 @@ Result LogFileProcessor::Open()
 
     m->bFailed = false;
     m->bBegun = false;
-    if (Platform::OpenForAppend(m->oConfig.GetFileName().c_str(), m->oFile) != 0)
-        return Result(ERR::eAccessDenied, "Error while opening file", Result::eCategoryDefault);
+    String const sName(m->oConfig.GetFileName().s_str());
+    if (int const iError = Platform::OpenForAppend(sName.c_str(), m->oFile))
+        return Result(ERR::eAccessDenied, "Error while opening file",
+            Result(iError, sName + ": " + Platform::GetErrorText(iError), Result::eCategoryDefault));
     return Result::Null();
 }
 

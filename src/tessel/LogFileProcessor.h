@@ -60,7 +60,8 @@ public:
     /// A processor cannot be reconfigured: always an assertion failure.
     [[nodiscard]] Result SetConfig(MessageProcessorConfig const & oConfig) override;
 
-    /// Opens the file and creates it if it does not exist. Code 1 if it cannot be opened. Never waits: a pipe
+    /// Opens the file and creates it if it does not exist. Code 1 if it cannot be opened; the
+    /// history then has its name and the system's reason. Never waits: a pipe
     /// without a reader cannot be opened. Success if it is open already.
     [[nodiscard]] Result Open() override;
     void Close() override;

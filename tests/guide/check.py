@@ -29,6 +29,7 @@ PRELUDE = """\
 #include <patternmatcher/PatternMatcher.h>
 
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>

@@ -119,7 +119,7 @@ void OpenSecondLog()
     std::unique_ptr<MessageProcessor> const pLog(
         MessageProcessorFactory::Instance().CreateProcessor("LogFileProcessor"));
     Result const oResult = pLog->Open();
-    std::cout << oResult.GetErrorCode() << ' ' << oResult.GetText().c_str() << std::endl;
+    std::cout << oResult.GetErrorCode() << ' ' << oResult.GetTextWithCauses().c_str() << std::endl;
 }
 
 /// Starts the program anew, which may use that many bytes of a resource, with the arguments behind this one.
