@@ -115,6 +115,31 @@ TEST(TaskCreation, MakesATaskOfItsOwnEachTime)
             "pTask != NULL", "Task-Objekt 104 could not be found or created.", [&] { oContext.Process(); }));
 }
 
+TEST(TaskFailures, NameTheirMachineInTheCause)
+{
+    TaskFactory::Instance().Register(105,
+        [](TaskProcessor * pParent) -> Task *
+        { return new OpenTask("t", pParent, 105, [](OpenTask &) { return 0; }); });
+    TaskFactory::Instance().Register(106, [](TaskProcessor *) -> Task * { return nullptr; });
+    Rows<int, std::string> aRows = {
+        {Task::TASK_INIT, "The table has no first task."},
+        {105, "The table has no row for this result."},
+        {106, "Its function has made no new task."},
+        {107, "No task is registered under this id."},
+    };
+    for (auto const & [iFirst, sCause] : aRows)
+    {
+        auto * const pMachine = new OneTaskMachine(nullptr);
+        TaskContext oContext(pMachine);
+        pMachine->oTransitions = TaskTransitionList();
+        // The table refuses the first of these ids, and stays without a first task.
+        static_cast<void>(pMachine->oTransitions.AddTransition(Task::TASK_INIT, Task::TR_PROCEED, iFirst));
+        Result const oResult = Catch([&] { oContext.Process(); }).GetResult();
+        ASSERT_EQ(oResult.GetHistorySize(), 1) << sCause;
+        EXPECT_EQ(oResult.GetHistory(0).GetText().s_str(), sCause + " Machine 'machine' (Id=100).");
+    }
+}
+
 TEST(TaskCopies, ShareNameParentContextAndCurrentTask)
 {
     OneTaskMachine oMachine(nullptr);

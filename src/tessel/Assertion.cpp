@@ -1,5 +1,7 @@
 #include <tessel/Assertion.h>
 
+#include "AssertionCause.h"
+
 #include <tessel/ErrorCodes.h>
 #include <tessel/Exception.h>
 #include <tessel/String.h>
@@ -56,10 +58,7 @@ String MakeHead(char const * sExpression)
 
 void XAssertionFailed(char const * sExpression, char const * sInfo, char const * sFile, int iLine)
 {
-    String const sText = MakeHead(sExpression) + "\nInfo: \"" + sInfo + '"';
-    Result oFailure(ERR::eInternal, sText, Result::eCategoryFault);
-    oFailure.SetSource(sFile, iLine);
-    ReportAndThrow(oFailure);
+    XAssertionFailedBy(sExpression, sInfo, Result(), sFile, iLine);
 }
 
 void XAssertionFailed(char const * sExpression, String const & sInfo, char const * sFile, int iLine)
@@ -70,6 +69,16 @@ void XAssertionFailed(char const * sExpression, String const & sInfo, char const
 void XAssertionFailed(char const * sExpression, Result const & oCause, char const * sFile, int iLine)
 {
     Result oFailure(ERR::eInternal, MakeHead(sExpression), Result::eCategoryFault);
+    oFailure.SetSource(sFile, iLine);
+    oFailure.SetPrevious(oCause);
+    ReportAndThrow(oFailure);
+}
+
+void XAssertionFailedBy(
+    char const * sExpression, String const & sInfo, Result const & oCause, char const * sFile, int iLine)
+{
+    String const sText = MakeHead(sExpression) + "\nInfo: \"" + sInfo + '"';
+    Result oFailure(ERR::eInternal, sText, Result::eCategoryFault);
     oFailure.SetSource(sFile, iLine);
     oFailure.SetPrevious(oCause);
     ReportAndThrow(oFailure);

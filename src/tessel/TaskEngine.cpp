@@ -1,6 +1,7 @@
 #include "TaskEngine.h"
 
-#include <tessel/Assertion.h>
+#include "AssertionCause.h"
+
 #include <tessel/LogPoint.h>
 #include <tessel/TaskFactory.h>
 #include <tessel/TaskTransition.h>
@@ -13,23 +14,36 @@ namespace
 
 // The failures are out of line, to keep their callers small (R05).
 
-[[noreturn, gnu::cold, gnu::noinline]] void FailFirstTask()
+/// Names the machine whose table or task is wrong.
+Result MakeCause(char const * sFault, TaskProcessor const & oMachine)
 {
-    XAssertionFailed("GetTaskTransitionList().GetNextTaskId(Task::TASK_INIT,Task::TR_PROCEED,iNextTaskId)",
+    return MakeResult(ERR::eInternal,
+        String(sFault) + " Machine '" + oMachine.GetTaskName() + "' (Id=" + oMachine.GetTaskID() + ").");
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void FailFirstTask(TaskProcessor const & oMachine)
+{
+    XAssertionFailedBy("GetTaskTransitionList().GetNextTaskId(Task::TASK_INIT,Task::TR_PROCEED,iNextTaskId)",
         String("TaskId for destination of ") + Task::TASK_INIT + " with transition " + Task::TR_PROCEED
-            + " not found.");
+            + " not found.",
+        MakeCause("The table has no first task.", oMachine));
 }
 
-[[noreturn, gnu::cold, gnu::noinline]] void FailTransition(Task const & oTask, int iTaskResult)
+[[noreturn, gnu::cold, gnu::noinline]] void FailTransition(
+    TaskProcessor const & oMachine, Task const & oTask, int iTaskResult)
 {
-    XAssertionFailed("GetTaskTransitionList().GetNextTaskId(iCurrentTaskId,iTaskResult,iNextTaskId)",
+    XAssertionFailedBy("GetTaskTransitionList().GetNextTaskId(iCurrentTaskId,iTaskResult,iNextTaskId)",
         String("Undefined transition from task") + oTask.GetTaskName() + " (Id=" + oTask.GetTaskID()
-            + ") and transition " + iTaskResult + ".");
+            + ") and transition " + iTaskResult + ".",
+        MakeCause("The table has no row for this result.", oMachine));
 }
 
-[[noreturn, gnu::cold, gnu::noinline]] void FailTask(int iTaskId)
+[[noreturn, gnu::cold, gnu::noinline]] void FailTask(TaskProcessor const & oMachine, int iTaskId)
 {
-    XAssertionFailed("pTask != NULL", String("Task-Objekt ") + iTaskId + " could not be found or created.");
+    bool const bRegistered = TaskFactory::Instance().IsRegistered(iTaskId);
+    XAssertionFailedBy("pTask != NULL", String("Task-Objekt ") + iTaskId + " could not be found or created.",
+        MakeCause(bRegistered ? "Its function has made no new task." : "No task is registered under this id.",
+            oMachine));
 }
 
 } // namespace
@@ -119,7 +133,7 @@ int TaskEngine::InitTask(TaskProcessor & oMachine, TaskContext & oContext)
 {
     int iNextTaskId = 0;
     if (!oMachine.GetTaskTransitionList().GetNextTaskId(Task::TASK_INIT, Task::TR_PROCEED, iNextTaskId))
-        FailFirstTask();
+        FailFirstTask(oMachine);
 
     SetNewTask(oMachine, iNextTaskId);
     return Begin(*GetCurrentTask(oMachine), oContext);
@@ -131,7 +145,7 @@ int TaskEngine::SwitchTask(TaskProcessor & oMachine, int iTaskResult, TaskContex
     int const iCurrentTaskId = oCurrentTask.GetTaskID();
     int iNextTaskId = 0;
     if (!oMachine.GetTaskTransitionList().GetNextTaskId(iCurrentTaskId, iTaskResult, iNextTaskId))
-        FailTransition(oCurrentTask, iTaskResult);
+        FailTransition(oMachine, oCurrentTask, iTaskResult);
 
     // The task remains the same object.
     if (iNextTaskId == iCurrentTaskId)
@@ -150,7 +164,7 @@ void TaskEngine::SetNewTask(TaskProcessor & oMachine, int iTaskId)
     if (pTask == GetCurrentTask(oMachine))
         static_cast<void>(pTask.release());
     if (!pTask)
-        FailTask(iTaskId);
+        FailTask(oMachine, iTaskId);
 
     oMachine.OnTaskSwitch(GetCurrentTask(oMachine).get(), *pTask);
 
