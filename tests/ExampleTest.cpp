@@ -35,6 +35,12 @@ std::vector<ShownRun> ReadRuns(std::istream && oPage)
     return vRuns;
 }
 
+/// Leaves the line numbers out, which any change of a source changes.
+std::string WithoutLines(std::string const & sText)
+{
+    return std::regex_replace(sText, std::regex(R"((\[[\w./]+):\d+\])"), "$1]");
+}
+
 } // namespace
 
 TEST(Examples, PrintWhatTheirPagesShow)
@@ -63,7 +69,7 @@ TEST(Examples, PrintWhatTheirPagesShow)
             }
             ASSERT_EQ(oRun.vWords.at(0), sName);
             ProgramOutcome const oOutcome = oProgram.Run({oRun.vWords.begin() + 1, oRun.vWords.end()});
-            EXPECT_EQ(oOutcome.sOutput + oOutcome.sErrors, oRun.sPrinted);
+            EXPECT_EQ(WithoutLines(oOutcome.sOutput + oOutcome.sErrors), WithoutLines(oRun.sPrinted));
             iExitCode = oOutcome.iExitCode;
         }
     }

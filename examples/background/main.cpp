@@ -1,3 +1,4 @@
+#include "../ReportingProgram.h"
 #include "Messages.h"
 #include "Worker.h"
 
@@ -31,10 +32,10 @@ class BackgroundConfig : public tsl::ConsoleApplicationConfig
 };
 
 /// Shows the progress of the work in the background until it is done or a signal ends it.
-class Background : public tsl::ConsoleApplication
+class Background : public ReportingProgram
 {
 public:
-    Background() : ConsoleApplication(new BackgroundConfig) {}
+    Background() : ReportingProgram("background", new BackgroundConfig) {}
 
     static tsl::Application * Create() { return new Background; }
 
@@ -43,7 +44,7 @@ protected:
     {
         std::signal(SIGTERM, &AskToStop);
         std::signal(SIGINT, &AskToStop);
-        return ConsoleApplication::PreRun();
+        return ReportingProgram::PreRun();
     }
 
     tsl::Result Run() override
@@ -68,13 +69,6 @@ protected:
         }
     }
 
-    /// The exit code is that of PostRun, so it returns the result of Run.
-    tsl::Result PostRun() override
-    {
-        tsl::Result const oResult = ConsoleApplication::PostRun();
-        return m_oOutcome.IsError() ? m_oOutcome : oResult;
-    }
-
 private:
     /// Reads a number from the ini file; it must not be negative.
     static int GetNumber(char const * sKey, int iDefault)
@@ -91,24 +85,19 @@ private:
                   << iPercent << " %" << std::flush;
     }
 
-    tsl::Result End(ProgressMessage const & oProgress, tsl::Result const & oWork)
+    static tsl::Result End(ProgressMessage const & oProgress, tsl::Result const & oWork)
     {
         std::cout << "\n"
                   << oProgress.GetDone() << " of " << oProgress.GetParts() << " parts done." << std::endl;
-        m_oOutcome = oWork;
-        if (oWork.IsError())
-            std::cerr << "background: " << oWork.GetText().s_str() << std::endl;
-        else if (oProgress.GetDone() < oProgress.GetParts())
-            m_oOutcome = tsl::MakeResult(tsl::ERR::eTerminated, "The work was stopped by a signal.");
-        return m_oOutcome;
+        if (oWork.IsOk() && oProgress.GetDone() < oProgress.GetParts())
+            return tsl::MakeResult(tsl::ERR::eTerminated, "The work was stopped by a signal.");
+        return oWork;
     }
-
-    tsl::Result m_oOutcome;
 };
 
 } // namespace
 
 int main(int iCount, char ** pArguments)
 {
-    return tsl::ConsoleApplication::Instance(&Background::Create).Main(iCount, pArguments);
+    return Background::Start("background", &Background::Create, iCount, pArguments);
 }

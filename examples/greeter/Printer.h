@@ -8,10 +8,3 @@ class GreetingPrinter : public tsl::PlainProcessor
 public:
     void Process(tsl::Message const & oMessage, tsl::Result & oResult) const override;
 };
-
-/// Prints failures to the standard error stream.
-class FailurePrinter : public tsl::PlainProcessor
-{
-public:
-    void Process(tsl::Message const & oMessage, tsl::Result & oResult) const override;
-};

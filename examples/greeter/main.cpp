@@ -1,9 +1,9 @@
+#include "../ReportingProgram.h"
 #include "GreetingMessage.h"
 #include "Printer.h"
 
 #include <tessel/Tessel.h>
 
-#include <iostream>
 #include <vector>
 
 namespace
@@ -14,54 +14,30 @@ class GreeterConfig : public tsl::ConsoleApplicationConfig
 };
 
 /// Greets everybody who is named on the command line, with the template from the ini file.
-class Greeter : public tsl::ConsoleApplication
+class Greeter : public ReportingProgram
 {
 public:
-    Greeter() : ConsoleApplication(new GreeterConfig) {}
+    Greeter() : ReportingProgram("greeter", new GreeterConfig) {}
 
-    /// The printers are destroyed before both buses, so they must be unregistered, however the run has ended.
-    ~Greeter() override
-    {
-        tsl::Support::GetAppDisp().Unregister(m_oGreetingPrinter);
-        GetDispatcher().Unregister(m_oFailurePrinter);
-    }
+    /// The printer is destroyed before the bus, so it must be unregistered, however the run has ended.
+    ~Greeter() override { tsl::Support::GetAppDisp().Unregister(m_oGreetingPrinter); }
 
     static tsl::Application * Create() { return new Greeter; }
 
 protected:
     tsl::Result PreRun() override
     {
-        tsl::Result oResult = ConsoleApplication::PreRun();
+        tsl::Result oResult = ReportingProgram::PreRun();
         if (oResult.IsError())
             return oResult;
 
         // Greetings are sent over the global bus, which also has the log file; failures of this program are sent
         // over the application's own bus.
-        oResult = tsl::Support::GetAppDisp().Register(
+        return tsl::Support::GetAppDisp().Register(
             m_oGreetingPrinter, {GreetingMessage::GetStaticClassDesc().GetClassId()});
-        if (oResult.IsError())
-            return oResult;
-        return GetDispatcher().Register(
-            m_oFailurePrinter, {tsl::ResultMessage::GetStaticClassDesc().GetClassId()});
     }
 
     tsl::Result Run() override
-    {
-        m_oOutcome = GreetAll();
-        return m_oOutcome;
-    }
-
-    /// The exit code is that of PostRun, so it returns a failure of Run.
-    tsl::Result PostRun() override
-    {
-        tsl::Result oResult = ConsoleApplication::PostRun();
-        if (m_oOutcome.IsError())
-            oResult = tsl::MakeResult(m_oOutcome.GetErrorCode(), "Nobody was greeted.", m_oOutcome);
-        return oResult;
-    }
-
-private:
-    tsl::Result GreetAll()
     {
         std::vector<tsl::String> vNames;
         GetConfig().GetCmdLineParser().GetParameters(vNames);
@@ -84,6 +60,7 @@ private:
         return tsl::Result();
     }
 
+private:
     /// A failure that the processors report is this program's failure.
     tsl::Result Greet(tsl::ValueInt32 const & iNumber, tsl::ValueString const & sName,
         tsl::ValueConverterLayout const & oLayout)
@@ -94,24 +71,11 @@ private:
     }
 
     GreetingPrinter m_oGreetingPrinter;
-    FailurePrinter m_oFailurePrinter;
-    tsl::Result m_oOutcome;
 };
 
 } // namespace
 
 int main(int iCount, char ** pArguments)
 {
-    // Without the program's own name: it is no name to greet, and if it begins with a slash it would be an option.
-    tsl::ConsoleApplication & oGreeter = tsl::ConsoleApplication::Instance(&Greeter::Create);
-    try
-    {
-        return oGreeter.Main(iCount - 1, pArguments + 1);
-    }
-    catch (tsl::Exception const & oException)
-    {
-        // For instance a wrong template. The log file has the failure already.
-        std::cerr << "greeter: " << oException.GetText() << std::endl;
-        return oException.GetResult().GetErrorCode();
-    }
+    return Greeter::Start("greeter", &Greeter::Create, iCount, pArguments);
 }

@@ -72,6 +72,6 @@ int main(int iCount, char ** pArguments)
         ShowFactory();
     }
     if (oResult.IsError())
-        std::cerr << "plugin: " << oResult.GetText().s_str() << '\n';
+        std::cerr << "plugin: " << oResult.GetTextWithCauses().c_str() << '\n';
     return oResult.GetErrorCode();
 }

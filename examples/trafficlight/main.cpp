@@ -1,3 +1,4 @@
+#include "../ReportingProgram.h"
 #include "Crossing.h"
 #include "SignalMessage.h"
 
@@ -16,10 +17,10 @@ class TrafficLightConfig : public tsl::ConsoleApplicationConfig
 
 /// Drives a crossing by the words of the command line: a number runs that many steps, any other word is sent to the
 /// crossing. Prints what the crossing sends, with the number of the step.
-class TrafficLight : public tsl::ConsoleApplication
+class TrafficLight : public ReportingProgram
 {
 public:
-    TrafficLight() : ConsoleApplication(new TrafficLightConfig) {}
+    TrafficLight() : ReportingProgram("trafficlight", new TrafficLightConfig) {}
 
     static tsl::Application * Create() { return new TrafficLight; }
 
@@ -27,7 +28,7 @@ protected:
     tsl::Result PreRun() override
     {
         RegisterCrossing();
-        return ConsoleApplication::PreRun();
+        return ReportingProgram::PreRun();
     }
 
     tsl::Result Run() override
@@ -92,6 +93,5 @@ private:
 
 int main(int iCount, char ** pArguments)
 {
-    // Without the program's own name, which is no word for the crossing.
-    return tsl::ConsoleApplication::Instance(&TrafficLight::Create).Main(iCount - 1, pArguments + 1);
+    return TrafficLight::Start("trafficlight", &TrafficLight::Create, iCount, pArguments);
 }

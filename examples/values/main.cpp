@@ -1,3 +1,4 @@
+#include "../ReportingProgram.h"
 #include "Layouts.h"
 #include "ValueVector.h"
 
@@ -46,10 +47,10 @@ std::unique_ptr<tsl::Value> ReadValue(tsl::String const & sText)
 }
 
 /// Prints the values that are given on the command line, in the layout that the ini file describes.
-class Values : public tsl::ConsoleApplication
+class Values : public ReportingProgram
 {
 public:
-    Values() : ConsoleApplication(new ValuesConfig) {}
+    Values() : ReportingProgram("values", new ValuesConfig) {}
 
     static tsl::Application * Create() { return new Values; }
 
@@ -74,16 +75,5 @@ protected:
 
 int main(int iCount, char ** pArguments)
 {
-    tsl::ConsoleApplication & oValues = tsl::ConsoleApplication::Instance(&Values::Create);
-    try
-    {
-        // Without the program's own name, which is no value.
-        return oValues.Main(iCount - 1, pArguments + 1);
-    }
-    catch (tsl::Exception const & oException)
-    {
-        // For instance a wrong format. The log file has the failure already.
-        std::cerr << "values: " << oException.GetText() << std::endl;
-        return oException.GetResult().GetErrorCode();
-    }
+    return Values::Start("values", &Values::Create, iCount, pArguments);
 }
