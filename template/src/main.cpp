@@ -10,6 +10,25 @@
 namespace
 {
 
+/// Prints failures, and keeps the last one.
+class FailurePrinter : public tsl::PlainProcessor
+{
+public:
+    void Process(tsl::Message const & oMessage, tsl::Result &) const override
+    {
+        auto const * const pFailure = dynamic_cast<tsl::ResultMessage const *>(&oMessage);
+        if (!pFailure)
+            return;
+        m_oFailure = pFailure->GetResult();
+        std::cerr << "ticker: " << m_oFailure.GetTextWithCauses().c_str() << std::endl;
+    }
+
+    tsl::Result const & GetFailure() const { return m_oFailure; }
+
+private:
+    mutable tsl::Result m_oFailure;
+};
+
 class TickerConfig : public tsl::ConsoleApplicationConfig
 {
 };
@@ -18,7 +37,13 @@ class TickerConfig : public tsl::ConsoleApplicationConfig
 class TickerApplication : public tsl::ConsoleApplication
 {
 public:
-    TickerApplication() : ConsoleApplication(new TickerConfig) {}
+    TickerApplication() : ConsoleApplication(new TickerConfig)
+    {
+        // Not in PreRun: a wrong command line is reported before it. A message class can always be registered.
+        static_cast<void>(
+            GetDispatcher().Register(m_oPrinter, {tsl::ResultMessage::GetStaticClassDesc().GetClassId()}));
+    }
+    ~TickerApplication() override { GetDispatcher().Unregister(m_oPrinter); }
 
     static tsl::Application * Create() { return new TickerApplication; }
 
@@ -26,19 +51,18 @@ protected:
     tsl::Result Run() override
     {
         int iCount = 0;
-        m_oOutcome = GetCount(iCount);
-        if (m_oOutcome.IsOk())
-            m_oOutcome = Tick(iCount);
-        if (m_oOutcome.IsError())
-            std::cerr << "ticker: " << m_oOutcome.GetText().s_str() << std::endl;
-        return m_oOutcome;
+        tsl::Result const oResult = GetCount(iCount);
+        return oResult.IsOk() ? Tick(iCount) : oResult;
     }
 
-    /// The exit code is that of PostRun, so it returns the result of Run.
+    /// The exit code is that of PostRun, so it returns the failure that was printed, and does not print it again.
     tsl::Result PostRun() override
     {
         tsl::Result const oResult = ConsoleApplication::PostRun();
-        return m_oOutcome.IsError() ? m_oOutcome : oResult;
+        if (m_oPrinter.GetFailure().IsOk())
+            return oResult;
+        GetDispatcher().Unregister(m_oPrinter);
+        return m_oPrinter.GetFailure();
     }
 
 private:
@@ -71,7 +95,7 @@ private:
         }
     }
 
-    tsl::Result m_oOutcome;
+    FailurePrinter m_oPrinter;
 };
 
 } // namespace
