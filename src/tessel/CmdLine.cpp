@@ -305,7 +305,7 @@ Result CmdLine::Private::ReadUntilEof(Streams eStream)
     Output & oStream = GetOutput(eStream);
     if (oStream.pReader)
     {
-        // Nobody takes lines meanwhile, of the other stream neither.
+        // Nobody takes lines of either stream while this call waits, so a limit would hold the child back for ever.
         oOutput.oLines.LiftLimit();
         oErrors.oLines.LiftLimit();
         oStream.pReader->Wait();
@@ -319,7 +319,7 @@ Result CmdLine::Private::ReadUntilEof(Streams eStream)
         return MakeResult(ERR::eAccessDenied, "No Process starteded.");
     if (!oOwnEnds.oOutput.IsOpen())
         return MakeResult(ERR::eBadData, "No redirection aktivated");
-    // Nobody takes lines meanwhile.
+    // As above: a limit would be waited for without end.
     ReadRules oRules = GetReadRules();
     oRules.iUnreadLimit = 0;
     return Read(eStream, oRules).Explain();

@@ -141,7 +141,7 @@ public:
     }
 
 private:
-    // Further digits change the result only by whether one of them is not zero.
+    // After so many digits, all that matters is whether a further one is not zero.
     static constexpr std::size_t DIGITS_MAX = 800;
     static constexpr std::size_t POINT_LENGTH = 2;
     static constexpr std::size_t EXPONENT_LENGTH_MAX = 14;

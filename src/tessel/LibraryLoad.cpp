@@ -54,8 +54,8 @@ LibraryLoad::LibraryLoad()
 {
     Presence::WatchForks();
     RegisterEnd();
-    // The bus needs the factory of the log file. The factory is also the first user of the registry of static
-    // objects, which so outlives everything below.
+    // The bus needs the factory of the log file. Registering it also constructs the registry of static objects,
+    // which is therefore destroyed after everything below.
     MessageProcessorFactory::Instance().Register(LogFileProcessor::CLASS_NAME, &CreateLogFileProcessor);
     static_cast<void>(TimeZone::Init()); // always true
     StaticObjectRegistry::Instance();
@@ -86,8 +86,8 @@ LibraryLoad::End::~End()
         return;
     }
 
-    // The registry does not delete these at the end of the process. Their observers are notified in the order in
-    // which unloading would destroy them.
+    // At the end of the process the registry does not delete the factories and the bus. Notify their observers here,
+    // in the order in which unloading would destroy the three.
     TaskFactory::Instance().m_oObservers.End();
     GlobalMessageDispatcher::Instance().End();
     MessageProcessorFactory::Instance().m_oObservers.End();

@@ -81,7 +81,7 @@ void LineSplitter::AppendPiece(char const * pBytes, std::size_t iCount)
     {
         if (m_sLine.IsEmpty())
             m_sLine.Reserve(LENGTH_USUAL);
-        // That of bytes stops at a zero byte, which is part of a line only if line feeds alone end one.
+        // The overload for bytes stops at a zero byte. A line has one only if nothing but a line feed ends it.
         if (m_eLineEnd == LineEnd::eLineFeed)
             m_sLine.Append(String(std::string_view(pBytes, iCount)));
         else

@@ -13,8 +13,8 @@ namespace tsl
 /// What ends a line.
 enum class LineEnd
 {
-    eControlCharacter, ///< empty lines are not queued, nor is a last line without an end
-    eLineFeed          ///< all are
+    eControlCharacter, ///< any control character; empty lines and a last line without an end are not queued
+    eLineFeed          ///< a line feed only; all lines are queued
 };
 
 /// Cuts what a child writes into lines and queues them. A line for which there is not enough memory is dropped.
@@ -46,7 +46,7 @@ private:
     LineEnd m_eLineEnd;
     std::size_t m_iLengthMax;
     String m_sLine;
-    bool m_bDropped = false; // the line up to its end
+    bool m_bDropped = false; // the rest of the line is skipped
     bool m_bBegun = false;   // a piece of the line is queued
     unsigned int m_iDropped = 0;
     std::array<bool, 256> m_aEndsLine;

@@ -26,7 +26,7 @@ struct Timestamp
     char sText[64] = "";
 };
 
-/// Does not use TimeZone, which knows only zones of whole hours: the log shows the wall clock everywhere.
+/// In local time in every zone, which TimeZone cannot do: it knows only offsets of whole hours.
 void FormatTimestamp(Timestamp & oTimestamp)
 {
     std::tm oLocal{};

@@ -147,7 +147,7 @@ int TaskEngine::SwitchTask(TaskProcessor & oMachine, int iTaskResult, TaskContex
     if (!oMachine.GetTaskTransitionList().GetNextTaskId(iCurrentTaskId, iTaskResult, iNextTaskId))
         FailTransition(oMachine, oCurrentTask, iTaskResult);
 
-    // The task remains the same object.
+    // A row that leads back to the current task: the same object goes on, without exit and entry.
     if (iNextTaskId == iCurrentTaskId)
         return Process(oCurrentTask, oContext);
 

@@ -79,8 +79,8 @@ Entry const * Find(std::vector<Entry> const & vEntries, Places const & oPlaces, 
     return oPlace == oPlaces.end() ? nullptr : &vEntries[oPlace->second];
 }
 
-// Lookups in long tables are out of line, and their callers return what they return, so that a lookup in a short
-// table needs no stack frame (R05).
+// Lookups in long tables are functions of their own, whose results the callers return as they are: a lookup in a
+// short table then needs no stack frame (R05).
 
 using Pair = std::pair<int, int>;
 using Row = std::pair<int, TaskTransition>;
