@@ -196,12 +196,24 @@ int FindProgram(std::string_view sName, std::string & sPath)
     return iError;
 }
 
-/// Runs in the forked child. Not dup2: a thread sanitizer puts locks of its own around that, which another thread of
-/// the parent may have held.
+// The next two run in a forked child, where a thread sanitizer must not take locks of its own, which another thread of
+// the parent may have held: it does so in dup2 and in sigaction.
+
 void PutStreamInPlace(File const & oEnd, int iStream)
 {
     if (oEnd.IsOpen())
         ::syscall(SYS_dup3, GetHandle(oEnd), iStream, 0);
+}
+
+void ResetSignals()
+{
+    constexpr std::size_t iMaskSize = (NSIG - 1) / 8;
+    constexpr char aDefault[128] = {}; // SIG_DFL, no flag and no mask, wherever the system has its fields
+    for (int iSignal = 1; iSignal < NSIG; ++iSignal)
+        ::syscall(SYS_rt_sigaction, iSignal, aDefault, nullptr, iMaskSize);
+    sigset_t oNone;
+    ::sigemptyset(&oNone);
+    ::sigprocmask(SIG_SETMASK, &oNone, nullptr);
 }
 
 /// Runs in the forked child. Only async-signal-safe functions are allowed here, since the parent had threads.
@@ -215,13 +227,7 @@ void PutStreamInPlace(File const & oEnd, int iStream)
     PutStreamInPlace(oStart.oStreams.oErrors, STDERR_FILENO);
     ::closefrom(FIRST_OWN_DESCRIPTOR);
 
-    struct sigaction oDefault = {};
-    oDefault.sa_handler = SIG_DFL;
-    for (int iSignal = 1; iSignal < NSIG; ++iSignal)
-        ::sigaction(iSignal, &oDefault, nullptr);
-    sigset_t oNone;
-    ::sigemptyset(&oNone);
-    ::sigprocmask(SIG_SETMASK, &oNone, nullptr);
+    ResetSignals();
 
     ::kill(::getpid(), SIGSTOP);
     if (oContinued.IsMade())
