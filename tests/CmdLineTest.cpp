@@ -117,7 +117,9 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
     oFolder.WriteFile("broken", "no program");
     std::filesystem::permissions(oFolder.GetFolder() / "broken", std::filesystem::perms::owner_all);
     Rows<std::string, int> aRows = {
+        {"", ENOENT},
         {"no_such_program", ENOENT},
+        {oFolder.GetFolder(), EACCES},
         {oFolder.GetFolder() / "plain", EACCES},
         {oFolder.GetFolder() / "plain/x", ENOTDIR},
         {oFolder.GetFolder() / "broken", ENOEXEC},

@@ -86,6 +86,26 @@ TEST(Plugins, AreUnloadedByANewNameAlsoOfWhatCannotBeLoaded)
     }
 }
 
+/// Does the work when the plug-in registers what it brings, and when it takes that back.
+class Observer : public MessageProcessorFactoryCallBack
+{
+public:
+    explicit Observer(std::function<void()> fWork) : m_fWork(std::move(fWork)) {}
+    void Invoke(FactoryCallBackArgs<std::string> const &, bool &) override { m_fWork(); }
+
+private:
+    std::function<void()> m_fWork;
+};
+
+TEST(Plugins, AreUnloadedAtOnceIfTheyGiveTheirProxyAnotherName)
+{
+    LibraryProxy oProxy(PLUGIN);
+    Observer const oObserver([&] { oProxy.SetName("other"); });
+    EXPECT_TRUE(oProxy.Load().IsOk());
+    EXPECT_FALSE(oProxy.IsLoaded());
+    EXPECT_FALSE(IsMapped());
+}
+
 TEST(Plugins, ShowTheirComingAndGoingInTheLog)
 {
     TestProgram const oProgram("Reporter");

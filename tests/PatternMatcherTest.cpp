@@ -251,21 +251,23 @@ TEST(PatternMatcherRandom, AllWaysOfSearchingAgree)
     std::string const sBig = "|\\x02(?:|){9000}";
     std::mt19937 oRandom(20'240'229);
     int iFound = 0;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 200; ++i)
     {
         int const iFlags = static_cast<int>(oRandom() % 8);
         // One in four is anchored: those may be executed in a third way.
         std::string const sPattern = (oRandom() % 4 ? "" : "^") + MakePattern(oRandom, 4);
+        PatternMatcher const oLongWay((sPattern + sBig).c_str(), iFlags);
+        PatternMatcher::Matches oMatches;
         for (int j = 0; j < 6; ++j)
         {
             std::string sText;
             for (std::size_t k = oRandom() % 7; k > 0; --k)
                 sText += "aabbA\n"[oRandom() % 6];
             std::size_t const iStart = oRandom() % 3 == 0 ? oRandom() % (sText.size() + 1) : 0;
-            std::string const sExpected = Search(sPattern + sBig, sText, iFlags, iStart);
-            Check({{sPattern, sText, sExpected, iFlags, iStart}});
-            iFound += sExpected != "none";
+            oLongWay.Match(sText, iStart, oMatches);
+            Check({{sPattern, sText, Show(oMatches), iFlags, iStart}});
+            iFound += oMatches.GetCount() > 0;
         }
     }
-    EXPECT_GT(iFound, 600);
+    EXPECT_GT(iFound, 400);
 }

@@ -208,7 +208,8 @@ TEST(ResultComparing, LooksAtAllFieldsAndTheHistory)
         EXPECT_EQ(oOther.CompareTo(oResult), Value::eNotComparable);
     }
     EXPECT_NE(Result(1, "a", Result::eCategoryIo), Result(1, "a", Result::eCategoryFault));
-    EXPECT_EQ(oResult.CompareTo(Result(oResult)), Value::eEqual);
+    std::unique_ptr<Root> const pCopy(oResult.GetCopy());
+    EXPECT_EQ(oResult.CompareTo(dynamic_cast<Result const &>(*pCopy)), Value::eEqual);
 }
 
 TEST(Failures, HaveTextsForTheirCodes)

@@ -78,6 +78,7 @@ TEST(DurationMeasuring, CountsMillisecondsFromStartToStop)
     Duration oWatch;
     oWatch.Start();
     OS::Sleep(30);
+    OS::Sleep(-1);
     oWatch.Stop();
     long const iStopped = oWatch.GetDuration();
     EXPECT_GE(iStopped, 29) << "both readings of the clock are truncated to whole milliseconds";
