@@ -97,8 +97,9 @@ endif()
 
 # Without CMake.
 if(TESSEL_FROM STREQUAL "pkg_config")
-  run(sh -c "export PKG_CONFIG_PATH=${libraries}/pkgconfig
-    cd ${WORK} && ${CXX} -std=c++20 hello.cpp -o plain $(pkg-config --cflags --libs tessel) \
+  # pkg-config escapes blanks in paths for a shell that reads its words again.
+  run(sh -c "export PKG_CONFIG_PATH='${libraries}/pkgconfig'
+    cd '${WORK}' && eval ${CXX} -std=c++20 hello.cpp -o plain $(pkg-config --cflags --libs tessel) \
       -Wl,-rpath,$(pkg-config --variable=libdir tessel)")
   check_output("Hello Ann\n" ./plain Ann)
 endif()
