@@ -188,6 +188,29 @@ TEST(PatternMatcherLimits, NoPatternBlowsUp)
         Check({{pPattern, sText, "none"}, {pPattern, sText.substr(39'950), "none"}});
 }
 
+TEST(PatternMatcherLimits, RunsOfAnyLengthEndWhereTheirBytesEnd)
+{
+    struct RunRow
+    {
+        char const * pPattern;
+        std::string sInside; // The first and last bytes of its intervals.
+        std::string sBehind;
+    };
+    RunRow const vRows[] = {{"^\\d*", "09", "/:a"}, {"^\\w*", "09AZ_az", "/@`{"}, {"^[^x]*", "\n y\xFF", "x"},
+        {"^[\\x80-\\xFF]*", "\x80\xFF", "\x7F\n"}, {"^[\\x00-\\xFF]*", std::string("\0\xFF", 2), ""}};
+    for (auto const & [pPattern, sInside, sBehind] : vRows)
+        for (std::size_t iLength = 0; iLength < 100; ++iLength)
+        {
+            std::string sText;
+            for (std::size_t i = 0; i < iLength; ++i)
+                sText += sInside[i % sInside.size()];
+            std::string const sExpected = "0," + std::to_string(iLength);
+            Check({{pPattern, sText, sExpected}});
+            for (char const cBehind : sBehind)
+                Check({{pPattern, sText + cBehind + sText, sExpected}});
+        }
+}
+
 TEST(PatternMatcherLimits, LongTextsAndHugePatternsNeedLittleStack)
 {
     auto const fMain = [](void *) -> void *

@@ -15,11 +15,18 @@ public:
     std::optional<OnePass> Make();
 
 private:
+    /// The effect of a path.
+    struct Effect
+    {
+        std::vector<Assertion> vAssertions;
+        std::vector<std::uint32_t> vSlots;
+    };
+
     /// A path from the instruction of a row to another instruction, and its effect.
     struct Way
     {
         std::uint32_t iPc;
-        OnePass::Effect oEffect;
+        Effect oEffect;
     };
 
     struct Row
@@ -37,16 +44,32 @@ private:
     bool AddMatch(Way const & oWay, std::size_t iRow);
     bool AddActions(Way const & oWay, std::size_t iRow);
     std::size_t FindRow(std::uint32_t iPc);
-    std::uint16_t AddEffect(OnePass::Effect const & oEffect);
+    std::uint16_t AddEffect(Effect const & oEffect);
     void NoteMatches();
+    void NoteIntervals();
+    static OnePass::Interval MakeInterval(ByteSet const & oBytes);
+
+    /// Appends the elements and returns where they are.
+    template<class Element>
+    static OnePass::Effect::Part Append(std::vector<Element> & vAll, std::vector<Element> const & vElements)
+    {
+        auto const iBegin = static_cast<std::uint32_t>(vAll.size());
+        vAll.insert(vAll.end(), vElements.begin(), vElements.end());
+        return {iBegin, static_cast<std::uint32_t>(vAll.size())};
+    }
+
     bool IsLarge() const
     {
         return m_oTable.m_vActions.size() + GetWidth() > ACTIONS_MAX
-               || m_iEffectElements > EFFECT_ELEMENTS_MAX;
+               || m_oTable.m_vAssertions.size() + m_oTable.m_vSlots.size() > EFFECT_ELEMENTS_MAX;
     }
 
-    std::size_t GetWidth() const { return m_oTable.m_iEndColumn + 1; }
-    bool IsSure(std::uint16_t iEffect) const { return m_oTable.m_vEffects[iEffect].vAssertions.empty(); }
+    std::size_t GetWidth() const { return m_oTable.GetWidth(); }
+    bool IsSure(std::uint16_t iEffect) const
+    {
+        OnePass::Effect const & oEffect = m_oTable.m_vEffects[iEffect];
+        return oEffect.oAssertions.iBegin == oEffect.oAssertions.iEnd;
+    }
 
     // They keep the work and the table small, and the numbers of effects within 16 bits.
     static constexpr std::size_t INSTRUCTIONS_MAX = 1'000;
@@ -55,9 +78,6 @@ private:
 
     Program const & m_oProgram;
     OnePass m_oTable;
-
-    /// The number of assertions and slots of all effects.
-    std::size_t m_iEffectElements = 0;
 
     /// The first row begins at the beginning of the text.
     std::vector<Row> m_vRows{Row{0}};
@@ -86,6 +106,7 @@ std::optional<OnePass> OnePassMaker::Make()
             return std::nullopt;
     }
     NoteMatches();
+    NoteIntervals();
     return std::move(m_oTable);
 }
 
@@ -218,12 +239,12 @@ std::size_t OnePassMaker::FindRow(std::uint32_t iPc)
     return iRow;
 }
 
-std::uint16_t OnePassMaker::AddEffect(OnePass::Effect const & oEffect)
+std::uint16_t OnePassMaker::AddEffect(Effect const & oEffect)
 {
     if (oEffect.vAssertions.empty() && oEffect.vSlots.empty())
         return 0;
-    m_iEffectElements += oEffect.vAssertions.size() + oEffect.vSlots.size();
-    m_oTable.m_vEffects.push_back(oEffect);
+    m_oTable.m_vEffects.push_back(
+        {Append(m_oTable.m_vAssertions, oEffect.vAssertions), Append(m_oTable.m_vSlots, oEffect.vSlots)});
     return static_cast<std::uint16_t>(m_oTable.m_vEffects.size() - 1);
 }
 
@@ -246,46 +267,102 @@ void OnePassMaker::NoteMatches()
     }
 }
 
-static bool HoldAll(std::vector<Assertion> const & vAssertions, std::string_view sText, std::size_t iAt)
+OnePass::Interval OnePassMaker::MakeInterval(ByteSet const & oBytes)
 {
-    return std::all_of(vAssertions.begin(), vAssertions.end(),
-        [&](Assertion eAssertion) { return Holds(eAssertion, sText, iAt); });
+    std::size_t iFirst = 0;
+    while (iFirst < oBytes.size() && !oBytes[iFirst])
+        ++iFirst;
+    std::size_t iEnd = iFirst;
+    while (iEnd < oBytes.size() && oBytes[iEnd])
+        ++iEnd;
+    if (oBytes.none() || iEnd - iFirst != oBytes.count())
+        return {};
+    return {static_cast<std::uint8_t>(iFirst), static_cast<std::uint8_t>(iEnd - 1)};
+}
+
+void OnePassMaker::NoteIntervals()
+{
+    for (std::size_t iRow = 0; iRow < m_vRows.size(); ++iRow)
+    {
+        OnePass::Action const * const pRow = &m_oTable.m_vActions[iRow * GetWidth()];
+        ByteSet oStaying;
+        for (std::size_t i = 0; i < oStaying.size(); ++i)
+            oStaying[i] = m_oTable.Stays(pRow, static_cast<char>(i));
+        m_oTable.m_vIntervals.push_back(MakeInterval(oStaying));
+    }
+}
+
+/// Returns the first position from iAt on where the row does not stay the same. Until then, the lookups of
+/// successive bytes do not depend on each other (R09).
+inline std::size_t OnePass::Skip(Action const * pRow, std::string_view sText, std::size_t iAt) const
+{
+    while (iAt < sText.size() && Stays(pRow, sText[iAt]))
+        if (++iAt % BLOCK == 0)
+            iAt = SkipBlocks(
+                m_vIntervals[static_cast<std::size_t>(pRow - m_vActions.data()) / GetWidth()], sText, iAt);
+    return iAt;
+}
+
+/// Skips the blocks whose bytes are all in the interval. The compiler compares a whole block by vector
+/// instructions (R09).
+[[gnu::noinline]] std::size_t OnePass::SkipBlocks(Interval oInterval, std::string_view sText, std::size_t iAt)
+{
+    auto const iSpan = static_cast<std::uint8_t>(oInterval.iLast - oInterval.iFirst);
+    bool const bEmpty = oInterval.iFirst > oInterval.iLast;
+    for (; !bEmpty && sText.size() - iAt >= BLOCK; iAt += BLOCK)
+    {
+        std::uint8_t iOutside = 0;
+        for (std::size_t i = 0; i < BLOCK; ++i)
+        {
+            auto const iDistance = static_cast<std::uint8_t>(sText.data()[iAt + i] - oInterval.iFirst);
+            iOutside = static_cast<std::uint8_t>(iOutside | (iDistance > iSpan));
+        }
+        if (iOutside != 0)
+            break;
+    }
+    return iAt;
+}
+
+inline bool OnePass::Holds(Effect const & oEffect, std::string_view sText, std::size_t iAt) const
+{
+    for (std::size_t i = oEffect.oAssertions.iBegin; i != oEffect.oAssertions.iEnd; ++i)
+        if (!Pattern::Holds(m_vAssertions[i], sText, iAt))
+            return false;
+    return true;
+}
+
+inline void OnePass::Save(Effect const & oEffect, std::size_t iAt, Slots & vSlots) const
+{
+    for (std::size_t i = oEffect.oSlots.iBegin; i != oEffect.oSlots.iEnd; ++i)
+        vSlots[m_vSlots[i]] = iAt;
 }
 
 bool OnePass::Match(std::string_view sText, Slots & vSlots, Slots & vWork) const
 {
-    auto const fSave = [](Effect const & oEffect, std::size_t iAt, Slots & vTarget)
-    {
-        for (std::uint32_t const iSlot : oEffect.vSlots)
-            vTarget[iSlot] = iAt;
-    };
-
     bool bFound = false;
+    vSlots.resize(m_iSlots);
     vWork.assign(m_iSlots, NOWHERE);
-    Action const * pRow = m_vActions.data();
+    Action const * const pActions = m_vActions.data();
+    Effect const * const pEffects = m_vEffects.data();
+    Action const * pRow = pActions;
     for (std::size_t iAt = 0;; ++iAt)
     {
-        auto const fGetColumn = [&] { return m_aColumns[static_cast<unsigned char>(sText[iAt])]; };
-        // Fast path (R08): while the row stays the same, the lookups of successive bytes do not depend on
-        // each other.
-        while (iAt < sText.size() && pRow[fGetColumn()].iEffect == Action::STAY)
-            ++iAt;
-
-        Action const & oAction = pRow[iAt < sText.size() ? fGetColumn() : m_iEndColumn];
-        if (oAction.iMatch != 0 && HoldAll(m_vEffects[oAction.iMatch].vAssertions, sText, iAt))
+        iAt = Skip(pRow, sText, iAt);
+        Action const oAction =
+            pRow[iAt < sText.size() ? m_aColumns[static_cast<unsigned char>(sText[iAt])] : m_iEndColumn];
+        if (oAction.iMatch != 0 && Holds(pEffects[oAction.iMatch], sText, iAt))
         {
-            vSlots = vWork;
-            fSave(m_vEffects[oAction.iMatch], iAt, vSlots);
+            std::copy_n(vWork.data(), m_iSlots, vSlots.data());
+            Save(pEffects[oAction.iMatch], iAt, vSlots);
             bFound = true;
         }
         if (oAction.iEffect != 0)
         {
-            if (oAction.iEffect == Action::DEAD
-                || !HoldAll(m_vEffects[oAction.iEffect].vAssertions, sText, iAt))
+            if (oAction.iEffect == Action::DEAD || !Holds(pEffects[oAction.iEffect], sText, iAt))
                 return bFound;
-            fSave(m_vEffects[oAction.iEffect], iAt, vWork);
+            Save(pEffects[oAction.iEffect], iAt, vWork);
         }
-        pRow = m_vActions.data() + oAction.iRow;
+        pRow = pActions + oAction.iRow;
     }
 }
 

@@ -26,11 +26,17 @@ public:
 private:
     friend class OnePassMaker;
 
-    /// What happens on a path without consuming: assertions that must hold, and slots that get the position.
+    /// What happens on a path without consuming: the assertions that must hold, and the slots that get the
+    /// position. They are parts of m_vAssertions and m_vSlots, so that an effect is one step away (R09).
     struct Effect
     {
-        std::vector<Assertion> vAssertions;
-        std::vector<std::uint32_t> vSlots;
+        struct Part
+        {
+            std::uint32_t iBegin = 0;
+            std::uint32_t iEnd = 0;
+        };
+        Part oAssertions;
+        Part oSlots;
     };
 
     struct Action
@@ -50,11 +56,37 @@ private:
         static constexpr std::uint16_t STAY = UINT16_MAX - 1;
     };
 
+    /// The bytes with which a row stays the same, if they are all bytes from iFirst to iLast; else empty.
+    struct Interval
+    {
+        std::uint8_t iFirst = 1;
+        std::uint8_t iLast = 0;
+    };
+
+    static constexpr std::size_t BLOCK = 32;
+
+    bool Holds(Effect const & oEffect, std::string_view sText, std::size_t iAt) const;
+    void Save(Effect const & oEffect, std::size_t iAt, Slots & vSlots) const;
+
+    std::size_t Skip(Action const * pRow, std::string_view sText, std::size_t iAt) const;
+    static std::size_t SkipBlocks(Interval oInterval, std::string_view sText, std::size_t iAt);
+
+    bool Stays(Action const * pRow, char cByte) const
+    {
+        return pRow[m_aColumns[static_cast<unsigned char>(cByte)]].iEffect == Action::STAY;
+    }
+    std::size_t GetWidth() const { return m_iEndColumn + 1; }
+
     std::array<std::uint8_t, 256> m_aColumns{};
     std::size_t m_iEndColumn = 0;
     std::size_t m_iSlots = 0;
     std::vector<Action> m_vActions;
     std::vector<Effect> m_vEffects{Effect()};
+    std::vector<Assertion> m_vAssertions;
+    std::vector<std::uint32_t> m_vSlots;
+
+    /// One for each row.
+    std::vector<Interval> m_vIntervals;
 };
 
 } // namespace tsl::Pattern
