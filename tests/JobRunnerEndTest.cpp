@@ -189,6 +189,7 @@ TEST(JobRunnerRoom, WaitsForOthersIfDescriptorsAreShort)
     TestProgram const oShell("/bin/sh");
     oShell.WriteFile("jobrunner.ini", sIni);
     // Far fewer than it counts on, so that starts fail as well.
-    ProgramOutcome const oOutcome = oShell.Run({"-c", "ulimit -n 70; exec \"" TESSEL_PROGRAMS "/jobrunner\""});
+    ProgramOutcome const oOutcome =
+        oShell.Run({"-c", "ulimit -n 70; exec \"" TESSEL_PROGRAMS "/jobrunner\""});
     EXPECT_EQ(oOutcome.iExitCode, 0) << oOutcome.sErrors << oOutcome.sOutput;
 }
