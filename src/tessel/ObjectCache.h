@@ -1,9 +1,10 @@
 #pragma once
 
-#include "platform/Identity.h"
+#include "platform/ForcedEnd.h"
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace tsl
 
 /// A cache of up to eight objects, which keep the memory that they have allocated (R02, R08).
 ///
-/// Any thread may take an object and give it back. A thread uses the slot that its id selects. A few threads
+/// Any thread may take an object and give it back. A thread uses the slot that its number selects. A few threads
 /// mostly get their own object back, which so stays in the cache of one processor; threads that share a slot
 /// sometimes get a new object. There is no thread_local object, whose destructor would keep the library
 /// loaded as long as the thread runs.
@@ -48,8 +49,11 @@ private:
         std::atomic<T *> pObject{nullptr};
     };
 
-    // Threads that are started one after the other usually have successive ids, and so different slots.
-    std::atomic<T *> & GetSlot() { return m_aSlots[Platform::GetThreadId() % m_aSlots.size()].pObject; }
+    // The system's ids of threads would not do: they may be multiples of a number.
+    std::atomic<T *> & GetSlot()
+    {
+        return m_aSlots[static_cast<std::size_t>(t_oForcedEnd.iThread) % m_aSlots.size()].pObject;
+    }
 
     std::array<Slot, 8> m_aSlots;
 };
