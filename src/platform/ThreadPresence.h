@@ -61,9 +61,13 @@ void WaitForFork(ThreadPresence & oPresence);
 /// there for a lock, if the calling thread holds one: it may be that one. False after 2 seconds.
 bool WaitUntilOthersLeaveBus();
 
-/// Whether the owner of a lock was a thread of the parent process that does not exist in this forked child.
-/// The lock then counts as free; the data that it guards may be half changed.
+/// Whether the owner of a lock does not exist: in a forked child it was a thread of the parent process, and
+/// some systems end all other threads when the process ends. The lock then counts as free; the data that it
+/// guards may be half changed.
 bool HasLostOwner(std::uint64_t iOwner);
+
+/// Whether the process ends and the system has ended all threads but the calling one, wherever they were.
+bool AreOthersGone();
 
 /// Clears the entry of the calling thread, which is about to end without unwinding. Null does nothing.
 void Abandon(ThreadPresence * pPresence);

@@ -5,6 +5,7 @@
 #include "OwnMutex.h"
 #include "platform/ForcedEnd.h"
 #include "platform/Processor.h"
+#include "platform/Waiting.h"
 
 #include <atomic>
 #include <cstdint>
@@ -60,7 +61,7 @@ struct TSL_HIDDEN CriticalSectionMutex::Section
                 return;
             LockWaitScope const oWait;
             WaitScope const oScope(ForcedEndState::eForLock);
-            eState.wait(eWanted, std::memory_order_relaxed);
+            Platform::WaitWhile(eState, eWanted);
         }
     }
 
@@ -118,7 +119,7 @@ void CriticalSectionMutex::Unlock()
     oSection.oOrder.NoteExit();
     oSection.iOwner.store(Section::NOBODY, std::memory_order_relaxed);
     if (oSection.eState.exchange(Section::eFree, std::memory_order_release) == Section::eWanted)
-        oSection.eState.notify_one();
+        Platform::WakeOne(oSection.eState);
     t_oForcedEnd.RemoveLock();
     EndHereIfWanted(__builtin_return_address(0));
 }

@@ -1,4 +1,6 @@
 #include "platform/ForcedEnd.h"
+#include "platform/ThreadPresence.h"
+#include "platform/Waiting.h"
 
 #include <tessel/Export.h>
 
@@ -20,10 +22,16 @@ enum State : int
     eAwaited = 0x200 ///< being initialised, and other threads may be waiting
 };
 
-static_assert(std::atomic_ref<int>::is_always_lock_free);
+// A guard is used in place as an atomic number, since a thread may sleep until it changes.
+static_assert(sizeof(std::atomic<int>) == sizeof(int) && std::atomic<int>::is_always_lock_free);
+
+std::atomic<int> & GetState(int * pGuard)
+{
+    return *reinterpret_cast<std::atomic<int> *>(pGuard);
+}
 
 /// True if the calling thread has to initialise the object. False if it has been initialised.
-bool Acquire(std::atomic_ref<int> eState)
+bool Acquire(std::atomic<int> & eState)
 {
     for (;;)
     {
@@ -32,19 +40,22 @@ bool Acquire(std::atomic_ref<int> eState)
             return true;
         if (eFound == eMade)
             return false;
+        // The thread that was initialising the object is gone.
+        if (tsl::Presence::AreOthersGone())
+            return true;
         if (eFound == eInMaking
             && !eState.compare_exchange_strong(eFound, eAwaited, std::memory_order_relaxed))
             continue;
         tsl::LockWaitScope const oScope;
-        eState.wait(eAwaited, std::memory_order_relaxed);
+        tsl::Platform::WaitWhile(eState, eAwaited);
     }
 }
 
 void Release(int * pGuard, State eResult)
 {
-    std::atomic_ref<int> eState(*pGuard);
+    std::atomic<int> & eState = GetState(pGuard);
     if (eState.exchange(eResult, std::memory_order_release) == eAwaited)
-        eState.notify_all();
+        tsl::Platform::WakeAll(eState);
     tsl::t_oForcedEnd.RemoveLock();
 }
 
@@ -61,7 +72,7 @@ extern "C"
     int __cxa_guard_acquire(int * pGuard)
     {
         tsl::t_oForcedEnd.AddLock();
-        if (Acquire(std::atomic_ref<int>(*pGuard)))
+        if (Acquire(GetState(pGuard)))
             return 1;
         tsl::t_oForcedEnd.RemoveLock();
         return 0;

@@ -339,6 +339,12 @@ bool HasLostOwner(std::uint64_t iOwner)
     return iOwner <= g_iLastParentThread && iOwner != g_iForkedBy;
 }
 
+bool AreOthersGone()
+{
+    // exit leaves them running.
+    return false;
+}
+
 void Abandon(ThreadPresence * pPresence)
 {
     if (pPresence)
