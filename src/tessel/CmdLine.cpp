@@ -26,12 +26,17 @@ static_assert(CmdLine::EXIT_CODE_ACTIVE == Platform::EXIT_CODE_ACTIVE);
 namespace
 {
 
-Result MakeStreamPipe(Platform::OwnEnd eOwn, Platform::File & oOwnEnd, Platform::File & oChildEnd)
+Result ExplainPipe(int iError)
 {
-    if (int const iError = Platform::MakePipe(eOwn, oOwnEnd, oChildEnd))
+    if (iError != 0)
         return MakeResult(
             ERR::eSubsystem, "child process's STDOUT pipe creation failed", OS::FormatError(iError));
     return Result();
+}
+
+Result MakeStreamPipe(Platform::OwnEnd eOwn, Platform::File & oOwnEnd, Platform::File & oChildEnd)
+{
+    return ExplainPipe(Platform::MakePipe(eOwn, oOwnEnd, oChildEnd));
 }
 
 /// The nearest cause is the system's reason, the next one names the command. Both have the system's error number, so
@@ -158,9 +163,8 @@ struct TSL_HIDDEN CmdLine::Private
     Platform::Process oProcess;
     StreamEnds oOwnEnds;
 
-    // A pipe without data: closing its trigger makes the readers stop.
-    Platform::File oStop;
-    Platform::File oStopTrigger;
+    // Makes the readers stop.
+    Platform::StopSignal oStop;
     std::atomic<bool> bStop{false};
 };
 
@@ -246,7 +250,7 @@ Result CmdLine::Private::MakePipes(StreamEnds & oChildEnds)
     oResult.InsertFront(MakeStreamPipe(Platform::OwnEnd::eRead, oOwnEnds.oErrors, oChildEnds.oErrors));
     oResult.InsertFront(MakeStreamPipe(Platform::OwnEnd::eWrite, oOwnEnds.oInput, oChildEnds.oInput));
     if (HasMode(eModeReaderThreads))
-        oResult.InsertFront(MakeStreamPipe(Platform::OwnEnd::eRead, oStop, oStopTrigger));
+        oResult.InsertFront(ExplainPipe(Platform::MakeStopSignal(oStop)));
     return oResult;
 }
 
@@ -287,10 +291,10 @@ void CmdLine::Private::StopReaders()
     bStop = true;
     oOutput.oLines.LiftLimit();
     oErrors.oLines.LiftLimit();
-    Platform::CloseFile(oStopTrigger);
+    Platform::SetStopSignal(oStop);
     oOutput.pReader.reset();
     oErrors.pReader.reset();
-    Platform::CloseFile(oStop);
+    Platform::CloseStopSignal(oStop);
     bStop = false;
 }
 

@@ -3,14 +3,27 @@
 #include "platform/posix/Descriptor.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <iterator>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace tsl::Platform
 {
+
+namespace
+{
+
+int GetHandle(StopSignal const & oSignal)
+{
+    return static_cast<int>(oSignal.iHandle);
+}
+
+} // namespace
 
 int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd)
 {
@@ -38,7 +51,30 @@ int MakePipe(OwnEnd eOwn, File & oOwnEnd, File & oOtherEnd)
     return 0;
 }
 
-int ReadPipe(File const & oPipe, File const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead)
+int MakeStopSignal(StopSignal & oSignal)
+{
+    int iHandle = ::eventfd(0, EFD_CLOEXEC);
+    int const iError = iHandle < 0 ? errno : MoveAboveStreams(iHandle);
+    oSignal.iHandle = iHandle;
+    return iError;
+}
+
+void SetStopSignal(StopSignal const & oSignal)
+{
+    // Nobody reads it, so it stays set. It fails only if it is set as often as a number of 64 bits can count.
+    std::uint64_t const iOnce = 1;
+    if (oSignal.IsOpen())
+        static_cast<void>(::write(GetHandle(oSignal), &iOnce, sizeof iOnce) > 0);
+}
+
+void CloseStopSignal(StopSignal & oSignal)
+{
+    if (oSignal.IsOpen())
+        ::close(GetHandle(std::exchange(oSignal, StopSignal())));
+}
+
+int ReadPipe(
+    File const & oPipe, StopSignal const & oStop, char * pBytes, std::size_t iCount, std::size_t & iRead)
 {
     for (iRead = 0;;)
     {
