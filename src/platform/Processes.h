@@ -41,8 +41,10 @@ struct ProcessStart
 {
     char const * sCommandLine = nullptr;
     StandardStreams const & oStreams;
-    bool bDetached = false;  ///< the child gets a session of its own
-    bool bSuspended = false; ///< the child stops before the first instruction of its program
+    bool bNoWindow = false;   ///< no console window; without effect where consoles have none
+    bool bNewConsole = false; ///< a console of its own; without effect as well
+    bool bDetached = false;   ///< the child gets a session of its own, or no console
+    bool bSuspended = false;  ///< the child stops before the first instruction of its program
 };
 
 /// Starts the program that a command line names, with its arguments. The program is searched in PATH.

@@ -261,8 +261,12 @@ Result CmdLine::Private::Start()
         if (Result const oPipes = MakePipes(oChildEnds); oPipes.IsError())
             return MakeResult(ERR::eSubsystem, "Cannot create pipe for redirection.", oPipes);
 
-    Platform::ProcessStart const oStart{
-        sCommand.c_str(), oChildEnds, HasMode(eModeDetached), HasMode(eModeSuspended)};
+    Platform::ProcessStart const oStart{.sCommandLine = sCommand.c_str(),
+        .oStreams = oChildEnds,
+        .bNoWindow = HasMode(eModeNoWindow),
+        .bNewConsole = HasMode(eModeNewConsole),
+        .bDetached = HasMode(eModeDetached),
+        .bSuspended = HasMode(eModeSuspended)};
     if (int const iError = Platform::StartProcess(oStart, oProcess))
         return MakeStartFailure(sCommand, iError);
     return HasMode(eModeReaderThreads) ? StartReaders() : Result();
