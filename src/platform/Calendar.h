@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 
@@ -23,5 +24,10 @@ inline constexpr int YEAR_BASE = 1900;
 [[nodiscard]] int ToGreenwichTime(std::int64_t iTime, std::tm & oElements);
 std::int64_t FromLocalTime(std::tm & oElements);
 std::int64_t FromGreenwichTime(std::tm & oElements);
+
+/// Writes the elements as strftime does and returns the length of the text, 0 if it is empty or does not fit.
+/// Any format is safe; what becomes of a directive that the runtime library does not know depends on the
+/// system.
+std::size_t FormatTime(char * pText, std::size_t iSize, char const * sFormat, std::tm const & oElements);
 
 } // namespace tsl::Platform

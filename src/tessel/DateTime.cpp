@@ -2,7 +2,6 @@
 
 #include "platform/Calendar.h"
 #include "platform/Clock.h"
-#include "platform/ForcedEnd.h"
 
 #include <tessel/Assertion.h>
 #include <tessel/Exception.h>
@@ -44,19 +43,11 @@ void CheckDLS(int iDLS)
         XAssertionFailed("dls==Time::eDLSOff || dls==Time::eDLSOn || dls==Time::eDLSUnknown", "Invalid enum");
 }
 
-/// The same as strftime, which may take a lock of the runtime library for the time zone. The NoKillScope
-/// keeps other threads from forking meanwhile: a child would find that lock held for ever.
-std::size_t WriteTime(char * pText, std::size_t iSize, char const * sFormat, std::tm const & oTm)
-{
-    NoKillScope const oScope;
-    return std::strftime(pText, iSize, sFormat, &oTm);
-}
-
 /// Throws an Exception if the text is empty or does not fit into TEXT_SIZE_MAX.
 void ThrowIfUnformattable(char const * sFormat, std::tm const & oTm)
 {
     char aText[TEXT_SIZE_MAX];
-    if (WriteTime(aText, sizeof aText, sFormat, oTm) != 0)
+    if (Platform::FormatTime(aText, sizeof aText, sFormat, oTm) != 0)
         return;
 
     String sText("Function strftime cannot format DateTime object. Formatted string exceeds size of ");
@@ -268,7 +259,7 @@ void DateTime::Format(char const * sFormat, String & sText, TimeZone::EZone eZon
 
     char const * const sDirectives = sFormat ? sFormat : "";
     char aText[TEXT_SIZE];
-    if (WriteTime(aText, sizeof aText, sDirectives, oTm) == 0)
+    if (Platform::FormatTime(aText, sizeof aText, sDirectives, oTm) == 0)
     {
         ThrowIfUnformattable(sDirectives, oTm);
         // After a failure of strftime the content of the buffer is unspecified.

@@ -59,4 +59,10 @@ std::int64_t FromGreenwichTime(std::tm & oElements)
     return ::timegm(&oElements);
 }
 
+std::size_t FormatTime(char * pText, std::size_t iSize, char const * sFormat, std::tm const & oElements)
+{
+    NoKillScope const oScope;
+    return std::strftime(pText, iSize, sFormat, &oElements);
+}
+
 } // namespace tsl::Platform
