@@ -6,12 +6,30 @@
 namespace tsl
 {
 
+template<>
+ClassDescription const & Singleton<Application>::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = Private::Describe();
+    return oDescription;
+}
+
+template<>
+Application & Singleton<Application>::Instance(Application * (*fCreator)())
+{
+    static Application & oObject = *RegisterSingletonObject(Private::InstanceEx(fCreator));
+    return oObject;
+}
+
 template class Singleton<Application>;
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ApplicationConfig>{};
-template ClassDescription const &
-Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 Result ApplicationConfig::SetCmdLine(int iCount, char ** pArguments)
 {
@@ -51,8 +69,12 @@ Application::Application(ApplicationConfig * pConfig) : m_pConfig(pConfig)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<Application>{};
-template ClassDescription const &
-Described<Application, Singleton<Application>, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<Application, Singleton<Application>, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 Application::~Application() = default;
 

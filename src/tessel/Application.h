@@ -46,7 +46,8 @@ private:
     CmdLineParser m_oCmdLineParser;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ApplicationConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// The run cycle of a program: parse the command line, PreRun, Run, PostRun. A program derives from
@@ -108,9 +109,14 @@ private:
     std::unique_ptr<ApplicationConfig> m_pConfig;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<Application, Singleton<Application>, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-extern template class Singleton<Application>;
+template<>
+TSL_EXPORT ClassDescription const & Singleton<Application>::GetStaticClassDesc();
+template<>
+TSL_EXPORT Application & Singleton<Application>::Instance(Application * (*fCreator)());
+TSL_EXTERN_TEMPLATE(class Singleton<Application>);
 
 } // namespace tsl

@@ -29,7 +29,8 @@ protected:
     Configuration() = default;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<Configuration, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -7,8 +7,12 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ConsoleApplicationConfig>{};
-template ClassDescription const &
-Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ConsoleApplication::ConsoleApplication(ConsoleApplicationConfig * pConfig)
     : Described(pConfig), m_pConfig(pConfig)
@@ -20,8 +24,12 @@ ConsoleApplication::ConsoleApplication(ConsoleApplicationConfig * pConfig)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ConsoleApplication>{};
-template ClassDescription const &
-Described<ConsoleApplication, Application, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<ConsoleApplication, Application, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 static ConsoleApplication & AssertConsole(Application & oApplication)
 {

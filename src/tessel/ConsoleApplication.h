@@ -23,7 +23,8 @@ protected:
     void DoCopy(Root const &) override {}
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ConsoleApplicationConfig, ApplicationConfig, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// The run cycle of a console program: derive from it, implement Run, and call Main; see Application.
@@ -61,7 +62,8 @@ private:
     ConsoleApplicationConfig * m_pConfig;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ConsoleApplication, Application, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

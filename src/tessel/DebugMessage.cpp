@@ -14,7 +14,11 @@ DebugMessage::DebugMessage(ValueString const & sText)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<DebugMessage>{};
-template ClassDescription const & Described<DebugMessage, Message>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<DebugMessage, Message>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void DebugMessage::SetText(String const & sText)
 {

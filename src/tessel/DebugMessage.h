@@ -71,7 +71,8 @@ private:
     int m_iProcessId;
 };
 
-extern template ClassDescription const & Described<DebugMessage, Message>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<DebugMessage, Message>::GetStaticClassDesc();
 
 /// Iterates over the elements of a DebugMessage, which must outlive the iterator. It is used by one thread at a
 /// time. Access before the first or after the last element is an assertion failure.

@@ -98,7 +98,7 @@ public:
     using Base::Base;
 
     ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
-    TSL_EXPORT static ClassDescription const & GetStaticClassDesc();
+    TSL_EXPORT_TEMPLATE static ClassDescription const & GetStaticClassDesc();
 
     /// A new object, which the caller deletes. An assertion failure for eAbstract. Not available for a class
     /// that is not derived from Root, such as a singleton.
@@ -113,17 +113,36 @@ public:
     }
 };
 
-// Not inline: for its own classes the library instantiates this and declares it extern, so that no plug-in
-// contains it.
+namespace TesselDetails
+{
+
+/// The description of a class, by the instance of Described that it derives from.
+template<class DescribedBase>
+struct DescriptionOf;
+
+template<class Self, class Base, ClassDescription::EKind eKind, class RegisteredBase>
+struct DescriptionOf<Described<Self, Base, eKind, RegisteredBase>>
+{
+    static ClassDescription const & Get()
+    {
+        static_assert(std::is_base_of_v<Described<Self, Base, eKind, RegisteredBase>, Self>,
+            "Self has to be the class that derives from this one.");
+
+        ClassDescription::FactoryFunction fFactory = nullptr;
+        if constexpr (std::is_base_of_v<Root, Base>)
+            fFactory = &MakeObject<Self, eKind>;
+        return GetDescription<Self, RegisteredBase, eKind>(fFactory);
+    }
+};
+
+} // namespace TesselDetails
+
+// Not inline: for its own classes the library specialises this in a source file and exports it, so that no
+// plug-in contains it.
 template<class Self, class Base, ClassDescription::EKind eKind, class RegisteredBase>
 ClassDescription const & Described<Self, Base, eKind, RegisteredBase>::GetStaticClassDesc()
 {
-    static_assert(std::is_base_of_v<Described, Self>, "Self has to be the class that derives from this one.");
-
-    ClassDescription::FactoryFunction fFactory = nullptr;
-    if constexpr (std::is_base_of_v<Root, Base>)
-        fFactory = &TesselDetails::MakeObject<Self, eKind>;
-    return TesselDetails::GetDescription<Self, RegisteredBase, eKind>(fFactory);
+    return TesselDetails::DescriptionOf<Described>::Get();
 }
 
 } // namespace tsl

@@ -28,7 +28,7 @@ public:
 
 /// The arguments of an observer's call: the key, which is a copy, and what happens to it.
 template<class Key>
-class TSL_EXPORT FactoryCallBackArgs
+class TSL_EXPORT_TEMPLATE FactoryCallBackArgs
 {
 public:
     FactoryCallBackArgs(Key const & oKey, FactoryBase::Action eAction) : m_oKey(oKey), m_eAction(eAction) {}
@@ -50,7 +50,7 @@ private:
 /// @tparam Args what happened
 /// @tparam CallResult one object that all observers of a notification share
 template<class Args, class CallResult>
-class TSL_EXPORT CallBack
+class TSL_EXPORT_TEMPLATE CallBack
 {
 public:
     virtual ~CallBack() = default;
@@ -70,7 +70,7 @@ protected:
 
 /// Makes a product by calling a creation function without arguments. The caller owns the product.
 template<class Product, class Function>
-class TSL_EXPORT ProductCreator
+class TSL_EXPORT_TEMPLATE ProductCreator
 {
 public:
     using ProductType = Product;
@@ -82,7 +82,7 @@ public:
 /// Makes a product by calling a creation function with one argument, of which the creator keeps a copy. The caller
 /// owns the product.
 template<class Product, class Function, class Argument>
-class TSL_EXPORT ProductCreator1
+class TSL_EXPORT_TEMPLATE ProductCreator1
 {
 public:
     using ProductType = Product;
@@ -116,7 +116,8 @@ private:
 /// @tparam Mutex as for ObserverNotify
 /// @tparam CallBackResult what the observers share
 template<class Key, class Creator, class Mutex, class CallBackResult>
-class TSL_EXPORT Factory : public Singleton<Factory<Key, Creator, Mutex, CallBackResult>>, public FactoryBase
+class TSL_EXPORT_TEMPLATE Factory : public Singleton<Factory<Key, Creator, Mutex, CallBackResult>>,
+                                    public FactoryBase
 {
 public:
     using Product = typename Creator::ProductType;
@@ -245,7 +246,7 @@ auto Factory<Key, Creator, Mutex, CallBackResult>::CreateProduct(Key const & oKe
 /// Make and destroy it only while no other thread registers or unregisters: this base is attached before the
 /// derived object is complete and is still attached after its destructor, when there is no Invoke to call.
 template<class F>
-class TSL_EXPORT SelfRegistrationFactoryCallBack
+class TSL_EXPORT_TEMPLATE SelfRegistrationFactoryCallBack
     : public CallBack<FactoryCallBackArgs<typename F::KeyType>, typename F::CallBackResultType>
 {
 public:

@@ -42,8 +42,12 @@ static void ReportBadFile(std::string_view sReason)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<GlobalApplicationIni>{};
-template ClassDescription const &
-Described<GlobalApplicationIni, Singleton<GlobalApplicationIni>>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<GlobalApplicationIni, Singleton<GlobalApplicationIni>>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 GlobalApplicationIni & GlobalApplicationIni::Instance()
 {

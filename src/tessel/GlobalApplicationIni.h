@@ -35,9 +35,10 @@ private:
     IniFile m_oIniFile;
 };
 
-extern template ClassDescription const &
+template<>
+ClassDescription const &
 Described<GlobalApplicationIni, Singleton<GlobalApplicationIni>>::GetStaticClassDesc();
 
-extern template class Singleton<GlobalApplicationIni>;
+TSL_EXTERN_TEMPLATE(class Singleton<GlobalApplicationIni>);
 
 } // namespace tsl

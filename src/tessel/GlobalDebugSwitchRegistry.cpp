@@ -86,8 +86,12 @@ void GlobalDebugSwitchRegistry::Private::ReadSwitches()
 
 template<>
 constexpr ClassSource CLASS_SOURCE<GlobalDebugSwitchRegistry>{};
-template ClassDescription const &
-Described<GlobalDebugSwitchRegistry, Singleton<GlobalDebugSwitchRegistry>>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<GlobalDebugSwitchRegistry, Singleton<GlobalDebugSwitchRegistry>>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 GlobalDebugSwitchRegistry & GlobalDebugSwitchRegistry::Instance()
 {

@@ -33,9 +33,10 @@ private:
     std::unique_ptr<Private> m;
 };
 
-extern template ClassDescription const &
+template<>
+ClassDescription const &
 Described<GlobalDebugSwitchRegistry, Singleton<GlobalDebugSwitchRegistry>>::GetStaticClassDesc();
 
-extern template class Singleton<GlobalDebugSwitchRegistry>;
+TSL_EXTERN_TEMPLATE(class Singleton<GlobalDebugSwitchRegistry>);
 
 } // namespace tsl

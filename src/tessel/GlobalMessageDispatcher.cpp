@@ -19,6 +19,21 @@
 namespace tsl
 {
 
+template<>
+ClassDescription const & Singleton<GlobalMessageDispatcher>::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = Private::Describe();
+    return oDescription;
+}
+
+template<>
+GlobalMessageDispatcher & Singleton<GlobalMessageDispatcher>::Instance(
+    GlobalMessageDispatcher * (*fCreator)())
+{
+    static GlobalMessageDispatcher & oObject = *RegisterSingletonObject(Private::InstanceEx(fCreator));
+    return oObject;
+}
+
 template class Singleton<GlobalMessageDispatcher>;
 
 static std::atomic<bool> g_bGone{false};
@@ -70,8 +85,12 @@ void GlobalMessageDispatcher::Private::ReportMissingConfiguration()
 
 template<>
 constexpr ClassSource CLASS_SOURCE<GlobalMessageDispatcher>{};
-template ClassDescription const &
-Described<GlobalMessageDispatcher, Singleton<GlobalMessageDispatcher>>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<GlobalMessageDispatcher, Singleton<GlobalMessageDispatcher>>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 GlobalMessageDispatcher & GlobalMessageDispatcher::Instance()
 {

@@ -66,9 +66,15 @@ private:
     std::unique_ptr<Private> m;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<GlobalMessageDispatcher, Singleton<GlobalMessageDispatcher>>::GetStaticClassDesc();
 
-extern template class Singleton<GlobalMessageDispatcher>;
+template<>
+TSL_EXPORT ClassDescription const & Singleton<GlobalMessageDispatcher>::GetStaticClassDesc();
+template<>
+TSL_EXPORT GlobalMessageDispatcher & Singleton<GlobalMessageDispatcher>::Instance(
+    GlobalMessageDispatcher * (*fCreator)());
+TSL_EXTERN_TEMPLATE(class Singleton<GlobalMessageDispatcher>);
 
 } // namespace tsl

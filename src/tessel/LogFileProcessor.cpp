@@ -48,8 +48,11 @@ private:
 
 template<>
 constexpr ClassSource CLASS_SOURCE<LogFileProcessorConfig>{};
-template ClassDescription const &
-Described<LogFileProcessorConfig, MessageProcessorConfig>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<LogFileProcessorConfig, MessageProcessorConfig>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void LogFileProcessorConfig::DoCopy(Root const &)
 {
@@ -84,7 +87,11 @@ LogFileProcessor::LogFileProcessor() : m(std::make_unique<Private>()) {}
 
 template<>
 constexpr ClassSource CLASS_SOURCE<LogFileProcessor>{};
-template ClassDescription const & Described<LogFileProcessor, MessageProcessor>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<LogFileProcessor, MessageProcessor>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 LogFileProcessor::~LogFileProcessor()
 {

@@ -29,8 +29,8 @@ private:
     ValueString m_sFileName{"Logfile.txt"};
 };
 
-extern template ClassDescription const &
-Described<LogFileProcessorConfig, MessageProcessorConfig>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<LogFileProcessorConfig, MessageProcessorConfig>::GetStaticClassDesc();
 
 /// Appends each message to the log file as one line, or as several for a Result with a history. The text and its
 /// line end are passed to the system in one write before Process returns. So nothing is lost in a crash, and lines
@@ -74,6 +74,7 @@ private:
     std::unique_ptr<Private> m;
 };
 
-extern template ClassDescription const & Described<LogFileProcessor, MessageProcessor>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<LogFileProcessor, MessageProcessor>::GetStaticClassDesc();
 
 } // namespace tsl

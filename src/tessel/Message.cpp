@@ -11,7 +11,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<Message>{};
-template ClassDescription const & Described<Message, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<Message, Root, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 unsigned int const & Message::GetBaseType()
 {

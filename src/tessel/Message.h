@@ -51,7 +51,8 @@ protected:
     Message() = default;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<Message, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// An iterator without elements: its value is null and its name empty. It is used by one thread at a time.

@@ -71,8 +71,11 @@ void MessageDispatcher::Private::End()
 
 template<>
 constexpr ClassSource CLASS_SOURCE<MessageDispatcherConfig>{};
-template ClassDescription const &
-Described<MessageDispatcherConfig, MessageProcessorConfig>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<MessageDispatcherConfig, MessageProcessorConfig>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 MessageDispatcher::MessageDispatcher() : m(Private::Make()) {}
 MessageDispatcher::MessageDispatcher(MessageDispatcher const & oSource) = default;
@@ -80,7 +83,11 @@ MessageDispatcher & MessageDispatcher::operator=(MessageDispatcher const & oSour
 
 template<>
 constexpr ClassSource CLASS_SOURCE<MessageDispatcher>{};
-template ClassDescription const & Described<MessageDispatcher, MessageProcessor>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<MessageDispatcher, MessageProcessor>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 MessageDispatcher::~MessageDispatcher() = default;
 

@@ -21,7 +21,8 @@ protected:
     void DoCopy(Root const &) override {}
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<MessageDispatcherConfig, MessageProcessorConfig>::GetStaticClassDesc();
 
 /// A bus: delivers each message to the processors that are registered for its exact type, and then to those
@@ -109,6 +110,7 @@ private:
     std::shared_ptr<Private> m;
 };
 
-extern template ClassDescription const & Described<MessageDispatcher, MessageProcessor>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<MessageDispatcher, MessageProcessor>::GetStaticClassDesc();
 
 } // namespace tsl

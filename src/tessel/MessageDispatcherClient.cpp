@@ -11,8 +11,12 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<MessageDispatcherClientConfig>{};
-template ClassDescription const & Described<MessageDispatcherClientConfig, MessageProcessorConfig,
-    ClassDescription::eAbstract, MessageProcessor>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<MessageDispatcherClientConfig, MessageProcessorConfig,
+    ClassDescription::eAbstract, MessageProcessor>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 struct TSL_HIDDEN MessageDispatcherClient::Private
 {
@@ -49,8 +53,12 @@ MessageDispatcherClient::MessageDispatcherClient(MessageDispatcherClient const &
 
 template<>
 constexpr ClassSource CLASS_SOURCE<MessageDispatcherClient>{};
-template ClassDescription const &
-Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 MessageDispatcherClient::~MessageDispatcherClient()
 {

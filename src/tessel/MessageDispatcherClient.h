@@ -21,7 +21,8 @@ protected:
     MessageDispatcherClientConfig() = default;
 };
 
-extern template ClassDescription const & Described<MessageDispatcherClientConfig, MessageProcessorConfig,
+template<>
+TSL_EXPORT ClassDescription const & Described<MessageDispatcherClientConfig, MessageProcessorConfig,
     ClassDescription::eAbstract, MessageProcessor>::GetStaticClassDesc();
 
 /// A processor that knows its bus: Open registers it for the types of its configuration, and Close unregisters it.
@@ -62,7 +63,8 @@ private:
     std::unique_ptr<Private> m;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<MessageDispatcherClient, MessageProcessor, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -5,8 +5,12 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<MessageProcessorConfig>{};
-template ClassDescription const &
-Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void MessageProcessorConfig::SetMessageTypes(std::vector<unsigned int> const & vTypes)
 {
@@ -15,8 +19,11 @@ void MessageProcessorConfig::SetMessageTypes(std::vector<unsigned int> const & v
 
 template<>
 constexpr ClassSource CLASS_SOURCE<MessageProcessor>{};
-template ClassDescription const &
-Described<MessageProcessor, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<MessageProcessor, Root, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // Out of line, so that the vtable and the type record of the class are only in the library.
 MessageProcessor::~MessageProcessor() = default;

@@ -34,7 +34,8 @@ private:
     std::vector<unsigned int> m_vTypes;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<MessageProcessorConfig, Configuration, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// An object that receives messages from a bus: writes them, counts them, or acts on them. The simplest way to make
@@ -76,7 +77,8 @@ protected:
     MessageProcessor() = default;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<MessageProcessor, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// An interface without operations of its own. The library does not use it.

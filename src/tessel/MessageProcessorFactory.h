@@ -20,9 +20,17 @@ public:
 using MessageProcessorFactoryBase = Factory<std::string,
     ProductCreator<MessageProcessor, MessageProcessor * (*)()>, CriticalSectionMutex, bool>;
 
-extern template class Singleton<MessageProcessorFactoryBase>;
-extern template class Factory<std::string, ProductCreator<MessageProcessor, MessageProcessor * (*)()>,
-    CriticalSectionMutex, bool>;
+template<>
+TSL_EXPORT ClassDescription const & Singleton<MessageProcessorFactoryBase>::GetStaticClassDesc();
+template<>
+TSL_EXPORT MessageProcessorFactoryBase & Singleton<MessageProcessorFactoryBase>::Instance(
+    MessageProcessorFactoryBase * (*fCreator)());
+template<>
+TSL_EXPORT MessageProcessorFactoryBase & MessageProcessorFactoryBase::Instance(
+    MessageProcessorFactoryBase * (*fCreator)());
+TSL_EXTERN_TEMPLATE(class Singleton<MessageProcessorFactoryBase>);
+TSL_EXTERN_TEMPLATE(class Factory<std::string, ProductCreator<MessageProcessor, MessageProcessor * (*)()>,
+    CriticalSectionMutex, bool>);
 
 /// The creation functions of processors by class name, one table for the process. The library registers
 /// "LogFileProcessor"; a program may add its own:
@@ -47,7 +55,7 @@ private:
     static MessageProcessorFactoryBase * CreateSingletonInstance();
 };
 
-extern template class SelfRegistrationFactoryCallBack<MessageProcessorFactoryBase>;
+TSL_EXTERN_TEMPLATE(class SelfRegistrationFactoryCallBack<MessageProcessorFactoryBase>);
 
 /// An observer of this factory, which attaches and detaches itself; see SelfRegistrationFactoryCallBack. A program
 /// derives from it and implements Invoke.

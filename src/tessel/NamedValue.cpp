@@ -34,7 +34,11 @@ NamedValue & NamedValue::operator=(NamedValue const & oSource)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<NamedValue>{};
-template ClassDescription const & Described<NamedValue, Value>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<NamedValue, Value>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 bool NamedValue::IsNull() const
 {

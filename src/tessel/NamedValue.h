@@ -86,6 +86,7 @@ private:
     std::unique_ptr<Value> m_pValue;
 };
 
-extern template ClassDescription const & Described<NamedValue, Value>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<NamedValue, Value>::GetStaticClassDesc();
 
 } // namespace tsl

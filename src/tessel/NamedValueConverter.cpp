@@ -26,12 +26,20 @@ NamedValueConverterLayout::NamedValueConverterLayout(
 
 template<>
 constexpr ClassSource CLASS_SOURCE<NamedValueConverterLayout>{};
-template ClassDescription const &
-Described<NamedValueConverterLayout, ValueConverterLayoutCollection>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<NamedValueConverterLayout, ValueConverterLayoutCollection>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 template<>
 constexpr ClassSource CLASS_SOURCE<NamedValueConverter>{};
-template ClassDescription const & Described<NamedValueConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<NamedValueConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & NamedValueConverter::GetDefaultLayout() const
 {

@@ -24,7 +24,8 @@ public:
     NamedValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<NamedValueConverterLayout, ValueConverterLayoutCollection>::GetStaticClassDesc();
 
 /// The text form of NamedValue, with the identifiers "name" and "value"; others are unknown. "value"
@@ -43,6 +44,7 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const & Described<NamedValueConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<NamedValueConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -23,7 +23,7 @@ namespace tsl
 /// Any thread may call any operation. None waits for an item or for space: the length has no limit, so a queue that
 /// nobody reads grows without end. Send and Receive take constant time.
 template<class T>
-class TSL_EXPORT Pipe
+class TSL_EXPORT_TEMPLATE Pipe
 {
 public:
     Pipe() = default;
@@ -46,7 +46,7 @@ public:
 
 /// Copies an item with its copy constructor. The copy is on the heap; the caller deletes it.
 template<class T>
-class TSL_EXPORT CloneByCopyConstructor
+class TSL_EXPORT_TEMPLATE CloneByCopyConstructor
 {
 public:
     /// What the copy constructor throws reaches the caller.
@@ -56,7 +56,7 @@ public:
 /// Copies an item that derives from Root; the copy has the item's dynamic class. It is on the heap; the caller
 /// deletes it.
 template<class T>
-class TSL_EXPORT CloneByGetCopy
+class TSL_EXPORT_TEMPLATE CloneByGetCopy
 {
 public:
     /// See Root::GetCopy.
@@ -70,7 +70,7 @@ public:
 /// @tparam Mutex has LockRead, LockWrite, UnlockRead and UnlockWrite
 /// @tparam ClonePolicy has a static Clone, which returns a copy of an item on the heap
 template<class T, class Mutex, class ClonePolicy>
-class TSL_EXPORT DefaultPipe : public Pipe<T>
+class TSL_EXPORT_TEMPLATE DefaultPipe : public Pipe<T>
 {
 public:
     /// Makes an empty pipe. The destructor deletes the items that are left.
@@ -125,8 +125,8 @@ private:
     mutable Mutex m_oLock;
 };
 
-extern template class DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>>;
-extern template class DefaultPipe<Message, CriticalSectionMutex, CloneByGetCopy<Message>>;
+TSL_EXTERN_TEMPLATE(class DefaultPipe<String, CriticalSectionMutex, CloneByCopyConstructor<String>>);
+TSL_EXTERN_TEMPLATE(class DefaultPipe<Message, CriticalSectionMutex, CloneByGetCopy<Message>>);
 
 /// A pipe of messages that traces each operation with its name, by the log point "Pipe". The lock is not held while
 /// a trace is written, so the size in it may be out of date.

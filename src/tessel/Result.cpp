@@ -185,7 +185,11 @@ Result & Result::operator=(Result && oSource)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<Result>{};
-template ClassDescription const & Described<Result, Value>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<Result, Value>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverter const & Result::GetConverter() const
 {

@@ -156,7 +156,8 @@ private:
     Private * m = nullptr;
 };
 
-extern template ClassDescription const & Described<Result, Value>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<Result, Value>::GetStaticClassDesc();
 
 /// Make a failure with the source place of the call, and with category 0, with eCategory, or with oPrevious
 /// as by Result::SetPrevious and with its category. A null text counts as "".

@@ -10,8 +10,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ResultConverterLayout>{};
-template ClassDescription const &
-Described<ResultConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ResultConverterLayout, ValueConverterLayout>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // Out of line, so that only the library has the vtable and the type record of the class.
 ResultConverterLayout::~ResultConverterLayout() = default;
@@ -28,7 +31,11 @@ ResultConverterLayout::ResultConverterLayout(ValueString const & sFormat)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ResultConverter>{};
-template ClassDescription const & Described<ResultConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ResultConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & ResultConverter::GetDefaultLayout() const
 {

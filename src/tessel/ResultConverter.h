@@ -24,7 +24,8 @@ public:
     ~ResultConverterLayout() override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ResultConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// The text form of Result, with the identifiers "No", "Text", "Line" and "File"; any other gives
@@ -43,6 +44,7 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const & Described<ResultConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ResultConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -9,7 +9,11 @@ ResultMessage::ResultMessage(Result const & oResult) : m_oResult(oResult) {}
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ResultMessage>{};
-template ClassDescription const & Described<ResultMessage, Message>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ResultMessage, Message>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void ResultMessage::SetResult(Result const & oResult)
 {

@@ -51,7 +51,8 @@ private:
     Result m_oResult;
 };
 
-extern template ClassDescription const & Described<ResultMessage, Message>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ResultMessage, Message>::GetStaticClassDesc();
 
 /// Iterates over the one element of a ResultMessage, which must outlive the iterator. It is used by one thread at a
 /// time. Access outside the element is an assertion failure.

@@ -20,7 +20,7 @@ namespace tsl
 /// The first use creates the object; any thread may be the first. The registry of static objects owns it and
 /// deletes it at the end of the process.
 template<class T>
-class TSL_EXPORT Singleton
+class TSL_EXPORT_TEMPLATE Singleton
 {
 public:
     Singleton(Singleton const &) {}
@@ -34,8 +34,7 @@ public:
     // again.
     [[gnu::noinline]] static ClassDescription const & GetStaticClassDesc()
     {
-        static ClassDescription const & oDescription =
-            DescribeClass<Singleton>(nullptr, ClassDescription::eConcrete, nullptr);
+        static ClassDescription const & oDescription = Private::Describe();
         return oDescription;
     }
 
@@ -54,6 +53,11 @@ protected:
 private:
     struct TSL_HIDDEN Private
     {
+        static ClassDescription const & Describe()
+        {
+            return DescribeClass<Singleton>(nullptr, ClassDescription::eConcrete, nullptr);
+        }
+
         static T * InstanceEx(T * (*fCreator)())
         {
             if (fCreator == nullptr)

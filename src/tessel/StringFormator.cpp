@@ -7,7 +7,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<StringFormator>{};
-template ClassDescription const & Described<StringFormator, Root>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<StringFormator, Root>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void StringFormator::Format(String const & sSource, String & sTarget) const
 {

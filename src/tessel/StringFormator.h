@@ -45,6 +45,7 @@ private:
     int m_iFlags;
 };
 
-extern template ClassDescription const & Described<StringFormator, Root>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<StringFormator, Root>::GetStaticClassDesc();
 
 } // namespace tsl

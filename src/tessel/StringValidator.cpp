@@ -14,7 +14,11 @@ static Result MakeLengthFailure(char const * sHead, unsigned int iLimit)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<StringValidator>{};
-template ClassDescription const & Described<StringValidator, Root>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<StringValidator, Root>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 Result StringValidator::Validate(String const & s) const
 {

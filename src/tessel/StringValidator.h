@@ -46,6 +46,7 @@ private:
     unsigned int m_iMaximum = 0;
 };
 
-extern template ClassDescription const & Described<StringValidator, Root>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<StringValidator, Root>::GetStaticClassDesc();
 
 } // namespace tsl

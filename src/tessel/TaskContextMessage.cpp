@@ -5,7 +5,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<TaskContextMessage>{};
-template ClassDescription const & Described<TaskContextMessage, Message>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<TaskContextMessage, Message>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 TaskContextMessage * TaskContextMessage::GetClone() const
 {

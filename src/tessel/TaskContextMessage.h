@@ -71,7 +71,8 @@ private:
     bool m_bEnabled = false;
 };
 
-extern template ClassDescription const & Described<TaskContextMessage, Message>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<TaskContextMessage, Message>::GetStaticClassDesc();
 
 /// Iterates over copies of the elements that a TaskContextMessage has at the time of construction; "Enabled" is 1
 /// or 0. One thread at a time uses it. Access outside the elements is an assertion failure.

@@ -3,6 +3,27 @@
 namespace tsl
 {
 
+template<>
+ClassDescription const & Singleton<TaskFactoryBase>::GetStaticClassDesc()
+{
+    static ClassDescription const & oDescription = Private::Describe();
+    return oDescription;
+}
+
+template<>
+TaskFactoryBase & Singleton<TaskFactoryBase>::Instance(TaskFactoryBase * (*fCreator)())
+{
+    static TaskFactoryBase & oObject = *RegisterSingletonObject(Private::InstanceEx(fCreator));
+    return oObject;
+}
+
+template<>
+TaskFactoryBase & TaskFactoryBase::Instance(TaskFactoryBase * (*fCreator)())
+{
+    static TaskFactoryBase & oRef = Singleton<TaskFactoryBase>::Instance(fCreator);
+    return oRef;
+}
+
 template class Singleton<TaskFactoryBase>;
 template class Factory<int, ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>,
     CriticalSectionMutex, bool>;

@@ -24,9 +24,15 @@ public:
 using TaskFactoryBase =
     Factory<int, ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>, CriticalSectionMutex, bool>;
 
-extern template class Singleton<TaskFactoryBase>;
-extern template class Factory<int, ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>,
-    CriticalSectionMutex, bool>;
+template<>
+TSL_EXPORT ClassDescription const & Singleton<TaskFactoryBase>::GetStaticClassDesc();
+template<>
+TSL_EXPORT TaskFactoryBase & Singleton<TaskFactoryBase>::Instance(TaskFactoryBase * (*fCreator)());
+template<>
+TSL_EXPORT TaskFactoryBase & TaskFactoryBase::Instance(TaskFactoryBase * (*fCreator)());
+TSL_EXTERN_TEMPLATE(class Singleton<TaskFactoryBase>);
+TSL_EXTERN_TEMPLATE(class Factory<int, ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>,
+    CriticalSectionMutex, bool>);
 
 /// The creation functions of tasks by id, for all machines of the process. A program registers its tasks under ids
 /// from 0 on; the library registers Task::TASK_FINE.
@@ -47,7 +53,7 @@ private:
     static TaskFactoryBase * CreateSingletonInstance();
 };
 
-extern template class SelfRegistrationFactoryCallBack<TaskFactoryBase>;
+TSL_EXTERN_TEMPLATE(class SelfRegistrationFactoryCallBack<TaskFactoryBase>);
 
 /// An observer of this factory, which attaches and detaches itself; see SelfRegistrationFactoryCallBack. A program
 /// derives from it and implements Invoke.

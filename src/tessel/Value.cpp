@@ -7,7 +7,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<Value>{};
-template ClassDescription const & Described<Value, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<Value, Root, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // Out of line, so that the vtable and the type_info of the class are in the library only.
 ClassDescription const & Value::GetClassDesc() const

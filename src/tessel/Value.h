@@ -60,7 +60,7 @@ protected:
     virtual eCompare DoCompareTo(Value const & oOther) const = 0;
 };
 
-extern template ClassDescription const &
-Described<Value, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<Value, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

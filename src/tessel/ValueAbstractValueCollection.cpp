@@ -14,8 +14,12 @@ using Iterator = std::unique_ptr<AbstractConstIterator<Value>>;
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueAbstractValueCollection>{};
-template ClassDescription const &
-Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void ValueAbstractValueCollection::DoCopy(Root const & oSource)
 {

@@ -51,7 +51,8 @@ protected:
     ValueAbstractValueCollection & operator=(ValueAbstractValueCollection const &) = default;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueAbstractValueCollection, Value, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -48,13 +48,21 @@ ValueAbstractValueCollectionConverterLayout::ValueAbstractValueCollectionConvert
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueAbstractValueCollectionConverterLayout>{};
-template ClassDescription const & Described<ValueAbstractValueCollectionConverterLayout,
-    ValueConverterLayoutCollection, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueAbstractValueCollectionConverterLayout,
+    ValueConverterLayoutCollection, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueAbstractValueCollectionConverter>{};
-template ClassDescription const &
-Described<ValueAbstractValueCollectionConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<ValueAbstractValueCollectionConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & ValueAbstractValueCollectionConverter::GetDefaultLayout() const
 {

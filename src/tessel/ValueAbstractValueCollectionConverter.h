@@ -28,7 +28,8 @@ public:
     ValueAbstractValueCollectionConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
 };
 
-extern template ClassDescription const & Described<ValueAbstractValueCollectionConverterLayout,
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueAbstractValueCollectionConverterLayout,
     ValueConverterLayoutCollection, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 /// The text form of a collection. The one identifier is "dump", all elements as in "(1,2,3)"; it needs a
@@ -48,7 +49,8 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueAbstractValueCollectionConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

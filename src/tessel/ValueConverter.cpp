@@ -111,8 +111,11 @@ Result CutStandard(ValueString & sText, Value const & oValue, ValueConverterLayo
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueConverter>{};
-template ClassDescription const &
-Described<ValueConverter, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueConverter, Root, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void ValueConverter::DoCopy(Root const &) {}
 

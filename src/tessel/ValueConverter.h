@@ -78,7 +78,8 @@ private:
     struct Private;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueConverter, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -49,8 +49,12 @@ ValueConverterLayout::Private ValueConverterLayout::Private::MakePlan(std::strin
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueConverterLayout>{};
-template ClassDescription const &
-Described<ValueConverterLayout, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const &
+Described<ValueConverterLayout, Root, ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void ValueConverterLayout::DoCopy(Root const & oSource)
 {

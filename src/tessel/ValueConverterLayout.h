@@ -84,7 +84,8 @@ private:
     Private m_oPlan;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueConverterLayout, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

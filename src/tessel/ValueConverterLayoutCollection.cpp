@@ -82,8 +82,12 @@ ValueConverterLayoutCollection & ValueConverterLayoutCollection::operator=(
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueConverterLayoutCollection>{};
-template ClassDescription const & Described<ValueConverterLayoutCollection, ValueConverterLayout,
-    ClassDescription::eAbstract>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueConverterLayoutCollection, ValueConverterLayout,
+    ClassDescription::eAbstract>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayoutCollection::~ValueConverterLayoutCollection() = default;
 

@@ -61,7 +61,8 @@ private:
     std::unique_ptr<Private> m;
 };
 
-extern template ClassDescription const & Described<ValueConverterLayoutCollection, ValueConverterLayout,
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueConverterLayoutCollection, ValueConverterLayout,
     ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -42,7 +42,11 @@ void ValueDateTime::SetElements(DateTimeElements const & oElements)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueDateTime>{};
-template ClassDescription const & Described<ValueDateTime, Value>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueDateTime, Value>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverter const & ValueDateTime::GetConverter() const
 {

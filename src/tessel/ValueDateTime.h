@@ -81,7 +81,8 @@ private:
     bool m_bNull = true;
 };
 
-extern template ClassDescription const & Described<ValueDateTime, Value>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueDateTime, Value>::GetStaticClassDesc();
 
 /// Compare as ValueDateTime::Compare. A DateTime may be used for either operand.
 inline bool operator==(ValueDateTime const & oLeft, ValueDateTime const & oRight)

@@ -15,15 +15,22 @@ ValueDateTimeConverterLayout::ValueDateTimeConverterLayout(ValueString const & s
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueDateTimeConverterLayout>{};
-template ClassDescription const &
-Described<ValueDateTimeConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueDateTimeConverterLayout, ValueConverterLayout>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // Out of line, so that only the library has the vtable and the type record of the class.
 ValueDateTimeConverterLayout::~ValueDateTimeConverterLayout() = default;
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueDateTimeConverter>{};
-template ClassDescription const & Described<ValueDateTimeConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueDateTimeConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & ValueDateTimeConverter::GetDefaultLayout() const
 {

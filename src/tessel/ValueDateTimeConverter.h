@@ -23,7 +23,8 @@ public:
     ~ValueDateTimeConverterLayout() override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueDateTimeConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// The text form of ValueDateTime, which shows nothing of the moment: every identifier but the standard
@@ -46,7 +47,7 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const &
-Described<ValueDateTimeConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueDateTimeConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -23,7 +23,11 @@ ValueFloat32 & ValueFloat32::operator=(float const & fValue)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueFloat32>{};
-template ClassDescription const & Described<ValueFloat32, Value>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueFloat32, Value>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void ValueFloat32::SetNull()
 {

@@ -80,7 +80,8 @@ private:
     bool m_bNull = true;
 };
 
-extern template ClassDescription const & Described<ValueFloat32, Value>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueFloat32, Value>::GetStaticClassDesc();
 
 /// Neither operand may be null, and the result never is. A float may be used for either operand, here and in
 /// the comparisons.

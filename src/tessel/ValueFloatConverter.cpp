@@ -34,8 +34,11 @@ ValueFloatConverterLayout::ValueFloatConverterLayout(ValueString const & sFormat
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueFloatConverterLayout>{};
-template ClassDescription const &
-Described<ValueFloatConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueFloatConverterLayout, ValueConverterLayout>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void ValueFloatConverterLayout::SetDecimalPlaces(ValueInt32 const & iDecimalPlaces)
 {
@@ -63,7 +66,11 @@ ValueFloatConverter::ValueFloatConverter() = default;
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueFloatConverter>{};
-template ClassDescription const & Described<ValueFloatConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueFloatConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & ValueFloatConverter::GetDefaultLayout() const
 {

@@ -44,7 +44,8 @@ private:
     ValueInt32 m_iDecimalPlaces;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueFloatConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// Text and back for ValueFloat32. Numbers have a decimal point, whatever the locale of the process is.
@@ -73,6 +74,7 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const & Described<ValueFloatConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueFloatConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

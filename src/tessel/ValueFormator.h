@@ -17,7 +17,8 @@ public:
     ~ValueFormator() override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueFormator, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -38,7 +38,11 @@ ValueInt32 & ValueInt32::operator=(int const & iValue)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueInt32>{};
-template ClassDescription const & Described<ValueInt32, Value>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueInt32, Value>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 void ValueInt32::SetNull()
 {

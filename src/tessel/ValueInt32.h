@@ -84,7 +84,8 @@ private:
     bool m_bNull = true;
 };
 
-extern template ClassDescription const & Described<ValueInt32, Value>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueInt32, Value>::GetStaticClassDesc();
 
 /// Arithmetic as with the assigning operators. The right operand may be an int, here and in the comparisons.
 inline ValueInt32 operator+(ValueInt32 oLeft, ValueInt32 const & oRight)

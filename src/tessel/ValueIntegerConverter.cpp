@@ -58,8 +58,11 @@ char const * ParseInteger(std::string_view sText, int & iNumber)
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueIntegerConverterLayout>{};
-template ClassDescription const &
-Described<ValueIntegerConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueIntegerConverterLayout, ValueConverterLayout>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // Out of line, so that only the library has the vtable and the type record of the class.
 ValueIntegerConverterLayout::~ValueIntegerConverterLayout() = default;
@@ -73,7 +76,11 @@ ValueIntegerConverterLayout::ValueIntegerConverterLayout(ValueString const & sFo
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueIntegerConverter>{};
-template ClassDescription const & Described<ValueIntegerConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueIntegerConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & ValueIntegerConverter::GetDefaultLayout() const
 {

@@ -25,7 +25,8 @@ public:
     ~ValueIntegerConverterLayout() override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueIntegerConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// Text and back for ValueInt32.
@@ -50,7 +51,7 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const &
-Described<ValueIntegerConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueIntegerConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -9,7 +9,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueNull>{};
-template ClassDescription const & Described<ValueNull, Value>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueNull, Value>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverter const & ValueNull::GetConverter() const
 {

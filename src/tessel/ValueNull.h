@@ -33,6 +33,7 @@ protected:
     eCompare DoCompareTo(Value const &) const override { return eNotComparable; }
 };
 
-extern template ClassDescription const & Described<ValueNull, Value>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueNull, Value>::GetStaticClassDesc();
 
 } // namespace tsl

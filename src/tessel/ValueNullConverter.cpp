@@ -9,8 +9,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueNullConverterLayout>{};
-template ClassDescription const &
-Described<ValueNullConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueNullConverterLayout, ValueConverterLayout>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // Out of line, so that only the library has the vtable and the type record of the class.
 ValueNullConverterLayout::~ValueNullConverterLayout() = default;
@@ -19,7 +22,11 @@ ValueNullConverterLayout::ValueNullConverterLayout() : Described("") {}
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueNullConverter>{};
-template ClassDescription const & Described<ValueNullConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueNullConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & ValueNullConverter::GetDefaultLayout() const
 {

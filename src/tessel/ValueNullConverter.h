@@ -19,7 +19,8 @@ public:
     ~ValueNullConverterLayout() override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueNullConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// The text form of ValueNull: `tsl::ValueNull::Null().AddAsString(sText)` appends "NULL".
@@ -39,6 +40,7 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const & Described<ValueNullConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueNullConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

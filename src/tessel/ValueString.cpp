@@ -16,7 +16,11 @@ static constexpr char const * NULL_TEXT = "Invalid operation. ValueString is NUL
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueString>{};
-template ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // The source becomes null: std::string leaves a moved-from text with unspecified content.
 ValueString::ValueString(ValueString && sSource) noexcept

@@ -171,7 +171,8 @@ private:
     String m_sText;
 };
 
-extern template ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueString, Value>::GetStaticClassDesc();
 
 /// Compare as ValueString::Compare with the right operand, and with the same requirements. A std::string, a
 /// char const * or a char may also be the left operand.

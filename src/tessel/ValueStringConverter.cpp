@@ -12,8 +12,11 @@ namespace tsl
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueStringConverterLayout>{};
-template ClassDescription const &
-Described<ValueStringConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueStringConverterLayout, ValueConverterLayout>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 // Out of line, so that only the library has the vtable and the type record of the class.
 ValueStringConverterLayout::~ValueStringConverterLayout() = default;
@@ -27,7 +30,11 @@ ValueStringConverterLayout::ValueStringConverterLayout(ValueString const & sForm
 
 template<>
 constexpr ClassSource CLASS_SOURCE<ValueStringConverter>{};
-template ClassDescription const & Described<ValueStringConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+ClassDescription const & Described<ValueStringConverter, ValueConverter>::GetStaticClassDesc()
+{
+    return TesselDetails::DescriptionOf<Described>::Get();
+}
 
 ValueConverterLayout const & ValueStringConverter::GetDefaultLayout() const
 {

@@ -25,7 +25,8 @@ public:
     ~ValueStringConverterLayout() override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueStringConverterLayout, ValueConverterLayout>::GetStaticClassDesc();
 
 /// The text form of ValueString.
@@ -49,7 +50,7 @@ protected:
         ValueString const & sIdentifier) const override;
 };
 
-extern template ClassDescription const &
-Described<ValueStringConverter, ValueConverter>::GetStaticClassDesc();
+template<>
+TSL_EXPORT ClassDescription const & Described<ValueStringConverter, ValueConverter>::GetStaticClassDesc();
 
 } // namespace tsl

@@ -17,7 +17,8 @@ public:
     ~ValueValidator() override;
 };
 
-extern template ClassDescription const &
+template<>
+TSL_EXPORT ClassDescription const &
 Described<ValueValidator, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
 } // namespace tsl
