@@ -12,7 +12,7 @@ struct ForcedEndState;
 /// bus.
 ///
 /// The thread itself writes it without memory barriers, to keep locks fast (R02, R06). A reader first
-/// executes a barrier on all threads of the process (ShowStores in posix/ThreadPresence.cpp).
+/// executes a barrier on all threads of the process (ShowStores in ThreadList.h).
 struct alignas(64) ThreadPresence
 {
     /// The thread holds a lock of the library or is about to take one. False while it waits for its first

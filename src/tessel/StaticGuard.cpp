@@ -1,5 +1,4 @@
 #include "platform/ForcedEnd.h"
-#include "platform/ThreadPresence.h"
 #include "platform/Waiting.h"
 
 #include <tessel/Export.h>
@@ -40,9 +39,6 @@ bool Acquire(std::atomic<int> & eState)
             return true;
         if (eFound == eMade)
             return false;
-        // The thread that was initialising the object is gone.
-        if (tsl::Presence::AreOthersGone())
-            return true;
         if (eFound == eInMaking
             && !eState.compare_exchange_strong(eFound, eAwaited, std::memory_order_relaxed))
             continue;
