@@ -1,6 +1,7 @@
 #include "platform/ThreadPresence.h"
 
 #include "platform/ForcedEnd.h"
+#include "platform/PlainLock.h"
 #include "platform/ThreadList.h"
 
 #include <algorithm>
@@ -26,7 +27,7 @@ constexpr int REMOVE_INTERVAL = 64;
 /// All threads that have ever held a lock of the library, except for those that are known to have ended.
 struct List
 {
-    std::atomic<bool> bLocked{false};
+    Platform::PlainLock oLock;
     std::uint64_t iLastThread = 0;
     int iLastLiving = 0;
 
@@ -198,13 +199,12 @@ private:
 
 void LockList()
 {
-    while (g_oList.bLocked.exchange(true, std::memory_order_acquire))
-        std::this_thread::yield();
+    g_oList.oLock.lock();
 }
 
 void UnlockList()
 {
-    g_oList.bLocked.store(false, std::memory_order_release);
+    g_oList.oLock.unlock();
 }
 
 std::uint64_t GetLastThread()

@@ -2,6 +2,7 @@
 
 #include "platform/Files.h"
 #include "platform/ForcedEnd.h"
+#include "platform/PlainLock.h"
 #include "platform/Stack.h"
 
 #include <algorithm>
@@ -92,7 +93,7 @@ private:
     std::uint64_t m_iLastNumber = 0;
 };
 
-constinit std::mutex g_oGraphLock;
+constinit Platform::PlainLock g_oGraphLock;
 constinit Graph * g_pGraph = nullptr;
 
 [[noreturn]] void Stop(char const * sWhat, Stack const * pEarlier)
@@ -109,8 +110,8 @@ constinit Graph * g_pGraph = nullptr;
     std::abort();
 }
 
-/// Locks the graph. The NoKillScope keeps other threads from forking meanwhile: the graph's lock is a
-/// std::mutex, which would stay locked in the child.
+/// Locks the graph. The NoKillScope keeps other threads from forking meanwhile: the graph's lock would stay
+/// locked in the child.
 class GraphScope
 {
 public:
@@ -122,7 +123,7 @@ public:
 
 private:
     NoKillScope m_oScope;
-    std::lock_guard<std::mutex> m_oLock{g_oGraphLock};
+    std::lock_guard<Platform::PlainLock> m_oLock{g_oGraphLock};
 };
 
 void AddOrder(std::uint64_t iHeld, std::uint64_t iWanted)

@@ -2,6 +2,7 @@
 
 #include "LockTrial.h"
 #include "platform/Clock.h"
+#include "platform/PlainLock.h"
 #include "platform/Processor.h"
 
 #include <tessel/Exception.h>
@@ -35,7 +36,7 @@ constexpr int PAUSE_BETWEEN_TRIALS = 1; // milliseconds
 constexpr int LONGEST_CHAIN = 10'000;
 
 /// Protects m_pWantedByWalker of all lists.
-constinit std::mutex g_oWanted;
+constinit Platform::PlainLock g_oWanted;
 
 bool TryForAMoment(CriticalSectionMutex & oLock)
 {
