@@ -32,7 +32,7 @@ int Poll(pollfd * pDescriptors, nfds_t iCount, int iTimeout, bool & bReady)
     for (std::chrono::nanoseconds oLeft = std::chrono::milliseconds(iTimeout);;)
     {
         auto const oSeconds = std::chrono::floor<std::chrono::seconds>(oLeft);
-        timespec const oRest{oSeconds.count(), (oLeft - oSeconds).count()};
+        timespec const oRest{oSeconds.count(), static_cast<long>((oLeft - oSeconds).count())};
         int const iResult = ::ppoll(pDescriptors, iCount, iTimeout < 0 ? nullptr : &oRest, nullptr);
         bReady = iResult > 0;
         if (iResult >= 0 || errno != EINTR)

@@ -47,11 +47,11 @@ constexpr long CHECK_INTERVAL = 50'000;
 // After this many requests without an answer, the thread probably blocks the signal.
 constexpr unsigned int REQUESTS_WITHOUT_ANSWER = 100;
 
-long GetNanoseconds()
+std::int64_t GetNanoseconds()
 {
     timespec oTime = {};
     ::clock_gettime(CLOCK_MONOTONIC, &oTime);
-    return oTime.tv_sec * 1'000'000'000 + oTime.tv_nsec;
+    return std::int64_t{oTime.tv_sec} * 1'000'000'000 + oTime.tv_nsec;
 }
 
 EndObstacle FindObstacleAt(std::uintptr_t iInstruction, StackPlace::EWait eWait)
@@ -115,12 +115,13 @@ void EndUnless(EndObstacle eObstacle, Thread & oThis)
 }
 
 /// Sets the timer for the next request.
-void AskAgain(Thread & oThis, long iTimeTaken)
+void AskAgain(Thread & oThis, std::int64_t iTimeTaken)
 {
     long const iInterval = oThis.iInterval.load(std::memory_order_relaxed);
     oThis.iInterval.store(
         std::min(iInterval + ASKING_INTERVAL_GROWTH, ASKING_INTERVAL_MAX), std::memory_order_relaxed);
-    oThis.oTimer.Send(std::clamp(iTimeTaken * ASKING_INTERVAL_FACTOR, iInterval, 999'999'999L));
+    oThis.oTimer.Send(static_cast<long>(
+        std::clamp<std::int64_t>(iTimeTaken * ASKING_INTERVAL_FACTOR, iInterval, 999'999'999)));
 }
 
 /// Creates a timer for the chosen signal, if there is one.
@@ -165,7 +166,7 @@ void EndIfAsked(int, siginfo_t *, void * pContext)
 
     // The interrupted code may be about to read errno.
     int const iError = errno;
-    long const iBegin = GetNanoseconds();
+    std::int64_t const iBegin = GetNanoseconds();
     EndUnless(FindObstacleInHandler(pContext), *pThis);
     t_oForcedEnd.bWanted.store(true, std::memory_order_relaxed);
     AskAgain(*pThis, GetNanoseconds() - iBegin);

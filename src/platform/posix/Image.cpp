@@ -20,7 +20,7 @@ constexpr std::string_view RUNTIME_FILES[] = {"ld-", "ld.", "libasan.", "libatom
     "libc.", "libc_malloc", "libclang_rt.", "libdl.", "libdl-", "libgcc_s.", "libgomp.", "libhwasan.",
     "libjemalloc", "liblsan.", "libmimalloc", "libnsl.", "libnss_", "libomp.", "libpthread", "libresolv",
     "librt.", "librt-", "libstdc++", "libtbbmalloc", "libtcmalloc", "libtsan.", "libubsan.", "libunwind",
-    "linux-vdso"};
+    "linux-gate", "linux-vdso"};
 
 // An image that exports one of these has an allocator or a runtime library linked into it.
 constexpr ExportedName RUNTIME_NAMES[] = {"malloc", "free", "__cxa_throw", "__cxa_allocate_exception",
@@ -31,7 +31,11 @@ constexpr ExportedName ALLOCATORS[] = {"_Znwm", "_ZnwmRKSt9nothrow_t", "_ZnwmSt1
     "_ZnwmSt11align_val_tRKSt9nothrow_t", "_Znam", "_ZnamRKSt9nothrow_t", "_ZnamSt11align_val_t",
     "_ZnamSt11align_val_tRKSt9nothrow_t", "_ZdlPv", "_ZdlPvm", "_ZdlPvRKSt9nothrow_t",
     "_ZdlPvSt11align_val_t", "_ZdlPvmSt11align_val_t", "_ZdaPv", "_ZdaPvm", "_ZdaPvRKSt9nothrow_t",
-    "_ZdaPvSt11align_val_t", "_ZdaPvmSt11align_val_t"};
+    "_ZdaPvSt11align_val_t", "_ZdaPvmSt11align_val_t",
+    // of 32 bit
+    "_Znwj", "_ZnwjRKSt9nothrow_t", "_ZnwjSt11align_val_t", "_ZnwjSt11align_val_tRKSt9nothrow_t", "_Znaj",
+    "_ZnajRKSt9nothrow_t", "_ZnajSt11align_val_t", "_ZnajSt11align_val_tRKSt9nothrow_t", "_ZdlPvj",
+    "_ZdlPvjSt11align_val_t", "_ZdaPvj", "_ZdaPvjSt11align_val_t"};
 
 /// The hash table of the symbols that an image exports (DT_GNU_HASH), as the loader uses it.
 class ExportTable

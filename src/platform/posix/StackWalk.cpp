@@ -11,27 +11,35 @@ namespace
 {
 
 // Functions of the runtime libraries that only wait, also as the sanitizers wrap them. A thread that ends in
-// one of them loses only what it waited for. Read-write locks and barriers are missing: they count the
+// one of them loses only what it waited for. Where time has 64 bits on a processor of 32 bit, some have names of their
+// own. Read-write locks and barriers are missing: they count the
 // waiting threads and would still count one that has ended.
 constexpr ExportedName WAITS[] = {
     // for time
     "nanosleep", "clock_nanosleep", "sleep", "usleep", "thrd_sleep",
     "_ZNSt11this_thread11__sleep_forENSt6chrono8durationIlSt5ratioILl1ELl1EEEENS1_IlS2_ILl1ELl1000000000EEEE",
+    "_ZNSt11this_thread11__sleep_forENSt6chrono8durationIxSt5ratioILx1ELx1EEEENS1_IxS2_ILx1ELx1000000000EEEE",
+    "__nanosleep64", "__clock_nanosleep_time64", "__thrd_sleep64",
     // for input and output
     "read", "__read_chk", "pread", "pread64", "__pread_chk", "__pread64_chk", "readv", "write", "pwrite",
     "pwrite64", "writev", "recv", "__recv_chk", "recvfrom", "__recvfrom_chk", "recvmsg", "send", "sendto",
     "sendmsg", "accept", "accept4", "connect", "open", "open64", "openat", "openat64", "__open_2",
     "__open64_2", "poll", "__poll_chk", "ppoll", "__ppoll_chk", "select", "pselect", "epoll_wait",
     "epoll_pwait", "epoll_pwait2", "flock", "lockf", "lockf64", "fcntl", "fcntl64", "msgrcv", "msgsnd",
-    "semop", "semtimedop", "mq_receive", "mq_timedreceive", "mq_send", "mq_timedsend",
+    "semop", "semtimedop", "mq_receive", "mq_timedreceive", "mq_send", "mq_timedsend", "__recvmsg64",
+    "__sendmsg64", "__fcntl_time64", "__ppoll64", "__ppoll64_chk", "__select64", "__pselect64",
+    "__semtimedop64", "__mq_timedreceive_time64", "__mq_timedsend_time64",
     // for signals and children
     "pause", "sigsuspend", "sigwait", "sigwaitinfo", "sigtimedwait", "wait", "wait3", "wait4", "waitpid",
-    "waitid",
+    "waitid", "__sigtimedwait64", "__wait3_time64", "__wait4_time64",
     // for other threads
     "syscall", "pthread_mutex_lock", "pthread_mutex_timedlock", "pthread_mutex_clocklock",
     "pthread_cond_wait", "pthread_cond_timedwait", "pthread_cond_clockwait", "pthread_join",
     "pthread_timedjoin_np", "pthread_clockjoin_np", "sem_wait", "sem_timedwait", "sem_clockwait", "mtx_lock",
     "mtx_timedlock", "cnd_wait", "cnd_timedwait", "thrd_join", "__cxa_guard_acquire", "_ZNSt6thread4joinEv",
+    "__pthread_mutex_timedlock64", "__pthread_mutex_clocklock64", "__pthread_cond_timedwait64",
+    "__pthread_cond_clockwait64", "__pthread_timedjoin_np64", "__pthread_clockjoin_np64", "__sem_timedwait64",
+    "__sem_clockwait64", "__mtx_timedlock64", "__cnd_timedwait64",
     "_ZNSt18condition_variable4waitERSt11unique_lockISt5mutexE",
     "_ZNSt28__atomic_futex_unsigned_base19_M_futex_wait_untilEPjjbNSt6chrono8durationIlSt5ratioILl1ELl1EEEE"
     "NS2_IlS3_ILl1ELl1000000000EEEE",
