@@ -27,7 +27,7 @@ struct TaskEngine
 
     /// The current task of a machine, null before its first step. The reference holds until the machine is copied,
     /// which the program may do in any call.
-    static std::unique_ptr<Task> & GetCurrentTask(TaskProcessor & oMachine)
+    static std::unique_ptr<Task> & GetCurrentTask(TaskProcessor const & oMachine)
     {
         return oMachine.m->pCurrentTask;
     }

@@ -24,6 +24,11 @@ MessageFilter const & TaskProcessor::GetDefinedInputFilter() const
     XAssertionFailed("false", "Unexpected");
 }
 
+Task const * TaskProcessor::GetCurrentTask() const
+{
+    return TaskEngine::GetCurrentTask(*this).get();
+}
+
 int TaskProcessor::DoProcess()
 {
     TaskContext & oContext = TaskEngine::GetContext(*this);

@@ -49,6 +49,10 @@ public:
     /// that the factory makes for an id must return that id from GetTaskID.
     virtual TaskTransitionList const & GetTaskTransitionList() const = 0;
 
+    /// The task that the next step continues with, or the last one of a machine that has ended; null before the first
+    /// step. The pointer holds until the next step. Only for the thread that runs the machine.
+    Task const * GetCurrentTask() const;
+
 protected:
     /// The topmost machine has no parent, a null pointer.
     TaskProcessor(String const & sName, TaskProcessor * pParent);

@@ -31,6 +31,10 @@ public:
     /// Returns false for a result without a transition; iNextTaskId is then unchanged.
     bool GetNextTaskId(int iResultId, int & iNextTaskId) const;
 
+    /// Each result and its destination, in the order in which the results were first added. The reference holds as
+    /// long as the object.
+    std::vector<std::pair<int, int>> const & GetPairs() const { return m_vPairs; }
+
 private:
     /// Returns whether the result is there. iIndex becomes its index, or the number of pairs.
     bool FindResult(int iResultId, unsigned int & iIndex) const;
@@ -67,6 +71,10 @@ public:
 
     /// Returns false without such a transition; iNextTaskId is then unchanged.
     bool GetNextTaskId(int iSourceTaskId, int iResultId, int & iNextTaskId) const;
+
+    /// Each source task and its transitions, in the order in which the tasks were first added. The reference holds as
+    /// long as the table.
+    std::vector<std::pair<int, TaskTransition>> const & GetTasks() const { return m_vTasks; }
 
 protected:
     /// Returns whether the task is there. iIndex becomes its index, or the number of tasks.
