@@ -97,10 +97,13 @@ endfunction()
 function(tessel_install)
   install(TARGETS ${ARGN} EXPORT TesselTargets
     LIBRARY COMPONENT Tessel_runtime NAMELINK_COMPONENT Tessel_dev
+    ARCHIVE COMPONENT Tessel_dev
+    # Programs that only libraries start.
+    RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/tessel COMPONENT Tessel_dev
     FILE_SET HEADERS COMPONENT Tessel_dev)
   install(EXPORT TesselTargets NAMESPACE Tessel:: DESTINATION ${TESSEL_PACKAGE_DIR} COMPONENT Tessel_dev)
 
-  set(TESSEL_COMPONENTS ${ARGN})
+  set(TESSEL_COMPONENTS Tessel PatternMatcher Kit)
   configure_package_config_file(cmake/TesselConfig.cmake.in TesselConfig.cmake
     INSTALL_DESTINATION ${TESSEL_PACKAGE_DIR}
     NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)

@@ -17,8 +17,8 @@ using Clock = std::chrono::steady_clock;
 
 void Start(Child & oChild)
 {
-    ASSERT_TRUE(oChild.Run(oChild.iProcessId).IsOk());
-    ASSERT_GT(oChild.iProcessId, 0);
+    ASSERT_TRUE(oChild.Start().IsOk());
+    ASSERT_GT(oChild.GetProcessId(), 0);
 }
 
 /// What the child writes to its standard output, each line with an end.
@@ -105,9 +105,9 @@ TEST(ChildCommands, OfLessThan1024CharactersAreAccepted)
     EXPECT_EQ(oChild.GetExitCode(), 7);
 
     oChild.SetCommand(oChild.GetCommand() + " ");
-    EXPECT_EQ(Tell(oChild.Run(oChild.iProcessId)),
-        "2 Invalid CommandLine. CommandLine exceeds maximal length of 1024 chars.");
-    EXPECT_EQ(oChild.iProcessId, 0);
+    EXPECT_EQ(
+        Tell(oChild.Start()), "2 Invalid CommandLine. CommandLine exceeds maximal length of 1024 chars.");
+    EXPECT_EQ(oChild.GetProcessId(), 0);
 }
 
 TEST(ChildStart, FailsWithTheErrorOfTheSystem)
@@ -115,14 +115,14 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
     TestProgram const oFolder("Child");
     oFolder.WriteFile("plain", "no program");
     oFolder.WriteFile("broken", "no program");
-    std::filesystem::permissions(oFolder.GetFolder() / "broken", std::filesystem::perms::owner_all);
+    std::filesystem::permissions(oFolder.GetPath() / "broken", std::filesystem::perms::owner_all);
     Rows<std::string, int> aRows = {
         {"", ENOENT},
         {"no_such_program", ENOENT},
-        {oFolder.GetFolder(), EACCES},
-        {oFolder.GetFolder() / "plain", EACCES},
-        {oFolder.GetFolder() / "plain/x", ENOTDIR},
-        {oFolder.GetFolder() / "broken", ENOEXEC},
+        {oFolder.GetPath(), EACCES},
+        {oFolder.GetPath() / "plain", EACCES},
+        {oFolder.GetPath() / "plain/x", ENOTDIR},
+        {oFolder.GetPath() / "broken", ENOEXEC},
     };
     Resources const oBefore;
     for (auto const & [sCommand, iError] : aRows)
@@ -131,11 +131,11 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
             SCOPED_TRACE(testing::Message() << sCommand << " in mode " << iMode);
             Child oChild("", iMode);
             oChild.SetCommand(sCommand);
-            Result const oResult = oChild.Run(oChild.iProcessId);
+            Result const oResult = oChild.Start();
             if (iError == ENOEXEC && iMode & CmdLine::eModeSuspended)
             {
                 // The system looks into the file when the child is continued.
-                ::kill(oChild.iProcessId, SIGCONT);
+                ::kill(oChild.GetProcessId(), SIGCONT);
                 EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitTerminated);
                 EXPECT_EQ(oChild.GetExitCode(), 127);
                 continue;
@@ -143,7 +143,7 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
             EXPECT_EQ(Tell(oResult), "10 Error while creating process. <- " + Tell(OS::FormatError(iError))
                                          + " <- " + std::to_string(iError) + " The command is '" + sCommand
                                          + "'.");
-            EXPECT_EQ(oChild.iProcessId, 0);
+            EXPECT_EQ(oChild.GetProcessId(), 0);
             EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
         }
 
@@ -151,8 +151,8 @@ TEST(ChildStart, FailsWithTheErrorOfTheSystem)
     {
         NoMoreThreads const oScope;
         Child oChild("hang", iMode);
-        EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 10) << "no reader can be started";
-        EXPECT_EQ(oChild.iProcessId, 0);
+        EXPECT_EQ(oChild.Start().GetErrorCode(), 10) << "no reader can be started";
+        EXPECT_EQ(oChild.GetProcessId(), 0);
         EXPECT_EQ(oChild.WaitTermination(), CmdLine::eWaitFailed);
     }
     oBefore.ExpectTheSame();
@@ -181,7 +181,7 @@ TEST(ChildStart, HandsOverThreeStreamsAndFreshSignals)
             if (iMode & CmdLine::eModeSuspended)
             {
                 EXPECT_EQ(pChild->WaitTermination(50), CmdLine::eWaitTimeout) << "it is suspended";
-                ::kill(pChild->iProcessId, SIGCONT);
+                ::kill(pChild->GetProcessId(), SIGCONT);
             }
         EXPECT_EQ(ReadOutput(oChild), "0 1 2 \nmember\n") << iMode;
         EXPECT_EQ(ReadOutput(oDetached), "leader\n") << iMode;
@@ -207,7 +207,7 @@ TEST(ChildStart, WorksInAProgramWithClosedStreamsOrIgnoredChildren)
             sOutcome.replace(4, 2, "7");
         EXPECT_EQ(sOutcome, "0 1 7\nout one\n0 1 2 \nerr two\n") << sPreparation;
         for (char const * sLine : {"CmdLine STDOUT: one\n", "CmdLine STDERR: two\n"})
-            EXPECT_TRUE(Contains(ReadLog(oProgram), sLine));
+            EXPECT_TRUE(Contains(oProgram.ReadLog(), sLine));
     }
 }
 
@@ -221,7 +221,7 @@ TEST(ChildStart, IsPossibleOnManyThreadsAtOnce)
                 Child oChild("descriptors exit " + std::to_string(iThread), WITH_READERS);
                 Start(oChild);
                 oChild.WaitTermination();
-                EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "0 1 2 \n");
+                EXPECT_EQ(oChild.TakeOutput(), "0 1 2 \n");
                 EXPECT_EQ(oChild.GetExitCode(), iThread);
             }
         });
@@ -250,8 +250,8 @@ TEST(ChildEnd, ComesByKillWhateverTheChildDoesAndReleasesAllResources)
     {
         Child oChild("out ready\\n " + sActions, WITH_READERS);
         Start(oChild);
-        EXPECT_EQ(oChild.Run(oChild.iProcessId).GetErrorCode(), 3);
-        EXPECT_TRUE(WaitUntil([&] { return TakeLines(oChild, &CmdLine::ReceiveStdOut) == "ready\n"; }));
+        EXPECT_EQ(oChild.Start().GetErrorCode(), 3);
+        EXPECT_TRUE(WaitUntil([&] { return oChild.TakeOutput() == "ready\n"; }));
 
         EXPECT_EQ(oChild.WaitTermination(30), CmdLine::eWaitTimeout);
         EXPECT_EQ(oChild.WaitTermination(0), CmdLine::eWaitTimeout);
@@ -376,8 +376,8 @@ TEST(ChildStreams, GiveTheLinesThatHaveEnded)
         oChild.SetBufferSize(iBufferSize);
         Start(oChild);
         EXPECT_TRUE(WaitUntil([&] { return !oChild.IsRunning(); })) << "and its streams are read";
-        EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdOut), "one\ntwo\nthree\n");
-        EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdErr), "1\n2\n");
+        EXPECT_EQ(oChild.TakeOutput(), "one\ntwo\nthree\n");
+        EXPECT_EQ(oChild.TakeErrors(), "1\n2\n");
         EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut).IsOk()) << "a thread has read it";
 
         // Lines of the next run queue after those of this one.
@@ -386,7 +386,7 @@ TEST(ChildStreams, GiveTheLinesThatHaveEnded)
         oChild.SetMode(CmdLine::eModeRedirect);
         EXPECT_EQ(RunAndRead(oChild), "one\ntwo\nthree\none\ntwo\nthree\n");
         EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdErr).IsOk());
-        EXPECT_EQ(TakeLines(oChild, &CmdLine::ReceiveStdErr), "1\n2\n1\n2\n");
+        EXPECT_EQ(oChild.TakeErrors(), "1\n2\n1\n2\n");
     }
 }
 
@@ -409,7 +409,7 @@ TEST(ChildStreams, LoseNothingInTheModeOfLineFeeds)
             for (bool bRunning = true; bRunning;)
             {
                 bRunning = oChild.IsRunning();
-                sTaken += TakeLines(oChild, &CmdLine::ReceiveStdOut);
+                sTaken += oChild.TakeOutput().s_str();
             }
             EXPECT_EQ(sTaken, sLines) << iLimit << ' ' << iBufferSize;
         }
@@ -422,7 +422,7 @@ TEST(ChildStreams, HoldTheChildBackAtTheUnreadLimit)
     Start(oChild);
     // Nobody reads: what the pipe and the queue take is written, and no more.
     EXPECT_EQ(oChild.WaitTermination(200), CmdLine::eWaitTimeout);
-    std::size_t iBytes = TakeLines(oChild, &CmdLine::ReceiveStdErr).size();
+    std::size_t iBytes = oChild.TakeErrors().GetLength();
     EXPECT_LT(iBytes, 100'000u);
 
     for (bool bRunning = true; bRunning;)
@@ -439,9 +439,7 @@ TEST(ChildStreams, HoldTheChildBackAtTheUnreadLimit)
     Start(oChild);
     EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdErr).IsOk());
     EXPECT_TRUE(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut).IsOk());
-    EXPECT_GE(
-        TakeLines(oChild, &CmdLine::ReceiveStdOut).size() + TakeLines(oChild, &CmdLine::ReceiveStdErr).size(),
-        2'000'000u);
+    EXPECT_GE(oChild.TakeOutput().GetLength() + oChild.TakeErrors().GetLength(), 2'000'000u);
 }
 
 TEST(ChildStreams, CannotBeReadWithoutChildOrRedirection)
@@ -461,8 +459,7 @@ TEST(ChildStreams, LoseNothingOfMuchOutput)
     for (bool bRunning = true; bRunning;)
     {
         bRunning = oChild.IsRunning();
-        iBytes += TakeLines(oChild, &CmdLine::ReceiveStdOut).size()
-                  + TakeLines(oChild, &CmdLine::ReceiveStdErr).size();
+        iBytes += oChild.TakeOutput().GetLength() + oChild.TakeErrors().GetLength();
     }
     EXPECT_GE(iBytes, 20'000'000u);
     Child oPlain("line 3000000");

@@ -59,7 +59,7 @@ protected:
         return sText;
     }
 
-    std::string GetPath() const { return m_oFolder.GetFolder() / "test.ini"; }
+    std::string GetPath() const { return m_oFolder.GetPath("test.ini"); }
 
     TestProgram const m_oFolder{"Reporter"};
     IniFile m_oIni;
@@ -124,9 +124,9 @@ TEST_F(IniFiles, HaveTheirLongLinesCut)
 
 TEST_F(IniFiles, AreRefusedAtOnceIfTheyAreNotRegular)
 {
-    std::string const sPipe = m_oFolder.GetFolder() / "pipe";
+    std::string const sPipe = m_oFolder.GetPath("pipe");
     ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
-    for (std::string const & sName : {(m_oFolder.GetFolder() / "absent").string(), sPipe, "/dev/zero"s})
+    for (std::string const & sName : {m_oFolder.GetPath("absent"), sPipe, "/dev/zero"s})
     {
         Result const oResult = m_oIni.Open(sName);
         EXPECT_TRUE(Show(oResult).starts_with("5 Error while opening file '" + sName + "'. <- ")) << sName;
@@ -226,7 +226,7 @@ TEST_F(IniFiles, MustBeOpenForQueries)
 TEST(ApplicationIniLimit, IsReportedLikeAReadError)
 {
     TestProgram const oProgram("Reporter");
-    std::filesystem::path const oIni = oProgram.GetFolder() / "Reporter.ini";
+    std::filesystem::path const oIni = oProgram.GetPath() / "Reporter.ini";
     oProgram.WriteFile("Reporter.ini", "[A]\n");
     std::filesystem::resize_file(oIni, 64 * 1024 * 1024);
     EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "1 chapters\n");

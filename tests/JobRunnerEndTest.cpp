@@ -103,7 +103,7 @@ TEST(JobRunnerOutput, ReachesLogAndScreenAsItWasWritten)
 TEST(JobRunnerOutput, IsMissedIfTheLogCannotBeWritten)
 {
     JobRunner const oRunner("[Job/a]\nCommand=%\n");
-    std::filesystem::create_symlink("/dev/full", oRunner.GetFolder() / "Logfile.txt");
+    std::filesystem::create_symlink("/dev/full", oRunner.GetPath() / "Logfile.txt");
     ProgramOutcome const oOutcome = oRunner.Run();
     EXPECT_EQ(oOutcome.iExitCode, 0);
     EXPECT_TRUE(Contains(oOutcome.sErrors, "Logfile.txt cannot be written"));

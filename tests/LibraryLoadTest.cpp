@@ -15,7 +15,7 @@ TEST(LibraryUnload, LetsReportsComeToNothing)
     ProgramOutcome const oOutcome = oProgram.Run({"late", "debug:in time"});
     EXPECT_EQ(oOutcome.iExitCode, 0);
     EXPECT_EQ(oOutcome.sOutput, "late report\n");
-    EXPECT_EQ(ReadLog(oProgram), "T P DEB Id in time\n");
+    EXPECT_EQ(oProgram.ReadLog(), "T P DEB Id in time\n");
 }
 
 TEST(ProcessEnd, FreesNothingUnderThreadsThatRunOn)

@@ -114,5 +114,5 @@ TEST(Plugins, ShowTheirComingAndGoingInTheLog)
 
     std::string const sLoad = "T P DEB LibraryProxy Load library '" + PLUGIN + ".so'.\n";
     std::string const sUnload = "T P DEB LibraryProxy Unload library '" + PLUGIN + ".so'.\n";
-    EXPECT_EQ(ReadLog(oProgram), sLoad + sUnload + sLoad + sUnload);
+    EXPECT_EQ(oProgram.ReadLog(), sLoad + sUnload + sLoad + sUnload);
 }

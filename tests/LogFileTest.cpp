@@ -41,7 +41,7 @@ TEST(LogFile, ShowsEachKindOfMessage)
     {
         TestProgram const oProgram("Reporter");
         EXPECT_EQ(oProgram.Run({sCommand}).iExitCode, 0) << sCommand;
-        EXPECT_EQ(ReadLog(oProgram), sLog) << sCommand;
+        EXPECT_EQ(oProgram.ReadLog(), sLog) << sCommand;
     }
 }
 
@@ -50,14 +50,14 @@ TEST(LogFile, IsExtendedByWholeLinesWhereItWasOpened)
     TestProgram const oProgram("Reporter");
     oProgram.WriteFile("Logfile.txt", "half");
     oProgram.Run({"debug:a", "cd:..", "debug:b"});
-    EXPECT_EQ(ReadLog(oProgram), "half\nT P DEB Id a\nT P DEB Id b\n");
+    EXPECT_EQ(oProgram.ReadLog(), "half\nT P DEB Id a\nT P DEB Id b\n");
 }
 
 TEST(LogFile, HasWholeLinesFromManyThreadsAndProcesses)
 {
     TestProgram const oProgram("Reporter");
     RunOnThreads(3, [&](int) { EXPECT_EQ(oProgram.Run({"lines:100"}).iExitCode, 0); });
-    std::istringstream oLog(ReadLog(oProgram));
+    std::istringstream oLog(oProgram.ReadLog());
     int iLines = 0;
     for (std::string sLine; std::getline(oLog, sLine); ++iLines)
         ASSERT_TRUE(std::regex_match(sLine, std::regex("T P DEB Id x+<end>"))) << sLine;
@@ -70,7 +70,7 @@ TEST(LogFile, DoesWithoutAFileThatCannotBeOpened)
     EXPECT_EQ(oProgram.Run({"limit:4", "debug:a", "debug:b"}).iExitCode, 0) << "no signal ends it";
     EXPECT_TRUE(oProgram.ReadFile("Logfile.txt").ends_with('\n')) << "nobody can go on with half a line";
 
-    std::string const sLog = oProgram.GetFolder() / "Logfile.txt";
+    std::string const sLog = oProgram.GetPath() / "Logfile.txt";
     std::filesystem::remove(sLog);
     std::filesystem::create_symlink("/dev/full", sLog);
     EXPECT_EQ(oProgram.Run({"debug:a", "result:1"}).iExitCode, 0);
@@ -139,20 +139,20 @@ TEST(Assertions, ReportOnceAndAreThrownAlsoWhereReportingFails)
     TestProgram const oProgram("Reporter");
     std::string const sText = "XAssertion. Expression \"x>0\" failed. \nInfo: \"bad\"";
     EXPECT_EQ(oProgram.Run({"assert"}).sOutput, "6 2 f.cpp 7 0 " + sText + "\n");
-    EXPECT_EQ(ReadLog(oProgram), "T ERR \nHistory 0: Number=6,Text=" + sText + ",File=f.cpp,Line=7\n");
+    EXPECT_EQ(oProgram.ReadLog(), "T ERR \nHistory 0: Number=6,Text=" + sText + ",File=f.cpp,Line=7\n");
     EXPECT_EQ(oProgram.Run({"nested", "debug:after"}).sOutput, "6 2 f.cpp 7 0 " + sText + "\n1 calls\n");
-    EXPECT_TRUE(ReadLog(oProgram).ends_with("T P DEB Id after\n")) << "no lock is left held";
+    EXPECT_TRUE(oProgram.ReadLog().ends_with("T P DEB Id after\n")) << "no lock is left held";
 }
 
 TEST(Assertions, LetTheCancellationOfTheirThreadPass)
 {
     TestProgram const oProgram("Reporter");
     EXPECT_EQ(oProgram.Run({"cancel:20", "debug:after"}).iExitCode, 0);
-    EXPECT_TRUE(ReadLog(oProgram).ends_with("T P DEB Id after\n")) << "no lock is left held";
+    EXPECT_TRUE(oProgram.ReadLog().ends_with("T P DEB Id after\n")) << "no lock is left held";
 
     // With a limit, the log keeps signals away while it writes.
-    std::filesystem::remove(oProgram.GetFolder() / "Logfile.txt");
-    std::filesystem::create_symlink("/dev/null", oProgram.GetFolder() / "Logfile.txt");
+    std::filesystem::remove(oProgram.GetPath() / "Logfile.txt");
+    std::filesystem::create_symlink("/dev/null", oProgram.GetPath() / "Logfile.txt");
     EXPECT_EQ(oProgram.Run({"limit:1000000000", "cancel:100"}).iExitCode, 0);
 }
 
@@ -172,7 +172,7 @@ TEST(LogPoints, AreSwitchedByTheIniFile)
         TestProgram const oProgram("Reporter");
         oProgram.WriteFile("Reporter.ini", sIni);
         EXPECT_EQ(oProgram.Run({"level:Task", "level:Pipe", "level:Off", "shared"}).sOutput, sLevels);
-        EXPECT_EQ(ReadLog(oProgram), sLog) << sIni;
+        EXPECT_EQ(oProgram.ReadLog(), sLog) << sIni;
     }
     EXPECT_TRUE(Asserts("pLevel!=NULL", "Invalid registration. Identifier=Id in f.cpp, 7",
         [] { Support::RegisterLogPoint(nullptr, "Id", "f.cpp", 7); }));
@@ -192,15 +192,15 @@ TEST(ApplicationIni, IsReadBeforeTheFirstLineAndCountsAsAWhole)
     EXPECT_EQ(oProgram.Run({}).sErrors, "");
     EXPECT_EQ(oProgram.ReadFile("error_opening_inifile.log"), sLine + sLine);
 
-    std::filesystem::remove(oProgram.GetFolder() / "error_opening_inifile.log");
-    std::filesystem::create_directory(oProgram.GetFolder() / "error_opening_inifile.log");
+    std::filesystem::remove(oProgram.GetPath() / "error_opening_inifile.log");
+    std::filesystem::create_directory(oProgram.GetPath() / "error_opening_inifile.log");
     EXPECT_EQ(oProgram.Run({}).sErrors, sLine);
 }
 
 TEST(ApplicationIni, NeverBlocksTheStart)
 {
     TestProgram const oProgram("Reporter");
-    std::string const sIni = oProgram.GetFolder() / "Reporter.ini";
+    std::string const sIni = oProgram.GetPath() / "Reporter.ini";
     ASSERT_EQ(::mkfifo(sIni.c_str(), 0600), 0);
     EXPECT_EQ(oProgram.Run({"chapters"}).sOutput, "0 chapters\n");
     EXPECT_FALSE(oProgram.HasFile("error_opening_inifile.log")) << "as if there were none";

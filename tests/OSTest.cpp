@@ -25,7 +25,7 @@ TEST(OSPlaces, AreThoseOfTheProgram)
     std::filesystem::path const oFormer = std::filesystem::current_path();
     {
         TestProgram const oPlace("Reporter");
-        std::filesystem::current_path(oPlace.GetFolder());
+        std::filesystem::current_path(oPlace.GetPath());
     }
     sDirectory = "former";
     EXPECT_EQ(OS::GetWorkingDirectory(sDirectory),
@@ -43,7 +43,7 @@ TEST(ApplicationIni, IsNamedAfterTheProgramWithoutItsEnding)
     for (auto const & [sProgram, sName] : aRows)
     {
         TestProgram const oPlace("Reporter");
-        std::filesystem::path const oCopy = oPlace.GetFolder() / sProgram;
+        std::filesystem::path const oCopy = oPlace.GetPath() / sProgram;
         std::filesystem::copy_file(std::string(TESSEL_TEST_PROGRAMS) + "/Reporter", oCopy);
         TestProgram const oProgram(oCopy.string());
         oProgram.WriteFile(sName + ".ini", "[A]\n[B]\n[C]\n");

@@ -3,9 +3,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <regex>
 #include <system_error>
 #include <thread>
 
@@ -81,26 +78,13 @@ pid_t Start(std::filesystem::path const & oProgram, std::filesystem::path const 
     return iProcess;
 }
 
-std::filesystem::path MakeFolder()
-{
-    std::string sTemplate = (std::filesystem::temp_directory_path() / "tessel-test-XXXXXX").string();
-    Check(::mkdtemp(sTemplate.data()) ? 0 : -1, sTemplate.c_str());
-    return sTemplate;
-}
-
 } // namespace
 
 TestProgram::TestProgram(std::string const & sName)
-    : m_oProgram(std::filesystem::path(TESSEL_TEST_PROGRAMS) / sName), m_oFolder(MakeFolder())
+    : m_oProgram(std::filesystem::path(TESSEL_TEST_PROGRAMS) / sName)
 {
     for (char ** ppVariable = environ; *ppVariable != nullptr; ++ppVariable)
         m_vEnvironment.emplace_back(*ppVariable);
-}
-
-TestProgram::~TestProgram()
-{
-    std::error_code oIgnored; // A folder that stays behind is no reason to fail a test.
-    std::filesystem::remove_all(m_oFolder, oIgnored);
 }
 
 void TestProgram::SetEnvironment(std::string const & sName, std::string const & sValue)
@@ -137,7 +121,7 @@ ProgramOutcome TestProgram::Run(std::vector<std::string> const & vArguments, std
 {
     StreamFile const oOutput;
     StreamFile const oErrors;
-    pid_t const iProcess = Start(m_oProgram, m_oFolder, oOutput, oErrors, vArguments, m_vEnvironment);
+    pid_t const iProcess = Start(m_oProgram, GetPath(), oOutput, oErrors, vArguments, m_vEnvironment);
     ProgramOutcome oOutcome;
     int iStatus = 0;
     auto const oDeadline = std::chrono::steady_clock::now() + iLimit;
@@ -154,32 +138,6 @@ ProgramOutcome TestProgram::Run(std::vector<std::string> const & vArguments, std
     oOutcome.sOutput = oOutput.Read();
     oOutcome.sErrors = oErrors.Read();
     return oOutcome;
-}
-
-void TestProgram::WriteFile(std::string const & sName, std::string_view sContent) const
-{
-    std::ofstream oFile(m_oFolder / sName, std::ios::binary | std::ios::trunc);
-    oFile.write(sContent.data(), static_cast<std::streamsize>(sContent.size()));
-    oFile.close();
-    Check(oFile ? 0 : -1, sName.c_str());
-}
-
-std::string TestProgram::ReadFile(std::string const & sName) const
-{
-    std::ifstream oFile(m_oFolder / sName, std::ios::binary);
-    return {std::istreambuf_iterator<char>(oFile), {}};
-}
-
-bool TestProgram::HasFile(std::string const & sName) const
-{
-    return std::filesystem::exists(m_oFolder / sName);
-}
-
-std::string ReadLog(TestProgram const & oProgram)
-{
-    std::regex const oTime(R"((^|\n)\d\d\.\d\d\.2\d{3} \d\d:\d\d:\d\d )");
-    std::string const sLog = std::regex_replace(oProgram.ReadFile("Logfile.txt"), oTime, "$1T ");
-    return std::regex_replace(sLog, std::regex(R"((^|\n)T \d+ \d+ DEB )"), "$1T P DEB ");
 }
 
 } // namespace tsltest

@@ -14,8 +14,6 @@ class TesselRun : public TestProgram
 public:
     TesselRun() : TestProgram(TESSEL_PROGRAMS "/tessel") {}
 
-    std::string GetPath(std::string const & sName) const { return (GetFolder() / sName).string(); }
-
     /// What a run prints, its failures included, and then its exit code in brackets unless it is 0. The arguments
     /// are separated by bars.
     std::string GetPrinted(std::string const & sArguments) const
@@ -163,14 +161,14 @@ TEST(TesselLog, FollowsALogThatIsReplaced)
     oTessel.WriteFile("x.log", TRACE + TORN);
     Child oFollow("", WITH_READERS);
     oFollow.SetCommand("\"" TESSEL_PROGRAMS "/tessel\" log --follow \"" + oTessel.GetPath("x.log") + '"');
-    ASSERT_TRUE(oFollow.Run(oFollow.iProcessId).IsOk());
+    ASSERT_TRUE(oFollow.Start().IsOk());
 
     std::string sShown;
     auto const Shows = [&](std::string const & sExpected)
     {
         auto const fRead = [&]
         {
-            sShown += TakeLines(oFollow, &tsl::CmdLine::ReceiveStdOut);
+            sShown += oFollow.TakeOutput().s_str();
             return sShown.size() >= sExpected.size();
         };
         return WaitUntil(fRead) && sShown == sExpected;
@@ -278,7 +276,7 @@ TEST(TesselIni, ChangesOneValueAndNothingElse)
         EXPECT_EQ(std::filesystem::status(oTessel.GetPath("x")).permissions(), eMode);
         EXPECT_TRUE(std::filesystem::is_symlink(oTessel.GetPath("link")));
         // These two and the log of the program: nothing is left behind.
-        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(oTessel.GetFolder()), {}), 3) << sSetting;
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(oTessel.GetPath()), {}), 3) << sSetting;
     }
 }
 

@@ -34,48 +34,48 @@ int TakeNumber(Message * pMessage)
 
 TEST(TaskContextReceive, WaitsInSlicesUntilAMessageComes)
 {
-    // The time-out, what arrives with each wait (0 for nothing), all waits, and what is left of the time-out.
-    Rows<int, std::vector<int>, std::string, int> vRows = {
-        {250, {}, "100 100 50 ", 0},
-        {0, {}, "", 0},
-        {250, {0, 5}, "100 100 ", 50},
-        {-1, {0, 0, 5}, "100 100 100 ", -1},
+    // The time-out, when a message comes (0 for never), all waits, and what is left of the time-out.
+    Rows<int, int, std::vector<int>, int> vRows = {
+        {250, 0, {100, 100, 50}, 0},
+        {0, 0, {}, 0},
+        {250, 150, {100, 100}, 50},
+        {-1, 300, {100, 100, 100}, -1},
     };
-    for (auto const & [iGiven, vArriving, sWaits, iLeft] : vRows)
+    for (auto const & [iGiven, iTime, vWaits, iLeft] : vRows)
     {
-        SCOPED_TRACE(testing::Message() << iGiven << ", waits " << sWaits);
+        SCOPED_TRACE(testing::Message() << iGiven << ", " << iTime);
         IdleContext oContext;
-        oContext.vArriving = vArriving;
+        if (iTime > 0)
+            oContext.Schedule(iTime, NumberMessage(5));
         int iTimeout = iGiven;
-        EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), vArriving.empty() ? 0 : 5);
+        EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), iTime > 0 ? 5 : 0);
 
         // What is there already comes without a wait.
         oContext.WriteMessage(NumberMessage(6));
         EXPECT_EQ(TakeNumber(oContext.Receive(iTimeout)), 6);
-        EXPECT_EQ(oContext.sWaits, sWaits);
+        EXPECT_EQ(oContext.GetWaits(), vWaits);
         EXPECT_EQ(iTimeout, iLeft);
     }
 }
 
 TEST(TaskContextReceive, DiscardsWhatTheFilterDoesNotTake)
 {
-    // The time-out, what is queued, what arrives with each wait, what is received (0 for nothing), the waits,
-    // and what stays in the queue.
-    Rows<int, std::vector<int>, std::vector<int>, int, std::string, int> vRows = {
-        {0, {1, 2}, {}, 0, "", 2},
-        {150, {1, 3, 4, 6}, {}, 4, "", 6},
-        {150, {1}, {3, 2}, 2, "100 50 ", 0},
-        {-1, {1}, {0, 3, 0, 2}, 2, "100 100 100 100 ", 0},
+    // The time-out, the messages and when they come, what is received (0 for nothing), when, and what stays in the
+    // queue.
+    Rows<int, std::vector<std::pair<int, int>>, int, int, int> vRows = {
+        {0, {{1, 0}, {2, 0}}, 0, 0, 2},
+        {150, {{1, 0}, {3, 0}, {4, 0}, {6, 0}}, 4, 0, 6},
+        {150, {{1, 0}, {3, 100}, {2, 150}}, 2, 150, 0},
+        {-1, {{1, 0}, {3, 200}, {2, 400}}, 2, 400, 0},
     };
-    for (auto const & [iTimeout, vQueued, vArriving, iReceived, sWaits, iNext] : vRows)
+    for (auto const & [iTimeout, vMessages, iReceived, iTime, iNext] : vRows)
     {
-        SCOPED_TRACE(testing::Message() << iTimeout << ", waits " << sWaits);
+        SCOPED_TRACE(testing::Message() << iTimeout << ", received " << iReceived);
         IdleContext oContext;
-        for (int const iNumber : vQueued)
-            oContext.WriteMessage(NumberMessage(iNumber));
-        oContext.vArriving = vArriving;
+        for (auto const & [iNumber, iArrival] : vMessages)
+            oContext.Schedule(iArrival, NumberMessage(iNumber));
         EXPECT_EQ(TakeNumber(oContext.ReceiveFilter(EvenFilter(), iTimeout)), iReceived);
-        EXPECT_EQ(oContext.sWaits, sWaits);
+        EXPECT_EQ(oContext.GetTime(), iTime);
         EXPECT_EQ(TakeNumber(oContext.Receive()), iNext);
     }
 }
@@ -100,7 +100,7 @@ TEST(TaskContextQueues, JoinTheApplicationAndTheTasks)
         oContext.WriteMessage(NumberMessage(iNumber));
     oContext.Process();
     EXPECT_EQ(sSeen, "1 4 0");
-    EXPECT_EQ(oContext.sWaits, "7a 30 ");
+    EXPECT_EQ(oContext.GetWaits(), (std::vector{7, 30}));
     EXPECT_EQ(TakeNumber(oContext.ReadMessage()), 11);
     EXPECT_EQ(oContext.ReadMessage(), nullptr);
 }
@@ -268,5 +268,5 @@ TaskContext Simulation disabled for task task
 Pipe GUI->TASK Clear
 Pipe TASK->GUI Clear
 )";
-    EXPECT_EQ('\n' + std::regex_replace(ReadLog(oProgram), std::regex("T P DEB "), ""), sExpected);
+    EXPECT_EQ('\n' + std::regex_replace(oProgram.ReadLog(), std::regex("T P DEB "), ""), sExpected);
 }

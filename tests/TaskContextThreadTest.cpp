@@ -1,6 +1,8 @@
 #include "TestMachine.h"
 #include "TestPrelude.h"
 
+#include <tesselkit/MessageRecorder.h>
+
 using namespace tsltest;
 using tsl::Message;
 using tsl::Task;
@@ -17,24 +19,20 @@ int ReadNumber(tsl::TaskContext & oContext)
     return pMessage ? dynamic_cast<NumberMessage const &>(*pMessage).iNumber : -1;
 }
 
-/// Writes the failures that reach the global bus.
-class FailureWriter : public BusListener
+/// The failures that have reached the bus.
+std::string TellAll(tsl::MessageRecorder & oRecorder)
 {
-public:
-    explicit FailureWriter(std::string & sFailures)
-        : BusListener(tsl::ResultMessage::GetStaticClassDesc().GetClassId(),
-            [&](Message const & oMessage, tsl::Result &)
-            { sFailures += Tell(dynamic_cast<tsl::ResultMessage const &>(oMessage).GetResult()) + '\n'; })
-    {
-    }
-};
+    std::string sFailures;
+    for (tsl::Result const & oResult : oRecorder.Take().GetResults())
+        sFailures += Tell(oResult) + '\n';
+    return sFailures;
+}
 
 } // namespace
 
 TEST(TaskContextThread, RunsEachStepOnAThreadOfItsOwnAlsoAfterAnException)
 {
-    std::string sFailures;
-    FailureWriter const oWriter(sFailures);
+    tsl::MessageRecorder oRecorder;
     std::atomic<int> iSteps{0};
     std::atomic<unsigned long> iThreadId{0};
     TaskContextThread oContext(new OneTaskMachine(
@@ -63,7 +61,7 @@ TEST(TaskContextThread, RunsEachStepOnAThreadOfItsOwnAlsoAfterAnException)
     EXPECT_EQ(ReadNumber(oContext), 2);
     oContext.WriteMessage(NumberMessage());
     EXPECT_EQ(ReadNumber(oContext), 10) << "a step that is ended is not joined by a sanitizer";
-    EXPECT_EQ(sFailures,
+    EXPECT_EQ(TellAll(oRecorder),
         "6 Unhandeled exception in ThreadFunctionProcessor traped. Thread will terminate. <- 77 thrown\n");
 }
 
@@ -94,11 +92,11 @@ TEST(TaskContextThread, FailsAsLongAsNoThreadCanBeStarted)
     TaskContextThread oContext(new OneTaskMachine(Remaining([&](auto &) { ++iSteps; })));
     {
         NoMoreThreads const oScope;
-        std::string sFailures;
-        FailureWriter const oWriter(sFailures);
+        tsl::MessageRecorder oRecorder;
         EXPECT_TRUE(Asserts("false", "Cannot recover from previous error.", [&] { oContext.Process(); }));
         std::string const sCause =
             "10 Error while starting new thread. <- " + Tell(tsl::OS::FormatError(EAGAIN));
+        std::string const sFailures = TellAll(oRecorder);
         EXPECT_TRUE(sFailures.starts_with(
             "6 Cannot start a thread that processes the statemachine. <- " + sCause + "\n6 XAssertion"))
             << sFailures;

@@ -1,5 +1,7 @@
 #include "TestPrelude.h"
 
+#include <tesselkit/MachineDriver.h>
+
 #include <deque>
 
 using namespace tsl;
@@ -159,8 +161,7 @@ public:
     {
         Script::pCurrent = &oScript;
         RegisterScripted<0, 1, 2, 3, 10, 11>();
-        m_pMachine = new ScriptedMachine(TOPMOST_ID, nullptr);
-        m_pContext = std::make_unique<TaskContext>(m_pMachine);
+        m_pDriver = std::make_unique<MachineDriver>(new ScriptedMachine(TOPMOST_ID, nullptr));
     }
 
     /// The calls of a step, and its result or what was thrown.
@@ -175,7 +176,7 @@ public:
     std::string End()
     {
         Script::pCurrent->sCalls.clear();
-        m_pContext.reset();
+        m_pDriver.reset();
         return Script::pCurrent->sCalls;
     }
 
@@ -184,7 +185,7 @@ private:
     {
         try
         {
-            return GetName(RESULTS, m_pMachine->Process(*m_pContext));
+            return GetName(RESULTS, m_pDriver->Step());
         }
         catch (Exception const & oException)
         {
@@ -200,8 +201,7 @@ private:
         }
     }
 
-    TaskProcessor * m_pMachine = nullptr;
-    std::unique_ptr<TaskContext> m_pContext;
+    std::unique_ptr<MachineDriver> m_pDriver;
 };
 
 /// Reads tables such as "20: I P 1, 1 7 10; 10: I P F".

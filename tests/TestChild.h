@@ -1,14 +1,13 @@
 #pragma once
 
+#include <tesselkit/ScriptedChild.h>
+
 #include <tessel/Tessel.h>
 
 #include <filesystem>
 #include <iterator>
-#include <memory>
-#include <new>
 #include <string>
 
-#include <signal.h>
 #include <sys/wait.h>
 
 namespace tsltest
@@ -19,41 +18,15 @@ constexpr int WITH_READERS = tsl::CmdLine::eModeRedirect | tsl::CmdLine::eModeRe
 // In quotes: the project may be built in a folder with a blank in its path.
 inline std::string const CHILD = "\"" TESSEL_TEST_PROGRAMS "/Child\"";
 
-/// A child that does what the actions say, see tests/programs/Child.c. In the end it is killed and nothing of it
-/// left, even if there is no memory.
-class Child : public tsl::CmdLine
+/// A child that knows the actions of tests/programs/Child.cpp as well.
+class Child : public tsl::ScriptedChild
 {
 public:
-    explicit Child(std::string const & sActions, int iMode = eModeRedirect)
+    explicit Child(std::string const & sScript, int iMode = eModeRedirect)
+        : ScriptedChild(TESSEL_TEST_PROGRAMS "/Child", sScript, iMode)
     {
-        SetMode(iMode);
-        SetCommand(CHILD + ' ' + sActions);
     }
-    ~Child() override
-    {
-        for (bool bEnded = false; !bEnded; bEnded = WaitTermination() != eWaitTimeout)
-            try
-            {
-                static_cast<void>(Kill(0));
-            }
-            catch (std::bad_alloc const &)
-            {
-                if (iProcessId > 0)
-                    ::kill(iProcessId, SIGKILL);
-            }
-    }
-
-    int iProcessId = -1;
 };
-
-/// What the child has written by now, taken line by line.
-inline std::string TakeLines(tsl::CmdLine & oChild, tsl::String * (tsl::CmdLine::*fReceive)())
-{
-    std::string sText;
-    while (std::unique_ptr<tsl::String> const pLine{(oChild.*fReceive)()})
-        sText += pLine->s_str() + '\n';
-    return sText;
-}
 
 inline std::size_t CountEntries(char const * sFolder)
 {

@@ -2,7 +2,7 @@
 
 #include "TestMessages.h"
 
-#include <vector>
+#include <tesselkit/MachineDriver.h>
 
 namespace tsltest
 {
@@ -91,9 +91,10 @@ private:
 };
 
 /// A context whose operations are open to the test and whose waiting takes no time.
-class OpenContext : public tsl::TaskContext
+class OpenContext : public tsl::MachineDriver
 {
 public:
+    using MachineDriver::MachineDriver;
     using TaskContext::ClearReveiveBuffer;
     using TaskContext::ClearSendBuffer;
     using TaskContext::FormatTaskIDStack;
@@ -105,25 +106,6 @@ public:
     using TaskContext::Send;
     using TaskContext::SetLocalVar;
     using TaskContext::SetVar;
-    using TaskContext::TaskContext;
-
-    /// The messages that arrive with the waits to come, one with each; 0 for none.
-    std::vector<int> vArriving;
-
-    /// The durations so far, each followed by a blank.
-    std::string sWaits;
-
-protected:
-    void Wait(int iDuration, bool bAlertable) override
-    {
-        sWaits += std::to_string(iDuration) + (bAlertable ? "a " : " ");
-        if (m_iWaits < vArriving.size() && vArriving[m_iWaits] != 0)
-            WriteMessage(NumberMessage(vArriving[m_iWaits]));
-        ++m_iWaits;
-    }
-
-private:
-    std::size_t m_iWaits = 0;
 };
 
 } // namespace tsltest

@@ -89,7 +89,7 @@ TEST_F(ForcedThreadEnd, LeavesAllThatTheThreadsShareInOrder)
     EXPECT_EQ(oOutcome.iExitCode, 0) << oOutcome.sErrors;
     EXPECT_EQ(oOutcome.sOutput, "ok\n");
 
-    std::istringstream oLog(ReadLog(oProgram));
+    std::istringstream oLog(oProgram.ReadLog());
     int iLines = 0;
     for (std::string sLine; std::getline(oLog, sLine);)
         if (sLine == "T P DEB Kill a whole line")
@@ -125,7 +125,7 @@ TEST_F(ForcedThreadEnd, IsTracedLikeTheRest)
     oProgram.SetEnvironment("ASAN_OPTIONS", "detect_leaks=0");
     oProgram.WriteFile("ThreadKills.ini", "[Debug]\nEnable=1\n[Debug/Switch]\nThread=1\n");
     EXPECT_EQ(oProgram.Run({"trace"}).sOutput, "ok\n");
-    std::string sLog = ReadLog(oProgram);
+    std::string sLog = oProgram.ReadLog();
     sLog = std::regex_replace(sLog, std::regex("((ThreadId|TheadId)=|Thread |id )\\d+"), "$1N");
     sLog = std::regex_replace(sLog, std::regex("=0x[0-9a-f]+"), "=H");
     for (std::string const sText : {"DEB Thread New thread created. ThreadId=N, handle=H\n",

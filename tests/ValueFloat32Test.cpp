@@ -295,10 +295,10 @@ TEST(ValueFloat32Locale, IsOfNoInfluence)
     // like it need be installed.
     TestProgram const oPlace("Reporter");
     std::uint32_t const aContent[] = {0x20031115 ^ 1, 6, 32, 34, 35, 36, 40, 44, ',', ',', 0};
-    std::filesystem::create_directory(oPlace.GetFolder() / "comma");
+    std::filesystem::create_directory(oPlace.GetPath() / "comma");
     std::string const sContent(reinterpret_cast<char const *>(aContent), sizeof aContent);
     oPlace.WriteFile("comma/LC_NUMERIC", sContent + std::string("UTF-8", 6));
-    ::setenv("LOCPATH", oPlace.GetFolder().c_str(), 1);
+    ::setenv("LOCPATH", oPlace.GetPath().c_str(), 1);
     std::setlocale(LC_NUMERIC, "comma");
     EXPECT_EQ(Print("%.1f", 1.5), "1,5");
 

@@ -43,7 +43,7 @@ check_headers() {
     find src -name '*.h' | while read -r header; do
         grep -s -m 1 '^#include' "${header%.h}.cpp" | grep -q "[/\"]${header##*/}[>\"]" || echo "$header"
     done | xargs -P "$(nproc)" -n 1 \
-        "${CXX:-g++}" -std=c++20 -Isrc -Wall -Wextra -Werror -fsyntax-only -x c++ /dev/null -include
+        "${CXX:-g++}" -std=c++20 -Isrc -Isrc/kit '-DTESSELKIT_CHILD=""' -Wall -Wextra -Werror -fsyntax-only -x c++ /dev/null -include
 }
 
 # Each function of the ways in src/README.md must be in the named file.

@@ -114,7 +114,7 @@ OneTaskMachine * MakeMachine(std::atomic<int> & iSteps)
 /// Runs the child and has it read by the function, which returns whether all is right then.
 Outcome RunChild(Child && oChild, std::function<Outcome(Child &)> const & fRead)
 {
-    Result const oResult = oChild.Run(oChild.iProcessId);
+    Result const oResult = oChild.Start();
     return oResult.IsError() ? Outcome::eFailed : fRead(oChild);
 }
 
@@ -466,8 +466,7 @@ std::vector<Operation> const & GetOperations()
                     {
                         Result oResult = oChild.ReadStdStreamUntilEof(CmdLine::eStdErr);
                         oResult.InsertFront(oChild.ReadStdStreamUntilEof(CmdLine::eStdOut));
-                        std::string const sLines = TakeLines(oChild, &CmdLine::ReceiveStdOut)
-                                                   + TakeLines(oChild, &CmdLine::ReceiveStdErr);
+                        String const sLines = oChild.TakeOutput() + oChild.TakeErrors();
                         return {oResult, sLines == "one\ntwo\nthree\nfive\nfour\nsix\n"
                                              && oChild.WaitTermination() == CmdLine::eWaitTerminated};
                     });

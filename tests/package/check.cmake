@@ -33,13 +33,17 @@ endfunction()
 # are not.
 function(check_headers folder)
   file(GLOB folders RELATIVE ${folder} ${folder}/*)
-  if(NOT folders STREQUAL "patternmatcher;tessel")
+  if(NOT folders STREQUAL "patternmatcher;tessel;tesselkit")
     message(FATAL_ERROR "Installed are headers in ${folders}.")
   endif()
 
   file(GLOB headers RELATIVE ${folder} ${folder}/patternmatcher/*)
   if(NOT headers STREQUAL "patternmatcher/Export.h;patternmatcher/PatternMatcher.h")
     message(FATAL_ERROR "Installed are ${headers}.")
+  endif()
+
+  if(EXISTS ${folder}/tesselkit/MachineTree.h OR NOT EXISTS ${folder}/tesselkit/MachineCheck.h)
+    message(FATAL_ERROR "Installed are others of the kit's headers.")
   endif()
 
   file(GLOB headers RELATIVE ${folder} ${folder}/tessel/*.h)
@@ -72,6 +76,9 @@ run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${WORK}/build ${OPTIONS}
 run(${CMAKE_COMMAND} --build ${WORK}/build)
 
 check_output("Hello Ann\nHello Bob\n" build/hello Ann Bob)
+if(NOT TESSEL_FROM STREQUAL "pkg_config")
+  check_output("" build/child)
+endif()
 
 # The installed programs need nothing of the folder where they were built.
 run(${CMAKE_COMMAND} --install ${WORK}/build --prefix ${WORK}/first)

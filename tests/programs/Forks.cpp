@@ -50,7 +50,7 @@ void UseThreadsInChild(Thread & oThreadOfParent)
     {
         Child oChild("out x\\n", WITH_READERS);
         Require(RunToTheEnd(oChild), "child");
-        Require(TakeLines(oChild, &CmdLine::ReceiveStdOut) == "x\n", "child's line");
+        Require(oChild.TakeOutput() == "x\n", "child's line");
     }
     // The child does not have the parent's thread, and its object knows that.
     Require(!oThreadOfParent.IsRunning(), "thread of the parent");

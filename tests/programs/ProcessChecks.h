@@ -83,7 +83,7 @@ inline void LimitLog(int iRound)
 
 inline bool RunToTheEnd(Child & oChild)
 {
-    return oChild.Run(oChild.iProcessId).IsOk() && oChild.WaitTermination() == tsl::CmdLine::eWaitTerminated;
+    return oChild.Start().IsOk() && oChild.WaitTermination() == tsl::CmdLine::eWaitTerminated;
 }
 
 /// Sends a message, a line and a failure with a history through the global bus.

@@ -216,18 +216,15 @@ void RunMachine()
 /// Starts a child with redirected streams, and leaves what comes of it in the file "outcome".
 void StartChild(std::string const & sCommand)
 {
-    CmdLine oChild;
-    oChild.SetMode(CmdLine::eModeRedirect | CmdLine::eModeReaderThreads);
+    Child oChild("", WITH_READERS);
     oChild.SetCommand(sCommand);
-    int iProcessId = 0;
-    Result const oResult = oChild.Run(iProcessId);
+    Result const oResult = oChild.Start();
     int const iWait = oChild.WaitTermination();
 
     // With the child's ends of the pipes in the place of a stream, this would not come to an end.
     std::ofstream oOutcome("outcome");
     oOutcome << oResult.GetErrorCode() << ' ' << iWait << ' ' << oChild.GetExitCode() << '\n';
-    oOutcome << "out " << TakeLines(oChild, &CmdLine::ReceiveStdOut);
-    oOutcome << "err " << TakeLines(oChild, &CmdLine::ReceiveStdErr);
+    oOutcome << "out " << oChild.TakeOutput().s_str() << "err " << oChild.TakeErrors().s_str();
 }
 
 using Command = std::function<void(std::string const &)>;
