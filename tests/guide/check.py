@@ -4,7 +4,7 @@
     check.py PAGE --work FOLDER --build BUILD-FOLDER --source SOURCE-FOLDER -- COMPILER FLAG...
 
 Programs, and all statements of the page as one more program, are compiled in FOLDER. Each block that is run begins in a
-folder with the files that the page has shown up to there.
+folder with the files that the page has shown up to there, and the ini files that are beside the page.
 """
 
 import argparse
@@ -133,11 +133,12 @@ class Page:
         libraries = self.build / "lib"
         # A compiler cache works on single files, so linking is a command of its own.
         command = self.compiler + ["-std=c++20", "-Wall", "-Wextra", "-Werror", "-Wno-unused", "-fPIC",
-            f"-I{self.source / 'src'}", "-c", name, "-o", name + ".o"]
+            f"-I{self.source / 'src'}", f"-I{self.source / 'src' / 'kit'}",
+            f'-DTESSELKIT_CHILD="{self.build / "libexec" / "scripted-child"}"', "-c", name, "-o", name + ".o"]
         link = self.compiler[1:] if "ccache" in self.compiler[0] else list(self.compiler)
         link += (["-shared"] if plug_in else []) + [name + ".o", "-o", str(target), f"-L{libraries}",
-            f"-Wl,-rpath,{libraries}", "-lTessel", "-lPatternMatcher"]
-        link += ["-l" + library for library in self.programs[name]]
+            f"-Wl,-rpath,{libraries}"]
+        link += ["-l" + library for library in (*self.programs[name], "TesselKit", "Tessel", "PatternMatcher")]
         for step in (command, link):
             outcome = subprocess.run(step, cwd=self.code, text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
             if outcome.returncode != 0:
@@ -145,7 +146,7 @@ class Page:
         return name, ""
 
     def run_all(self):
-        files = {}
+        files = {ini.name: ini.read_text(encoding="utf-8") for ini in self.path.parent.glob("*.ini")}
         statements = 0
         for block in self.blocks:
             if block.kind == "file":
