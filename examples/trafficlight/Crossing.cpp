@@ -56,6 +56,17 @@ void RegisterCrossing()
     oFactory.Register(PHASE_DARK, [](Parent * p) -> Task * { return new Phase(PHASE_DARK, "Dark", p); });
 }
 
+tsl::MachineNames GetCrossingNames()
+{
+    tsl::MachineNames oNames;
+    oNames.AddResult(TASK_MODE_SWITCH, MODE_DAY, "day");
+    oNames.AddResult(TASK_MODE_SWITCH, MODE_NIGHT, "night");
+    oNames.AddResult(TASK_MODE_SWITCH, MODE_OFF, "off");
+    for (int const iPhase : {PHASE_RED, PHASE_RED_AMBER, PHASE_GREEN, PHASE_AMBER, PHASE_DARK})
+        oNames.AddResult(iPhase, RESULT_MODE_CHANGE, "mode change");
+    return oNames;
+}
+
 tsl::TaskTransitionList const & Crossing::GetTaskTransitionList() const
 {
     static tsl::TaskTransitionList const oTable = MakeTable({

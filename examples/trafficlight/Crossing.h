@@ -4,9 +4,13 @@
 
 #include <tessel/TaskProcessor.h>
 #include <tessel/TaskTransition.h>
+#include <tesselkit/MachineNames.h>
 
 /// Registers the tasks of the crossing with the factory. Call it once, before the first step.
 void RegisterCrossing();
+
+/// What a picture shows at the arrows. The tasks have their own names.
+tsl::MachineNames GetCrossingNames();
 
 /// The whole crossing: by day and by night a machine of its own, with the mode switch in between.
 class Crossing : public tsl::TaskProcessor

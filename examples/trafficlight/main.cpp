@@ -3,6 +3,7 @@
 #include "SignalMessage.h"
 
 #include <tessel/Tessel.h>
+#include <tesselkit/MachineDrawing.h>
 
 #include <iostream>
 #include <memory>
@@ -36,14 +37,30 @@ protected:
         std::vector<tsl::String> vWords;
         GetConfig().GetCmdLineParser().GetParameters(vWords);
 
-        tsl::TaskContext oCrossing(new Crossing);
+        auto * const pMachine = new Crossing;
+        tsl::TaskContext oCrossing(pMachine);
         SimulateOnePhase(oCrossing);
         for (tsl::String const & sWord : vWords)
             Obey(oCrossing, sWord);
-        return tsl::Result();
+        return Draw(*pMachine);
     }
 
 private:
+    /// Prints a picture of the machine, in the language that the option "draw" names.
+    tsl::Result Draw(Crossing & oMachine) const
+    {
+        tsl::String sLanguage;
+        if (!GetConfig().GetCmdLineParser().GetOption("draw", sLanguage, tsl::CmdLineParser::eOptionAny))
+            return tsl::Result();
+        if (!sLanguage.IsEmpty() && sLanguage != "mermaid" && sLanguage != "dot")
+            return tsl::MakeResult(tsl::ERR::eBadData,
+                tsl::String("A picture is drawn for 'mermaid' or 'dot', not for '") + sLanguage + "'.");
+
+        tsl::MachineDrawing const oDrawing(oMachine, GetCrossingNames());
+        std::cout << (sLanguage == "dot" ? oDrawing.GetGraphviz() : oDrawing.GetMermaid()).s_str();
+        return tsl::Result();
+    }
+
     /// The phase that the option "quick" names lasts one step.
     void SimulateOnePhase(tsl::TaskContext & oCrossing)
     {

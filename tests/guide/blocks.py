@@ -10,6 +10,7 @@ A block is between fences, and says what it is by the word after the first fence
     <!-- file: hello.ini -->    and ```ini          a file that the programs find from here on
     ```text                                         what the statements before print
     ```console                                      commands behind "$ ", and what they print
+    <!-- printed by: COMMAND --> and ```mermaid     what the command prints, as a picture
     ```sh, ```cmake                                 how something is built; not run here
 
 Indented lines are a console block if they begin with "$ ".
@@ -109,6 +110,9 @@ def add_block(blocks, raw):
         last_of(blocks, "statements", raw).output = raw.text
     elif raw.word == "console":
         blocks.append(Block("console", raw.text, raw.line))
+    elif raw.word == "mermaid" and raw.comment.startswith("printed by: "):
+        command = raw.comment.removeprefix("printed by: ")
+        blocks.append(Block("console", f"$ {command}\n{raw.text}", raw.line))
     elif raw.word in ("sh", "cmake") and not raw.comment:
         blocks.append(Block("build", raw.text, raw.line))
     else:
