@@ -1,25 +1,21 @@
-// Runs the machine step by step, without the program and without waiting.
+// Checks the table of the machine and runs it step by step, without the program and without waiting.
 
 #include "Ticker.h"
-#include "TickMessage.h"
 
-#include <tessel/ResultMessage.h>
-#include <tessel/TaskContext.h>
+#include <tesselkit/MachineCheck.h>
+#include <tesselkit/MachineDriver.h>
 
 #include <iostream>
-#include <memory>
 
 int main()
 {
-    tsl::TaskContext oContext(new Ticker(2));
-    tsl::String sSent;
-    for (int i = 0; i < 3; ++i)
-    {
-        oContext.Process();
-        while (std::unique_ptr<tsl::Message> const pMessage{oContext.ReadMessage()})
-            pMessage->AddAsString(sSent) << '\n';
-    }
+    tsl::MachineDriver oDriver(new Ticker(2));
+    bool const bEnded = oDriver.Run(3);
+    tsl::String const sSent = oDriver.TakeMessages().GetText();
 
-    std::cout << sSent.c_str();
-    return sSent.Find("tick 1\ntick 2\n") == 0 ? 0 : 1;
+    Ticker oTicker(1);
+    tsl::String const sFaults = tsl::MachineCheck::Run(oTicker).GetTextWithCauses();
+
+    std::cout << sSent.c_str() << sFaults.c_str();
+    return bEnded && sSent == "tick 1\ntick 2\nsuccess\n" && sFaults.IsEmpty() ? 0 : 1;
 }
