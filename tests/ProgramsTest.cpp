@@ -212,7 +212,9 @@ TEST(TesselIni, SaysWhatIsWrongWithEachLineAndWhatToDo)
                   "4: "
                 + sName
                 + "Behind '+=' a text is missing, with which the value goes on.\n"
-                  "6: Syntax error: Key 'x' already exists in this Chapter.\n    It is in line 5, too.\n"
+                  "6: Syntax error: Key 'x' already exists in this Chapter.\n    It is in line 5, too. A "
+                  "list is one value, which goes on in "
+                  "lines that begin with '+='.\n"
                   "7: Syntax error: Token '=' expected.\n    A value goes on in a line that begins with "
                   "'+='.\n"
                   "8: Syntax error: Token '=' expected.\n    A value stands behind '=', not behind ':'.\n"
@@ -228,10 +230,12 @@ TEST(TesselIni, SaysWhatIsWrongWithEachLineAndWhatToDo)
             "zeros: 7\n"
             "8 (line 7 of the file): Syntax error: Token '=' expected.\n    A key without a value is written "
             "with '=' at its end.\n"},
-        {"[Debug]\nEnable=yes\n[Debug/Switch]\ntask=1\nTaskContxt=1\nGreeter=1\n",
+        {"[Debug]\nEnable=yes\n[Debug/Switch]\ntask=1\nTaskContxt=1\nGreeter=1\n[N]\nx=1 \\\n",
             "2: Note: 'yes' is no number, so it counts as 0.\n    1 switches on.\n"
             "4: Note: The library has no log point 'task'.\n    Did you mean 'Task'?\n"
-            "5: Note: The library has no log point 'TaskContxt'.\n    Did you mean 'TaskContext'?\n"}};
+            "5: Note: The library has no log point 'TaskContxt'.\n    Did you mean 'TaskContext'?\n"
+            "8: Note: The '\\' at the end is part of the value.\n"
+            "    A value goes on in a line that begins with '+='.\n"}};
     TesselRun const oTessel;
     for (auto const & [sIni, sPrinted] : aRows)
     {

@@ -155,7 +155,8 @@ void IniChecker::CheckKey(IniLine const & oLine, std::string_view sText)
     if (!bNew)
         return ReportError(oLine,
             "Syntax error: Key " + InQuotes(oParts.sName) + " already exists in this Chapter.",
-            "It is in line " + std::to_string(oKey->second) + ", too.");
+            "It is in line " + std::to_string(oKey->second)
+                + ", too. A list is one value, which goes on in lines that begin with '+='.");
     CheckValue(oLine, oParts.sName, oParts.sRest);
 }
 
@@ -169,6 +170,9 @@ void IniChecker::CheckValue(IniLine const & oLine, std::string_view sKey, std::s
     else if (IsNumber(sValue) && sValue != MakePlain(sValue))
         ReportNote(oLine, ShowValue(sValue) + " is a text, but no number.",
             "A number is written without '+' and leading zeros: " + MakePlain(sValue));
+    else if (sValue.size() > 1 && sValue.ends_with('\\') && tsl::String::IsSpace(sValue[sValue.size() - 2]))
+        ReportNote(oLine, "The '\\' at the end is part of the value.",
+            "A value goes on in a line that begins with '+='.");
     else if (std::size_t const iComment = FindComment(sValue); iComment != std::string_view::npos)
         ReportNote(oLine, InQuotes(sValue.substr(iComment, 1)) + " and what follows is part of the value.",
             "A comment is a line of its own that begins with ';'.");

@@ -20,7 +20,7 @@ std::string MakeName(std::string_view sWrong)
     std::string sName;
     bool bGap = false;
     for (char const c : sWrong)
-        if (c == '.')
+        if (c == '.' && !sName.empty())
             sName += '/';
         else if (NAME_BYTES.find(c) == std::string_view::npos)
             bGap = true;
