@@ -1,6 +1,8 @@
 #include "TestChild.h"
 #include "TestPrelude.h"
 
+#include "../programs/tessel/IniChecker.h"
+
 #include <csignal>
 #include <regex>
 
@@ -247,6 +249,59 @@ TEST(TesselIni, SaysWhatIsWrongWithEachLineAndWhatToDo)
     }
     EXPECT_EQ(oTessel.GetPrinted("ini|no"),
         "tessel: The file 'no' cannot be read: No such file or directory\n(1)\n");
+}
+
+/// The line and text of the first error of a file, as the library has it; empty if there is none.
+static std::string OpenWithLibrary(std::string const & sFile)
+{
+    tsl::IniFile oIni;
+    tsl::Result const oResult = oIni.Open(sFile);
+    if (oResult.IsOk())
+        return "";
+    std::string const sText = oResult.GetText().s_str();
+    std::string sError = sText.substr(sText.rfind(' ') + 1);
+    for (int i = 0; i < oResult.GetHistorySize(); ++i)
+        sError += ' ' + std::string(GetTrimmed(oResult.GetHistory(i).GetText().s_str()));
+    return sError;
+}
+
+static std::string OpenWithProgram(std::string const & sContent)
+{
+    std::string sError;
+    IniChecker oChecker(
+        [&](IniLine const & oLine, IniFinding const & oFinding)
+        {
+            if (sError.empty() && oFinding.eWeight == IniFinding::Weight::eError)
+                sError = std::to_string(oLine.iNumber) + ". " + std::string(GetTrimmed(oFinding.sText));
+        });
+    IniLineCutter oCutter(sContent);
+    for (IniLine oLine; oCutter.Next(oLine);)
+        oChecker.Check(oLine);
+    return sError;
+}
+
+TEST(TesselIni, AgreesWithTheLibraryOnRandomFiles)
+{
+    // More with --gtest_repeat, which goes on with other files.
+    static std::mt19937 oRandom(14);
+    std::string const aParts[] = {"\n", "\n", "\n", "[A]\n", "[B/c]\n", "[Debug/Switch]\n", "\nx=1\n",
+        "\ny = 2\n", "+=z\n", "; c\n", "[", "]", "=", "+=", "+", ";", "#", " ", "\t", "\r\n", "\v",
+        std::string(1, '\0'), "A", "x", "y", "x_1", "a-b", "\xe4", "Task=1", "\"", "\xef\xbb\xbf",
+        std::string(470, 'l'), std::string(499, 'm')};
+    tsl::TestFolder const oFolder;
+    std::size_t iGood = 0, iWrong = 0;
+    for (int i = 0; i < 2000; ++i)
+    {
+        std::string sContent = oRandom() % 4 ? "[A]\n" : "";
+        for (auto iParts = oRandom() % 30; iParts > 0; --iParts)
+            sContent += aParts[oRandom() % std::size(aParts)];
+        oFolder.WriteFile("x", sContent);
+        std::string const sExpected = OpenWithLibrary(oFolder.GetPath("x"));
+        ASSERT_EQ(OpenWithProgram(sContent), sExpected) << testing::PrintToString(sContent);
+        ++(sExpected.empty() ? iGood : iWrong);
+    }
+    EXPECT_GT(iGood, 100u);
+    EXPECT_GT(iWrong, 100u);
 }
 
 TEST(TesselIni, ChangesOneValueAndNothingElse)
