@@ -30,19 +30,21 @@ namespace tsl
 /// Texts are bytes: a zero byte is a byte like any other, a line ends with "\n", and letters, digits and
 /// blanks are those of ASCII, whatever the locale. A pattern consists of:
 ///
-///     x              the byte itself, unless it is one of  \ ^ $ . | ? * + ( ) [
-///     .              any byte but the line end
-///     [abc] [^a-z]   one byte of a class, or one that is not in it; a ] as the first item is a byte
-///     \d \w \s       a digit; a letter, digit or underscore; a blank (space \t \n \r \f \v)
-///     \D \W \S       any other byte than those
-///     \t \n \r \f \a \e \x41      a control byte, or the byte with this code of two hexadecimal digits
-///     \. and so on   the byte itself, for every byte but letters and digits
-///     (p) (?:p)      a group that becomes a sub-match; a group that does not
-///     p|q            one or the other; each may be empty
-///     * + ? {m} {m,} {m,n}        repeats the item before it; with another ? as seldom as possible
-///     ^ $            the beginning of the text; its end, also before a line end that ends it
-///     \A \z \Z       the beginning of the text; its end; its end, also before a line end that ends it
-///     \b \B          the edge of a word; any other position
+/// ```
+/// x              the byte itself, unless it is one of  \ ^ $ . | ? * + ( ) [
+/// .              any byte but the line end
+/// [abc] [^a-z]   one byte of a class, or one that is not in it; a ] as the first item is a byte
+/// \d \w \s       a digit; a letter, digit or underscore; a blank (space \t \n \r \f \v)
+/// \D \W \S       any other byte than those
+/// \t \n \r \f \a \e \x41      a control byte, or the byte with this code of two hexadecimal digits
+/// \. and so on   the byte itself, for every byte but letters and digits
+/// (p) (?:p)      a group that becomes a sub-match; a group that does not
+/// p|q            one or the other; each may be empty
+/// * + ? {m} {m,} {m,n}        repeats the item before it; with another ? as seldom as possible
+/// ^ $            the beginning of the text; its end, also before a line end that ends it
+/// \A \z \Z       the beginning of the text; its end; its end, also before a line end that ends it
+/// \b \B          the edge of a word; any other position
+/// ```
 ///
 /// Escapes work inside a class, too; \b is the backspace there. A brace that begins no count is an ordinary
 /// byte. A group in a repetition reports its last iteration. An iteration that matches the empty text ends its

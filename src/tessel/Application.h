@@ -31,6 +31,7 @@ public:
     /// See CmdLineParser::SetCmdLine. Code 1 for an option without a name.
     [[nodiscard]] Result SetCmdLine(int iCount, char ** pArguments);
 
+    /// The command line, valid as long as the configuration.
     CmdLineParser const & GetCmdLineParser() const { return m_oCmdLineParser; }
 
     /// Not supported: both are always assertion failures.

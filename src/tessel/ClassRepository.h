@@ -26,11 +26,13 @@ class Root;
 class TSL_EXPORT ClassDescription
 {
 public:
+    /// Creates an object, which the caller deletes.
     using FactoryFunction = Root * (*)();
 
+    /// Whether the description can create objects.
     enum EKind
     {
-        eConcrete, ///< the description can create objects
+        eConcrete, ///< it can
         eAbstract  ///< it cannot
     };
 
@@ -68,6 +70,7 @@ public:
     /// The source file that declared the class.
     char const * GetFile() const { return m_sFile; }
 
+    /// Whether the description was made as eAbstract.
     bool IsAbstract() const { return m_bAbstract; }
 
     /// The factory function, whose result the caller deletes; null if there is none.

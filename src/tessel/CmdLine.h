@@ -94,6 +94,7 @@ public:
     /// Stored, but without effect: the child starts in the current directory of this process.
     void SetWorkingDirectory(String const & sDirectory);
 
+    /// A combination of the mode bits.
     void SetMode(int iMode);
     int GetMode() const;
 

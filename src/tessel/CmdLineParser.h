@@ -16,7 +16,7 @@ namespace tsl
 ///     tsl::Result const oResult = oParser.SetCmdLine("--level 3 input.txt"); // one option and one parameter
 ///     tsl::String sLevel;
 ///     if (oParser.GetOption("level", sLevel, tsl::CmdLineParser::eOptionAny))
-///         Use(sLevel);
+///         std::cout << sLevel.c_str();
 ///
 /// Options are not declared. An argument that begins with "--", "-" or "/" is an option. Any other is the value of
 /// the option directly before it, or else a parameter. So a value cannot begin with a prefix, and a path that
@@ -26,6 +26,7 @@ namespace tsl
 class TSL_EXPORT CmdLineParser
 {
 public:
+    /// What an option begins with.
     enum OptionPrefix
     {
         eOptionAny = 0, ///< for GetOption: any prefix

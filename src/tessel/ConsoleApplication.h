@@ -55,6 +55,7 @@ protected:
     [[nodiscard]] Result PreRun() override;
     [[nodiscard]] Result PostRun() override;
 
+    /// The reference holds as long as the application.
     ConsoleApplicationConfig const & GetConfig() const { return *m_pConfig; }
 
 private:

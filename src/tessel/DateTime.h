@@ -35,6 +35,7 @@ public:
     DateTimeElements(
         int iYear, int iMonth, int iDay, int iHour, int iMinute, int iSecond, TimeZone::EZone eZone);
 
+    /// The finest element that counts.
     Time::Precision GetPrecision() const { return m_ePrecision; }
     void SetPrecision(Time::Precision ePrecision) { m_ePrecision = ePrecision; }
 
@@ -55,17 +56,18 @@ public:
     /// negative ones are greater than all others.
     int Compare(DateTimeElements const & oOther) const;
 
-    int m_iYear = 0;   ///< such as 2026; wraps around if the runtime library's year does not fit
-    int m_iMonth = 0;  ///< 0 for January to 11
-    int m_iDay = 0;    ///< 1 to 31
-    int m_iHour = 0;   ///< 0 to 23
-    int m_iMinute = 0; ///< 0 to 59
-    int m_iSecond = 0; ///< 0 to 60
-    int m_iDLS = Time::eDLSUnknown;
-    TimeZone::EZone m_eZone;
-    Time::Precision m_ePrecision = Time::ePrecisionSecond;
+    int m_iYear = 0;                ///< such as 2026; wraps around if the runtime library's year does not fit
+    int m_iMonth = 0;               ///< 0 for January to 11
+    int m_iDay = 0;                 ///< 1 to 31
+    int m_iHour = 0;                ///< 0 to 23
+    int m_iMinute = 0;              ///< 0 to 59
+    int m_iSecond = 0;              ///< 0 to 60
+    int m_iDLS = Time::eDLSUnknown; ///< see SetDLS
+    TimeZone::EZone m_eZone;        ///< local or Greenwich
+    Time::Precision m_ePrecision = Time::ePrecisionSecond; ///< the finest element that counts
 };
 
+/// Compare as DateTimeElements::Compare of the left operand.
 inline bool operator==(DateTimeElements const & oLeft, DateTimeElements const & oRight)
 {
     return oLeft.Compare(oRight) == 0;
@@ -106,6 +108,7 @@ inline bool operator>=(DateTimeElements const & oLeft, DateTimeElements const & 
 class TSL_EXPORT DateTime
 {
 public:
+    /// A moment by the clock of the system.
     enum EMoment : int
     {
         eNow = 0,       ///< the current second, precision of seconds
@@ -122,6 +125,7 @@ public:
     DateTime & operator=(DateTime const & oSource) = default;
     virtual ~DateTime();
 
+    /// The finest element that counts, and the seconds since 1970-01-01 00:00:00 UTC.
     Time::Precision GetPrecision() const { return m_ePrecision; }
     long long GetAsTime_t() const { return m_iTime; }
 
@@ -168,6 +172,7 @@ private:
     Time::Precision m_ePrecision = Time::ePrecisionSecond;
 };
 
+/// Compare as DateTime::Compare of the left operand.
 inline bool operator==(DateTime const & oLeft, DateTime const & oRight)
 {
     return oLeft.Compare(oRight) == 0;

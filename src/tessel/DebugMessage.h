@@ -79,6 +79,7 @@ TSL_EXPORT ClassDescription const & Described<DebugMessage, Message>::GetStaticC
 class TSL_EXPORT DebugMessageConstIterator : public NamedValueIterator<DebugMessageConstIterator>
 {
 public:
+    /// Is at the end.
     explicit DebugMessageConstIterator(DebugMessage const & oMessage);
     ~DebugMessageConstIterator() override;
 

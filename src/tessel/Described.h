@@ -14,13 +14,14 @@ namespace tsl
 /// A file and line of the source.
 struct ClassSource
 {
+    /// By default the place of the call.
     constexpr ClassSource(char const * sTheFile = __builtin_FILE(), int iTheLine = __builtin_LINE())
         : sFile(sTheFile), iLine(iTheLine)
     {
     }
 
-    char const * sFile;
-    int iLine;
+    char const * sFile; ///< is not copied
+    int iLine;          ///< counted from 1
 };
 
 /// The source place in the description of the class T. It is empty unless the file of the class specialises
@@ -88,7 +89,7 @@ ClassDescription const & GetDescription(ClassDescription::FactoryFunction fFacto
 /// the library is unloaded. Therefore a plug-in that will be unloaded must not describe classes of its own.
 ///
 /// @tparam eKind eAbstract if the description cannot create objects. Any other class needs a public default
-///         constructor and no pure virtual functions
+///   constructor and no pure virtual functions
 /// @tparam RegisteredBase the base in the description, if it is not Base
 template<class Self, class Base, ClassDescription::EKind eKind = ClassDescription::eConcrete,
     class RegisteredBase = Base>
@@ -97,6 +98,7 @@ class Described : public Base
 public:
     using Base::Base;
 
+    /// The description of the object's class, and that of Self.
     ClassDescription const & GetClassDesc() const override { return GetStaticClassDesc(); }
     TSL_EXPORT_TEMPLATE static ClassDescription const & GetStaticClassDesc();
 

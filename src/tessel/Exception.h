@@ -10,6 +10,7 @@ namespace tsl
 
 /// The exception that the library throws where a failure cannot be returned. It holds a Result.
 ///
+///     try { DoWork(); }
 ///     catch (Exception const & oException)
 ///     {
 ///         std::cerr << oException.GetText() << '\n';
@@ -31,6 +32,7 @@ public:
     /// The text of the Result, "" if it has none. Valid until the object is changed or destroyed.
     virtual char const * GetText() const;
 
+    /// The reference holds until the object is changed or destroyed.
     Result const & GetResult() const;
 
     /// Throws an Exception with a copy of the Result. The caller sets the source place of the Result.

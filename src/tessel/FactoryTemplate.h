@@ -31,6 +31,7 @@ template<class Key>
 class TSL_EXPORT_TEMPLATE FactoryCallBackArgs
 {
 public:
+    /// With a copy of the key.
     FactoryCallBackArgs(Key const & oKey, FactoryBase::Action eAction) : m_oKey(oKey), m_eAction(eAction) {}
     virtual ~FactoryCallBackArgs() = default;
 
@@ -73,9 +74,11 @@ template<class Product, class Function>
 class TSL_EXPORT_TEMPLATE ProductCreator
 {
 public:
+    /// Parameters of the template.
     using ProductType = Product;
     using FunctionType = Function;
 
+    /// A new product, which the caller deletes.
     Product * Create(Function const & fFunction) const { return fFunction(); }
 };
 
@@ -85,11 +88,14 @@ template<class Product, class Function, class Argument>
 class TSL_EXPORT_TEMPLATE ProductCreator1
 {
 public:
+    /// Parameters of the template.
     using ProductType = Product;
     using FunctionType = Function;
 
+    /// With a copy of the argument.
     explicit ProductCreator1(Argument const & oArgument) : m_oArgument(oArgument) {}
 
+    /// A new product, which the caller deletes.
     Product * Create(Function const & fFunction) const { return fFunction(m_oArgument); }
 
 private:
@@ -100,8 +106,8 @@ private:
 /// change. Its best known kinds are TaskFactory and MessageProcessorFactory:
 ///
 ///     tsl::TaskFactory & oFactory = tsl::TaskFactory::Instance();
-///     oFactory.Register(iTaskId, [](tsl::TaskProcessor * pParent) -> tsl::Task * { return new MyTask(pParent); });
-///     tsl::Task * const pTask = oFactory.CreateProduct(iTaskId, tsl::TaskCreator(pMachine));
+///     oFactory.Register(eRing, [](tsl::TaskProcessor * pParent) -> tsl::Task * { return new Ring(pParent); });
+///     tsl::Task * const pTask = oFactory.CreateProduct(eRing, tsl::TaskCreator(pMachine));
 ///
 /// Any thread may use it. Lookups and changes hold the table's lock; the lookup of an integer key takes no lock.
 /// Creation functions and observers are called without that lock, observers under a lock of their own. An observer
@@ -120,6 +126,7 @@ class TSL_EXPORT_TEMPLATE Factory : public Singleton<Factory<Key, Creator, Mutex
                                     public FactoryBase
 {
 public:
+    /// What the factory makes and how, and what its observers get.
     using Product = typename Creator::ProductType;
     using Function = typename Creator::FunctionType;
     using Args = FactoryCallBackArgs<Key>;

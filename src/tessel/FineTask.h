@@ -18,6 +18,7 @@ namespace tsl
 class TSL_EXPORT FineTask : public Task
 {
 public:
+    /// See Task.
     explicit FineTask(TaskProcessor * pParent);
     FineTask(FineTask const & oSource);
     FineTask & operator=(FineTask const & oSource);

@@ -39,6 +39,7 @@ public:
 
     ~GlobalMessageDispatcher() override;
 
+    /// The one bus.
     static GlobalMessageDispatcher & Instance();
 
     /// False while this thread creates the bus, and after the bus was closed.

@@ -20,10 +20,12 @@ namespace tsl
 ///
 /// The format:
 ///
-///     ; a comment
-///     [Chapter]
-///     Key = a value
-///     += and its next line
+/// ```
+/// ; a comment
+/// [Chapter]
+/// Key = a value
+/// += and its next line
+/// ```
 ///
 /// White space at both ends of a line and around names is ignored; empty lines and lines that begin with ";"
 /// are skipped. A chapter line has the name in brackets; the rest of the line is ignored. A key line has name
@@ -62,6 +64,7 @@ public:
     /// Discards the content. Does nothing to a closed object.
     void Close();
 
+    /// Whether getters may be called.
     bool IsOpen() const;
 
     /// The name of the open file; empty if closed and after OpenEmpty. Valid until the next change.

@@ -29,6 +29,7 @@ class TSL_EXPORT LibraryProxy
 {
 public:
     LibraryProxy();
+    /// Loads nothing yet. A copy of the name is kept.
     explicit LibraryProxy(String const & sName);
 
     /// Unloads the library if it is loaded.
@@ -44,6 +45,7 @@ public:
     /// The reference holds until the next SetName.
     String const & GetName() const;
 
+    /// Whether this object has loaded the library and not unloaded it.
     bool IsLoaded() const;
 
     /// Unloads the library if it is loaded, and loads it. Code 5 if that fails for any reason, which the system

@@ -61,6 +61,7 @@ class TSL_EXPORT ReaderWriterMutex : public CriticalSectionMutex
 class TSL_EXPORT DummyMutex
 {
 public:
+    /// All do nothing.
     void LockRead() {}
     void LockWrite() {}
     void UnlockRead() {}

@@ -35,6 +35,7 @@ public:
 
     ~Message() override = default;
 
+    /// The class id of the message's class.
     unsigned int const & GetType() const { return GetClassDesc().GetClassId(); }
 
     /// The type of Message itself: a processor that registers for it receives every message.
@@ -55,12 +56,13 @@ template<>
 TSL_EXPORT ClassDescription const &
 Described<Message, Root, ClassDescription::eAbstract>::GetStaticClassDesc();
 
-/// An iterator without elements: its value is null and its name empty. It is used by one thread at a time.
+/// An iterator without elements. It is used by one thread at a time.
 class TSL_EXPORT DummyMessageIterator : public MessageConstIterator
 {
 public:
     DummyMessageIterator();
 
+    /// A null value and an empty name.
     Value const & GetValue() const override;
     char const * GetName() const override;
 };

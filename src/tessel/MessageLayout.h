@@ -40,6 +40,7 @@ public:
     void FormatMessage(Message const & oMessage, String & sText) const override;
 
 protected:
+    /// Append the text after the time, each for one kind of message.
     void Format(DebugMessage const & oMessage, String & sText) const;
     void Format(ResultMessage const & oMessage, String & sText) const;
     void Format(Message const & oMessage, String & sText) const;

@@ -17,6 +17,7 @@ public:
     virtual ~MessageProcessorCreator() = default;
 };
 
+/// The base of MessageProcessorFactory.
 using MessageProcessorFactoryBase = Factory<std::string,
     ProductCreator<MessageProcessor, MessageProcessor * (*)()>, CriticalSectionMutex, bool>;
 

@@ -42,6 +42,7 @@ public:
 
     ValueConverter const & GetConverter() const override;
 
+    /// The name, null at first.
     ValueString const & GetName() const { return m_sName; }
     void SetName(ValueString const & sName) { m_sName = sName; }
 
@@ -70,6 +71,7 @@ public:
 
     // The same for other right operands. C++20 also considers == with exchanged operands. Without these
     // overloads some calls would be ambiguous, or the right operand would become the receiver.
+    /// The same for operands that are not constant.
     bool operator==(NamedValue & oOther) { return CompareTo(oOther) == eEqual; }
     bool operator==(NamedValue && oOther) { return CompareTo(oOther) == eEqual; }
     bool operator==(NamedValue & oOther) const { return DoCompareTo(oOther) == eEqual; }

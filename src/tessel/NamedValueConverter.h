@@ -20,6 +20,7 @@ class TSL_EXPORT NamedValueConverterLayout
 {
 public:
     NamedValueConverterLayout();
+    /// With other texts; see ValueConverterLayout.
     explicit NamedValueConverterLayout(ValueString const & sFormat);
     NamedValueConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
 };

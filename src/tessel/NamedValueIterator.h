@@ -17,8 +17,8 @@ namespace tsl
 template<class T>
 struct NamedGetter
 {
-    char const * sName;
-    Value const & (*fGetter)(T const & oObject);
+    char const * sName;                          ///< is not copied
+    Value const & (*fGetter)(T const & oObject); ///< such as GetMember
 };
 
 /// A getter for a data member that is a value, or for a member function that returns a reference to one:
@@ -57,6 +57,7 @@ template<class Self, class T = Self>
 class NamedValueIterator : public MessageConstIterator
 {
 public:
+    /// The element, by Self's table.
     Value const & GetValue() const override
     {
         Self const & oSelf = static_cast<Self const &>(*this);
@@ -65,6 +66,7 @@ public:
         return oSelf.GetRows()[static_cast<std::size_t>(this->GetPosition())].fGetter(oSelf);
     }
 
+    /// Its name.
     char const * GetName() const override
     {
         Self const & oSelf = static_cast<Self const &>(*this);
@@ -74,26 +76,26 @@ public:
     }
 
 protected:
+    /// For a table of iSize rows. Is at the end.
     explicit NamedValueIterator(std::size_t iSize) : MessageConstIterator(static_cast<int>(iSize)) {}
 };
 
 /// An iterator over named values of an object of class T, by a table. The object and the table must outlive
-/// it.
+/// it. One thread at a time uses an iterator. A message returns it from GetConstIterator, with *this as the object.
 ///
-///     std::unique_ptr<AbstractNamedValueConstIterator<tsl::Value>> GetConstIterator() const override
-///     {
-///         static constexpr tsl::NamedGetter<Greeting> aRows[] = {{"Text", tsl::GetMember<&Greeting::m_sText>}};
-///         return std::make_unique<tsl::FieldIterator<Greeting>>(*this, aRows);
-///     }
+///     static constexpr tsl::NamedGetter<Alarm> aRows[] = {{"Text", tsl::GetMember<&Alarm::m_sText>}};
+///     tsl::FieldIterator<Alarm> oElement(oAlarm, aRows);
 template<class T>
 class FieldIterator : public NamedValueIterator<FieldIterator<T>, T>
 {
 public:
+    /// Is at the end.
     FieldIterator(T const & oObject, std::span<NamedGetter<T> const> oRows)
         : NamedValueIterator<FieldIterator<T>, T>(oRows.size()), m_oObject(oObject), m_oRows(oRows)
     {
     }
 
+    /// For NamedValueIterator.
     operator T const &() const { return m_oObject; }
     std::span<NamedGetter<T> const> GetRows() const { return m_oRows; }
 

@@ -21,6 +21,7 @@ public:
     /// Suspends the calling thread for iDuration milliseconds. Returns at once for 0 or less.
     static void Sleep(int iDuration);
 
+    /// The system's id of the process.
     static int GetProcessId();
 
     /// The system's id of the calling thread.

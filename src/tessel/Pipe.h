@@ -77,6 +77,7 @@ public:
     DefaultPipe() = default;
     ~DefaultPipe() override { DefaultPipe::Clear(); }
 
+    /// See Pipe.
     void Clear() override
     {
         TesselDetails::WriteLock const oScope(m_oLock);
@@ -84,18 +85,21 @@ public:
             Private::TakeFirst(m_oQueue);
     }
 
+    /// See Pipe.
     bool IsEmpty() const override
     {
         TesselDetails::ReadLock const oScope(m_oLock);
         return m_oQueue.empty();
     }
 
+    /// See Pipe.
     void Send(T const & oItem) override
     {
         TesselDetails::WriteLock const oScope(m_oLock);
         m_oQueue.push_back(std::unique_ptr<T>(ClonePolicy::Clone(oItem)));
     }
 
+    /// See Pipe.
     T * Receive() override
     {
         TesselDetails::WriteLock const oScope(m_oLock);

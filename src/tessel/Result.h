@@ -82,6 +82,7 @@ public:
     /// A shared success.
     static Result const & Null();
 
+    /// Whether it is a success, or a failure.
     virtual bool IsOk() const { return m == nullptr; }
     virtual bool IsError() const { return m != nullptr; }
 
@@ -101,6 +102,7 @@ public:
     ValueString const & GetText() const;  ///< [null]
     ValueString const & GetCause() const; ///< [null] a second text
 
+    /// Copy the text. A null pointer counts as "".
     void SetText(ValueString const & sText);
     void SetText(char const * sText);
     void SetCause(ValueString const & sCause);
@@ -109,6 +111,7 @@ public:
     /// Sets the source place of the failure. The file name is copied.
     void SetSource(char const * sFile, int iLine);
 
+    /// The number of entries.
     int GetHistorySize() const;
 
     /// An entry of the history; entry 0 is the most recent failure. It has no history itself and is valid
@@ -124,15 +127,18 @@ public:
     /// becomes a copy of oResult. Returns this object.
     Result const & InsertFront(Result const & oResult);
 
+    /// A copy whose history is empty.
     [[nodiscard]] Result GetWithoutHistory() const;
 
     /// What a program prints of a failure: its text, and on lines of their own the texts of its history, the most
     /// recent first. The source place follows each text. A failure without a text has that of its code. "" for a
     /// success.
     ///
-    ///     There are no settings. [src/main.cpp:31]
-    ///         Error while opening file 'settings.ini'. [src/tessel/IniFile.cpp:118]
-    ///         No such file or directory
+    /// ```
+    /// There are no settings. [src/main.cpp:31]
+    ///     Error while opening file 'settings.ini'. [src/tessel/IniFile.cpp:118]
+    ///     No such file or directory
+    /// ```
     [[nodiscard]] String GetTextWithCauses() const;
 
     /// Failures are equal if all fields and all entries of their histories are.

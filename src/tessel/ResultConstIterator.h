@@ -22,6 +22,7 @@ namespace tsl
 class TSL_EXPORT ResultConstIterator : public NamedValueIterator<ResultConstIterator>
 {
 public:
+    /// Is at the end.
     explicit ResultConstIterator(Result const & oResult);
     ~ResultConstIterator() override;
 

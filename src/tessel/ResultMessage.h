@@ -59,6 +59,7 @@ TSL_EXPORT ClassDescription const & Described<ResultMessage, Message>::GetStatic
 class TSL_EXPORT ResultMessageConstIterator : public NamedValueIterator<ResultMessageConstIterator>
 {
 public:
+    /// Is at the end.
     explicit ResultMessageConstIterator(ResultMessage const & oMessage);
     ~ResultMessageConstIterator() override;
 

@@ -24,8 +24,10 @@ public:
     Root(Root const &) {}
     Root & operator=(Root const &) { return *this; }
 
+    /// The description of the object's class.
     virtual ClassDescription const & GetClassDesc() const;
     virtual ~Root() = default;
+    /// The description of this class, and a new object of it; for Root itself, an assertion failure.
     static ClassDescription const & GetStaticClassDesc();
     static Root * CreateNew();
 

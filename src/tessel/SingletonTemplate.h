@@ -26,12 +26,14 @@ public:
     Singleton(Singleton const &) {}
     Singleton & operator=(Singleton const &) { return *this; }
 
+    /// The description of this base.
     virtual ClassDescription const & GetClassDesc() const { return GetStaticClassDesc(); }
     virtual ~Singleton() = default;
 
     // Neither this nor Instance may be inlined into user code: for the library's singletons the static
     // objects must be those of the library, and another compiler may name them differently and so create them
     // again.
+    /// The same, without an object.
     [[gnu::noinline]] static ClassDescription const & GetStaticClassDesc()
     {
         static ClassDescription const & oDescription = Private::Describe();

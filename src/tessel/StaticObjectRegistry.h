@@ -43,11 +43,12 @@ protected:
     StaticObjectPtrBase() = default;
 };
 
-/// A handle to a T. A null pointer is an assertion failure.
+/// A handle to a T.
 template<class T>
 class StaticObjectPtr : public StaticObjectPtrBase
 {
 public:
+    /// Null is an assertion failure.
     explicit StaticObjectPtr(T * pObject) : m_pObject(pObject)
     {
         if (!m_pObject)

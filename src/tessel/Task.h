@@ -24,6 +24,7 @@ public:
     /// Appends an id.
     void Push(int const & iTaskId) { m_vIds.push_back(iTaskId); }
 
+    /// The number of ids.
     unsigned int GetSize() const { return static_cast<unsigned int>(m_vIds.size()); }
     bool IsEmpty() const { return m_vIds.empty(); }
 
@@ -134,8 +135,10 @@ protected:
     /// Deletes the messages that the application has not read yet.
     virtual void ClearSendBuffer();
 
+    /// With a copy of the name.
     void SetTaskName(String const & sName);
 
+    /// The machine of the task, null for the topmost one, and the context of the running call.
     TaskProcessor * GetParent() const { return m->pParent; }
     TaskContext & GetContext() const;
 

@@ -72,6 +72,7 @@ protected:
     /// deleted. Only waiting at an empty queue uses up the time-out; 0 checks one message.
     Message * ReceiveFilter(MessageFilter const & oFilter, int iTimeout);
 
+    /// The topmost machine.
     TaskProcessor & GetTaskProcessor() const;
 
     /// The variables of the whole machine; see Task.

@@ -40,6 +40,7 @@ public:
 
     ~TaskContextMessage() override = default;
 
+    /// One of the enumerators.
     void SetActionId(int iActionId) { m_iActionId = iActionId; }
     int GetActionId() const { return m_iActionId; }
 
@@ -79,6 +80,7 @@ TSL_EXPORT ClassDescription const & Described<TaskContextMessage, Message>::GetS
 class TSL_EXPORT TaskContextMessageConstIterator : public NamedValueIterator<TaskContextMessageConstIterator>
 {
 public:
+    /// Is at the end.
     explicit TaskContextMessageConstIterator(TaskContextMessage const & oMessage);
     ~TaskContextMessageConstIterator() override;
 

@@ -17,10 +17,12 @@ using TaskCreationFunction = Task * (*)(TaskProcessor * pParent);
 class TSL_EXPORT TaskCreator : public ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>
 {
 public:
+    /// The parent must outlive the tasks.
     explicit TaskCreator(TaskProcessor * pParent) : ProductCreator1(pParent) {}
     virtual ~TaskCreator() = default;
 };
 
+/// The base of TaskFactory.
 using TaskFactoryBase =
     Factory<int, ProductCreator1<Task, TaskCreationFunction, TaskProcessor *>, CriticalSectionMutex, bool>;
 

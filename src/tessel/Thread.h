@@ -71,6 +71,7 @@ public:
     /// @param iExitCode without effect: a killed thread has no exit code
     [[nodiscard]] Result Kill(unsigned int iExitCode);
 
+    /// Whether a thread was started and has not ended.
     bool IsRunning() const;
 
     /// -1 if no thread was started or the last one was killed, 259 while it runs, 0 after its end.

@@ -27,11 +27,13 @@ public:
     /// lost: 1 minute and -1 second become 0 minutes and -1 second.
     TimeSpan(int iDays, int iHours, int iMinutes, int iSeconds);
 
+    /// Parts of the span: hours to 23, minutes and seconds to 59.
     int GetDays() const { return m_iDays; }
     int GetHours() const { return m_iHours; }
     int GetMinutes() const { return m_iMinutes; }
     int GetSeconds() const { return m_iSeconds; }
 
+    /// The finest part that counts.
     Time::Precision GetPrecision() const { return m_ePrecision; }
 
     /// Finer parts are kept, but GetAsSeconds ignores them.

@@ -35,9 +35,11 @@ public:
     Value(Value const &) = default;
     Value & operator=(Value const &) { return *this; }
 
+    /// The description of the value's class.
     ClassDescription const & GetClassDesc() const override;
     ~Value() override = default;
 
+    /// Whether there is no content.
     virtual bool IsNull() const = 0;
 
     /// Deletes the content.

@@ -32,6 +32,7 @@ public:
     /// equal decides. eNotComparable for an argument that is no collection.
     eCompare DoCompareTo(Value const & oOther) const override;
 
+    /// The number of elements, and deletes all of them.
     virtual unsigned int GetCount() const = 0;
     virtual void RemoveAll() = 0;
 

@@ -24,6 +24,7 @@ class TSL_EXPORT ValueAbstractValueCollectionConverterLayout
 {
 public:
     ValueAbstractValueCollectionConverterLayout();
+    /// With other texts; see ValueConverterLayout.
     explicit ValueAbstractValueCollectionConverterLayout(ValueString const & sFormat);
     ValueAbstractValueCollectionConverterLayout(ValueString const & sFormat, ValueString const & sNullFormat);
 };

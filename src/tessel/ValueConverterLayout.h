@@ -34,6 +34,7 @@ public:
     /// The layout for a value inside the value that this layout is for; the base returns itself.
     virtual ValueConverterLayout const & GetSuitableLayout(Value const & oValue) const;
 
+    /// The references hold as long as the layout.
     ValueString const & GetFormat() const { return m_sFormat; }
     ValueString const & GetNullFormat() const { return m_sNullFormat; }
     ValueString const & GetPrefix() const { return m_sPrefix; }

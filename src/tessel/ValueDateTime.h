@@ -35,6 +35,7 @@ public:
     ValueDateTime(DateTime oDateTime) : m_oDateTime(oDateTime), m_bNull(false) {}
     ValueDateTime(ValueDateTime const & oSource);
 
+    /// Replace the time. The right operand must not be null.
     ValueDateTime & operator=(ValueDateTime const & oSource);
     ValueDateTime & operator=(DateTime const & oDateTime);
 

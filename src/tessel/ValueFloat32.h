@@ -32,6 +32,7 @@ public:
     ValueFloat32(float fValue) : m_fValue(fValue), m_bNull(false) {}
     ValueFloat32(ValueFloat32 const & oSource) = default;
 
+    /// Replace the number. The value is null afterwards only if the right operand is.
     ValueFloat32 & operator=(ValueFloat32 const & oSource) = default;
     ValueFloat32 & operator=(float const & fValue);
 
@@ -58,6 +59,7 @@ public:
     ValueFloat32 & operator*=(float const & fRight);
     ValueFloat32 & operator/=(float const & fRight);
 
+    /// Change the number by 1.
     ValueFloat32 & operator++() { return *this += 1.0f; }
     ValueFloat32 & operator--() { return *this -= 1.0f; }
 
@@ -89,11 +91,13 @@ inline ValueFloat32 operator+(ValueFloat32 const & oLeft, ValueFloat32 const & o
 {
     return oLeft.AsFloat32() + oRight.AsFloat32();
 }
-// Without this overload a literal 0 as the left operand would be ambiguous: it could also be a null text.
+/// The same. Without this overload a literal 0 as the left operand would be ambiguous: it could also be a null text.
 inline ValueFloat32 operator+(float fLeft, ValueFloat32 const & oRight)
 {
     return fLeft + oRight.AsFloat32();
 }
+
+/// As operator+.
 inline ValueFloat32 operator-(ValueFloat32 const & oLeft, ValueFloat32 const & oRight)
 {
     return oLeft.AsFloat32() - oRight.AsFloat32();

@@ -31,6 +31,7 @@ public:
     ValueInt32(int iValue) : m_iValue(iValue), m_bNull(false) {}
     ValueInt32(ValueInt32 const & oSource) = default;
 
+    /// Replace the number. The value is null afterwards only if the right operand is.
     ValueInt32 & operator=(ValueInt32 const & oSource);
     ValueInt32 & operator=(int const & iValue);
 
@@ -62,6 +63,7 @@ public:
     ValueInt32 & operator|=(int const & iRight);
     ValueInt32 & operator^=(int const & iRight);
 
+    /// Change the number by 1.
     ValueInt32 & operator++() { return *this += 1; }
     ValueInt32 & operator--() { return *this -= 1; }
 

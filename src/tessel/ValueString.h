@@ -38,6 +38,7 @@ public:
     explicit ValueString(std::string_view sSource) : m_bNull(false), m_sText(sSource) {}
     ValueString(String const & sSource) : m_bNull(false), m_sText(sSource) {}
 
+    /// Replace the text. The value is null afterwards only if the right operand was.
     ValueString & operator=(ValueString const & sSource) = default;
     ValueString & operator=(ValueString && sSource) noexcept;
     ValueString & operator=(std::string const & sSource);
@@ -129,6 +130,7 @@ public:
     ValueString & operator<<(int i) { return Private::Append(*this, i); }
     ValueString & operator<<(float f) { return Private::Append(*this, f); }
 
+    /// The same as operator<<.
     ValueString & operator+=(ValueString const & s) { return *this << s; }
     ValueString & operator+=(std::string const & s) { return *this << s; }
     ValueString & operator+=(char const * s) { return *this << s; }

@@ -21,6 +21,7 @@ class TSL_EXPORT Version
 public:
     Version() = delete;
 
+    /// The numbers of the version.
     static int GetMajor();
     static int GetMinor();
     static int GetPatch();
