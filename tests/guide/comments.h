@@ -1,11 +1,13 @@
 // What the examples in comments use without showing it. Only declared: the examples are compiled, not run.
 
+#include <tessel/StandardSupport.h>
 #include <tessel/Tessel.h>
 
 #include <patternmatcher/PatternMatcher.h>
 
 #include <iostream>
 #include <memory>
+#include <unordered_map>
 
 using namespace tsl;
 
