@@ -162,12 +162,16 @@ TEST(DispatcherClient, IsRegisteredWhileItIsOpen)
     }
     EXPECT_TRUE(Dispatch(oDispatcher).IsOk());
     // The types in front of a bad one stay with the bus.
-    for (unsigned int const iBad : {0u, Root::GetStaticClassDesc().GetClassId()})
+    unsigned int const iRoot = Root::GetStaticClassDesc().GetClassId();
+    for (unsigned int const iBad : {0u, iRoot})
     {
         SCOPED_TRACE(iBad);
+        std::string const sReason =
+            iBad == 0 ? "0, which no class has."
+                      : std::to_string(iRoot) + ", of 'class tsl::Root', which is no message class.";
         TestClient oClient(oDispatcher, {g_iNumber, iBad, g_iBase});
         Result const oResult = oClient.Open();
-        EXPECT_EQ(Tell(oResult), "2 Ungültige ClassId!");
+        EXPECT_EQ(Tell(oResult), "2 Ungültige ClassId! <- 2 The id is " + sReason);
         EXPECT_EQ(oResult.GetCategory(), Result::eCategoryFault);
         oClient.Close();
         EXPECT_EQ(oDispatcher.GetTypes(oClient), std::vector{g_iNumber});

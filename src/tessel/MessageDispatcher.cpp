@@ -15,10 +15,21 @@ namespace tsl
 namespace
 {
 
-bool IsMessageType(unsigned int iType)
+bool IsMessageType(ClassDescription const * pDescription)
 {
-    ClassDescription const * const pDescription = ClassRepository::Instance().GetClassDescription(iType);
     return pDescription && pDescription->IsDerivedClass(Message::GetStaticClassDesc());
+}
+
+/// The reason why an id is no type of messages. The description is null if there is none.
+Result MakeTypeFault(unsigned int iType, ClassDescription const * pDescription)
+{
+    String sReason("The id is ");
+    sReason << iType;
+    if (pDescription)
+        sReason << ", of '" << pDescription->GetClassName() << "', which is no message class.";
+    else
+        sReason << ", which no class has.";
+    return MakeResult(ERR::eBadData, sReason, Result::eCategoryFault);
 }
 
 } // namespace
@@ -34,8 +45,9 @@ Result MessageDispatcher::Private::Register(
 {
     for (unsigned int const iType : vTypes)
     {
-        if (!IsMessageType(iType))
-            return MakeResult(ERR::eBadData, "Ungültige ClassId!", Result::eCategoryFault);
+        ClassDescription const * const pDescription = ClassRepository::Instance().GetClassDescription(iType);
+        if (!IsMessageType(pDescription))
+            return MakeResult(ERR::eBadData, "Ungültige ClassId!", MakeTypeFault(iType, pDescription));
 
         ProcessorList * pList = nullptr;
         {
