@@ -124,12 +124,13 @@ def read_classes(headers):
 
 def filter_page(text, classes):
     def link(match):
-        name = classes.get(match.group(1))
-        return f"[{match.group()}](@ref {name})" if name else match.group()
+        name = classes.get(match.group(2))
+        return f"[{match.group(1)}](@ref {name})" if name else match.group()
 
     parts = re.split(r"(^```.*?^```$|^#.*?$)", text, flags=re.DOTALL | re.MULTILINE)
     for i in range(0, len(parts), 2):
-        parts[i] = re.sub(r"(?<!\[)`(?:tsl::)?(\w+)`", link, parts[i])
+        parts[i] = re.sub(r"(?<!\[)(`(?:tsl::)?(\w+)`)", link, parts[i])
+        parts[i] = re.sub(r"\[((\w+))\]\([./]*/src/\w+/\w+\.h\)", link, parts[i])
     return "".join(parts)
 
 
