@@ -29,8 +29,8 @@ function(extract_program file)
   file(WRITE ${file} "${text}")
 endfunction()
 
-# <tessel/Tessel.h> is there for all others but those that only public templates need, and the libraries' own headers
-# are not.
+# <tessel/Tessel.h> is there for all others but the optional one and those that only public templates need, and the
+# libraries' own headers are not.
 function(check_headers folder)
   file(GLOB folders RELATIVE ${folder} ${folder}/*)
   if(NOT folders STREQUAL "patternmatcher;tessel;tesselkit")
@@ -48,7 +48,7 @@ function(check_headers folder)
 
   file(GLOB headers RELATIVE ${folder} ${folder}/tessel/*.h)
   list(REMOVE_ITEM headers tessel/Tessel.h tessel/FactoryTable.h tessel/ScopedLockTemplate.h
-    tessel/TaskRecord.h)
+    tessel/StandardSupport.h tessel/TaskRecord.h)
   file(STRINGS ${folder}/tessel/Tessel.h included REGEX "^#include <tessel/")
   list(TRANSFORM included REPLACE "#include <(.*)>" "\\1")
   if(NOT headers STREQUAL included)
