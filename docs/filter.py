@@ -99,8 +99,9 @@ class Header:
 
 
 def filter_header(text, group):
-    # Instances of templates would be classes without comments.
-    text = re.sub(r"^extern template .*?;\n", "", text, flags=re.DOTALL | re.MULTILINE)
+    # Instances of templates would be classes without comments, and specialised members functions without them.
+    for head in ("extern template ", "TSL_EXTERN_TEMPLATE\\(", "template<>\nTSL_EXPORT "):
+        text = re.sub("^" + head + ".*?;\n", "", text, flags=re.DOTALL | re.MULTILINE)
     header = Header()
     for line in text.splitlines():
         header.read(line)

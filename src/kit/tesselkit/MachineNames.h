@@ -19,6 +19,7 @@ namespace tsl
 class MachineNames
 {
 public:
+    /// Names a task.
     void AddTask(int iTaskId, String const & sName);
 
     /// Names a result of the task, which may also be Task::TR_PROCEED or Task::TR_RETURN.

@@ -19,6 +19,7 @@ public:
     void Add(Message const & oMessage);
     void Add(std::unique_ptr<Message> pMessage);
 
+    /// The number of messages.
     int GetCount() const { return static_cast<int>(m_vMessages.size()); }
 
     /// The message of that index, which is valid as long as the list. An index outside the list throws

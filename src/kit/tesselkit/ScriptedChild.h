@@ -47,6 +47,7 @@ public:
     /// Ends the child if it runs.
     ~ScriptedChild() override;
 
+    /// Starts it; fails as CmdLine::Run does.
     [[nodiscard]] Result Start();
 
     /// -1 before the first start, 0 after one that failed.

@@ -27,6 +27,7 @@ public:
     TestFolder(TestFolder const &) = delete;
     TestFolder & operator=(TestFolder const &) = delete;
 
+    /// The folder, or a file in it.
     std::filesystem::path const & GetPath() const { return m_oPath; }
     std::string GetPath(std::string const & sName) const { return (m_oPath / sName).string(); }
 
