@@ -159,6 +159,15 @@ TYPED_TEST(FactoryTables, AreReadWhileTheyGrowAndAreUsedAgain)
         oTable.Insert(TypeParam(iKey), iKey % 2 ? &TestFixture::Two : &TestFixture::One);
         oTable.Erase(TypeParam(i < 90'000 ? (i * 7) % 64 : i - 1'000));
     }
+    for (int i = 0; i < 100'000; ++i)
+    {
+        // Tables that come to take pages of memory and give them back.
+        int const iKey = 1'000'000 + i % 20'000;
+        if (i / 20'000 % 2 == 0)
+            oTable.Insert(TypeParam(iKey), &TestFixture::One);
+        else
+            oTable.Erase(TypeParam(iKey));
+    }
     bDone = true;
     oReader.join();
     EXPECT_EQ(iWrong, 0);
@@ -182,6 +191,14 @@ TEST(FactoryKeys, NeedNothingButAnOrderAndLeaveNothingBehind)
             iBefore = GetMemory();
     }
     EXPECT_LT(GetMemory(), iBefore + 8'192) << "KiB";
+    for (int i = 0; i < 1'000'000; ++i)
+        oNumbers.Register(i * 16, &CreateTestProcessor);
+    for (int i = 0; i < 1'000'000; ++i)
+        oNumbers.Unregister(i * 16);
+    EXPECT_LT(GetMemory(), iBefore + 8'192) << "KiB";
+    oNumbers.Register(16, &CreateTestProcessor);
+    EXPECT_TRUE(oNumbers.IsRegistered(16));
+    EXPECT_FALSE(oNumbers.IsRegistered(32));
 }
 
 TEST(FactoryMisuse, NamesFactoryKeyAndFunction)

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <tessel/Export.h>
 #include <tessel/ScopedLockTemplate.h>
 
+#include <algorithm>
 #include <atomic>
 #include <bit>
 #include <concepts>
@@ -15,6 +17,9 @@
 
 namespace tsl::TesselDetails
 {
+
+/// Gives the memory of whole pages back to the system, as far as it takes them. Each byte keeps its value or becomes 0.
+TSL_EXPORT void DiscardContent(void * pMemory, std::size_t iSize);
 
 /// The table of a factory: functions by key. Any thread may call any operation at any time, except that no other
 /// thread may use a table while it is copied or assigned.
@@ -66,10 +71,10 @@ private:
 /// the time, while the table hardly ever changes (R05).
 ///
 /// An index is a hash table with open addressing. An erased key keeps its slot, without a function. When half of
-/// the slots are used, the keys that have a function are copied to another index, of the same or of twice the size.
-/// A reader that used the old index meanwhile searches again. There are at most two indexes of each size. They are
-/// kept until the table is destroyed, since a slow reader may still be in one. So the memory grows with the most
-/// keys that the table ever had at one time.
+/// the slots are used, or few have a function, the keys that have one are copied to another index of a fitting size.
+/// A reader that used the old index meanwhile searches again. There are at most two indexes of each size. They stay
+/// until the table is destroyed, since a slow reader may still be in one, but those that are not in use need only
+/// addresses and no memory. To a reader there, a slot without memory is an unused one.
 template<std::integral Key, class Function, class Mutex>
 requires std::is_pointer_v<Function>
 class FactoryTable<Key, Function, Mutex>
@@ -83,6 +88,7 @@ public:
         {
             for (Slot & oSlot : GetIndex().vSlots)
                 oSlot.fFunction = nullptr;
+            m_iFunctions = 0;
             InsertAll(oSource);
         }
         return *this;
@@ -108,20 +114,26 @@ public:
     {
         WriteLock const oScope(m_oLock);
         Place const oPlace = FindPlace(GetIndex(), iKey);
-        if (!oPlace.bUsed)
-        {
+        if (oPlace.bUsed && oPlace.pSlot->fFunction)
+            return false;
+        if (oPlace.bUsed)
+            oPlace.pSlot->fFunction = fFunction;
+        else
             AddKey(iKey, fFunction);
-            return true;
-        }
-        Function fNone = nullptr;
-        return oPlace.pSlot->fFunction.compare_exchange_strong(fNone, fFunction);
+        ++m_iFunctions;
+        return true;
     }
 
     void Erase(Key iKey)
     {
         WriteLock const oScope(m_oLock);
-        if (Place const oPlace = FindPlace(GetIndex(), iKey); oPlace.bUsed)
-            oPlace.pSlot->fFunction = nullptr;
+        Place const oPlace = FindPlace(GetIndex(), iKey);
+        if (!oPlace.bUsed || !oPlace.pSlot->fFunction)
+            return;
+        oPlace.pSlot->fFunction = nullptr;
+        --m_iFunctions;
+        if (GetIndex().vSlots.size() > std::max(INITIAL_SIZE, m_iFunctions * 16))
+            Rebuild();
     }
 
 private:
@@ -217,12 +229,8 @@ private:
 
     void Rebuild()
     {
-        Index const & oOld = GetIndex();
-        std::size_t iFunctions = 0;
-        for (Slot const & oSlot : oOld.vSlots)
-            iFunctions += oSlot.fFunction != nullptr;
-        bool const bGrow = iFunctions * 4 > oOld.vSlots.size();
-        Index & oNew = GetUnusedIndex(oOld.vSlots.size() * (bGrow ? 2 : 1));
+        Index & oOld = GetIndex();
+        Index & oNew = GetUnusedIndex(std::bit_ceil(std::max(INITIAL_SIZE, m_iFunctions * 4)));
 
         // All stores to slots are releases: a slow reader that still uses this index and sees one of them also sees
         // the new count, and searches again.
@@ -235,8 +243,9 @@ private:
         for (Slot const & oSlot : oOld.vSlots)
             if (Function const fFunction = oSlot.fFunction)
                 Enter(oNew, oSlot.iKey, fFunction);
-        m_iUsed = iFunctions;
+        m_iUsed = m_iFunctions;
         m_pIndex.store(&oNew, std::memory_order_release);
+        DiscardContent(oOld.vSlots.data(), oOld.vSlots.size() * sizeof(Slot));
     }
 
     void InsertAll(FactoryTable const & oSource)
@@ -252,8 +261,9 @@ private:
     // Incremented when a rebuild begins.
     std::atomic<std::uint64_t> m_iRebuilds{0};
 
-    // Number of used slots in the current index.
+    // Number of used slots in the current index, and of those that have a function.
     std::size_t m_iUsed = 0;
+    std::size_t m_iFunctions = 0;
 
     Mutex m_oLock;
 };
