@@ -61,11 +61,12 @@ protected:
     tsl::Result Run() override
     {
         m_oOutcome = RunCommand();
-        // Output from before a failure is still shown.
-        tsl::Result oWritten = m_oOutput.Finish();
-        if (m_oOutcome.IsOk())
+        // Output from before a failure is still shown. If that fails, it matters more than the failure.
+        tsl::Result const oWritten = m_oOutput.Finish();
+        if (oWritten.IsError())
             m_oOutcome = oWritten;
-        return m_oOutcome;
+        // If nobody reads the output any more, the exit code alone tells of a failure.
+        return m_oOutput.IsUnread() ? tsl::Result() : m_oOutcome;
     }
 
     /// Returns the exit code. The failures were printed before; this one is printed by nobody.
