@@ -96,6 +96,8 @@ tsl::Result RunHistory::Save()
         iError = System::ReplaceFile(m_sFile, oNew);
     if (iError == 0)
         return tsl::Result();
+    std::error_code oIgnored; // There may be no new file.
+    std::filesystem::remove(oNew, oIgnored);
     m_bChanged = true;
     return tsl::MakeResult(tsl::ERR::eAccessDenied,
         tsl::String("The file '") + m_sFile.c_str()

@@ -88,7 +88,7 @@ int WriteBeside(
     std::filesystem::path const & oFile, std::string_view sContent, std::filesystem::path & oBeside)
 {
     // Who may not write the file must not replace it either, even if the folder allows it.
-    if (::access(oFile.c_str(), W_OK) != 0)
+    if (::access(oFile.c_str(), W_OK) != 0 && errno != ENOENT)
         return errno;
     std::string sName = oFile.string() + ".XXXXXX";
     int const iHandle = ::mkostemp(sName.data(), O_CLOEXEC);
