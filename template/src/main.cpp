@@ -10,6 +10,11 @@
 namespace
 {
 
+void Print(tsl::Result const & oFailure)
+{
+    std::cerr << "ticker: " << oFailure.GetTextWithCauses().c_str() << std::endl;
+}
+
 /// Prints failures, and keeps the last one.
 class FailurePrinter : public tsl::PlainProcessor
 {
@@ -20,7 +25,7 @@ public:
         if (!pFailure)
             return;
         m_oFailure = pFailure->GetResult();
-        std::cerr << "ticker: " << m_oFailure.GetTextWithCauses().c_str() << std::endl;
+        Print(m_oFailure);
     }
 
     tsl::Result const & GetFailure() const { return m_oFailure; }
@@ -48,11 +53,31 @@ public:
     static tsl::Application * Create() { return new TickerApplication; }
 
 protected:
+    /// The library takes an ini file with a mistake for an empty one; this program says so and does not run.
+    tsl::Result PreRun() override
+    {
+        tsl::IniFile oFile;
+        tsl::Result const oResult = oFile.Open(tsl::Support::GetAppIniFileName());
+        bool const bMissing = oResult.GetErrorCode() == tsl::ERR::eNotFound;
+        return oResult.IsOk() || bMissing ? ConsoleApplication::PreRun() : oResult;
+    }
+
     tsl::Result Run() override
     {
+        std::vector<tsl::String> vOptions;
+        GetConfig().GetCmdLineParser().GetOptions(vOptions);
+        if (!vOptions.empty())
+            return tsl::MakeResult(
+                tsl::ERR::eBadData, tsl::String("There is no option '") + vOptions[0] + "'.");
+
         int iCount = 0;
-        tsl::Result const oResult = GetCount(iCount);
-        return oResult.IsOk() ? Tick(iCount) : oResult;
+        tsl::Result oResult = GetCount(iCount);
+        if (oResult.IsOk())
+            oResult = Tick(iCount);
+        if (oResult.IsError() || std::cout.flush())
+            return oResult;
+        return tsl::MakeResult(
+            tsl::ERR::eSubsystem, "The output cannot be written.", tsl::OS::GetLastError());
     }
 
     /// The exit code is that of PostRun, so it returns the failure that was printed, and does not print it again.
@@ -71,8 +96,16 @@ private:
         std::vector<tsl::String> vWords;
         GetConfig().GetCmdLineParser().GetParameters(vWords);
         tsl::ValueInt32 iValue;
+        tsl::String sCount;
+        tsl::Result oReason;
+        tsl::IniFile const & oIni = tsl::Support::GetAppIni();
         if (vWords.empty())
-            static_cast<void>(tsl::Support::GetAppIni().GetInt32("Ticker", "Count", iCount));
+        {
+            // Without the key no tick; a text that is no number is a mistake.
+            if (oIni.GetString("Ticker", "Count", sCount)
+                && !oIni.GetInt32("Ticker", "Count", iCount, oReason))
+                return oReason;
+        }
         else if (iValue.GetConverter().ConvertFromText(vWords[0], iValue).IsOk())
             iCount = iValue.AsInt32();
         else
@@ -102,6 +135,15 @@ private:
 
 int main(int iCount, char ** ppArguments)
 {
-    // Without the program's own name, which is no parameter.
-    return tsl::ConsoleApplication::Instance(&TickerApplication::Create).Main(iCount - 1, ppArguments + 1);
+    try
+    {
+        // Without the program's own name, which is no parameter.
+        return tsl::ConsoleApplication::Instance(&TickerApplication::Create)
+            .Main(iCount - 1, ppArguments + 1);
+    }
+    catch (tsl::Exception const & oException)
+    {
+        Print(oException.GetResult());
+        return oException.GetResult().GetErrorCode();
+    }
 }
