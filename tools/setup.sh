@@ -22,7 +22,8 @@ tzdata|the time zone database|test -e /usr/share/zoneinfo/Europe/Berlin'
 package_needs='
 dpkg-dev|dpkg-shlibdeps|has dpkg-shlibdeps
 fakeroot|fakeroot|has fakeroot
-doxygen|Doxygen|has doxygen'
+doxygen|Doxygen|has doxygen
+python3|Python 3|has python3'
 extra_needs='
 clang|clang++ 14 or later|has_version clang++ -dumpversion 14
 clang-format|clang-format|has clang-format
@@ -31,7 +32,6 @@ libbenchmark-dev|Google Benchmark|has_header benchmark/benchmark.h
 ccache|ccache|has ccache
 gdb|gdb|has gdb
 abigail-tools|abidw|has abidw
-python3|Python 3|has python3
 make|make|has make'
 
 has() {
