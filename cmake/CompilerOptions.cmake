@@ -24,6 +24,17 @@ if(TESSEL_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_CXX_COMPILER_LAU
   set(CMAKE_CXX_COMPILER_LAUNCHER ${TESSEL_CCACHE})
 endif()
 
+# Copies the runtime libraries beside the programs. They are shared, since exceptions pass from one module to another.
+if(WIN32)
+  foreach(name IN ITEMS libstdc++-6.dll libgcc_s_seh-1.dll libgcc_s_dw2-1.dll libwinpthread-1.dll)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
+      OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(IS_ABSOLUTE ${file})
+      file(COPY ${file} DESTINATION ${CMAKE_BINARY_DIR}/bin)
+    endif()
+  endforeach()
+endif()
+
 # Options of the target alone; users of the library do not get them.
 function(tessel_compile_options target)
   set(folder ${CMAKE_BINARY_DIR})

@@ -7,7 +7,7 @@ include(CMakePackageConfigHelpers)
 # Optimised libraries get their debug data in separate files. A sanitizer needs it in the library itself.
 include(CMakeDependentOption)
 cmake_dependent_option(TESSEL_DEBUG_FILES "Put the debug data of the libraries into files of their own"
-  ${PROJECT_IS_TOP_LEVEL} "CMAKE_OBJCOPY;NOT CMAKE_BUILD_TYPE STREQUAL Debug;NOT TESSEL_SANITIZE" OFF)
+  ${PROJECT_IS_TOP_LEVEL} "CMAKE_OBJCOPY;NOT WIN32;NOT CMAKE_BUILD_TYPE STREQUAL Debug;NOT TESSEL_SANITIZE" OFF)
 
 set(TESSEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Tessel)
 
@@ -35,10 +35,21 @@ endfunction()
 # The library's file and soname is lib<target>.so.<major>.<minor>. It finds the other library in its own folder, in
 # the build tree and after installation. Only the symbols in the version script are exported: visibility alone would
 # also export instances of the standard library's templates.
+#
+# On Windows the file is <target>.<major>.<minor>.dll, beside the programs, since a program finds libraries there. The
+# source says which symbols it exports.
 function(tessel_library target)
   set(version_script ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   add_library(Tessel::${target} ALIAS ${target})
   tessel_library_objects(${target})
+  if(WIN32)
+    set_target_properties(${target} PROPERTIES
+      PREFIX ""
+      OUTPUT_NAME ${target}.${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
+      RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin
+      ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+    return()
+  endif()
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
     SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}

@@ -49,7 +49,7 @@ protected:
     virtual void DoCopy(Root const & oSource) = 0;
 
 private:
-    struct Private
+    struct TSL_EXPORT Private
     {
         [[noreturn]] static void FailForeignSource();
         [[noreturn]] static void FailNoFactory();
