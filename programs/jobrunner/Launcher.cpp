@@ -70,7 +70,7 @@ void WriteTexts(std::vector<std::string> const & vTexts, std::string & sFile)
 std::vector<std::string> GetWords(Job const & oJob)
 {
     if (oJob.bShell)
-        return {"/bin/sh", "-c", oJob.sCommand.s_str()};
+        return LaunchSystem::GetShellWords(oJob.sCommand.s_str());
     return SplitCommand(oJob.sCommand.s_str());
 }
 
@@ -106,8 +106,8 @@ tsl::Result Launcher::Prepare(JobPlan & oPlan)
         return tsl::MakeResult(
             tsl::ERR::eSubsystem, "The commands of the jobs cannot be kept.", tsl::OS::FormatError(iError));
     for (std::size_t i = 0; i < oPlan.vJobs.size(); ++i)
-        oPlan.vJobs[i].sLauncher = tsl::String(LaunchSystem::GetOwnProgram()) + ' ' + LAUNCH + ' '
-                                   + sName.c_str() + ' ' + std::to_string(vPositions[i]).c_str();
+        oPlan.vJobs[i].sLauncher = '"' + LaunchSystem::GetOwnProgram() + "\" " + LAUNCH + " \"" + sName
+                                   + "\" " + std::to_string(vPositions[i]);
     return tsl::Result();
 }
 

@@ -33,7 +33,7 @@ int CheckProgram(std::filesystem::path const & oProgram)
 
 } // namespace
 
-char const * GetOwnProgram()
+std::string GetOwnProgram()
 {
     return "/proc/self/exe";
 }
@@ -65,6 +65,11 @@ std::string GetInputFile(std::string const & sName)
     if (sName.empty())
         return "/dev/null";
     return sName == "yes" ? GetDescriptorPath(STDIN_FILENO) : sName;
+}
+
+std::vector<std::string> GetShellWords(std::string const & sCommand)
+{
+    return {"/bin/sh", "-c", sCommand};
 }
 
 int FindProgram(std::string const & sProgram, std::string const & sFolder, std::string const & sPath)
