@@ -186,10 +186,9 @@ TEST(JobRunnerRoom, WaitsForOthersIfDescriptorsAreShort)
     std::string sIni = "[Runner]\nParallel=100\n";
     for (int i = 0; i < 40; ++i)
         sIni += "[Job/j" + std::to_string(i) + "]\nCommand=" + CHILD + " out line\\n\n";
-    TestProgram const oShell("/bin/sh");
-    oShell.WriteFile("jobrunner.ini", sIni);
+    TestProgram const oLimited("/usr/bin/prlimit");
+    oLimited.WriteFile("jobrunner.ini", sIni);
     // Far fewer than it counts on, so that starts fail as well.
-    ProgramOutcome const oOutcome =
-        oShell.Run({"-c", "ulimit -n 70; exec \"" TESSEL_PROGRAMS "/jobrunner\""});
+    ProgramOutcome const oOutcome = oLimited.Run({"--nofile=70", TESSEL_PROGRAMS "/jobrunner"});
     EXPECT_EQ(oOutcome.iExitCode, 0) << oOutcome.sErrors << oOutcome.sOutput;
 }
