@@ -141,7 +141,7 @@ TYPED_TEST(FactoryTables, AreReadWhileTheyGrowAndAreUsedAgain)
     EXPECT_TRUE(oTable.Insert(TypeParam(-1), &TestFixture::One));
     std::atomic<bool> bDone{false};
     std::atomic<int> iWrong{0};
-    std::jthread oReader(
+    std::thread oReader(
         [&]
         {
             for (int i = 0; !bDone; ++i)

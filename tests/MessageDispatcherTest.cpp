@@ -275,7 +275,7 @@ TEST(DispatcherThreads, RemoveFromInsideOfTwoDeliveriesAtOnce)
             apClients[1] = &oSecond;
             ASSERT_TRUE(oFirst.Open().IsOk());
             ASSERT_TRUE(oSecond.Open().IsOk());
-            std::jthread const oOther([&] { Dispatch(oDispatcher, DebugMessage()); });
+            JoinedThread const oOther([&] { Dispatch(oDispatcher, DebugMessage()); });
             Dispatch(oDispatcher, NumberMessage());
         }
 }
@@ -313,7 +313,7 @@ TEST(DispatcherThreads, NobodyIsInsideOfAClientThatIsDestroyed)
             if (bFromInside)
                 Register(oDispatcher, oDestroyer, g_iNumber);
             {
-                std::jthread const oOther([&] { Dispatch(oDispatcher, DebugMessage()); });
+                JoinedThread const oOther([&] { Dispatch(oDispatcher, DebugMessage()); });
                 Result oResult;
                 (bFromInside ? static_cast<MessageProcessor const &>(oDispatcher) : oDestroyer)
                     .Process(NumberMessage(), oResult);

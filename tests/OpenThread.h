@@ -11,6 +11,22 @@
 namespace tsltest
 {
 
+/// A std::thread that is joined at its end. Not every standard library has std::jthread.
+class JoinedThread
+{
+public:
+    explicit JoinedThread(std::function<void()> fWork) : m_oThread(std::move(fWork)) {}
+    JoinedThread(JoinedThread && oSource) = default;
+    ~JoinedThread()
+    {
+        if (m_oThread.joinable())
+            m_oThread.join();
+    }
+
+private:
+    std::thread m_oThread;
+};
+
 /// A thread that does what the test says, and is killed when its object is destroyed.
 class OpenThread : public tsl::Thread
 {
@@ -42,7 +58,7 @@ template<class Work>
 void RunOnThreads(int iThreads, Work const & fWork)
 {
     std::latch oStart(iThreads);
-    std::vector<std::jthread> vThreads;
+    std::vector<JoinedThread> vThreads;
     for (int iThread = 1; iThread < iThreads; ++iThread)
         vThreads.emplace_back(
             [&, iThread]

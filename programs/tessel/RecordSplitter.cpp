@@ -13,7 +13,7 @@ char * RecordSplitter::GetSpace(std::size_t & iSpace)
     if (m_iSize - iKept < READ_SIZE)
     {
         m_iSize = std::clamp(2 * m_iSize, 2 * READ_SIZE, HELD_MAX + 2 * READ_SIZE);
-        auto aLarger = std::make_unique_for_overwrite<char[]>(m_iSize);
+        std::unique_ptr<char[]> aLarger(new char[m_iSize]);
         if (iKept > 0)
             std::memcpy(aLarger.get(), m_aBuffer.get() + m_iBegin, iKept);
         m_aBuffer = std::move(aLarger);

@@ -1,5 +1,7 @@
 #include "FloatText.h"
 
+#include "platform/Numbers.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -137,7 +139,7 @@ public:
             *pEnd++ = '1';
         *pEnd++ = 'e';
         pEnd = std::to_chars(pEnd, std::end(m_aText), m_iPower).ptr;
-        return std::from_chars(m_aText, pEnd, fNumber).ec;
+        return Platform::ReadNumber(m_aText, pEnd, fNumber);
     }
 
 private:
@@ -195,8 +197,8 @@ double ReadUnsigned(std::string_view sText, Number const & oNumber)
         return ReadUnusual(oNumber);
 
     double fNumber = 0;
-    auto const oEnd = std::from_chars(sText.data(), sText.data() + sText.size(), fNumber);
-    return oEnd.ec == std::errc::result_out_of_range ? ReadUnusual(oNumber) : fNumber;
+    std::errc const eError = Platform::ReadNumber(sText.data(), sText.data() + sText.size(), fNumber);
+    return eError == std::errc::result_out_of_range ? ReadUnusual(oNumber) : fNumber;
 }
 
 } // namespace

@@ -19,7 +19,7 @@ int IniLineReader::Open(char const * sName)
     {
         // Not cleared (R11): clearing touches every page, which takes longer than reading a short file, at
         // the start of every program.
-        m_aBuffer = std::make_unique_for_overwrite<char[]>(BUFFER_SIZE);
+        m_aBuffer.reset(new char[BUFFER_SIZE]);
         m_sRest = std::string_view(m_aBuffer.get(), 0);
     }
     return iError;

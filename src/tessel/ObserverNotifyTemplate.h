@@ -142,14 +142,23 @@ private:
                 __builtin_LINE());
     }
 
+    static bool IsBefore(Entry const & oEntry, Observer const * pObserver)
+    {
+        return std::less<>()(static_cast<Observer const *>(oEntry.pObserver), pObserver);
+    }
+    static bool IsAfter(Observer const * pObserver, Entry const & oEntry)
+    {
+        return std::less<>()(pObserver, static_cast<Observer const *>(oEntry.pObserver));
+    }
+
     // The position of the observer, or the position at which it would be inserted.
     auto FindPlace(Observer const * pObserver)
     {
-        return std::ranges::lower_bound(m_vEntries, pObserver, std::less<>(), &Entry::pObserver);
+        return std::lower_bound(m_vEntries.begin(), m_vEntries.end(), pObserver, &IsBefore);
     }
     auto FindPlace(Observer const * pObserver) const
     {
-        return std::ranges::lower_bound(m_vEntries, pObserver, std::less<>(), &Entry::pObserver);
+        return std::lower_bound(m_vEntries.begin(), m_vEntries.end(), pObserver, &IsBefore);
     }
 
     /// Whether the observer is at that position.
@@ -190,7 +199,7 @@ private:
             ++i;
             if (m_iChange != iChange) [[unlikely]]
                 i = static_cast<std::size_t>(
-                    std::ranges::upper_bound(m_vEntries, oEntry.pObserver, std::less<>(), &Entry::pObserver)
+                    std::upper_bound(m_vEntries.begin(), m_vEntries.end(), oEntry.pObserver, &IsAfter)
                     - m_vEntries.begin());
         }
     }

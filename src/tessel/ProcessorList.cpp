@@ -83,14 +83,18 @@ struct ProcessorList::Set
     /// The entry of the processor, live or not, or null.
     Entry * Find(MessageProcessor const * pProcessor)
     {
-        auto const oPlace = std::ranges::lower_bound(vEntries, pProcessor, std::less<>(), &Entry::pProcessor);
+        auto const oPlace = std::lower_bound(vEntries.begin(), vEntries.end(), pProcessor,
+            [](Entry const & oLeft, MessageProcessor const * pRight)
+            { return std::less<>()(oLeft.pProcessor, pRight); });
         return oPlace != vEntries.end() && oPlace->pProcessor == pProcessor ? &*oPlace : nullptr;
     }
 
     /// The entries after the processor.
     std::span<Entry const> GetRest(MessageProcessor const * pProcessor) const
     {
-        auto const oPlace = std::ranges::upper_bound(vEntries, pProcessor, std::less<>(), &Entry::pProcessor);
+        auto const oPlace = std::upper_bound(vEntries.begin(), vEntries.end(), pProcessor,
+            [](MessageProcessor const * pLeft, Entry const & oRight)
+            { return std::less<>()(pLeft, oRight.pProcessor); });
         return {oPlace, vEntries.end()};
     }
 
@@ -292,7 +296,8 @@ void ProcessorList::Rebuild(MessageProcessor const * pAdded)
             if (oEntry.IsLive())
                 vProcessors.push_back(oEntry.pProcessor);
     if (pAdded)
-        vProcessors.insert(std::ranges::upper_bound(vProcessors, pAdded, std::less<>()), pAdded);
+        vProcessors.insert(
+            std::upper_bound(vProcessors.begin(), vProcessors.end(), pAdded, std::less<>()), pAdded);
 
     auto pSet = std::make_unique<Set>(vProcessors);
     pSet->pFormer.reset(pLatest);

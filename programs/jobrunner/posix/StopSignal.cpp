@@ -1,6 +1,7 @@
 #include "../StopSignal.h"
 
 #include <atomic>
+#include <initializer_list>
 
 #include <signal.h>
 
