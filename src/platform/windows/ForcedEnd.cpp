@@ -140,6 +140,57 @@ bool BeginEnd(Thread & oThread)
 
 #ifdef __x86_64__
 
+// The calls of the system that only wait, and the functions that a program may have called for that. A thread that
+// ends there loses only what it waited for. Locks and values that change are missing: their waiting threads are in
+// lists, or are counted.
+constexpr char const * WAIT_STUBS[] = {"NtDelayExecution", "NtWaitForSingleObject",
+    "NtWaitForMultipleObjects", "NtReadFile", "NtWriteFile", "NtFsControlFile", "NtDeviceIoControlFile",
+    "NtRemoveIoCompletion"};
+constexpr char const * WAITS[] = {"Sleep", "SleepEx", "WaitForSingleObject", "WaitForSingleObjectEx",
+    "WaitForMultipleObjects", "WaitForMultipleObjectsEx", "ReadFile", "WriteFile", "ConnectNamedPipe",
+    "GetOverlappedResult", "GetOverlappedResultEx", "GetQueuedCompletionStatus"};
+constexpr char const * RUNTIME_WAITS[] = {"nanosleep", "nanosleep64", "clock_nanosleep", "clock_nanosleep64"};
+
+constexpr std::size_t STUB_SIZE = 32;
+
+/// Finds functions by name. Before a thread is suspended, since the loader has a lock.
+class WaitList
+{
+public:
+    WaitList()
+    {
+        Add(L"ntdll.dll", WAIT_STUBS, m_vStubs);
+        Add(L"kernel32.dll", WAITS, m_vFunctions);
+        Add(L"kernelbase.dll", WAITS, m_vFunctions);
+        Add(L"libwinpthread-1.dll", RUNTIME_WAITS, m_vFunctions);
+    }
+
+    bool IsStub(std::uintptr_t iAddress) const
+    {
+        return std::any_of(m_vStubs.begin(), m_vStubs.end(),
+            [=](std::uintptr_t iStub) { return iAddress - iStub < STUB_SIZE; });
+    }
+
+    bool IsWait(std::uintptr_t iFunction) const
+    {
+        return std::find(m_vFunctions.begin(), m_vFunctions.end(), iFunction) != m_vFunctions.end();
+    }
+
+private:
+    template<std::size_t N>
+    static void Add(
+        wchar_t const * sModule, char const * const (&aNames)[N], std::vector<std::uintptr_t> & vFound)
+    {
+        HMODULE const hModule = ::GetModuleHandleW(sModule);
+        for (char const * const sName : aNames)
+            if (hModule && ::GetProcAddress(hModule, sName))
+                vFound.push_back(reinterpret_cast<std::uintptr_t>(::GetProcAddress(hModule, sName)));
+    }
+
+    std::vector<std::uintptr_t> m_vStubs;
+    std::vector<std::uintptr_t> m_vFunctions;
+};
+
 /// The return addresses of a suspended thread, innermost first.
 std::size_t WalkStack(CONTEXT oContext, std::uintptr_t * pFrames, std::size_t iMax)
 {
@@ -164,7 +215,37 @@ std::size_t WalkStack(CONTEXT oContext, std::uintptr_t * pFrames, std::size_t iM
     return iCount;
 }
 
-EndObstacle FindObstacle(Thread const & oThread, ModuleList const & oModules)
+std::uintptr_t FindFunction(std::uintptr_t iAddress)
+{
+    DWORD64 iBase = 0;
+    PRUNTIME_FUNCTION const pFunction = ::RtlLookupFunctionEntry(iAddress, &iBase, nullptr);
+    return pFunction ? static_cast<std::uintptr_t>(iBase + pFunction->BeginAddress) : 0;
+}
+
+/// What is needed while a thread is suspended.
+struct Knowledge
+{
+    ModuleList oModules;
+    WaitList oWaits;
+};
+
+EndObstacle CheckFrames(Knowledge const & oKnown, std::uintptr_t const * pFrames, std::size_t iCount)
+{
+    // The frames of the system inside of the first one of the program.
+    std::size_t iInner = 0;
+    while (iInner < iCount && oKnown.oModules.IsOfSystem(pFrames[iInner]))
+        ++iInner;
+    if (iInner == iCount)
+        return EndObstacle::eRuntime;
+    if (oKnown.oModules.IsOwn(pFrames[iInner]))
+        return EndObstacle::eLibrary;
+    if (iInner > 0
+        && (!oKnown.oWaits.IsStub(pFrames[0]) || !oKnown.oWaits.IsWait(FindFunction(pFrames[iInner - 1]))))
+        return EndObstacle::eRuntime;
+    return CheckCallers(oKnown.oModules, pFrames + iInner, iCount - iInner);
+}
+
+EndObstacle FindObstacle(Thread const & oThread, Knowledge const & oKnown)
 {
     CONTEXT oContext{};
     oContext.ContextFlags = CONTEXT_FULL;
@@ -172,20 +253,20 @@ EndObstacle FindObstacle(Thread const & oThread, ModuleList const & oModules)
         return EndObstacle::eNoAnswer;
     if (oThread.pState->iLocks.load() > 0)
         return EndObstacle::eLock;
-    if (oModules.IsOwn(oContext.Rip))
-        return EndObstacle::eLibrary;
-    if (oModules.IsOfSystem(oContext.Rip))
-        return EndObstacle::eRuntime;
 
     std::uintptr_t aFrames[FRAMES_MAX];
     std::size_t const iCount = WalkStack(oContext, aFrames, FRAMES_MAX);
-    return iCount == FRAMES_MAX ? EndObstacle::eStack : CheckCallers(oModules, aFrames, iCount);
+    return iCount == FRAMES_MAX ? EndObstacle::eStack : CheckFrames(oKnown, aFrames, iCount);
 }
 
 #else
 
 /// The stack of a suspended thread cannot be walked here, so a thread ends only where the library waits.
-EndObstacle FindObstacle(Thread const &, ModuleList const &)
+struct Knowledge
+{
+};
+
+EndObstacle FindObstacle(Thread const &, Knowledge const &)
 {
     return EndObstacle::eStack;
 }
@@ -193,12 +274,12 @@ EndObstacle FindObstacle(Thread const &, ModuleList const &)
 #endif
 
 /// Ends the thread if there is no obstacle.
-void EndSuspended(Thread & oThread, ModuleList const & oModules)
+void EndSuspended(Thread & oThread, Knowledge const & oKnown)
 {
     HANDLE const hThread = oThread.oThread.Get();
     if (::SuspendThread(hThread) == static_cast<DWORD>(-1))
         return;
-    EndObstacle const eObstacle = FindObstacle(oThread, oModules);
+    EndObstacle const eObstacle = FindObstacle(oThread, oKnown);
     bool const bEnd = eObstacle == EndObstacle::eNone && BeginEnd(oThread);
     if (bEnd)
     {
@@ -212,9 +293,11 @@ void EndSuspended(Thread & oThread, ModuleList const & oModules)
 
 } // namespace
 
-void EndThisThreadInWait(unsigned int iLocks)
+void EndThisThreadInWait()
 {
     Thread * const pThis = t_pThis;
+    // The lock that it waits for counts as well.
+    unsigned int const iLocks = t_oForcedEnd.eWait.load() == ForcedEndState::eForLock ? 1 : 0;
     if (!pThis || pThis->eState.load() != Thread::eAsked || t_oForcedEnd.iLocks.load() > iLocks)
         return;
 
@@ -246,7 +329,7 @@ void AskToEnd(Thread & oThread)
     if (std::atomic<int> * const pAwaited = oThread.pAwaited.load())
         ::WakeByAddressAll(pAwaited);
     if (oThread.eState.load() == Thread::eAsked)
-        EndSuspended(oThread, ModuleList());
+        EndSuspended(oThread, Knowledge());
 }
 
 void PauseBetweenAsking()
@@ -269,7 +352,7 @@ void EndThisThreadIf(void const *)
     if (!t_pThis || t_pThis->eState.load() != Thread::eAsked)
         t_oForcedEnd.bWanted.store(false, std::memory_order_relaxed);
     else
-        EndThisThreadInWait(0);
+        EndThisThreadInWait();
 }
 
 } // namespace tsl::Platform

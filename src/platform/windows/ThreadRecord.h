@@ -38,8 +38,8 @@ struct Thread
 /// The record of the calling thread; null if StartThread did not start it.
 extern constinit thread_local Thread * t_pThis;
 
-/// Ends the calling thread if it was asked to end, holds no more locks than that, and no function of a runtime
-/// library has called it back. Returns otherwise.
-void EndThisThreadInWait(unsigned int iLocks);
+/// Ends the calling thread if it was asked to end, holds no lock, and no function of a runtime library has called it
+/// back. Returns otherwise.
+void EndThisThreadInWait();
 
 } // namespace tsl::Platform

@@ -12,12 +12,12 @@ void WaitWhile(std::atomic<int> & oValue, int iValue)
     {
         // Before the state is read: whoever asks sets the state first, and then wakes the published place.
         pThis->pAwaited.store(&oValue);
-        EndThisThreadInWait(1);
+        EndThisThreadInWait();
     }
     ::WaitOnAddress(&oValue, &iValue, sizeof iValue, INFINITE);
     if (pThis)
     {
-        EndThisThreadInWait(1);
+        EndThisThreadInWait();
         pThis->pAwaited.store(nullptr);
     }
 }

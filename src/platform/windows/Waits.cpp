@@ -46,7 +46,7 @@ DWORD WaitFor(std::initializer_list<HANDLE> oHandles, DWORD iTimeout, Alert eAle
             return iResult;
 
         // Asked to end. If it may not end here, it goes on to wait for the others alone.
-        EndThisThreadInWait(0);
+        EndThisThreadInWait();
         --pEnd;
     }
 }
