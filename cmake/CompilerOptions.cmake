@@ -52,6 +52,10 @@ function(tessel_compile_options target)
     # The build folder itself, which is in the debug data.
     -fdebug-prefix-map=${folder}=.)
   target_compile_definitions(${target} PRIVATE TESSEL_SANITIZE="${TESSEL_SANITIZE}")
+  if(UNIX AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Times after 2038, and files of more than 2 GiB.
+    target_compile_definitions(${target} PRIVATE _TIME_BITS=64 _FILE_OFFSET_BITS=64)
+  endif()
   # At -O3, g++ 12 warns that "text" + std::to_string(i) copies overlapping memory.
   target_compile_options(${target} PRIVATE
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>,$<CONFIG:Release>>:-Wno-restrict>)

@@ -1,6 +1,7 @@
 # What both Windows toolchains share: the variant of the compiler whose standard library has threads.
 
 set(CMAKE_CXX_COMPILER ${TESSEL_MINGW}-g++-posix)
+set(CMAKE_C_COMPILER ${TESSEL_MINGW}-gcc-posix)
 set(CMAKE_RC_COMPILER ${TESSEL_MINGW}-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/${TESSEL_MINGW})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

@@ -23,6 +23,9 @@ bool IsRestartedWait(long iCall, unsigned long iSecondArgument)
         default:
             return false;
         }
+#ifdef SYS_socketcall
+    case SYS_socketcall: // the functions that use it and do not wait are not in the list of waits
+#endif
     case SYS_read:
     case SYS_pread64:
     case SYS_readv:
