@@ -246,7 +246,7 @@ void PrintProgram(char const * sWhat, char const * sProgram)
 {
     int iResident = 0;
     int iOwn = 0;
-    std::FILE * const pOutput = ::popen(tslbench::FindChild(sProgram).c_str(), "r");
+    std::FILE * const pOutput = ::popen(('"' + tslbench::FindChild(sProgram) + '"').c_str(), "r");
     bool const bRead = pOutput && std::fscanf(pOutput, "%d %d", &iResident, &iOwn) == 2;
     if (!pOutput || ::pclose(pOutput) != 0 || !bRead)
         std::abort();

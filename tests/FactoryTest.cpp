@@ -195,7 +195,9 @@ TEST(FactoryKeys, NeedNothingButAnOrderAndLeaveNothingBehind)
         oNumbers.Register(i * 16, &CreateTestProcessor);
     for (int i = 0; i < 1'000'000; ++i)
         oNumbers.Unregister(i * 16);
-    EXPECT_LT(GetMemory(), iBefore + 8'192) << "KiB";
+    // The thread sanitizer keeps its own memory for each address that was used.
+    bool const bMeasured = std::string_view(TESSEL_SANITIZE) != "thread";
+    EXPECT_LT(bMeasured ? GetMemory() : 0, iBefore + 8'192) << "KiB";
     oNumbers.Register(16, &CreateTestProcessor);
     EXPECT_TRUE(oNumbers.IsRegistered(16));
     EXPECT_FALSE(oNumbers.IsRegistered(32));
