@@ -104,7 +104,7 @@ public:
             Function const fFunction =
                 oPlace.bUsed ? oPlace.pSlot->fFunction.load(std::memory_order_acquire) : nullptr;
 
-            // If no rebuild has begun meanwhile, no other key was written to the slot.
+            // If the count is the same, no other key was written to the slot, and its memory was not taken.
             if (m_iRebuilds.load(std::memory_order_relaxed) == iRebuilds) [[likely]]
                 return fFunction;
         }
@@ -227,6 +227,11 @@ private:
         return AddIndex(iSize);
     }
 
+    void ChangeCount()
+    {
+        m_iRebuilds.store(m_iRebuilds.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+    }
+
     void Rebuild()
     {
         Index & oOld = GetIndex();
@@ -234,7 +239,7 @@ private:
 
         // All stores to slots are releases: a slow reader that still uses this index and sees one of them also sees
         // the new count, and searches again.
-        m_iRebuilds.store(m_iRebuilds.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+        ChangeCount();
         for (Slot & oSlot : oNew.vSlots)
         {
             oSlot.bUsed.store(false, std::memory_order_release);
@@ -245,6 +250,9 @@ private:
                 Enter(oNew, oSlot.iKey, fFunction);
         m_iUsed = m_iFunctions;
         m_pIndex.store(&oNew, std::memory_order_release);
+
+        // A reader that has begun since the first change may still be in the old index, and searches again as well.
+        ChangeCount();
         DiscardContent(oOld.vSlots.data(), oOld.vSlots.size() * sizeof(Slot));
     }
 
@@ -258,7 +266,7 @@ private:
     std::vector<std::unique_ptr<Index>> m_vIndexes;
     std::atomic<Index *> m_pIndex;
 
-    // Incremented when a rebuild begins.
+    // Incremented when a rebuild begins, and before it gives memory back.
     std::atomic<std::uint64_t> m_iRebuilds{0};
 
     // Number of used slots in the current index, and of those that have a function.
