@@ -82,8 +82,23 @@ TEST(TaskContextReceive, DiscardsWhatTheFilterDoesNotTake)
 
 TEST(TaskContextQueues, JoinTheApplicationAndTheTasks)
 {
+    class AlertableContext : public OpenContext
+    {
+    public:
+        using OpenContext::OpenContext;
+        std::vector<int> vAlertable;
+
+    protected:
+        void Wait(int iDuration, bool bAlertable) override
+        {
+            if (bAlertable)
+                vAlertable.push_back(iDuration);
+            OpenContext::Wait(iDuration, bAlertable);
+        }
+    };
+
     std::string sSeen;
-    OpenContext oContext(new OneTaskMachine(
+    AlertableContext oContext(new OneTaskMachine(
         [&](OpenTask & oTask)
         {
             sSeen += std::to_string(TakeNumber(oTask.Receive(0))) + " ";
@@ -101,6 +116,7 @@ TEST(TaskContextQueues, JoinTheApplicationAndTheTasks)
     oContext.Process();
     EXPECT_EQ(sSeen, "1 4 0");
     EXPECT_EQ(oContext.GetWaits(), (std::vector{7, 30}));
+    EXPECT_EQ(oContext.vAlertable, std::vector{7});
     EXPECT_EQ(TakeNumber(oContext.ReadMessage()), 11);
     EXPECT_EQ(oContext.ReadMessage(), nullptr);
 }
