@@ -9,7 +9,7 @@ namespace tsl::Pattern
 {
 
 /// The engine for programs that are anchored to the beginning of the text and in which the next byte always
-/// determines the path. It runs a table in one pass and never goes back (R08, R09).
+/// determines the path. It runs a table in one pass and never goes back (R09).
 ///
 /// A row is an instruction at which the program continues after a byte. A column is a class of bytes that no
 /// instruction distinguishes; the last column is the end of the text.
